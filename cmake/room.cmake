@@ -1,0 +1,17 @@
+# add_room(<name> SOURCES <files...> [LINKS <targets...>])
+# One library for one room: the project's warnings, and includes written from the top folder.
+function(add_room name)
+  cmake_parse_arguments(ROOM "" "" "SOURCES;LINKS" ${ARGN})
+  add_library(${name} STATIC ${ROOM_SOURCES})
+  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
+  target_link_libraries(${name} PUBLIC ${ROOM_LINKS})
+  pelmora_warnings(${name})
+endfunction()
+
+# The warnings that all of the project's own code compiles without.
+function(pelmora_warnings target)
+  target_compile_options(${target} PRIVATE -Wall -Wextra -Wconversion -Wshadow)
+  if(PELMORA_WERROR)
+    target_compile_options(${target} PRIVATE -Werror)
+  endif()
+endfunction()

@@ -1,0 +1,32 @@
+// A two-state switch that looks On or Off at a glance.
+#ifndef PELMORA_PLATFORM_CW_BUTTON_H
+#define PELMORA_PLATFORM_CW_BUTTON_H
+
+#include <QPushButton>
+
+namespace platform {
+
+class CWButton : public QPushButton {
+  Q_OBJECT
+ public:
+  explicit CWButton(const QString& caption, QWidget* parent = nullptr);
+
+  bool Value() const { return isChecked(); }
+
+  /// Turns the switch On (true) or Off. A change raises `ValueChanged` before the call returns;
+  /// setting the state already held raises nothing.
+  void SetValue(bool on) { setChecked(on); }
+
+  QSize sizeHint() const override;
+
+ signals:
+  /// Every change of the state, whoever makes it.
+  void ValueChanged(bool on);
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+};
+
+}  // namespace platform
+
+#endif

@@ -1,0 +1,41 @@
+// The function that processes pending events, for handlers that wait inside the user-interface
+// thread, and the end of the program, which every such wait has to notice.
+#ifndef PELMORA_PLATFORM_EVENTS_H
+#define PELMORA_PLATFORM_EVENTS_H
+
+#include <QObject>
+
+namespace platform {
+
+class Events : public QObject {
+  Q_OBJECT
+ public:
+  enum class Idle {
+    kSleep,   // nothing pending: sleep until there is an event, and process it
+    kReturn,  // nothing pending: return at once
+  };
+
+  explicit Events(QObject* parent = nullptr);
+
+  /// Processes pending events; any other handler of the window may run inside the call. Waiting
+  /// loops call it once per turn, with `kSleep` so that the wait costs no processor time. Once the
+  /// program is ending it returns at once and processes nothing.
+  void DoEvents(Idle idle = Idle::kSleep);
+
+  /// True from the first call of `End`. A waiting loop that finds it set ends as an aborted one.
+  bool Ending() const { return ending_; }
+
+  /// The program is ending: emits `Ended` (open message boxes and dialogs close on it) and wakes
+  /// every wait. A second call does nothing.
+  void End();
+
+ signals:
+  void Ended();
+
+ private:
+  bool ending_ = false;
+};
+
+}  // namespace platform
+
+#endif

@@ -1,0 +1,36 @@
+// Which device stands behind the n-th entry of a port list.
+#ifndef PELMORA_PLATFORM_PORT_DIRECTORY_H
+#define PELMORA_PLATFORM_PORT_DIRECTORY_H
+
+#include <QString>
+#include <QStringList>
+
+namespace platform {
+
+class PortDirectory {
+ public:
+  virtual ~PortDirectory() = default;
+
+  /// The device that entry `number` (1..8) opens now, empty when there is none. Asked anew each time,
+  /// since adapters come and go.
+  virtual QString DeviceFor(int number) const = 0;
+};
+
+/// The machine's ports. Windows: "COM<n>". Elsewhere the link /dev/comm<n> where it exists, otherwise
+/// the n-th of the machine's available serial ports in natural order (ttyUSB2 before ttyUSB10).
+class MachinePorts : public PortDirectory {
+ public:
+  QString DeviceFor(int number) const override;
+};
+
+/// Ports in natural order: runs of digits compare as numbers.
+QStringList NaturalOrder(QStringList names);
+
+/// Why a device could not be opened, in plain words: no such device, no permission and the group
+/// that gives it, in use, or the system's own reason. `system_reason` is used when nothing else fits;
+/// `busy` says that the system called it taken.
+QString OpenFailureReason(const QString& device, bool busy, const QString& system_reason);
+
+}  // namespace platform
+
+#endif

@@ -1,0 +1,151 @@
+#include "edit/dialog_interp.h"
+
+#include <string>
+#include <utility>
+
+#include "core/interpolation.h"
+#include "core/step_line.h"
+#include "platform/push_button.h"
+
+namespace pelmora {
+namespace {
+
+constexpr char kNoteTitle[] = "Note";
+
+constexpr int kLowestCount = 1;
+constexpr int kHighestCount = 100;
+constexpr int kFastIncrement = 5;
+
+constexpr int Pixels(int twips) { return twips / 15; }
+
+QRect Twips(int left, int top, int width, int height) {
+  return {Pixels(left), Pixels(top), Pixels(width), Pixels(height)};
+}
+
+}  // namespace
+
+DialogInterp::DialogInterp(const InterpolationParts& parts, std::vector<QWidget*> locked)
+    : QDialog(locked.front()), parts_(parts), locked_(std::move(locked)) {
+  setObjectName(QStringLiteral("DialogInterp"));
+  setWindowTitle(QStringLiteral("Interpolation"));
+  setAttribute(Qt::WA_DeleteOnClose);
+  setFixedSize(Pixels(5625), Pixels(2070));
+  BuildControls();
+  connect(this, &QDialog::finished, this, &DialogInterp::Form_Unload);
+  connect(&parts_.events, &platform::Events::Ended, this, &QDialog::reject);
+  Form_Load();
+}
+
+void DialogInterp::BuildControls() {
+  auto* ok = new platform::PushButton(QStringLiteral("&OK"), this);
+  ok->setObjectName(QStringLiteral("OKButton"));
+  ok->setGeometry(Twips(4080, 120, 1215, 375));
+  ok->setDefault(true);
+  auto* cancel = new platform::PushButton(QStringLiteral("&Annulla"), this);
+  cancel->setObjectName(QStringLiteral("CancelButton"));
+  cancel->setGeometry(Twips(4080, 540, 1215, 375));
+  const std::array<QString, 2> captions = {QStringLiteral("Interpolation With &Previous Step"),
+                                           QStringLiteral("Interpolation With &Next Step")};
+  for (std::size_t i = 0; i < OptionINterp.size(); ++i) {
+    const int index = static_cast<int>(i);
+    OptionINterp[i] = new QRadioButton(captions[i], this);
+    OptionINterp[i]->setObjectName(QStringLiteral("OptionINterp_%1").arg(index));
+    OptionINterp[i]->setGeometry(Twips(360, 120 + 420 * index, 3015, 435));
+  }
+  CWNumEditInterp = new platform::CWNumEdit(this);
+  CWNumEditInterp->setObjectName(QStringLiteral("CWNumEditInterp"));
+  CWNumEditInterp->setGeometry(Twips(360, 1140, 1095, 315));
+  CWNumEditInterp->SetScale(kLowestCount, kHighestCount, 1, kFastIncrement);
+  auto* label = new QLabel(QStringLiteral("Number of &Interpolation Steps"), this);
+  label->setObjectName(QStringLiteral("Label1"));
+  label->setGeometry(Twips(1680, 1140, 2295, 315));
+  label->setBuddy(CWNumEditInterp);
+  CWNumEditInterp->setAccessibleName(QStringLiteral("Number of Interpolation Steps"));
+
+  connect(ok, &QPushButton::clicked, this, &DialogInterp::OKButton_Click);
+  connect(cancel, &QPushButton::clicked, this, &DialogInterp::CancelButton_Click);
+}
+
+void DialogInterp::Form_Load() {
+  for (QWidget* widget : locked_) widget->setEnabled(false);
+  setEnabled(true);
+  CWNumEditInterp->SetValue(0);
+  const int selected = parts_.list_sequence.ListIndex();
+  if (selected == parts_.list_sequence.ListCount() - 1) {
+    OptionINterp[0]->setChecked(true);
+    OptionINterp[1]->setEnabled(false);
+  } else if (selected == 0) {
+    OptionINterp[1]->setChecked(true);
+    OptionINterp[0]->setEnabled(false);
+  }
+}
+
+void DialogInterp::Form_Unload() {
+  for (QWidget* widget : locked_) widget->setEnabled(true);
+}
+
+void DialogInterp::OKButton_Click() {
+  const int count = CWNumEditInterp->Value();
+  if (count <= 1) {
+    accept();
+    return;
+  }
+  const bool with_previous = OptionINterp[0]->isChecked();
+  if (!with_previous && !OptionINterp[1]->isChecked()) return;
+  const int selected = parts_.list_sequence.ListIndex();
+  const int source = with_previous ? selected - 1 : selected;
+  const int lines = parts_.list_sequence.ListCount();
+  // Playback, a read or the board may have changed list and selection since the dialog opened.
+  if (selected < 0 || source < 0 || source + 1 >= lines) return;
+  if (StepTimeTooShort(ReadLine(source)[kDurationColumn], count)) {
+    parts_.message_box.Show(
+        QStringLiteral("Number of Steps too high for selected Step Time!"), kNoteTitle);
+    return;
+  }
+  if (lines - 1 + count > kSteps) {
+    parts_.message_box.Show(TooManyLinesText(), kNoteTitle);
+    return;
+  }
+  Replace(source, count);
+  accept();
+}
+
+/// Replaces line `source` by `count` lines on the way to the line after it.
+void DialogInterp::Replace(int source, int count) {
+  const std::vector<EditRow> rows =
+      Interpolate(ReadLine(source), ReadLine(source + 1), count);
+  parts_.list_sequence.RemoveItem(source);
+  int line = source;
+  for (const EditRow& row : rows) {
+    std::array<std::string, kChannels> angles;
+    for (std::size_t ch = 0; ch < kChannels; ++ch) {
+      angles[ch] = AngleField(row[ch], parts_.sequence_data.DecimalPoint());
+    }
+    parts_.list_sequence.InsertItem(
+        line++, QString::fromStdString(EditorLine(angles, row[kDurationColumn])));
+  }
+  parts_.list_sequence.SetListIndex(source);
+  parts_.label_step.setText(StepCaption(source));
+  parts_.sequence_data.RebuildEditBuffer();
+  parts_.sequence_data.MatchBreakFlags();
+}
+
+EditRow DialogInterp::ReadLine(int line) const {
+  EditRow row{};
+  ReadStepLine(parts_.list_sequence.List(line).toStdString(),
+               parts_.sequence_data.DecimalPoint(), row);
+  return row;
+}
+
+Interpolation::Interpolation(const InterpolationParts& parts, std::vector<QWidget*> locked)
+    : parts_(parts), locked_(std::move(locked)) {}
+
+void Interpolation::CommandInterpolate_Click() {
+  if (dialog_ || parts_.list_sequence.ListCount() < 2 || parts_.list_sequence.ListIndex() < 0) {
+    return;
+  }
+  dialog_ = new DialogInterp(parts_, locked_);
+  dialog_->show();
+}
+
+}  // namespace pelmora

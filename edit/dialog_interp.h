@@ -1,0 +1,69 @@
+// The dialog "Interpolation": replaces one step by a run of steps that approach its neighbour.
+#ifndef PELMORA_EDIT_DIALOG_INTERP_H
+#define PELMORA_EDIT_DIALOG_INTERP_H
+
+#include <QDialog>
+#include <QLabel>
+#include <QPointer>
+#include <QRadioButton>
+#include <array>
+#include <vector>
+
+#include "core/declaration.h"
+#include "edit/sequence_data.h"
+#include "platform/cw_num_edit.h"
+#include "platform/events.h"
+#include "platform/list_box.h"
+#include "platform/message_box.h"
+
+namespace pelmora {
+
+/// What the dialog works on. All of it outlives the dialog.
+struct InterpolationParts {
+  Declaration& data;
+  SequenceData& sequence_data;
+  platform::ListBox& list_sequence;
+  QLabel& label_step;
+  platform::MessageBox& message_box;
+  platform::Events& events;
+};
+
+/// Not modal: it makes the main window unusable itself while it is open. Deletes itself on closing.
+class DialogInterp : public QDialog {
+  Q_OBJECT
+ public:
+  /// `locked` are disabled while the dialog is open; the first is the main window.
+  DialogInterp(const InterpolationParts& parts, std::vector<QWidget*> locked);
+
+ private:
+  void BuildControls();
+  void Form_Load();
+  void OKButton_Click();
+  void CancelButton_Click() { reject(); }
+  void Form_Unload();
+
+  void Replace(int source, int count);
+  EditRow ReadLine(int line) const;
+
+  const InterpolationParts parts_;
+  const std::vector<QWidget*> locked_;
+  std::array<QRadioButton*, 2> OptionINterp{};  // 0: with the previous step, 1: with the next
+  platform::CWNumEdit* CWNumEditInterp = nullptr;
+};
+
+class Interpolation {
+ public:
+  Interpolation(const InterpolationParts& parts, std::vector<QWidget*> locked);
+
+  /// Opens the dialog when the list has at least two lines and one is selected.
+  void CommandInterpolate_Click();
+
+ private:
+  const InterpolationParts parts_;
+  const std::vector<QWidget*> locked_;
+  QPointer<DialogInterp> dialog_;
+};
+
+}  // namespace pelmora
+
+#endif

@@ -1,0 +1,33 @@
+// "+" and "-": the choice of the sequence being edited.
+#ifndef PELMORA_EDIT_SEQUENCE_NAVIGATION_H
+#define PELMORA_EDIT_SEQUENCE_NAVIGATION_H
+
+#include "core/declaration.h"
+#include "edit/sequence_data.h"
+#include "edit/step_list.h"
+#include "platform/list_box.h"
+
+namespace pelmora {
+
+class SequenceNavigation {
+ public:
+  SequenceNavigation(Declaration& data, SequenceData& sequence_data,
+                     platform::ListBox& list_sequence, const SequenceLabels& labels);
+
+  /// "+": the next sequence, up to 15.
+  void CommandMoreSeq_Click() { Go(+1); }
+  /// "-": the previous sequence, down to 0.
+  void CommandLessSeq_Click() { Go(-1); }
+
+ private:
+  void Go(int direction);
+
+  Declaration& data_;
+  SequenceData& sequence_data_;
+  platform::ListBox& list_sequence_;
+  const SequenceLabels labels_;
+};
+
+}  // namespace pelmora
+
+#endif

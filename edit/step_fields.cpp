@@ -1,0 +1,98 @@
+#include "edit/step_fields.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+#include "core/number_text.h"
+#include "core/step_line.h"
+#include "edit/sequence_data.h"
+
+namespace pelmora {
+namespace {
+
+constexpr int kBackspace = 8;
+constexpr int kEnter = 13;
+constexpr int kMinus = '-';
+
+constexpr double kLowestOffset = -128;
+constexpr double kHighestOffset = 127;
+
+}  // namespace
+
+StepFields::StepFields(const Declaration& data, LiveControl& live_control,
+                       const EditorControls& controls, const platform::ListBox& list_sequence,
+                       std::string decimal_point)
+    : data_(data),
+      live_control_(live_control),
+      controls_(controls),
+      list_sequence_(list_sequence),
+      decimal_point_(std::move(decimal_point)) {}
+
+void StepFields::CWSlide1_ValueChanged(int channel, int position) {
+  live_control_.SendPosition(channel, position);
+  ShowPosition(channel, position);
+}
+
+void StepFields::ShowPosition(int channel, int position) {
+  const auto i = static_cast<std::size_t>(channel);
+  controls_.Text1[i]->setText(QString::number(position - kCentre));
+  controls_.Text1[i + kChannels]->setText(
+      QString::fromStdString(AngleField(position, decimal_point_)));
+}
+
+void StepFields::Text1_KeyPress(int index, int& key) {
+  if (index >= kChannels) {
+    key = 0;
+  } else if (key == kEnter) {
+    Commit(index);
+  } else if (key != kBackspace && key != kMinus && (key < '0' || key > '9')) {
+    key = 0;
+  }
+}
+
+void StepFields::Text1_LostFocus(int index) {
+  int key = kEnter;
+  Text1_KeyPress(index, key);
+}
+
+void StepFields::Commit(int channel) {
+  const auto i = static_cast<std::size_t>(channel);
+  platform::CWSlide& slide = *controls_.CWSlide1[i];
+  const QString text = controls_.Text1[i]->text();
+  const std::optional<double> offset =
+      text.isEmpty() ? 0 : ParseNumber(text.toStdString(), decimal_point_);
+  if (offset) {
+    const double clamped = std::clamp(*offset, kLowestOffset, kHighestOffset);
+    slide.SetValue(RoundHalfEven(clamped + kCentre).value_or(slide.Value()));
+  }
+  // A slider that stays where it is raises no event; the field must show its offset all the same
+  // ("05", an empty field, a text that is no number).
+  ShowPosition(channel, slide.Value());
+}
+
+void StepFields::CommandUpdate_Click() {
+  for (platform::CWSlide* slide : controls_.CWSlide1) slide->SetValue(kCentre);
+}
+
+void StepFields::ShowSelectedStep(int step) {
+  if (step < 0 || step >= kSteps) return;
+  for (std::size_t ch = 0; ch < kChannels; ++ch) {
+    const int row = list_sequence_.ListIndex();
+    if (row < 0 || row >= kSteps) return;
+    controls_.CWSlide1[ch]->SetValue(data_.EditBuffer[static_cast<std::size_t>(row)][ch]);
+  }
+  controls_.CWNumEditTimeStep->SetValue(
+      data_.EditBuffer[static_cast<std::size_t>(step)][kDurationColumn]);
+  controls_.LabelStep->setText(StepCaption(list_sequence_.ListIndex()));
+}
+
+std::array<std::string, kChannels> StepFields::AngleFields() const {
+  std::array<std::string, kChannels> fields;
+  for (std::size_t ch = 0; ch < kChannels; ++ch) {
+    fields[ch] = controls_.Text1[ch + kChannels]->text().toStdString();
+  }
+  return fields;
+}
+
+}  // namespace pelmora

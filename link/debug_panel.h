@@ -1,0 +1,28 @@
+// The "Serial Comm Debug" panel: a look at the receive buffer.
+#ifndef PELMORA_LINK_DEBUG_PANEL_H
+#define PELMORA_LINK_DEBUG_PANEL_H
+
+#include "platform/ms_comm.h"
+#include "platform/text_field.h"
+
+namespace pelmora {
+
+class DebugPanel {
+ public:
+  DebugPanel(platform::MSComm& comm, platform::TextField& echo);
+
+  /// "InBuff": shows in `Echo` how many received bytes are waiting; "0" when no port is open.
+  void CommandInBuff_Click();
+
+  /// A click into `Echo` empties it and throws the waiting bytes away. During a read this changes the
+  /// read's course: the bytes will not come again.
+  void Echo_Click();
+
+ private:
+  platform::MSComm& comm_;
+  platform::TextField& echo_;
+};
+
+}  // namespace pelmora
+
+#endif

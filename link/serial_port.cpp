@@ -1,0 +1,60 @@
+#include "link/serial_port.h"
+
+namespace pelmora {
+
+SerialPort::SerialPort(platform::MSComm& comm, platform::DropDownList& combo_port,
+                       platform::MessageBox& message_box)
+    : comm_(comm), combo_port_(combo_port), message_box_(message_box) {}
+
+void SerialPort::ComboPort_Click() {
+  const int index = combo_port_.ListIndex();
+  if (index < 0) return;
+  if (comm_.PortOpen()) comm_.Close();
+  comm_.SetCommPort(combo_port_.ItemData(index));
+  if (SetupPort()) {
+    combo_port_.setEnabled(false);
+    return;
+  }
+  const QString entry = combo_port_.itemText(index);
+  combo_port_.SetListIndex(-1);
+  const QString device =
+      comm_.LastDevice().isEmpty() ? QString() : QStringLiteral(" (%1)").arg(comm_.LastDevice());
+  message_box_.Show(
+      QStringLiteral("%1%2 can't be opened: %3.").arg(entry, device, comm_.LastError()),
+      kProgramTitle);
+}
+
+bool SerialPort::SetupPort() {
+  comm_.SetInBufferSize(kIdleBufferBytes);
+  comm_.SetSettings(QStringLiteral("9600,N,8,2"));
+  if (!comm_.PortOpen() && !comm_.Open()) return false;
+  SetIdleReceive();
+  return true;
+}
+
+void SerialPort::SetIdleReceive() {
+  comm_.SetInputLen(0);
+  comm_.Input();
+  comm_.SetInBufferSize(kIdleBufferBytes);
+  comm_.SetInputLen(1);
+  comm_.SetRThreshold(1);
+  comm_.SetInputMode(1);
+}
+
+void SerialPort::MSComm1_PortLost(const QString& reason) {
+  const QString entry = combo_port_.currentText();
+  combo_port_.setEnabled(true);
+  combo_port_.SetListIndex(-1);
+  message_box_.Show(QStringLiteral("The connection on %1 (%2) is lost: %3.\n\nYour sequences are "
+                                   "untouched. Choose a port to connect again.")
+                        .arg(entry, comm_.LastDevice(), reason),
+                    kProgramTitle);
+}
+
+bool SerialPort::RequireConnection() {
+  if (Connected()) return true;
+  message_box_.Show(QStringLiteral("No Connection Available!"), kProgramTitle);
+  return false;
+}
+
+}  // namespace pelmora

@@ -1,0 +1,51 @@
+// The PC sequence emulator: a timer walks down the step list; each step that it shows moves the
+// sliders, and those move the servos. The selected line is the playback position.
+#ifndef PELMORA_PLAYBACK_PC_EMULATOR_H
+#define PELMORA_PLAYBACK_PC_EMULATOR_H
+
+#include "core/declaration.h"
+#include "edit/step_list.h"
+#include "link/connected_switch.h"
+#include "platform/cw_button.h"
+#include "platform/hi_timer.h"
+#include "platform/list_box.h"
+
+namespace pelmora {
+
+class PcEmulator {
+ public:
+  PcEmulator(const Declaration& data, StepList& step_list, platform::ListBox& list_sequence,
+             platform::HiTimer& timer, ConnectedSwitch& emu_pc,
+             platform::CWButton& button_real_emu);
+
+  /// On: the selected step (line 0 if none is) is held for its duration, then playback goes on with
+  /// the next one. Off: playback stops where it is.
+  void CWButtonEmuPC_ValueChanged(bool on);
+
+  /// The tick: shows the next step and holds it for its duration, or halts on it when it has a
+  /// breakpoint.
+  void HiTimer1_Timer();
+
+  /// Waits out the selected step's duration, then plays on. Nothing happens when no line is selected
+  /// or the switch is Off.
+  void HoldSelectedStep();
+
+  /// Whether the switch is On: playback runs or is halted at a breakpoint.
+  bool Playing() const { return emu_pc_.Button().Value(); }
+
+  void MSComm1_PortLost();
+
+ private:
+  int SelectedDuration() const;
+
+  const Declaration& data_;
+  StepList& step_list_;
+  platform::ListBox& list_sequence_;
+  platform::HiTimer& timer_;
+  ConnectedSwitch& emu_pc_;
+  platform::CWButton& button_real_emu_;
+};
+
+}  // namespace pelmora
+
+#endif

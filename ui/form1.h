@@ -1,0 +1,73 @@
+// The main window: its controls and menus, start-up and shutdown. It wires the controls' events to
+// the handlers of the rooms below and holds no rule of the program itself.
+#ifndef PELMORA_UI_FORM1_H
+#define PELMORA_UI_FORM1_H
+
+#include <QAction>
+#include <QHash>
+#include <QMainWindow>
+#include <QString>
+#include <memory>
+#include <vector>
+
+#include "platform/events.h"
+#include "platform/file_dialog.h"
+#include "platform/hi_timer.h"
+#include "platform/message_box.h"
+#include "platform/port_directory.h"
+
+namespace pelmora {
+
+/// What surrounds the window, and what tests replace. All of it outlives the window.
+struct Surroundings {
+  platform::Events& events;
+  platform::MessageBox& message_box;
+  platform::FileDialog& file_dialog;
+  platform::HiTimer& timer;
+  const platform::PortDirectory& ports;
+};
+
+struct Declaration;
+class Controls;
+
+class Form1 : public QMainWindow {
+  Q_OBJECT
+ public:
+  explicit Form1(const Surroundings& surroundings);
+  ~Form1() override;
+
+  /// The shared data, for tests that look behind the controls.
+  const Declaration& Data() const;
+
+ protected:
+  /// Closing the window: `Form_Unload`, then `Form_Terminate`, then the end of the program.
+  void closeEvent(QCloseEvent* event) override;
+
+ private:
+  struct Handlers;
+
+  void BuildMenus();
+  void DressControls();
+  void ConnectEditing();
+  void ConnectLink();
+  void ConnectFlash();
+  void ConnectPlayback();
+  void ConnectMenus();
+  void Form_Load();
+  void Form_Unload();
+  void Form_Terminate();
+  void Quit_Click();
+  void ConnectPanelToggle(const char* item, std::vector<QWidget*> panels);
+  void EndProgram();
+
+  const Surroundings surroundings_;
+  std::unique_ptr<Controls> controls_;
+  QHash<QString, QAction*> menu_items_;
+  std::unique_ptr<Handlers> handlers_;
+  /// Context of all connections to the handlers, so that they end before the handlers do.
+  std::unique_ptr<QObject> wiring_;
+};
+
+}  // namespace pelmora
+
+#endif

@@ -1,0 +1,39 @@
+#include "ui/look.h"
+
+#include <QFont>
+#include <QPalette>
+#include <QStyleFactory>
+
+namespace pelmora {
+
+void SetUpLook(QApplication& application) {
+  application.setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+
+  QPalette palette;
+  palette.setColor(QPalette::Window, QColor(0xEE, 0xF1, 0xF5));
+  palette.setColor(QPalette::WindowText, QColor(0x1F, 0x29, 0x33));
+  palette.setColor(QPalette::Base, Qt::white);
+  palette.setColor(QPalette::AlternateBase, QColor(0xF5, 0xF8, 0xFB));
+  palette.setColor(QPalette::Text, QColor(0x1F, 0x29, 0x33));
+  palette.setColor(QPalette::Button, QColor(0xF7, 0xF9, 0xFB));
+  palette.setColor(QPalette::ButtonText, QColor(0x1F, 0x29, 0x33));
+  palette.setColor(QPalette::Highlight, QColor(0x2B, 0x6C, 0xB0));
+  palette.setColor(QPalette::HighlightedText, Qt::white);
+  palette.setColor(QPalette::ToolTipBase, QColor(0xFF, 0xFB, 0xE6));
+  palette.setColor(QPalette::ToolTipText, QColor(0x1F, 0x29, 0x33));
+  palette.setColor(QPalette::PlaceholderText, QColor(0x7B, 0x87, 0x94));
+  const QColor faded(0x9A, 0xA5, 0xB1);
+  palette.setColor(QPalette::Disabled, QPalette::WindowText, faded);
+  palette.setColor(QPalette::Disabled, QPalette::Text, faded);
+  palette.setColor(QPalette::Disabled, QPalette::ButtonText, faded);
+  application.setPalette(palette);
+
+  QFont font;
+  font.setFamilies({QStringLiteral("Liberation Sans"), QStringLiteral("Arial"),
+                    QStringLiteral("Helvetica"), QStringLiteral("DejaVu Sans Condensed"),
+                    QStringLiteral("DejaVu Sans")});
+  font.setPixelSize(12);
+  application.setFont(font);
+}
+
+}  // namespace pelmora

@@ -1,0 +1,14 @@
+// The program's own look, the same on every desktop.
+#ifndef PELMORA_UI_LOOK_H
+#define PELMORA_UI_LOOK_H
+
+#include <QApplication>
+
+namespace pelmora {
+
+/// Style, colours and font family of the whole program. Called once, before any window is made.
+void SetUpLook(QApplication& application);
+
+}  // namespace pelmora
+
+#endif

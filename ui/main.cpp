@@ -1,0 +1,25 @@
+// The program: the main window on the machine's serial ports.
+#include <QApplication>
+
+#include "platform/events.h"
+#include "platform/file_dialog.h"
+#include "platform/hi_timer.h"
+#include "platform/message_box.h"
+#include "platform/port_directory.h"
+#include "ui/form1.h"
+#include "ui/look.h"
+
+int main(int argc, char** argv) {
+  QApplication application(argc, argv);
+  pelmora::SetUpLook(application);
+  platform::Events events;
+  platform::ModalMessageBox message_box(events);
+  platform::ModalFileDialog file_dialog(events);
+  platform::SystemHiTimer timer;
+  const platform::MachinePorts ports;
+  pelmora::Form1 form({events, message_box, file_dialog, timer, ports});
+  QObject::connect(&events, &platform::Events::Ended, &application,
+                   [] { QApplication::exit(0); });
+  form.show();
+  return application.exec();
+}

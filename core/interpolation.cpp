@@ -3,6 +3,7 @@
 #include "core/number_text.h"
 
 namespace pelmora {
+
 bool StepTimeTooShort(int duration_ms, int count) {
   return duration_ms < std::int64_t{kBoardTickMs} * count;
 }

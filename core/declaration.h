@@ -15,10 +15,12 @@ inline constexpr int kSteps = 256;     // of one sequence, numbered 0..255
 inline constexpr int kChannels = 12;   // servo channels 0..11
 inline constexpr int kCentre = 128;    // the position byte of a servo's centre
 
-inline constexpr int kDurationColumn = kChannels;   // of an edit buffer row: the duration in ms
-inline constexpr int kBreakColumn = kChannels + 1;  // of an edit buffer row: 1 = breakpoint, 0 = none
+// Columns of an edit buffer row behind the positions.
+inline constexpr int kDurationColumn = kChannels;   // the duration in ms
+inline constexpr int kBreakColumn = kChannels + 1;  // 1 = breakpoint, 0 = none
 inline constexpr int kEditColumns = kChannels + 2;
 
+inline constexpr int kBoardTickMs = 20;       // the board's unit of time
 inline constexpr int kStepBytes = 14;         // one step in the flash image
 inline constexpr int kFlashCapacity = 24064;  // bytes of step data that the board holds
 inline constexpr int kFlashRows = 4097;       // rows of `FlashImage`

@@ -1,5 +1,5 @@
-// The byte image of all sequences in the board's flash: a 66-byte header and 14 bytes for each step,
-// every 16-bit field high byte first. See docs/protocol.md for the layout.
+// The byte image of all sequences in the board's flash: a 66-byte header and 14 bytes for each
+// step, every 16-bit field high byte first. See docs/protocol.md for the layout.
 #ifndef PELMORA_CORE_FLASH_IMAGE_H
 #define PELMORA_CORE_FLASH_IMAGE_H
 
@@ -29,19 +29,21 @@ FlashHeader EncodeHeader(const Declaration& data);
 /// order. Rows beyond stay.
 void EncodeSteps(Declaration& data);
 
-/// The number of step-data bytes that a received header announces, 0..65535, uncut.
+/// The number of step-data bytes that a received header (at least its first two bytes) announces,
+/// 0..65535, uncut.
 std::int32_t AnnouncedBytes(std::span<const std::uint8_t> header);
 
 /// Takes `SeqSteps` and `SeqOffset` from a received header of 66 bytes. False at the first value
-/// that has a high byte of 128 or more; the values before it have been taken.
+/// that has a high byte of 128 or more; the values before it have been taken. A shorter header is
+/// false and nothing is taken.
 bool DecodeHeader(std::span<const std::uint8_t> header, Declaration& data);
 
 /// Stages received step data in `FlashImage`. At most 4097 x 14 bytes.
 void StageStepData(std::span<const std::uint8_t> step_data, Declaration& data);
 
 /// Rebuilds the sequence table from `FlashImage` by the counts in `SeqSteps`. False at the first
-/// step that cannot be stored (step number 256 or more, a duration above 1638 ticks, a row beyond
-/// the image); the steps before it have been stored.
+/// step that cannot be stored (step number 256 or more, a duration above 1638 ticks); the steps
+/// before it have been stored, and the positions of the one whose duration is too long.
 bool DecodeSteps(Declaration& data);
 
 /// Cuts every step count to 256, so that no sequence claims more steps than it can hold.

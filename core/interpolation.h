@@ -1,5 +1,5 @@
-// The arithmetic of interpolation: one step becomes a run of steps that approach the next one. Exact:
-// whole numbers and remainders, halves to the even neighbour.
+// The arithmetic of interpolation: one step becomes a run of steps that approach the next one.
+// Exact: whole numbers and remainders, halves to the even neighbour.
 #ifndef PELMORA_CORE_INTERPOLATION_H
 #define PELMORA_CORE_INTERPOLATION_H
 

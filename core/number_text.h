@@ -1,5 +1,5 @@
 // Numbers as the operator reads and types them. The decimal separator is always an argument (UTF-8,
-// may be longer than a byte): nothing here looks at the C library's locale.
+// one byte or more): nothing here looks at the C library's locale.
 #ifndef PELMORA_CORE_NUMBER_TEXT_H
 #define PELMORA_CORE_NUMBER_TEXT_H
 
@@ -14,8 +14,8 @@ namespace pelmora {
 /// "-0.5", "0", "63.5".
 std::string AngleText(int position, std::string_view decimal_point);
 
-/// A decimal number with `decimal_point` as its separator and blanks around it allowed. Nothing when
-/// the text is not wholly a finite number.
+/// A decimal number with `decimal_point` as its separator and blanks around it allowed. Nothing
+/// when the text is not wholly a finite number.
 std::optional<double> ParseNumber(std::string_view text, std::string_view decimal_point);
 
 /// `numerator` / `denominator` to the nearest integer, halves to the even one. `denominator` > 0.

@@ -3,9 +3,15 @@
 #ifndef PELMORA_CORE_SEQUENCE_STORE_H
 #define PELMORA_CORE_SEQUENCE_STORE_H
 
+#include <cstddef>
+
 #include "core/declaration.h"
 
 namespace pelmora {
+
+/// The number of steps of `sequence` (0..15) that the table can give: its step count, held to
+/// 0..256.
+int StoredSteps(const Declaration& data, std::size_t sequence);
 
 /// Empties all 16 sequences and the flash figures. Leaves `CurSeq` and the edit buffer alone.
 void ClearTable(Declaration& data);
@@ -17,8 +23,9 @@ void ClearBreakFlags(Declaration& data);
 /// column and the rows beyond stay. Returns the number of steps copied (never more than 256).
 int LoadEditBuffer(Declaration& data);
 
-/// Stores all 256 edit buffer rows as sequence `CurSeq` with `line_count` (0..256) steps. False, and
-/// nothing stored, when a position is outside 0..255 or a duration outside -32768..32767 in any row.
+/// Stores all 256 edit buffer rows as sequence `CurSeq` with `line_count` (0..256) steps. False,
+/// and nothing stored, when a position is outside 0..255 or a duration outside -32768..32767 in any
+/// row, or `line_count` outside its range.
 bool StoreEditBuffer(Declaration& data, int line_count);
 
 /// Recomputes `TotalBytes` and every `SeqOffset` from the step counts.

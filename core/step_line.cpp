@@ -1,0 +1,90 @@
+#include "core/step_line.h"
+
+#include <cmath>
+#include <limits>
+#include <optional>
+
+#include "core/number_text.h"
+
+namespace pelmora {
+namespace {
+
+constexpr std::string_view kMilliseconds = " ms";
+constexpr std::string_view kBreakMark = "\tBREAK!";
+
+std::string WithoutAll(std::string_view text, std::string_view part) {
+  std::string rest;
+  rest.reserve(text.size());
+  for (const char letter : text) {
+    rest.push_back(letter);
+    // Looking at what is kept also finds an occurrence that a removal has put together.
+    if (rest.ends_with(part)) rest.resize(rest.size() - part.size());
+  }
+  return rest;
+}
+
+std::optional<std::int32_t> PositionOfField(std::string_view field,
+                                            std::string_view decimal_point) {
+  const std::optional<double> angle = ParseNumber(WithoutAll(field, kDegrees), decimal_point);
+  if (!angle) return std::nullopt;
+  const double position = std::floor(*angle * 2 + kCentre);
+  using Limits = std::numeric_limits<std::int32_t>;
+  if (!(position >= Limits::min() && position <= Limits::max())) return std::nullopt;
+  return static_cast<std::int32_t>(position);
+}
+
+std::optional<std::int32_t> DurationOfField(std::string_view field,
+                                            std::string_view decimal_point) {
+  const std::optional<double> duration =
+      ParseNumber(WithoutAll(field, kMilliseconds), decimal_point);
+  return duration ? RoundHalfEven(*duration) : std::nullopt;
+}
+
+}  // namespace
+
+std::string AngleField(int position, std::string_view decimal_point) {
+  return AngleText(position, decimal_point).append(kDegrees);
+}
+
+std::string TableLine(const EditRow& row, std::string_view decimal_point) {
+  std::string line;
+  for (std::size_t c = 0; c < kChannels; ++c) line += AngleField(row[c], decimal_point) + '\t';
+  return line + std::to_string(row[kDurationColumn]) + "  ms\t";
+}
+
+std::string EditorLine(const std::array<std::string, kChannels>& angle_fields, int duration_ms) {
+  std::string line;
+  for (const std::string& field : angle_fields) line += field + '\t';
+  return line + std::to_string(duration_ms) + " ms";
+}
+
+bool ReadStepLine(std::string_view line, std::string_view decimal_point, EditRow& row) {
+  EditRow read = row;
+  for (std::size_t column = 0; column <= kDurationColumn; ++column) {
+    const std::size_t tab = line.find('\t');
+    const std::string_view field = line.substr(0, tab);
+    const std::optional<std::int32_t> value = column == kDurationColumn
+                                                  ? DurationOfField(field, decimal_point)
+                                                  : PositionOfField(field, decimal_point);
+    if (!value) return false;
+    read[column] = *value;
+    // Past the last field an empty one stands in for each that is missing; it reads as no number.
+    line.remove_prefix(tab == std::string_view::npos ? line.size() : tab + 1);
+  }
+  row = read;
+  return true;
+}
+
+std::string WithBreakMark(std::string_view line) {
+  return std::string(line).append(kBreakMark);
+}
+
+std::string WithoutBreakMarks(std::string_view line) {
+  return WithoutAll(line, kBreakMark);
+}
+
+bool HasBreakMark(std::string_view line) {
+  return line.find(kBreakMark) != std::string_view::npos;
+}
+
+}  // namespace pelmora

@@ -1,0 +1,30 @@
+// Input: a buffer file. What is read without error is written as a file that reads the same.
+#include <memory>
+#include <sstream>
+
+#include "core/sequence_store.h"
+#include "files/buffer_file.h"
+#include "fuzz/require.h"
+
+using namespace pelmora;
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+  static auto first = std::make_unique<Declaration>();
+  static auto second = std::make_unique<Declaration>();
+  ClearTable(*first);
+  std::istringstream file(std::string(bytes, bytes + size));
+  if (!ParseBufferFile(file, *first)) return 0;
+
+  const std::string text = FormatBufferFile(*first);
+  std::istringstream again(text);
+  ClearTable(*second);
+  Require(ParseBufferFile(again, *second));
+  Require(first->SeqSteps == second->SeqSteps);
+  for (std::size_t s = 0; s < kSequences; ++s) {
+    Require(first->SeqSteps[s] >= 0 && first->SeqSteps[s] <= kSteps);
+    Require(first->SeqTable[s].Position == second->SeqTable[s].Position);
+    Require(first->SeqTable[s].Duration == second->SeqTable[s].Duration);
+  }
+  Require(FormatBufferFile(*second) == text);
+  return 0;
+}

@@ -1,0 +1,16 @@
+// What a fuzz target expects beyond not crashing.
+#ifndef PELMORA_FUZZ_REQUIRE_H
+#define PELMORA_FUZZ_REQUIRE_H
+
+#include <cstdlib>
+
+namespace pelmora {
+
+/// Ends the run as a finding unless the property holds.
+inline void Require(bool property) {
+  if (!property) std::abort();
+}
+
+}  // namespace pelmora
+
+#endif

@@ -12,17 +12,13 @@
 #include <deque>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
-namespace simboard {
+#include "board/faults.h"
+#include "board/line_clock.h"
 
-// How fast the line is, in both directions independently.
-enum class Pace {
-  kUnpaced,  // as fast as the pseudo terminal takes the bytes
-  k9600,     // 9600 baud, no parity, 8 data bits, 2 stop bits: 11 bits, 1.146 ms, for each byte
-};
+namespace simboard {
 
 // What the board shows of itself at one moment.
 struct State {
@@ -49,27 +45,6 @@ struct LoggedByte {
   std::chrono::steady_clock::time_point when;
 };
 
-// Ways for the board to misbehave. They apply to the replies that the board makes from now on, an
-// acknowledgement or a whole read reply each being one; a default Faults is a sound board.
-struct Faults {
-  // Takes bytes and answers nothing. Replies that are still waiting or under way stop at once.
-  bool silent = false;
-  // Wrong bytes, sent once before each reply.
-  std::vector<std::uint8_t> before_reply;
-  // Each reply, with what goes before it, starts this much later.
-  std::chrono::milliseconds reply_delay{0};
-  // Each acknowledgement is sent 1 + extra_replies times.
-  int extra_replies = 0;
-  // Only the first bytes of each reply are sent (of a read: header and data counted together).
-  std::optional<std::size_t> cut_reply_at;
-  // Sent in a read instead of the true header; the data stay the true ones, in their true number.
-  std::optional<std::array<std::uint8_t, 66>> lying_header;
-  // Sent after a read reply, cut short or not.
-  std::vector<std::uint8_t> after_reply;
-  // Gives this many acknowledgements from the call of SetFaults on, then none. Reads are answered.
-  std::optional<int> silent_after_acks;
-};
-
 class SimulatedBoard {
  public:
   using Pace = simboard::Pace;
@@ -94,7 +69,7 @@ class SimulatedBoard {
   // Called on the board's thread after something in State changed. After one call there is no
   // other until Snapshot has been called, so a slow listener is never flooded and never misses the
   // last change. An empty function takes the listener away; when SetChanged returns, the former one
-  // is not running and will not be called again (except when it calls SetChanged itself).
+  // is not running and will not be called again. Not to be called by the listener.
   void SetChanged(std::function<void()> changed);
 
   // Every byte that came from the PC since the start or the last ClearLog, in order. The log is
@@ -112,7 +87,8 @@ class SimulatedBoard {
   void SetFaults(const Faults& faults);
 
   // The line hangs up and the board loses its power: the PC's side of the pseudo terminal sees a
-  // hang-up by the time this returns. Bytes under way in either direction are lost.
+  // hang-up by the time this returns. Bytes under way in either direction are lost. Not to be
+  // called by the listener.
   void Unplug();
   // The same board on a new pseudo terminal: flash and faults kept, servos at centre, PC control
   // off. DevicePath is a new one as a rule. Throws as the constructor does.

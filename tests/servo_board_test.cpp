@@ -1,0 +1,249 @@
+// The board's firmware: bytes in, replies and behaviour out, at times that the test chooses.
+#include "board/servo_board.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+using namespace std::chrono_literals;
+
+namespace simboard {
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+Bytes operator+(Bytes left, const Bytes& right) {
+  left.insert(left.end(), right.begin(), right.end());
+  return left;
+}
+
+// Sequence 0: two steps, all at 128 for 100 ms, then channel 0 at 255 for 1000 ms. Sequence 3: one
+// step, all at 0 for 5120 ms.
+const Bytes kHeader = {0x00, 0x2A,                                   //
+                       0,    2,    0, 0,    0, 0, 0, 0, 0, 0, 0, 0,  // sequences 0, 1, 2
+                       0,    1,    0, 0x1C,                          // sequence 3
+                       0,    0,    0, 0,    0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,  //
+                       0,    0,    0, 0,    0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,  //
+                       0,    0,    0, 0,    0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0};
+const Bytes kData = {
+    0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0x00, 0x05,
+    0xFF, 0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0x00, 0x32,
+    0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x01, 0x00,
+};
+
+// A header that announces so many bytes of step data, for no sequence.
+Bytes HeaderFor(std::size_t bytes) {
+  Bytes header(66, 0);
+  header[0] = static_cast<std::uint8_t>(bytes / 256);
+  header[1] = static_cast<std::uint8_t>(bytes % 256);
+  return header;
+}
+
+class ServoBoardTest : public testing::Test {
+ protected:
+  // Feeds the bytes at the present time; what the board answers.
+  Bytes Feed(const Bytes& bytes) {
+    Bytes answer;
+    for (const std::uint8_t byte : bytes) {
+      board_.Receive(byte, now_);
+      for (const auto& reply : board_.TakeReplies()) answer = answer + reply.bytes;
+    }
+    return answer;
+  }
+
+  void PassTime(std::chrono::milliseconds time) {
+    now_ += time;
+    board_.Tick(now_);
+  }
+
+  void ProgramExample() { ASSERT_EQ(Feed(Bytes{2} + kHeader + kData), Bytes{255}); }
+
+  ServoBoard board_;
+  ServoBoard::TimePoint now_{1000s};
+};
+
+TEST_F(ServoBoardTest, ProgrammedImageReadsBackByteForByteUntilErased) {
+  ProgramExample();
+  EXPECT_EQ(Feed({6}), kHeader + kData);
+  board_.PowerCycle();
+  EXPECT_EQ(Feed({6}), kHeader + kData);
+  EXPECT_EQ(Feed({7}), Bytes{255});
+  EXPECT_EQ(Feed({6}), Bytes(66, 0));
+}
+
+TEST_F(ServoBoardTest, AcknowledgesTheHeaderAndEveryCompleteBlock) {
+  struct Case {
+    std::size_t total;
+    std::size_t acknowledgements;
+  };
+  for (const auto& [total, acknowledgements] :
+       {Case{0, 1}, {1, 1}, {255, 1}, {256, 2}, {257, 2}, {300, 2}, {512, 3}, {24064, 95}}) {
+    SCOPED_TRACE(total);
+    EXPECT_EQ(Feed(Bytes{2} + HeaderFor(total)), Bytes{255});
+    Bytes acks{255};
+    for (std::size_t i = 0; i < total; ++i) {
+      const Bytes answer = Feed({static_cast<std::uint8_t>(i % 251)});
+      EXPECT_EQ(answer, (i + 1) % 256 == 0 ? Bytes{255} : Bytes{}) << "after byte " << i;
+      acks = acks + answer;
+    }
+    EXPECT_EQ(acks.size(), acknowledgements);
+    EXPECT_EQ(board_.Flash().data.size(), total);
+    EXPECT_EQ(Feed({7}), Bytes{255}) << "listens for commands again";
+  }
+}
+
+TEST_F(ServoBoardTest, ImageLargerThanTheFlashIsTakenButNotKept) {
+  const Bytes data(25000, 9);
+  EXPECT_EQ(Feed(Bytes{2} + HeaderFor(25000) + data).size(), 1u + 97u);
+  EXPECT_EQ(board_.Flash().data, Bytes(24064, 9));
+  EXPECT_EQ(Feed({6}).size(), 66u + 25000u);
+}
+
+TEST_F(ServoBoardTest, PositionsControlAndReset) {
+  for (std::uint8_t channel = 0; channel < 12; ++channel) {
+    const auto code = static_cast<std::uint8_t>(channel < 8 ? 8 + channel : 32 + channel);
+    EXPECT_EQ(Feed({code, static_cast<std::uint8_t>(200 + channel)}), Bytes{});
+    EXPECT_EQ(board_.Positions()[channel], 200 + channel);
+  }
+  Feed({1});
+  EXPECT_TRUE(board_.PcControl());
+  // Position bytes that look like commands are positions.
+  Feed({8, 0, 41, 17, 15, 7});
+  EXPECT_EQ(board_.Positions()[0], 0);
+  EXPECT_EQ(board_.Positions()[9], 17);
+  EXPECT_EQ(board_.Positions()[7], 7);
+  EXPECT_TRUE(board_.PcControl());
+  Feed({0});
+  EXPECT_FALSE(board_.PcControl());
+  Feed({1, 17});
+  EXPECT_FALSE(board_.PcControl());
+  EXPECT_EQ(std::ranges::count(board_.Positions(), 128), 12);
+}
+
+TEST_F(ServoBoardTest, PlaysStepsForTheirTimeOverAndOver) {
+  ProgramExample();
+  Feed({3, 0});
+  struct Moment {
+    std::chrono::milliseconds later;
+    std::size_t step;
+    int channel0;
+  };
+  for (const auto& [later, step, channel0] : {Moment{0ms, 0, 128},
+                                              {99ms, 0, 128},
+                                              {1ms, 1, 255},
+                                              {999ms, 1, 255},
+                                              {1ms, 0, 128},
+                                              {2200ms, 0, 128},
+                                              {100ms, 1, 255}}) {
+    PassTime(later);
+    EXPECT_EQ(board_.NowPlaying()->step, step) << later.count();
+    EXPECT_EQ(board_.Positions()[0], channel0) << later.count();
+  }
+  EXPECT_EQ(board_.NextDue(), now_ + 1000ms);
+  Feed({8, 77});
+  EXPECT_EQ(board_.Positions()[0], 77) << "moves come through while playing";
+  Feed({3, 3});
+  EXPECT_EQ(board_.NowPlaying()->sequence, 3u);
+  EXPECT_EQ(board_.NextDue(), now_ + 5120ms);
+}
+
+TEST_F(ServoBoardTest, StepOfNoTicksLastsOneTick) {
+  Feed(Bytes{2} + kHeader + kData);
+  StoredImage image = board_.Flash();
+  image.data[13] = 0;
+  board_.SetFlash(image);
+  Feed({3, 0});
+  EXPECT_EQ(board_.NextDue(), now_ + 20ms);
+}
+
+TEST_F(ServoBoardTest, WhatEndsPlayingAndWhatDoesNot) {
+  struct Case {
+    Bytes bytes;
+    bool plays_on;
+  };
+  for (const Case& c : {Case{{4}, false},
+                        {{17}, false},
+                        {{0}, false},
+                        {{1}, false},
+                        {{7}, false},
+                        {Bytes{2} + HeaderFor(0), false},
+                        {{6}, true},
+                        {{10, 4}, true},
+                        {{3, 1}, true},
+                        {{3, 16}, true},
+                        {{5}, true}}) {
+    SCOPED_TRACE(int{c.bytes[0]});
+    ProgramExample();
+    Feed({3, 0});
+    Feed(c.bytes);
+    EXPECT_EQ(board_.NowPlaying().has_value(), c.plays_on);
+    EXPECT_EQ(board_.NextDue().has_value(), c.plays_on);
+  }
+}
+
+TEST_F(ServoBoardTest, GivesUpAProgramThatTheSenderAbandons) {
+  Feed(Bytes{2} + HeaderFor(1000) + Bytes(600, 5));
+  PassTime(999ms);
+  EXPECT_EQ(board_.Programming()->done, 600u);
+  Feed({5});
+  PassTime(999ms);
+  EXPECT_TRUE(board_.Programming()) << "every byte starts the patience anew";
+  PassTime(1ms);
+  EXPECT_FALSE(board_.Programming());
+  EXPECT_EQ(board_.Flash().data, Bytes(512, 5)) << "the complete blocks stay";
+  EXPECT_EQ(Feed({6}), HeaderFor(1000) + Bytes(512, 5) + Bytes(488, 0));
+
+  Feed(Bytes{2} + Bytes(65, 1));
+  PassTime(1s);
+  EXPECT_EQ(board_.Flash().data.size(), 512u) << "a header cut short changes nothing";
+  EXPECT_EQ(Feed({7}), Bytes{255});
+}
+
+TEST_F(ServoBoardTest, PatienceDoesNotRunWhileItsOwnReplyIsOnTheWay) {
+  Feed(Bytes{2} + HeaderFor(1000));
+  board_.SetReplying(true, now_);
+  EXPECT_FALSE(board_.NextDue());
+  PassTime(5s);
+  board_.SetReplying(false, now_);
+  EXPECT_EQ(board_.NextDue(), now_ + 1s);
+  PassTime(999ms);
+  EXPECT_TRUE(board_.Programming());
+}
+
+TEST_F(ServoBoardTest, DamagedImagesPlayOnlyWhatTheyHold) {
+  struct Case {
+    const char* what;
+    Bytes counts;  // of sequence 0: count, offset
+    std::size_t steps;
+  };
+  for (const Case& c : {Case{"count beyond the data", {0, 9, 0, 0}, 3},
+                        {"offset inside", {0, 9, 0, 15}, 1},
+                        {"offset at the end", {0, 1, 0, 42}, 0},
+                        {"everything 255", {255, 255, 255, 255}, 0}}) {
+    SCOPED_TRACE(c.what);
+    StoredImage image;
+    image.data = kData;
+    std::ranges::copy(c.counts, image.header.begin() + 2);
+    board_.SetFlash(image);
+    EXPECT_EQ(board_.Flash().Steps(0), c.steps);
+    Feed({3, 0});
+    EXPECT_EQ(board_.NowPlaying().has_value(), c.steps > 0);
+    PassTime(60s);
+  }
+}
+
+TEST_F(ServoBoardTest, KeepsAJournalInWords) {
+  Feed({1, 11, 200, 11, 87, 8, 255, 11, 128, 0x55});
+  const std::deque<std::string> expected = {"PC control on", "Ch3 to 87 (-20.5°)",
+                                            "Ch0 to 255 (63.5°)", "Ch3 to 128 (0°)",
+                                            "unknown byte 0x55"};
+  EXPECT_EQ(board_.Journal().Lines(), expected);
+  EXPECT_EQ(board_.CommandsReceived(), 6u);
+  for (int i = 0; i < 1000; ++i) Feed({6});
+  EXPECT_EQ(board_.Journal().Lines().size(), CommandJournal::kKept);
+}
+
+}  // namespace
+}  // namespace simboard

@@ -19,8 +19,9 @@ class CWNumEdit : public QSpinBox {
   void SetValue(int value) { setValue(value); }
 
   /// Range and steps: arrow keys and buttons step by `increment`, page keys by `fast_increment`; a
-  /// step that would leave the range is not made. An entry outside the range is clamped to it when
-  /// the field is left or Enter is pressed.
+  /// step that would leave the range is not made. A typed entry counts when the field is left or
+  /// Enter is pressed: a number outside the range is clamped to it, and where there is no number
+  /// the value stays as it was.
   void SetScale(int minimum, int maximum, int increment, int fast_increment);
 
   /// The unit shown behind the number, its leading blank included (" ms").
@@ -35,9 +36,16 @@ class CWNumEdit : public QSpinBox {
   void keyPressEvent(QKeyEvent* event) override;
   QString textFromValue(int value) const override;
   int valueFromText(const QString& text) const override;
+  StepEnabled stepEnabled() const override;
+  QValidator::State validate(QString& text, int& position) const override;
+  void fixup(QString& text) const override;
 
  private:
+  QString Number(QString text) const;
+  bool Step(int difference);
+
   int fast_increment_ = 10;
+  int shown_;  // the value last announced
 };
 
 }  // namespace platform

@@ -32,20 +32,15 @@ class CWSlide : public QSlider {
   void SetCaption(const QString& caption);
   QString Caption() const { return caption_; }
 
+  Look Kind() const { return look_; }
+
   QSize sizeHint() const override;
 
  signals:
   /// Every change of the value, whoever makes it.
   void ValueChanged(int value);
 
- protected:
-  void paintEvent(QPaintEvent* event) override;
-  void initStyleOption(QStyleOptionSlider* option) const override;
-
  private:
-  void PaintFader();
-  void PaintBar();
-
   Look look_;
   QString caption_;
 };

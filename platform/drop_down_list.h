@@ -1,5 +1,5 @@
-// A drop-down list without free text, each entry with a caption, a number as item data and a tooltip
-// that is asked for anew whenever the list is opened.
+// A drop-down list without free text, each entry with a caption, a number as item data and a
+// tooltip that is asked for anew whenever the list is opened.
 #ifndef PELMORA_PLATFORM_DROP_DOWN_LIST_H
 #define PELMORA_PLATFORM_DROP_DOWN_LIST_H
 
@@ -19,14 +19,24 @@ class DropDownList : public QComboBox {
   int ListIndex() const { return currentIndex(); }  // -1 when nothing is selected
   void SetListIndex(int index) { setCurrentIndex(index); }
 
-  /// Gives the tooltip of the entry with this item data; asked each time the list opens.
+  /// Gives the tooltip of the entry with this item data; asked each time the list opens, and for
+  /// the selected entry each time the pointer rests on the closed list.
   std::function<QString(int item_data)> ToolTip;
 
   void showPopup() override;
 
  signals:
-  /// The operator has chosen an entry (also the one already selected).
+  /// The operator has chosen an entry from the open list (also the one already selected). The wheel
+  /// and the arrow keys choose nothing while the list is closed; keys open it.
   void Click();
+
+ protected:
+  bool event(QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
+
+ private:
+  void RefreshToolTips();
 };
 
 }  // namespace platform

@@ -10,8 +10,8 @@
 namespace platform {
 
 struct FileRequest {
-  /// Descriptions and patterns in turn, separated by bars: "Data Files (*.dat)|*.dat|...". The first
-  /// entry is the selected one.
+  /// Descriptions and patterns in turn, separated by bars: "Data Files (*.dat)|*.dat|...". The
+  /// first entry is the selected one.
   QString filter;
   /// Appended to a name typed without an extension (".dat"); empty: nothing is appended.
   QString default_extension;

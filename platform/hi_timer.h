@@ -14,8 +14,8 @@ class HiTimer {
  public:
   virtual ~HiTimer() = default;
 
-  /// Milliseconds; below 1 counts as 1. Set inside a tick it governs the wait until the next one; set
-  /// while enabled outside a tick it governs the wait after the running one.
+  /// Milliseconds; below 1 counts as 1. Set inside a tick it governs the wait until the next one;
+  /// set while enabled outside a tick it governs the wait after the running one.
   virtual void SetInterval(int milliseconds) = 0;
   virtual int Interval() const = 0;
 
@@ -29,8 +29,8 @@ class HiTimer {
 };
 
 /// The timer that keeps real time. It does not drift: a tick is due at the previous one's due time
-/// plus the interval, so that one tick's lateness is not added to the next. After a stall longer than
-/// the interval it goes on from now and fires no burst of missed ticks.
+/// plus the interval, so that one tick's lateness is not added to the next. After a stall longer
+/// than the interval it goes on from now and fires no burst of missed ticks.
 class SystemHiTimer : public QObject, public HiTimer {
   Q_OBJECT
  public:

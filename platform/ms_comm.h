@@ -1,5 +1,5 @@
-// The serial port control: numbered port, line settings, a receive buffer with a threshold event, and
-// output that leaves at once. Everything runs on the user-interface thread.
+// The serial port control: numbered port, line settings, a receive buffer with a threshold event,
+// and output that leaves at once. Everything runs on the user-interface thread.
 #ifndef PELMORA_PLATFORM_MS_COMM_H
 #define PELMORA_PLATFORM_MS_COMM_H
 
@@ -17,7 +17,7 @@ class QSerialPort;
 namespace platform {
 
 /// Values of `CommEvent`.
-inline constexpr int kCommEvReceive = 2;     // bytes have been received
+inline constexpr int kCommEvReceive = 2;       // bytes have been received
 inline constexpr int kCommEventRxOver = 1008;  // the receive buffer was full; bytes were dropped
 
 class MSComm : public QObject {
@@ -48,8 +48,8 @@ class MSComm : public QObject {
   /// another one has been opened since.
   int Session() const { return session_; }
 
-  /// Bytes that the receive buffer holds at the most; what arrives beyond is dropped and reported by
-  /// `kCommEventRxOver`.
+  /// Bytes that the receive buffer holds at the most; what arrives beyond is dropped and reported
+  /// by `kCommEventRxOver`.
   void SetInBufferSize(int bytes) { in_buffer_size_ = bytes; }
   int InBufferSize() const { return in_buffer_size_; }
 
@@ -69,11 +69,11 @@ class MSComm : public QObject {
   /// Takes bytes out of the receive buffer, at most `InputLen`, or all when that is 0.
   QByteArray Input();
 
-  /// Bytes waiting in the receive buffer. They stay readable after the port has been closed or lost,
-  /// until it is opened again.
+  /// Bytes waiting in the receive buffer. They stay readable after the port has been closed or
+  /// lost, until it is opened again.
   int InBufferCount() const { return static_cast<int>(received_.size()); }
   /// Throws the waiting bytes away.
-  void ClearInBuffer() { received_.clear(); }
+  void ClearInBuffer();
 
   /// Hands the bytes to the operating system before it returns, behind those written earlier; what
   /// the system does not take at once follows by itself. Nothing happens when the port is closed.
@@ -90,13 +90,14 @@ class MSComm : public QObject {
 
  private:
   void Receive();
+  bool DeliveryDue() const;
   void ScheduleDelivery();
   void Deliver();
   void Fail();
-  void Drop();
 
   const PortDirectory& ports_;
-  std::unique_ptr<QSerialPort> port_;
+  std::unique_ptr<QSerialPort> port_;  // null unless open
+  std::unique_ptr<QSerialPort> lost_;  // failed, waiting to be closed
   QByteArray received_;
   QString settings_;
   QString device_;
@@ -108,6 +109,9 @@ class MSComm : public QObject {
   int input_mode_ = 1;
   int comm_event_ = 0;
   int session_ = 0;
+  quint64 taken_ = 0;     // bytes taken out of the receive buffer so far
+  int delivering_ = 0;    // deliveries under way, one inside the other
+  bool overrun_ = false;  // bytes were dropped and this has not been reported yet
   bool delivery_scheduled_ = false;
 };
 

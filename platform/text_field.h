@@ -13,8 +13,8 @@ class TextField : public QLineEdit {
   explicit TextField(QWidget* parent = nullptr);
 
   /// Called for each character key before the field takes it, with the key's code: the character's
-  /// code, 8 for Backspace, 13 for Enter. Setting the code to 0 discards the key. Keys that move the
-  /// cursor or the focus, Delete and the clipboard shortcuts do not come here.
+  /// code, 8 for Backspace, 13 for Enter. Setting the code to 0 discards the key. Keys that move
+  /// the cursor or the focus, Delete and the clipboard shortcuts do not come here.
   std::function<void(int& key)> KeyPress;
 
   /// Called when the keyboard focus has moved from this field to another control of the window (not
@@ -29,6 +29,11 @@ class TextField : public QLineEdit {
   void keyPressEvent(QKeyEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
+  void inputMethodEvent(QInputMethodEvent* event) override;
+  QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
+
+ private:
+  bool Discards(int key) const;
 };
 
 }  // namespace platform

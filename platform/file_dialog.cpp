@@ -1,0 +1,88 @@
+#include "platform/file_dialog.h"
+
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QLineEdit>
+#include <QPointer>
+#include <QRegularExpression>
+#include <QStringList>
+
+#include "platform/dialog_parent.h"
+
+namespace platform {
+namespace {
+
+bool HasExtension(const QString& name) {
+  return QFileInfo(name).fileName().contains('.');
+}
+
+/// The toolkit reads an entry's pattern from the brackets at the end of its description.
+QStringList NameFilters(const QString& filter) {
+  static const QRegularExpression kBrackets(R"(\(([^()]*)\)$)");
+  const QStringList parts = filter.split('|');
+  QStringList filters;
+  for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
+    const QString pattern = QString(parts[i + 1]).replace(';', ' ');
+    const bool named = kBrackets.match(parts[i]).captured(1).replace(';', ' ') == pattern;
+    filters += named ? parts[i] : parts[i] + " (" + pattern + ")";
+  }
+  return filters;
+}
+
+class Dialog : public QFileDialog {
+ public:
+  Dialog(const FileRequest& request, bool save, const QString& folder)
+      : QFileDialog(DialogParent()), extension_(request.default_extension) {
+    setObjectName("FileDialog");
+    setOption(DontUseNativeDialog);
+    setOption(DontConfirmOverwrite);
+    setAcceptMode(save ? AcceptSave : AcceptOpen);
+    setFileMode(save ? AnyFile : ExistingFile);
+    setNameFilters(NameFilters(request.filter));
+    if (!folder.isEmpty()) setDirectory(folder);
+    selectFile(request.proposed_name);
+  }
+
+  /// Completes a name typed without its extension, but for a file that exists under the bare name.
+  void accept() override {
+    auto* name_edit = findChild<QLineEdit*>("fileNameEdit");
+    const QString typed = name_edit == nullptr ? QString() : name_edit->text();
+    const bool bare = !typed.isEmpty() && !HasExtension(typed);
+    if (bare && !directory().exists(typed)) {
+      const QString completed = typed + extension_;
+      if (acceptMode() == AcceptSave || directory().exists(completed))
+        name_edit->setText(completed);
+    }
+    QFileDialog::accept();
+  }
+
+ private:
+  QString extension_;
+};
+
+}  // namespace
+
+std::optional<QString> ModalFileDialog::ShowSave(const FileRequest& request) {
+  return Show(request, true);
+}
+
+std::optional<QString> ModalFileDialog::ShowOpen(const FileRequest& request) {
+  return Show(request, false);
+}
+
+std::optional<QString> ModalFileDialog::Show(const FileRequest& request, bool save) {
+  if (events_.Ending()) return std::nullopt;
+  const QPointer<Dialog> dialog = new Dialog(request, save, folder_);
+  QObject::connect(&events_, &Events::Ended, dialog.data(), &QDialog::reject);
+  const bool accepted = dialog->exec() == QDialog::Accepted;
+  std::optional<QString> path;
+  if (dialog && accepted && !dialog->selectedFiles().isEmpty()) {
+    path = dialog->selectedFiles().constFirst();
+    folder_ = QFileInfo(*path).absolutePath();
+  }
+  delete dialog.data();
+  return path;
+}
+
+}  // namespace platform

@@ -1,0 +1,53 @@
+#include "platform/hi_timer.h"
+
+#include <QPointer>
+#include <algorithm>
+
+namespace platform {
+
+namespace {
+
+using Milliseconds = std::chrono::milliseconds;
+
+}  // namespace
+
+SystemHiTimer::SystemHiTimer(QObject* parent) : QObject(parent) {
+  timer_.setSingleShot(true);
+  timer_.setTimerType(Qt::PreciseTimer);
+  connect(&timer_, &QTimer::timeout, this, &SystemHiTimer::Wake);
+}
+
+void SystemHiTimer::SetInterval(int milliseconds) {
+  interval_ = std::max(1, milliseconds);
+}
+
+void SystemHiTimer::SetEnabled(bool enabled) {
+  enabled_ = enabled;
+  if (enabled) {
+    ArmFor(Clock::now() + Milliseconds(interval_));
+  } else {
+    timer_.stop();
+  }
+}
+
+void SystemHiTimer::Wake() {
+  if (const auto now = Clock::now(); now - due_ > Milliseconds(interval_)) due_ = now;
+  const Clock::time_point tick_due = due_;
+
+  const QPointer<SystemHiTimer> self(this);
+  if (const auto tick = Timer) tick();
+  if (!self || !enabled_ || timer_.isActive()) return;
+
+  const auto now = Clock::now();
+  const auto interval = Milliseconds(interval_);
+  const auto next = tick_due + interval;
+  ArmFor(now - next > interval ? now + interval : next);
+}
+
+void SystemHiTimer::ArmFor(Clock::time_point due) {
+  due_ = due;
+  const auto left = std::chrono::ceil<Milliseconds>(due - Clock::now());
+  timer_.start(std::max(left, Milliseconds(0)));
+}
+
+}  // namespace platform

@@ -1,0 +1,49 @@
+#include "platform/list_column.h"
+
+#include <QPainter>
+#include <QStringList>
+
+namespace platform {
+namespace {
+
+constexpr int kRowPadding = 4;  // pixels above and below a line together
+
+}  // namespace
+
+void ColumnDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                           const QModelIndex& index) const {
+  const bool selected = (option.state & QStyle::State_Selected) != 0;
+  const QPalette::ColorGroup group =
+      (option.state & QStyle::State_Enabled) != 0 ? QPalette::Active : QPalette::Disabled;
+  const QPalette& palette = option.palette;
+  if (selected) {
+    painter->fillRect(option.rect, palette.color(group, QPalette::Highlight));
+  } else if (option.features & QStyleOptionViewItem::Alternate) {
+    painter->fillRect(option.rect, palette.color(group, QPalette::AlternateBase));
+  }
+  painter->setPen(palette.color(group, selected ? QPalette::HighlightedText : QPalette::Text));
+  painter->setFont(option.font);
+
+  const QString text = index.data(Qt::DisplayRole).toString();
+  if (columns_.empty()) {
+    painter->drawText(option.rect.adjusted(4, 0, -4, 0),
+                      Qt::AlignVCenter | Qt::TextExpandTabs | Qt::TextSingleLine, text);
+    return;
+  }
+  const int frame = option.widget == nullptr ? 0 : option.rect.left();
+  const QStringList fields = text.split('\t');
+  for (std::size_t i = 0; i < columns_.size() && i < static_cast<std::size_t>(fields.size()); ++i) {
+    const ListColumn& column = columns_[i];
+    const QRect cell(frame + column.left, option.rect.top(), column.width, option.rect.height());
+    painter->drawText(cell,
+                      static_cast<int>(column.alignment) | Qt::AlignVCenter | Qt::TextSingleLine,
+                      option.fontMetrics.elidedText(fields[static_cast<qsizetype>(i)],
+                                                    Qt::ElideRight, column.width));
+  }
+}
+
+QSize ColumnDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const {
+  return {0, option.fontMetrics.height() + kRowPadding};
+}
+
+}  // namespace platform

@@ -1,0 +1,35 @@
+// The columns of a list box and the drawing of its lines.
+#ifndef PELMORA_PLATFORM_LIST_COLUMN_H
+#define PELMORA_PLATFORM_LIST_COLUMN_H
+
+#include <QStyledItemDelegate>
+#include <vector>
+
+namespace platform {
+
+/// Where a field of a line is drawn, in pixels from the list's left edge (frame included).
+struct ListColumn {
+  int left;
+  int width;
+  Qt::Alignment alignment;
+};
+
+/// Draws a line of tab-separated fields, each in its column; without columns the whole line as it
+/// is.
+class ColumnDelegate : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+  void SetColumns(std::vector<ListColumn> columns) { columns_ = std::move(columns); }
+
+  void paint(QPainter* painter, const QStyleOptionViewItem& option,
+             const QModelIndex& index) const override;
+  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+
+ private:
+  std::vector<ListColumn> columns_;
+};
+
+}  // namespace platform
+
+#endif

@@ -1,16 +1,16 @@
 #include "ui/controls.h"
 
 #include <QFontMetricsF>
-#include <QFrame>
-#include <QGroupBox>
 #include <QLabel>
 #include <QRegularExpression>
+#include <algorithm>
 
 #include "platform/cw_button.h"
 #include "platform/cw_num_edit.h"
 #include "platform/cw_slide.h"
 #include "platform/drop_down_list.h"
 #include "platform/list_box.h"
+#include "platform/panel.h"
 #include "platform/push_button.h"
 #include "platform/text_field.h"
 
@@ -21,15 +21,17 @@ constexpr int kLargestFont = 12;  // pixels
 constexpr int kSmallestFont = 8;
 constexpr int kHeadingFont = 16;  // 12 points at 96 dpi
 
-QWidget* MakePanel(const QString& caption, QWidget* parent) {
-  if (!caption.isEmpty()) return new QGroupBox(caption, parent);
-  auto* frame = new QFrame(parent);
-  frame->setFrameShape(QFrame::StyledPanel);
-  return frame;
+constexpr int kFullStretch = 100;   // percent
+constexpr int kLowestStretch = 90;  // below, a smaller font reads better than a narrower one
+
+QWidget* MakeLabel(const QString& caption, QWidget* parent) {
+  auto* label = new QLabel(caption, parent);
+  label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+  return label;
 }
 
 QWidget* MakeHeading(const QString& caption, QWidget* parent) {
-  auto* label = new QLabel(caption, parent);
+  QWidget* label = MakeLabel(caption, parent);
   QFont font = label->font();
   font.setPixelSize(kHeadingFont);
   font.setBold(true);
@@ -41,6 +43,8 @@ QWidget* MakeTextField(const QString& text, bool display, QWidget* parent) {
   auto* field = new platform::TextField(parent);
   field->setText(text);
   field->setAlignment(Qt::AlignCenter);
+  // The fields are narrow: the text may use the room that a line edit leaves free at its sides.
+  field->setTextMargins(-2, 0, -2, 0);
   field->setReadOnly(display);
   if (display) field->setFocusPolicy(Qt::ClickFocus);
   return field;
@@ -74,7 +78,7 @@ Demand DemandOf(const ControlRow& row) {
     case Kind::kTextField:
       return {QStringLiteral("-128"), 8};
     case Kind::kDisplay:
-      return {QStringLiteral("-63.5 \u00B0"), 6};
+      return {QStringLiteral("-63.5 \u00B0"), 5};
     case Kind::kFader:
       return {QStringLiteral("Ch11"), 2};
     case Kind::kDropDown:
@@ -89,6 +93,25 @@ Demand DemandOf(const ControlRow& row) {
   return {QString(), 0};
 }
 
+QString ElementName(const ControlRow& row, int element) {
+  const QString name = QString::fromLatin1(row.name);
+  return row.count == 1 ? name : QStringLiteral("%1_%2").arg(name).arg(row.first + element);
+}
+
+/// How far the control's text has to be narrowed to fit, in percent of its full width.
+int StretchFor(const ControlRow& row, const QFont& font) {
+  const Demand demand = DemandOf(row);
+  const double width = QFontMetricsF(font).horizontalAdvance(demand.text);
+  const double room = Pixels(row.width) - demand.margin;
+  return width <= room ? kFullStretch : static_cast<int>(kFullStretch * room / width);
+}
+
+int NarrowestStretch(const QFont& font) {
+  int narrowest = kFullStretch;
+  for (const ControlRow& row : Inventory()) narrowest = std::min(narrowest, StretchFor(row, font));
+  return narrowest;
+}
+
 }  // namespace
 
 Controls::Controls(QWidget& client) {
@@ -100,8 +123,7 @@ Controls::Controls(QWidget& client) {
         const QString whole = QString::fromUtf8(text);
         return array && whole.contains(QLatin1String("%1")) ? whole.arg(i) : whole;
       };
-      const QString name = array ? QStringLiteral("%1_%2").arg(QLatin1String(row.name)).arg(row.first + i)
-                                 : QString::fromLatin1(row.name);
+      const QString name = ElementName(row, i);
       QWidget* control = Make(row, numbered(row.caption), parent);
       control->setObjectName(name);
       if (*row.spoken_name) control->setAccessibleName(numbered(row.spoken_name));
@@ -117,9 +139,9 @@ Controls::Controls(QWidget& client) {
 QWidget* Controls::Make(const ControlRow& row, const QString& caption, QWidget* parent) const {
   switch (row.kind) {
     case Kind::kPanel:
-      return MakePanel(caption, parent);
+      return new platform::Panel(caption, parent);
     case Kind::kLabel:
-      return new QLabel(caption, parent);
+      return MakeLabel(caption, parent);
     case Kind::kHeading:
       return MakeHeading(caption, parent);
     case Kind::kDropDown:
@@ -149,18 +171,18 @@ QWidget* Controls::Make(const ControlRow& row, const QString& caption, QWidget* 
 
 void Controls::FitFont(QWidget& client) const {
   QFont font = client.font();
-  for (int size = kLargestFont; size >= kSmallestFont; --size) {
+  for (int size = kLargestFont; size > kSmallestFont; --size) {
     font.setPixelSize(size);
-    const QFontMetricsF metrics(font);
-    bool fits = true;
-    for (const ControlRow& row : Inventory()) {
-      const Demand demand = DemandOf(row);
-      if (demand.text.isEmpty()) continue;
-      fits = fits && metrics.horizontalAdvance(demand.text) + demand.margin <= Pixels(row.width);
-    }
-    if (fits) break;
+    if (NarrowestStretch(font) >= kLowestStretch) break;
   }
   client.setFont(font);
+  for (const ControlRow& row : Inventory()) {
+    const int stretch = StretchFor(row, font);
+    if (stretch >= kFullStretch) continue;
+    QFont narrow = font;
+    narrow.setStretch(stretch);
+    for (int i = 0; i < row.count; ++i) controls_.value(ElementName(row, i))->setFont(narrow);
+  }
 }
 
 }  // namespace pelmora

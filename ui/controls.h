@@ -28,7 +28,8 @@ class Controls {
     return Get<T>(QStringLiteral("%1_%2").arg(QLatin1String(array)).arg(index));
   }
 
-  /// Sets the largest font size, from 12 pixels down, at which every caption can be read in full.
+  /// Sets the largest font size, from 12 pixels down, at which every caption can be read in full;
+  /// a caption that misses it by little is narrowed instead.
   void FitFont(QWidget& client) const;
 
  private:

@@ -12,6 +12,8 @@ void SetUpLook(QApplication& application) {
   QPalette palette;
   palette.setColor(QPalette::Window, QColor(0xEE, 0xF1, 0xF5));
   palette.setColor(QPalette::WindowText, QColor(0x1F, 0x29, 0x33));
+  palette.setColor(QPalette::Light, QColor(0xFB, 0xFC, 0xFD));
+  palette.setColor(QPalette::Midlight, QColor(0xCB, 0xD2, 0xD9));
   palette.setColor(QPalette::Base, Qt::white);
   palette.setColor(QPalette::AlternateBase, QColor(0xF5, 0xF8, 0xFB));
   palette.setColor(QPalette::Text, QColor(0x1F, 0x29, 0x33));

@@ -1,0 +1,20 @@
+// A panel that groups controls: a light card with an optional caption on its frame.
+#ifndef PELMORA_PLATFORM_PANEL_H
+#define PELMORA_PLATFORM_PANEL_H
+
+#include <QGroupBox>
+
+namespace platform {
+
+class Panel : public QGroupBox {
+  Q_OBJECT
+ public:
+  explicit Panel(const QString& caption, QWidget* parent = nullptr);
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+};
+
+}  // namespace platform
+
+#endif

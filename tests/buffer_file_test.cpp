@@ -126,7 +126,7 @@ TEST(BufferFile, LinesOfAFile) {
                                                         {"Index", ""},
                                                         {" 2 ", " 1 "},
                                                         {" 2 ", " 3 "},
-                                                        {" 2 ", "-2 "},
+                                                        {" 0 ", "-1 "},
                                                         {" 2 ", ""},
                                                         {" 2 ", "40000"},
                                                         {"Sequence 2", "Sequence 3"},

@@ -257,6 +257,7 @@ void SimulatedBoard::Impl::Sleep(std::unique_lock<std::mutex>& lock) {
   lock.unlock();
   ppoll(watched.data(), watched.size(), due ? &wait : nullptr, nullptr);
   lock.lock();
+  if (watched[0].revents == 0) return;
   std::uint64_t wakes = 0;
   [[maybe_unused]] const ssize_t emptied = read(wake_, &wakes, sizeof wakes);
 }

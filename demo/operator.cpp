@@ -12,6 +12,8 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSpinBox>
+#include <QStyle>
+#include <QStyleOptionSlider>
 #include <QtTest/QTest>
 #include <cstdlib>
 
@@ -21,6 +23,19 @@ namespace demo {
 namespace {
 
 constexpr int kGlance = 3;  // ms
+
+QRect HandleOf(const QSlider& slide) {
+  QStyleOptionSlider option;
+  option.initFrom(&slide);
+  option.orientation = slide.orientation();
+  option.minimum = slide.minimum();
+  option.maximum = slide.maximum();
+  option.sliderPosition = option.sliderValue = slide.value();
+  option.upsideDown = slide.orientation() == Qt::Vertical;
+  option.subControls = QStyle::SC_All;
+  return slide.style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle,
+                                       &slide);
+}
 
 }  // namespace
 
@@ -36,18 +51,14 @@ void Operator::Click(const QString& name) {
 
 void Operator::MoveSlider(const QString& name, int value) {
   auto& slide = Find<platform::CWSlide>(name);
-  const QPoint start = slide.HandleRect().center();
-  const int travel = slide.height() - slide.HandleRect().height();
+  const QPoint start = HandleOf(slide).center();
+  const int travel = slide.height() - HandleOf(slide).height();
   const int range = slide.maximum() - slide.minimum();
   const int distance = (slide.value() - value) * travel / range;
   QTest::mousePress(&slide, Qt::LeftButton, {}, start);
   constexpr int kStages = 4;
   for (int stage = 1; stage <= kStages; ++stage) {
     QTest::mouseMove(&slide, start + QPoint(0, distance * stage / kStages));
-    if (QApplication::mouseButtons() == Qt::NoButton) {
-      // The synthesized move carries the button that QTest holds down.
-      QCoreApplication::processEvents();
-    }
   }
   QTest::mouseRelease(&slide, Qt::LeftButton, {}, start + QPoint(0, distance));
   while (slide.value() != value) {

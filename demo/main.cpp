@@ -1,0 +1,96 @@
+// The program's window with the simulated board on "Comm1", beside the board's own window.
+//
+//   pelmora-demo                  for an operator
+//   pelmora-demo --tour FOLDER    goes through a tour by itself and leaves pictures in FOLDER
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QDir>
+#include <QScreen>
+#include <QTextStream>
+#include <QTimer>
+#include <stdexcept>
+
+#include "board/board_window.h"
+#include "board/simulated_board.h"
+#include "demo/tour.h"
+#include "platform/events.h"
+#include "platform/file_dialog.h"
+#include "platform/hi_timer.h"
+#include "platform/message_box.h"
+#include "platform/port_directory.h"
+#include "ui/form1.h"
+#include "ui/look.h"
+
+namespace {
+
+/// The simulated board on the first entry, the machine's ports on the others.
+class DemoPorts : public platform::PortDirectory {
+ public:
+  explicit DemoPorts(const simboard::SimulatedBoard& board) : board_(board) {}
+
+  QString DeviceFor(int number) const override {
+    return number == 1 ? QString::fromStdString(board_.DevicePath()) : machine_.DeviceFor(number);
+  }
+
+ private:
+  const simboard::SimulatedBoard& board_;
+  const platform::MachinePorts machine_;
+};
+
+/// Beside the program's window where the screen has room.
+void PlaceBeside(QWidget& board_window, QWidget& form) {
+  const QRect screen = form.screen()->availableGeometry();
+  const int together = form.width() + board_window.width();
+  if (together > screen.width()) return;
+  const int left = screen.left() + (screen.width() - together) / 2;
+  form.move(left, form.y());
+  board_window.move(left + form.width(), form.y());
+}
+
+int GoOnTour(QWidget& form, QWidget& board_window, simboard::SimulatedBoard& board,
+             const QString& folder) {
+  try {
+    demo::Tour(form, board_window, board, QDir(folder)).Go();
+    return 0;
+  } catch (const std::runtime_error& error) {
+    QTextStream(stderr) << "The tour failed: " << error.what() << '\n';
+    return 1;
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  QApplication application(argc, argv);
+  QCommandLineParser parser;
+  const QCommandLineOption tour(QStringLiteral("tour"),
+                                QStringLiteral("Go on a tour and leave pictures in <folder>."),
+                                QStringLiteral("folder"));
+  parser.addOption(tour);
+  parser.addHelpOption();
+  parser.process(application);
+
+  pelmora::SetUpLook(application);
+  simboard::SimulatedBoard board(simboard::SimulatedBoard::Pace::k9600);
+  const DemoPorts ports(board);
+  platform::Events events;
+  platform::ModalMessageBox message_box(events);
+  platform::ModalFileDialog file_dialog(events);
+  platform::SystemHiTimer timer;
+  pelmora::Form1 form({events, message_box, file_dialog, timer, ports});
+  simboard::BoardWindow board_window(board);
+  int exit_status = 0;
+  QObject::connect(&events, &platform::Events::Ended, &application,
+                   [&exit_status] { QApplication::exit(exit_status); });
+  form.show();
+  PlaceBeside(board_window, form);
+  board_window.show();
+  form.activateWindow();
+  if (parser.isSet(tour)) {
+    QTimer::singleShot(0, &form, [&] {
+      exit_status = GoOnTour(form, board_window, board, parser.value(tour));
+      form.close();
+    });
+  }
+  return application.exec();
+}

@@ -1,0 +1,45 @@
+// A short operator's tour through the running program, for a machine without a display: it works
+// the window, prints what it does and what the board received, and leaves pictures.
+#ifndef PELMORA_DEMO_TOUR_H
+#define PELMORA_DEMO_TOUR_H
+
+#include <QDir>
+#include <QString>
+#include <QWidget>
+
+#include "board/simulated_board.h"
+#include "demo/operator.h"
+
+namespace demo {
+
+class Tour {
+ public:
+  /// Pictures of `window` and of the board's window go into `folder`, numbered in order.
+  Tour(QWidget& window, QWidget& board_window, simboard::SimulatedBoard& board, const QDir& folder);
+
+  /// Goes through all stages. Throws std::runtime_error when the program does not do what the
+  /// operator expects.
+  void Go();
+
+ private:
+  void Connect();
+  void MoveServos();
+  void Compose();
+  void ChangeSequence();
+
+  void Say(const QString& what);
+  void SayReceived();
+  void Picture(const QString& name);
+  void Expect(bool holds, const QString& what);
+
+  QWidget& window_;
+  QWidget& board_window_;
+  simboard::SimulatedBoard& board_;
+  const QDir folder_;
+  Operator operator_;
+  int pictures_ = 0;
+};
+
+}  // namespace demo
+
+#endif

@@ -1,13 +1,27 @@
 #include "ui/look.h"
 
 #include <QFont>
+#include <QIcon>
 #include <QPalette>
 #include <QStyleFactory>
 
 namespace pelmora {
+namespace {
+
+/// PNG files, which need no plug-in of the toolkit to be read.
+QIcon WindowIcon() {
+  QIcon icon;
+  for (const int size : {16, 22, 24, 32, 48, 64, 128, 256}) {
+    icon.addFile(QStringLiteral(":/icon/pelmora-%1.png").arg(size));
+  }
+  return icon;
+}
+
+}  // namespace
 
 void SetUpLook(QApplication& application) {
   application.setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+  application.setWindowIcon(WindowIcon());
 
   QPalette palette;
   palette.setColor(QPalette::Window, QColor(0xEE, 0xF1, 0xF5));

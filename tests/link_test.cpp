@@ -1,6 +1,7 @@
 // The board's side of the window: choosing and losing the port, the bytes of live control, and the
 // debug panel, on a real pseudo terminal.
 #include <QComboBox>
+#include <QLineEdit>
 #include <QtTest/QTest>
 #include <fcntl.h>
 #include <poll.h>
@@ -74,8 +75,8 @@ TEST_F(Port, LostWhileOpenIsSaidOnceAndNothingComposedIsLost) {
   const QString device = QString::fromStdString(board.DevicePath());
   box.Expect("Program",
              "The connection on Comm1 (" + device +
-                 ") is lost: the device does not answer any more.\n\nYour sequences are "
-                 "untouched. Choose a port to connect again.",
+                 ") is lost: the adapter was pulled or the line hung up.\n\nYour "
+                 "sequences are untouched. Choose a port to connect again.",
              [&] { told = true; });
   board.Unplug();
   EXPECT_TRUE(hands->WaitUntil([&] { return told; }));

@@ -65,7 +65,7 @@ WindowTest::WindowTest(simboard::Pace pace) : board(pace), box(events), ports(bo
   hands = std::make_unique<demo::Operator>(*form);
   form->show();
   form->activateWindow();
-  QTest::qWaitForWindowActive(form.get());
+  EXPECT_TRUE(QTest::qWaitForWindowActive(form.get()));
   watchdog_.setSingleShot(true);
   QObject::connect(&watchdog_, &QTimer::timeout, form.get(), [this] {
     ADD_FAILURE() << "the test hangs in a wait";

@@ -25,8 +25,9 @@ class LineClock {
   TimePoint Arrival(TimePoint ready) const { return std::max(free_, ready) + byte_time_; }
   // The next byte has passed.
   void Pass(TimePoint ready) { free_ = Arrival(ready); }
-  // The line was held up until now.
-  void Resume(TimePoint now) { free_ = std::max(free_, now); }
+  // The line was held up until now: the byte that waited for it arrives at once, and those after it
+  // at the line's pace.
+  void Resume(TimePoint now) { free_ = std::max(free_, now - byte_time_); }
 
  private:
   // 11 bits at 9600 baud, rounded up.

@@ -31,6 +31,7 @@ std::size_t Outbox::DueBytes(const Message& message, TimePoint now) const {
 
 bool Outbox::Pump(const Writer& write, TimePoint now) {
   bool moved = false;
+  if (held_up_) clock_.Resume(now);
   while (!messages_.empty()) {
     Message& message = messages_.front();
     const std::size_t due = DueBytes(message, now);
@@ -39,7 +40,6 @@ bool Outbox::Pump(const Writer& write, TimePoint now) {
     for (std::size_t i = 0; i < taken; ++i) clock_.Pass(message.not_before);
     message.sent += taken;
     moved = moved || taken > 0;
-    if (held_up_ && taken > 0) clock_.Resume(now);
     held_up_ = taken < due;
     if (held_up_) break;
     if (message.sent == message.bytes.size()) messages_.pop_front();

@@ -2,11 +2,15 @@
 //
 //   pelmora-demo                  for an operator
 //   pelmora-demo --tour FOLDER    goes through a tour by itself and leaves pictures in FOLDER
+//   pelmora-demo --log FILE       writes the bytes that the board received into FILE at the end
+//   pelmora-demo --silent         the board takes everything and answers nothing
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
+#include <QFile>
 #include <QScreen>
 #include <QTextStream>
+#include <QThread>
 #include <QTimer>
 #include <stdexcept>
 
@@ -47,6 +51,19 @@ void PlaceBeside(QWidget& board_window, QWidget& form) {
   board_window.move(left + form.width(), form.y());
 }
 
+void WriteLog(const simboard::SimulatedBoard& board, const QString& path) {
+  // The last bytes may still be on the slow line.
+  std::size_t received = 0;
+  do {
+    received = board.Received().size();
+    QThread::msleep(50);
+  } while (board.Received().size() != received);
+  QFile file(path);
+  if (!file.open(QIODevice::WriteOnly)) return;
+  QTextStream out(&file);
+  for (const std::uint8_t byte : board.Received()) out << byte << ' ';
+}
+
 int GoOnTour(QWidget& form, QWidget& board_window, simboard::SimulatedBoard& board,
              const QString& folder) {
   try {
@@ -66,12 +83,21 @@ int main(int argc, char** argv) {
   const QCommandLineOption tour(QStringLiteral("tour"),
                                 QStringLiteral("Go on a tour and leave pictures in <folder>."),
                                 QStringLiteral("folder"));
-  parser.addOption(tour);
+  const QCommandLineOption log(QStringLiteral("log"),
+                               QStringLiteral("At the end, write the bytes that the board received "
+                                              "into <file>, in decimal."),
+                               QStringLiteral("file"));
+  const QCommandLineOption silent(QStringLiteral("silent"),
+                                  QStringLiteral("Let the board answer nothing."));
+  parser.addOptions({tour, log, silent});
   parser.addHelpOption();
   parser.process(application);
 
   pelmora::SetUpLook(application);
   simboard::SimulatedBoard board(simboard::SimulatedBoard::Pace::k9600);
+  simboard::Faults faults;
+  faults.silent = parser.isSet(silent);
+  board.SetFaults(faults);
   const DemoPorts ports(board);
   platform::Events events;
   platform::ModalMessageBox message_box(events);
@@ -92,5 +118,7 @@ int main(int argc, char** argv) {
       form.close();
     });
   }
-  return application.exec();
+  const int status = application.exec();
+  if (parser.isSet(log)) WriteLog(board, parser.value(log));
+  return status;
 }

@@ -3,8 +3,6 @@
 #ifndef PELMORA_LINK_SERIAL_PORT_H
 #define PELMORA_LINK_SERIAL_PORT_H
 
-#include <QString>
-
 #include "platform/drop_down_list.h"
 #include "platform/message_box.h"
 #include "platform/ms_comm.h"
@@ -27,7 +25,7 @@ class SerialPort {
   void ComboPort_Click();
 
   /// The open port has failed: unlocks the list and says so.
-  void MSComm1_PortLost(const QString& reason);
+  void MSComm1_PortLost();
 
   /// "Connected" means that the port is open; the board itself is not asked.
   bool Connected() const { return comm_.PortOpen(); }

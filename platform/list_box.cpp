@@ -94,7 +94,8 @@ int ListBox::NearestLine(int y) const {
 
 void ListBox::Press(QMouseEvent* event) {
   event->accept();
-  if (gesture_ != Gesture::kNone) return;
+  const bool first_button = event->buttons() == Qt::MouseButtons(event->button());
+  if (gesture_ != Gesture::kNone && !first_button) return;
   const int line = LineAt(event->position().toPoint().y());
   gesture_ = line >= 0 ? Gesture::kOnLine : Gesture::kBesideLines;
   if (line >= 0) SetListIndex(line);

@@ -3,6 +3,8 @@
 #include <QPainter>
 #include <QStringList>
 
+#include "platform/colours.h"
+
 namespace platform {
 namespace {
 
@@ -16,10 +18,18 @@ void ColumnDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option
   const QPalette::ColorGroup group =
       (option.state & QStyle::State_Enabled) != 0 ? QPalette::Active : QPalette::Disabled;
   const QPalette& palette = option.palette;
+  const QColor highlight = palette.color(group, QPalette::Highlight);
   if (selected) {
-    painter->fillRect(option.rect, palette.color(group, QPalette::Highlight));
+    const bool enabled = group == QPalette::Active;
+    painter->fillRect(option.rect,
+                      enabled ? highlight : Blend(highlight, palette.color(QPalette::Base), 0.5));
   } else if (option.features & QStyleOptionViewItem::Alternate) {
     painter->fillRect(option.rect, palette.color(group, QPalette::AlternateBase));
+  }
+  if (option.state & QStyle::State_HasFocus) {
+    const QColor base = palette.color(QPalette::Base);
+    painter->setPen(QPen(selected ? Blend(highlight, base, 0.6) : highlight, 1, Qt::DotLine));
+    painter->drawRect(option.rect.adjusted(1, 1, -2, -2));
   }
   painter->setPen(palette.color(group, selected ? QPalette::HighlightedText : QPalette::Text));
   painter->setFont(option.font);
@@ -30,11 +40,10 @@ void ColumnDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option
                       Qt::AlignVCenter | Qt::TextExpandTabs | Qt::TextSingleLine, text);
     return;
   }
-  const int frame = option.widget == nullptr ? 0 : option.rect.left();
   const QStringList fields = text.split('\t');
   for (std::size_t i = 0; i < columns_.size() && i < static_cast<std::size_t>(fields.size()); ++i) {
     const ListColumn& column = columns_[i];
-    const QRect cell(frame + column.left, option.rect.top(), column.width, option.rect.height());
+    const QRect cell(option.rect.left() + column.left, option.rect.top(), column.width, option.rect.height());
     painter->drawText(cell,
                       static_cast<int>(column.alignment) | Qt::AlignVCenter | Qt::TextSingleLine,
                       option.fontMetrics.elidedText(fields[static_cast<qsizetype>(i)],

@@ -20,6 +20,7 @@ class ColumnDelegate : public QStyledItemDelegate {
  public:
   using QStyledItemDelegate::QStyledItemDelegate;
 
+  /// The lefts here count from the left edge of the lines, without the frame.
   void SetColumns(std::vector<ListColumn> columns) { columns_ = std::move(columns); }
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option,

@@ -3,8 +3,8 @@
 #include <QPainter>
 #include <QStyleOptionSlider>
 #include <algorithm>
-#include <array>
 
+#include "platform/colours.h"
 #include "platform/cw_slide.h"
 
 namespace platform {
@@ -35,13 +35,6 @@ QRect FaderHandle(const QStyleOptionSlider& option) {
   QRect handle(0, 0, kHandleWidth, kHandleLength);
   handle.moveCenter({option.rect.center().x(), FaderY(option, option.sliderPosition)});
   return handle;
-}
-
-QColor Blend(const QColor& a, const QColor& b, double share_of_b) {
-  const auto mix = [share_of_b](int x, int y) {
-    return static_cast<int>(x + (y - x) * share_of_b + 0.5);
-  };
-  return {mix(a.red(), b.red()), mix(a.green(), b.green()), mix(a.blue(), b.blue())};
 }
 
 void DrawTicks(QPainter& painter, const QStyleOptionSlider& option, const QColor& pale,

@@ -10,6 +10,7 @@
 #include <thread>
 #include <vector>
 
+#include "board/outbox.h"
 #include "board/simulated_board.h"
 
 using namespace std::chrono_literals;
@@ -131,6 +132,29 @@ TEST(PtyLine, NothingIsLostWhileThePcDoesNotRead) {
   pc.Write({1});
   EXPECT_TRUE(board.WaitForBytes(1, 2s)) << "the board still listens";
   EXPECT_EQ(pc.Read(flood.size()), flood);
+}
+
+TEST(PtyLine, HeldUpSlowLineDoesNotMakeUpForLostTime) {
+  Outbox outbox(Pace::k9600);
+  const Clock::time_point start{1000s};
+  outbox.Add({.bytes = Bytes(100, 1), .not_before = start});
+  std::size_t room = 3;
+  std::size_t sent = 0;
+  const auto write = [&](std::span<const std::uint8_t> bytes) {
+    const std::size_t taken = std::min(room, bytes.size());
+    room -= taken;
+    sent += taken;
+    return taken;
+  };
+  outbox.Pump(write, start + 10ms);
+  EXPECT_EQ(sent, 3u) << "eight bytes are due, the line takes three";
+  EXPECT_TRUE(outbox.HeldUp());
+  EXPECT_FALSE(outbox.NextDue());
+  room = 1000;
+  outbox.Pump(write, start + 50ms);
+  EXPECT_EQ(sent, 4u) << "the byte that waited";
+  outbox.Pump(write, start + 61ms);
+  EXPECT_EQ(sent, 13u) << "and in 11 ms nine more";
 }
 
 TEST(PtyLine, KeepsThePaceOf9600BaudInBothDirectionsAtOnce) {
@@ -294,8 +318,12 @@ TEST(PtyLine, PlaysAndReportsEveryLastChange) {
   }
   board.Snapshot();
   const int before = calls;
-  pc.Write({1, 0, 1, 0, 1, 0, 1});
-  std::this_thread::sleep_for(100ms);
+  board.ClearLog();
+  for (std::size_t i = 1; i <= 7; ++i) {
+    pc.Write({1});
+    ASSERT_TRUE(board.WaitForBytes(i, 2s));
+  }
+  std::this_thread::sleep_for(50ms);
   EXPECT_EQ(calls, before + 1) << "one call until the listener has looked";
 }
 

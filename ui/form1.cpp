@@ -299,11 +299,11 @@ void Form1::ConnectLink() {
   connect(&h.comm, &platform::MSComm::OnComm, wiring_.get(),
           [&h] { h.board.MSComm1_OnComm(); });
   // The message comes last: nothing stands On or locked while it is open.
-  connect(&h.comm, &platform::MSComm::PortLost, wiring_.get(), [&h](const QString& reason) {
+  connect(&h.comm, &platform::MSComm::PortLost, wiring_.get(), [&h] {
     h.pc_emulator.MSComm1_PortLost();
     h.board_playback.MSComm1_PortLost();
     h.live_control.MSComm1_PortLost();
-    h.serial_port.MSComm1_PortLost(reason);
+    h.serial_port.MSComm1_PortLost();
   });
   connect(&h.main_on_off.Button(), &CWButton::ValueChanged, wiring_.get(),
           [&h](bool on) { h.live_control.CWButtonMainOnOff_ValueChanged(on); });

@@ -1,0 +1,448 @@
+#include <gtest/gtest.h>
+
+#include <QAccessible>
+#include <QApplication>
+#include <QDir>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QMainWindow>
+#include <QMessageBox>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "platform/cw_button.h"
+#include "platform/cw_num_edit.h"
+#include "platform/cw_slide.h"
+#include "platform/drop_down_list.h"
+#include "platform/file_dialog.h"
+#include "platform/list_box.h"
+#include "platform/message_box.h"
+#include "platform/push_button.h"
+#include "platform/text_field.h"
+
+namespace platform {
+namespace {
+
+struct ControlsTest : testing::Test {
+  ControlsTest() { window.resize(400, 400); }
+
+  void ShowWindow() {
+    window.show();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+  }
+
+  QMainWindow window;
+  Events events;
+};
+
+TEST_F(ControlsTest, EachChangeOfAValueIsAnnouncedOnceInsideTheAssignment) {
+  CWSlide slide(CWSlide::Look::kFader);
+  slide.SetScaleMaximum(255);
+  CWButton button("PC Emu");
+  CWNumEdit number;
+  number.SetScale(20, 32767, 20, 1000);
+  slide.SetValue(100);
+  number.SetValue(100);
+
+  struct Case {
+    const char* what;
+    std::function<void()> change;
+    int value;  // -1: nothing is announced
+  };
+  std::vector<int> announced;
+  const auto note = [&announced](int value) { announced.push_back(value); };
+  QObject::connect(&slide, &CWSlide::ValueChanged, note);
+  QObject::connect(&number, &CWNumEdit::ValueChanged, note);
+  QObject::connect(&button, &CWButton::ValueChanged, [&](bool on) { note(on ? 1 : 0); });
+  const Case cases[] = {
+      {"slide set", [&] { slide.SetValue(7); }, 7},
+      {"slide same", [&] { slide.SetValue(7); }, -1},
+      {"slide cut", [&] { slide.SetValue(999); }, 255},
+      {"slide key", [&] { QTest::keyClick(&slide, Qt::Key_Down); }, 254},
+      {"slide page key", [&] { QTest::keyClick(&slide, Qt::Key_PageDown); }, 244},
+      {"slide scale cuts", [&] { slide.SetScaleMaximum(50); }, 50},
+      {"slide scale below 0", [&] { slide.SetScaleMaximum(-1); }, 0},
+      {"button set", [&] { button.SetValue(true); }, 1},
+      {"button same", [&] { button.SetValue(true); }, -1},
+      {"button click", [&] { QTest::mouseClick(&button, Qt::LeftButton); }, 0},
+      {"button key", [&] { QTest::keyClick(&button, Qt::Key_Space); }, 1},
+      {"number set", [&] { number.SetValue(1000); }, 1000},
+      {"number same", [&] { number.SetValue(1000); }, -1},
+      {"number key", [&] { QTest::keyClick(&number, Qt::Key_Up); }, 1020},
+      {"number page key", [&] { QTest::keyClick(&number, Qt::Key_PageDown); }, 20},
+      {"number step below the range", [&] { QTest::keyClick(&number, Qt::Key_Down); }, -1},
+      {"number Enter alone", [&] { QTest::keyClick(&number, Qt::Key_Return); }, -1},
+      {"number cut", [&] { number.SetValue(99999); }, 32767},
+      {"number step above the range", [&] { number.stepUp(); }, -1},
+  };
+  for (const Case& c : cases) {
+    announced.clear();
+    c.change();
+    EXPECT_EQ(announced, c.value < 0 ? std::vector<int>{} : std::vector<int>{c.value}) << c.what;
+  }
+}
+
+TEST_F(ControlsTest, HandlerMayTakeASwitchBack) {
+  CWButton button("PC Emu");
+  std::vector<bool> announced;
+  QObject::connect(&button, &CWButton::ValueChanged, [&](bool on) {
+    announced.push_back(on);
+    button.SetValue(false);
+  });
+  QTest::mouseClick(&button, Qt::LeftButton);
+  EXPECT_EQ(announced, (std::vector<bool>{true, false}));
+  EXPECT_FALSE(button.Value());
+}
+
+TEST_F(ControlsTest, NumericEntriesAreCorrectedWhenComplete) {
+  CWNumEdit number(&window);
+  QLineEdit other(&window);
+  number.SetScale(20, 32767, 20, 1000);
+  number.SetUnit(" ms");
+  ShowWindow();
+  struct Case {
+    const char* typed;
+    int value;
+  };
+  const Case cases[] = {{"1500", 1500}, {"5", 20},  {"40000", 32767}, {"99999999999", 32767},
+                        {"abc", 1000},  {"", 1000}, {"-5", 20}};
+  for (const bool enter : {true, false}) {
+    for (const Case& c : cases) {
+      number.SetValue(1000);
+      number.setFocus();
+      number.selectAll();
+      QTest::keyClick(&number, Qt::Key_Delete);
+      QTest::keyClicks(&number, c.typed);
+      EXPECT_EQ(number.Value(), 1000) << c.typed << " counts before it is complete";
+      if (enter) {
+        QTest::keyClick(&number, Qt::Key_Enter);
+      } else {
+        other.setFocus();
+      }
+      EXPECT_EQ(number.Value(), c.value) << c.typed;
+      EXPECT_EQ(number.text(), QString::number(c.value) + " ms") << c.typed;
+    }
+  }
+}
+
+TEST_F(ControlsTest, FaderFollowsTheMouseWhereItIsDrawn) {
+  CWSlide slide(CWSlide::Look::kFader, &window);
+  slide.SetScaleMaximum(255);
+  slide.SetCaption("Ch0");
+  slide.setGeometry(10, 10, 33, 273);
+  slide.SetValue(128);
+  ShowWindow();
+  const int x = slide.width() / 2;
+  // The centre lies half-way between the caption and the lower end.
+  const int caption = slide.fontMetrics().height();
+  const QPoint centre(x, (caption + slide.height()) / 2);
+  for (const auto& [y, value] : {std::pair{-50, 255}, std::pair{400, 0}}) {
+    slide.SetValue(128);
+    QTest::mousePress(&slide, Qt::LeftButton, {}, centre);
+    QTest::mouseMove(&slide, {x, y});
+    QTest::mouseRelease(&slide, Qt::LeftButton, {}, {x, y});
+    EXPECT_EQ(slide.Value(), value);
+  }
+  for (const auto button : {Qt::LeftButton, Qt::MiddleButton}) {
+    slide.SetValue(0);
+    QTest::mouseClick(&slide, button, {}, {x, caption + 10});
+    EXPECT_LE(slide.Value(), 10) << "a servo jumped to the pointer";
+  }
+}
+
+TEST_F(ControlsTest, KeysOfATextFieldPassItsFilter) {
+  TextField field(&window);
+  QLineEdit other(&window);
+  ShowWindow();
+  std::vector<int> keys;
+  int lost = 0;
+  field.LostFocus = [&] { ++lost; };
+  field.KeyPress = [&](int& key) {
+    keys.push_back(key);
+    if (key != 8 && key != 13 && key != '-' && (key < '0' || key > '9')) key = 0;
+  };
+  field.setFocus();
+  QTest::keyClicks(&field, "-1a 2+.3");
+  EXPECT_EQ(field.text(), "-123");
+  keys.clear();
+  for (const int key : {Qt::Key_Home, Qt::Key_Delete, Qt::Key_End, Qt::Key_Backspace,
+                        Qt::Key_Return, Qt::Key_Enter}) {
+    QTest::keyClick(&field, static_cast<Qt::Key>(key));
+  }
+  EXPECT_EQ(field.text(), "12");
+  EXPECT_EQ(keys, (std::vector<int>{8, 13, 13}));
+
+  QTest::keyClick(&field, Qt::Key_A, Qt::ControlModifier);
+  QTest::keyClick(&field, Qt::Key_X, Qt::ControlModifier);
+  EXPECT_EQ(field.text(), "");
+  QTest::keyClick(&field, Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(field.text(), "12");
+  EXPECT_EQ(keys.size(), 3U);
+
+  field.setReadOnly(true);
+  field.setReadOnly(false);
+  QInputMethodEvent composed;
+  composed.setCommitString("x");
+  QApplication::sendEvent(&field, &composed);
+  EXPECT_EQ(field.text(), "12") << "an input method passed the filter by";
+
+  for (const auto reason :
+       {Qt::PopupFocusReason, Qt::MenuBarFocusReason, Qt::ActiveWindowFocusReason}) {
+    QFocusEvent out(QEvent::FocusOut, reason);
+    QApplication::sendEvent(&field, &out);
+  }
+  EXPECT_EQ(lost, 0);
+  QTest::keyClick(&field, Qt::Key_Tab);
+  EXPECT_TRUE(other.hasFocus());
+  EXPECT_EQ(lost, 1);
+}
+
+TEST_F(ControlsTest, ButtonTakesTheFocusBeforeItActs) {
+  TextField field(&window);
+  PushButton button("&Add", &window);
+  ShowWindow();
+  QStringList order;
+  field.LostFocus = [&] { order += "commit"; };
+  QObject::connect(&button, &PushButton::clicked, [&] { order += "click"; });
+  field.setFocus();
+  QTest::keyClick(&field, Qt::Key_A, Qt::AltModifier);
+  EXPECT_EQ(order, QStringList({"commit", "click"})) << "the click has to be handled at once";
+  field.LostFocus = [&] { button.setEnabled(false); };
+  field.setFocus();
+  QTest::keyClick(&field, Qt::Key_A, Qt::AltModifier);
+  EXPECT_EQ(order.size(), 2) << "a button disabled by the commit acted";
+}
+
+TEST_F(ControlsTest, EntriesAreChosenFromTheOpenListOnly) {
+  DropDownList list(&window);
+  for (int i = 1; i <= 8; ++i) list.AddItem("Comm" + QString::number(i), i);
+  QString state = "free";
+  list.ToolTip = [&](int item) { return state + QString::number(item); };
+  ShowWindow();
+  QSignalSpy clicks(&list, &DropDownList::Click);
+  EXPECT_EQ(list.ListIndex(), -1);
+
+  QWheelEvent wheel({5, 5}, list.mapToGlobal(QPointF(5, 5)), {}, {0, -120}, {}, {}, {}, false);
+  QApplication::sendEvent(&list, &wheel);
+  list.setFocus();
+  QTest::keyClick(&list, Qt::Key_Down);
+  EXPECT_EQ(list.ListIndex(), -1);
+  EXPECT_EQ(clicks.size(), 0);
+  ASSERT_TRUE(list.view()->isVisible());
+  EXPECT_EQ(list.itemData(2, Qt::ToolTipRole), "free3");
+
+  list.view()->setCurrentIndex(list.model()->index(2, 0));
+  QTest::keyClick(list.view(), Qt::Key_Return);
+  EXPECT_EQ(list.ItemData(list.ListIndex()), 3);
+  state = "taken";
+  list.showPopup();
+  EXPECT_EQ(list.itemData(2, Qt::ToolTipRole), "taken3");
+  QTest::keyClick(list.view(), Qt::Key_Return);
+  EXPECT_EQ(clicks.size(), 2) << "also for the entry already selected";
+}
+
+struct ListBoxTest : ControlsTest {
+  ListBoxTest() {
+    list.setGeometry(0, 0, 300, 200);
+    for (int i = 0; i < 40; ++i) list.AddItem(QString("%1\t\tms").arg(i));
+    QObject::connect(&list, &ListBox::MouseDown, [&](int line) { log += Event("down", line); });
+    QObject::connect(&list, &ListBox::MouseUp, [&](int line) { log += Event("up", line); });
+    QObject::connect(&list, &ListBox::DblClick, [&] { log += Event("double", list.ListIndex()); });
+  }
+  QString Event(const char* name, int line) const { return QString("%1 %2").arg(name).arg(line); }
+  QPoint On(int line) const { return list.visualItemRect(list.item(line)).center(); }
+
+  ListBox list{&window};
+  QStringList log;
+};
+
+TEST_F(ListBoxTest, SelectionFollowsThePressedPointer) {
+  ShowWindow();
+  QWidget* lines = list.viewport();
+  for (const auto button : {Qt::LeftButton, Qt::RightButton, Qt::MiddleButton}) {
+    log.clear();
+    list.SetListIndex(7);
+    list.SetListIndex(0);
+    QTest::mousePress(lines, button, {}, On(1));
+    EXPECT_EQ(list.ListIndex(), 1);
+    QTest::mouseMove(lines, On(3));
+    EXPECT_EQ(list.ListIndex(), 3);
+    list.SetListIndex(5);  // the program selects meanwhile
+    QTest::mouseRelease(lines, button, {}, On(4));
+    EXPECT_EQ(list.ListIndex(), 4);
+    EXPECT_EQ(log, QStringList({"down 1", "up 4"}));
+    QTest::mouseMove(lines, On(2));
+    EXPECT_EQ(list.ListIndex(), 4);
+  }
+}
+
+TEST_F(ListBoxTest, OneGestureEndsWithItsLastButton) {
+  ShowWindow();
+  QWidget* lines = list.viewport();
+  QTest::mousePress(lines, Qt::LeftButton, {}, On(1));
+  QTest::mousePress(lines, Qt::RightButton, {}, On(2));
+  QTest::mouseRelease(lines, Qt::LeftButton, {}, On(2));
+  EXPECT_EQ(log, QStringList("down 1"));
+  QTest::mouseRelease(lines, Qt::RightButton, {}, On(3));
+  EXPECT_EQ(log, QStringList({"down 1", "up 3"}));
+}
+
+TEST_F(ListBoxTest, PressBesideTheLinesLeavesTheSelection) {
+  while (list.ListCount() > 3) list.RemoveItem(3);
+  list.SetListIndex(2);
+  ShowWindow();
+  QTest::mousePress(list.viewport(), Qt::LeftButton, {}, {10, 190});
+  QTest::mouseMove(list.viewport(), On(0));
+  QTest::mouseRelease(list.viewport(), Qt::LeftButton, {}, On(0));
+  EXPECT_EQ(list.ListIndex(), 2);
+  EXPECT_EQ(log, QStringList({"down -1", "up -1"}));
+  log.clear();
+  QTest::mousePress(list.viewport(), Qt::LeftButton, {}, On(1));
+  list.Clear();
+  QTest::mouseRelease(list.viewport(), Qt::LeftButton, {}, {10, 10});
+  EXPECT_EQ(log, QStringList({"down 1", "up -1"}));
+}
+
+TEST_F(ListBoxTest, HeldOutsideItScrollsOn) {
+  ShowWindow();
+  QWidget* lines = list.viewport();
+  QTest::mousePress(lines, Qt::LeftButton, {}, On(2));
+  QTest::mouseMove(lines, {20, 260});
+  QTRY_COMPARE_WITH_TIMEOUT(list.ListIndex(), 39, 5000);
+  QTest::mouseMove(lines, {20, -20});
+  QTRY_COMPARE_WITH_TIMEOUT(list.ListIndex(), 0, 5000);
+  list.hide();  // the release never comes
+  list.show();
+  QTest::mouseMove(lines, On(3));
+  EXPECT_EQ(list.ListIndex(), 0);
+}
+
+TEST_F(ListBoxTest, DoubleClickComesAfterItsPress) {
+  ShowWindow();
+  QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, On(2));
+  QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, On(2));
+  QTest::mouseRelease(list.viewport(), Qt::LeftButton, {}, On(2));
+  EXPECT_EQ(log, QStringList({"down 2", "up 2", "down 2", "double 2", "up 2"}));
+  log.clear();
+  list.Clear();
+  QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, {10, 10});
+  EXPECT_FALSE(log.join("").contains("double"));
+}
+
+TEST_F(ListBoxTest, SelectionStaysOnItsLineAndInView) {
+  ShowWindow();
+  list.SetListIndex(30);
+  EXPECT_TRUE(list.viewport()->rect().contains(list.visualItemRect(list.item(30))));
+  list.InsertItem(0, "new");
+  EXPECT_EQ(list.ListIndex(), 31);
+  list.SetList(31, "other");
+  list.RemoveItem(2);
+  EXPECT_EQ(list.ListIndex(), 30);
+  EXPECT_EQ(list.List(30), "other");
+  list.RemoveItem(30);
+  EXPECT_EQ(list.ListIndex(), -1);
+  list.setFocus();
+  list.RemoveItem(0);
+  EXPECT_EQ(list.ListIndex(), -1);
+  QTest::keyClick(&list, Qt::Key_Down);
+  EXPECT_EQ(list.ListIndex(), 0);
+  QTest::keyClick(&list, Qt::Key_End);
+  EXPECT_EQ(list.ListIndex(), list.ListCount() - 1);
+}
+
+TEST_F(ControlsTest, AssistiveTechnologyLearnsNameRoleValueAndState) {
+  CWSlide slide(CWSlide::Look::kFader);
+  slide.SetScaleMaximum(255);
+  slide.SetCaption("Ch3");
+  slide.SetValue(77);
+  CWButton button("PC &Emu");
+  button.SetValue(true);
+  CWNumEdit number;
+  number.SetScale(20, 32767, 20, 1000);
+  number.SetUnit(" ms");
+  number.SetValue(1000);
+  ListBox list;
+  list.AddItem("1 °\t\t20 ms\t");
+  list.SetListIndex(0);
+
+  const auto of = [](QObject& control) { return QAccessible::queryAccessibleInterface(&control); };
+  EXPECT_EQ(of(slide)->role(), QAccessible::Slider);
+  EXPECT_EQ(of(slide)->text(QAccessible::Name), "Ch3");
+  EXPECT_EQ(of(slide)->valueInterface()->currentValue().toInt(), 77);
+  EXPECT_EQ(of(button)->role(), QAccessible::CheckBox);
+  EXPECT_EQ(of(button)->text(QAccessible::Name), "PC Emu");
+  EXPECT_TRUE(of(button)->state().checked);
+  EXPECT_EQ(of(number)->role(), QAccessible::SpinBox);
+  EXPECT_EQ(of(number)->text(QAccessible::Value), "1000 ms");
+  EXPECT_EQ(of(list)->role(), QAccessible::List);
+  EXPECT_EQ(of(list)->child(0)->text(QAccessible::Name), "1 °, 20 ms");
+  EXPECT_TRUE(of(list)->child(0)->state().selected);
+}
+
+TEST_F(ControlsTest, OpenDialogsEndWithTheProgram) {
+  ShowWindow();
+  ModalMessageBox message(events);
+  ModalFileDialog files(events);
+  QTimer::singleShot(0, &events, [&] {
+    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(box->text(), "<b>No</b> Connection");
+    EXPECT_EQ(box->textFormat(), Qt::PlainText);
+    EXPECT_EQ(box->icon(), QMessageBox::Information);
+    EXPECT_EQ(box->standardButtons(), QMessageBox::Ok);
+    EXPECT_EQ(box->parentWidget(), &window);
+    QTimer::singleShot(0, &events, [&] {  // a file dialog on top of the box
+      QTimer::singleShot(0, &events, &Events::End);
+      EXPECT_FALSE(files.ShowOpen({"Data Files (*.dat)|*.dat", ".dat", ""}).has_value());
+      events.DoEvents();  // would sleep
+    });
+  });
+  message.Show("<b>No</b> Connection", "Program");
+  EXPECT_TRUE(events.Ending());
+  message.Show("late", "Program");
+}
+
+TEST_F(ControlsTest, FileDialogCompletesNamesAndRemembersTheFolder) {
+  ShowWindow();
+  const QTemporaryDir folder;
+  const QDir dir(folder.path());
+  for (const char* name : {"moves.dat", "bare"}) {
+    QFile(dir.filePath(name)).open(QIODevice::WriteOnly);
+  }
+  ModalFileDialog files(events);
+  const QString filter = "Data Files (*.dat)|*.dat|Text Files(*.txt)|*.txt|All|*.*";
+  struct Case {
+    bool save;
+    QString typed;
+    QString chosen;
+  };
+  const Case cases[] = {
+      {true, dir.filePath("new"), "new.dat"}, {true, "new.txt", "new.txt"},
+      {true, "moves.dat", "moves.dat"},       {true, "v1.", "v1."},
+      {false, "moves", "moves.dat"},          {false, "bare", "bare"},
+  };
+  for (const Case& c : cases) {
+    QTimer::singleShot(0, &events, [&] {
+      auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+      ASSERT_NE(dialog, nullptr);
+      EXPECT_EQ(dialog->nameFilters(),
+                QStringList({"Data Files (*.dat)", "Text Files(*.txt)", "All (*.*)"}));
+      auto* name = dialog->findChild<QLineEdit*>("fileNameEdit");
+      EXPECT_EQ(name->text(), c.save ? "proposed.dat" : "");
+      name->setText(c.typed);
+      QTest::keyClick(name, Qt::Key_Return);
+    });
+    const FileRequest request{filter, ".dat", c.save ? "proposed.dat" : ""};
+    const auto path = c.save ? files.ShowSave(request) : files.ShowOpen(request);
+    EXPECT_EQ(path.value_or("cancelled"), dir.filePath(c.chosen)) << c.typed.toStdString();
+  }
+}
+
+}  // namespace
+}  // namespace platform

@@ -1,0 +1,298 @@
+// Composing steps: fields and sliders, the step list, the choice of the sequence. No port is open.
+#include <QApplication>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QLocale>
+#include <QtTest/QTest>
+
+#include "platform/cw_slide.h"
+#include "platform/list_box.h"
+#include "platform/push_button.h"
+#include "tests/window_fixture.h"
+
+namespace pelmora {
+namespace {
+
+class StepFields : public WindowTest {};
+
+TEST_F(StepFields, CommitClampsAndShowsOffsetAndAngle) {
+  struct Case {
+    const char* typed;
+    const char* offset;
+    const char* angle;
+    const char* slider;
+  };
+  constexpr Case cases[] = {
+      {"200", "127", "63.5 °", "255"}, {"-300", "-128", "-64 °", "0"},
+      {"5", "5", "2.5 °", "133"},      {"", "0", "0 °", "128"},
+      {"007", "7", "3.5 °", "135"},    {"-", "7", "3.5 °", "135"},
+      {"1-2", "7", "3.5 °", "135"},    {"a b+4.x2", "42", "21 °", "170"},
+      {"-1", "-1", "-0.5 °", "127"},   {"--1", "-1", "-0.5 °", "127"},
+  };
+  for (const Case& c : cases) {
+    hands->Type("Text1_3", c.typed);
+    EXPECT_EQ(hands->Read("Text1_3"), c.offset) << c.typed;
+    EXPECT_EQ(hands->Read("Text1_15"), c.angle) << c.typed;
+    EXPECT_EQ(hands->Read("CWSlide1_3"), c.slider) << c.typed;
+  }
+}
+
+TEST_F(StepFields, LeavingAFieldCommitsBeforeTheButtonThatTakesTheFocusActs) {
+  hands->Type("Text1_0", "10", false);
+  hands->Click("CommandAdd");
+  hands->Type("Text1_1", "-20", false);
+  QTest::keyClick(&hands->Find<QWidget>("Text1_1"), Qt::Key_A, Qt::AltModifier);
+  ASSERT_EQ(Lines().size(), 2);
+  EXPECT_TRUE(Lines()[0].startsWith("5 °\t0 °\t"));
+  EXPECT_TRUE(Lines()[1].startsWith("5 °\t-10 °\t"));
+}
+
+TEST_F(StepFields, AngleDisplaysTakeNoTyping) {
+  hands->Type("Text1_14", "12");
+  EXPECT_EQ(hands->Read("Text1_14"), "0 °");
+}
+
+TEST_F(StepFields, ResetCentresEveryChannelAndNothingElse) {
+  AddStep(0, 7, 340);
+  AddStep(11, 250, 340);
+  hands->Click("CommandUpdate");
+  for (int i = 0; i < 12; ++i) EXPECT_EQ(hands->Read(QString("Text1_%1").arg(i)), "0");
+  EXPECT_EQ(hands->Read("CWNumEditTimeStep"), "340 ms");
+  EXPECT_EQ(Lines().size(), 2);
+}
+
+TEST_F(StepFields, MiddleOfTheListIsShownAgainByDoubleClick) {
+  AddStep(0, 200, 500);
+  AddStep(0, 100, 700);
+  hands->Click("CommandUpdate");
+  hands->DoubleClickLine("ListSequence", 0);
+  EXPECT_EQ(hands->Read("Text1_0"), "72");
+  EXPECT_EQ(hands->Read("CWNumEditTimeStep"), "500 ms");
+  EXPECT_EQ(hands->Read("LabelStep"), "Step N° 0");
+}
+
+class StepList : public WindowTest {
+ protected:
+  /// Steps told apart by channel 0: positions 128, 130, 132, ... read "0 °", "1 °", "2 °", ...
+  void AddSteps(int count) {
+    for (int i = 0; i < count; ++i) AddStep(0, 128 + 2 * i, 100 + 20 * i);
+  }
+  /// Every line's number, as its first angle says.
+  QString Order() const {
+    QString order;
+    for (const QString& angle : FirstAngles()) order += angle.section(' ', 0, 0);
+    return order;
+  }
+  void ExpectRowsMatchLines() const {
+    for (int i = 0; i < Lines().size(); ++i) {
+      EXPECT_EQ(Data().EditBuffer[static_cast<std::size_t>(i)][0],
+                128 + 2 * QString(Order()[i]).toInt());
+    }
+  }
+};
+
+TEST_F(StepList, AddInsertsBehindTheSelectedLineAndStores) {
+  AddSteps(3);
+  EXPECT_EQ(Lines()[2], "2 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t140 ms");
+  Select(0);
+  AddStep(0, 138, 200);
+  EXPECT_EQ(Order(), "0512");
+  EXPECT_EQ(Selected(), 1);
+  Select(-1);
+  AddStep(0, 136, 200);
+  EXPECT_EQ(Order(), "40512");
+  EXPECT_EQ(Selected(), 0);
+  EXPECT_EQ(hands->Read("LabelStep"), "Step N° 0");
+  EXPECT_EQ(hands->Read("LabelByte"), "70 bytes");
+  EXPECT_EQ(Data().SeqSteps[0], 5);
+  EXPECT_EQ(Data().SeqTable[0].Position[1][0], 128);
+  EXPECT_EQ(Data().SeqTable[0].Duration[2], 200);
+  ExpectRowsMatchLines();
+}
+
+TEST_F(StepList, RemoveAndReplaceKeepTheSelectionInPlace) {
+  AddSteps(5);
+  hands->Click("CommandRem");  // the last
+  EXPECT_EQ(Order(), "0123");
+  EXPECT_EQ(Selected(), 3);
+  Select(1);
+  hands->Click("CommandRem");
+  EXPECT_EQ(Order(), "023");
+  EXPECT_EQ(Selected(), 1);
+  hands->Type("Text1_0", "12");
+  hands->Click("CommandReplace");
+  EXPECT_EQ(Order(), "063");
+  EXPECT_EQ(Selected(), 1);
+  EXPECT_EQ(Data().SeqSteps[0], 3);
+  ExpectRowsMatchLines();
+  Select(-1);
+  hands->Click("CommandReplace");
+  hands->Click("CommandRem");
+  EXPECT_EQ(Order(), "063");
+  for (int i = 0; i < 3; ++i) {
+    Select(0);
+    hands->Click("CommandRem");
+  }
+  EXPECT_EQ(hands->Read("LabelStep"), "Step N° -1");
+  EXPECT_EQ(hands->Read("LabelByte"), "0 bytes");
+  hands->Click("CommandRem");
+  EXPECT_TRUE(Lines().isEmpty());
+}
+
+TEST_F(StepList, FullListRefusesAnotherLine) {
+  for (int i = 0; i < 256; ++i) hands->Click("CommandAdd");
+  hands->Click("CommandBrk");
+  const QStringList before = Lines();
+  ExpectMessage("Impossible add other lines, max # of lines is 256!");
+  hands->Click("CommandAdd");
+  ExpectMessage("Impossible add other lines, max # of lines is 256!");
+  hands->Click("CommandReplace");
+  EXPECT_EQ(Lines(), before);
+  EXPECT_EQ(hands->Read("LabelByte"), "3584 bytes");
+}
+
+TEST_F(StepList, ArrowsWrapRoundAndShow) {
+  hands->Click("CommandUp");
+  hands->Click("CommandDwn");
+  AddSteps(3);
+  hands->Click("CommandUp");
+  EXPECT_EQ(Selected(), 0);
+  EXPECT_EQ(hands->Read("Text1_0"), "0");
+  hands->Click("CommandDwn");
+  EXPECT_EQ(Selected(), 2);
+  EXPECT_EQ(hands->Read("Text1_0"), "4");
+  EXPECT_EQ(hands->Read("CWNumEditTimeStep"), "140 ms");
+  Select(-1);
+  hands->Click("CommandDwn");
+  EXPECT_EQ(Selected(), -1);
+  hands->Click("CommandUp");
+  EXPECT_EQ(Selected(), 0);
+}
+
+TEST_F(StepList, DraggingMovesALineWithItsBreakpoint) {
+  AddSteps(7);
+  Select(1);
+  hands->Click("CommandBrk");
+  hands->DragLine("ListSequence", 1, 4);
+  EXPECT_EQ(Order(), "0234156");
+  EXPECT_EQ(Selected(), 4);
+  EXPECT_TRUE(Lines()[4].endsWith("\tBREAK!"));
+  EXPECT_EQ(Data().EditBuffer[4][13], 1);
+  EXPECT_EQ(Data().EditBuffer[1][13], 0);
+  ExpectRowsMatchLines();
+  hands->DragLine("ListSequence", 4, 1);
+  EXPECT_EQ(Order(), "0123456");
+  EXPECT_EQ(Data().EditBuffer[1][13], 1);
+  // The table catches up at the next store only.
+  hands->DragLine("ListSequence", 0, 6);
+  EXPECT_EQ(Data().SeqTable[0].Position[0][0], 128);
+  EXPECT_EQ(Data().EditBuffer[0][0], 130);
+}
+
+TEST_F(StepList, ASelectionMadeDuringAClickMovesNothing) {
+  AddSteps(4);
+  auto& list = hands->Find<platform::ListBox>("ListSequence");
+  const QPoint place = list.visualItemRect(list.item(1)).center();
+  QTest::mousePress(list.viewport(), Qt::LeftButton, {}, place);
+  hands->Find<platform::PushButton>("CommandUp").click();
+  QTest::mouseRelease(list.viewport(), Qt::LeftButton, {}, place);
+  EXPECT_EQ(Order(), "0123");
+}
+
+TEST_F(StepList, ClearSequenceLeavesTheTableUntilTheNextStore) {
+  AddSteps(2);
+  hands->Click("CommandClear");
+  EXPECT_TRUE(Lines().isEmpty());
+  EXPECT_EQ(hands->Read("LabelStep"), "Step N° ...");
+  EXPECT_EQ(Data().SeqSteps[0], 2);
+  hands->Click("CommandMoreSeq");
+  EXPECT_EQ(Data().SeqSteps[0], 0);
+}
+
+TEST_F(StepList, ClearAllEmptiesEverySequence) {
+  AddSteps(2);
+  hands->Click("CommandMoreSeq");
+  AddSteps(1);
+  hands->Click("CommandClearAll");
+  EXPECT_EQ(Data().CurSeq, 0);
+  EXPECT_EQ(Data().SeqSteps[0] + Data().SeqSteps[1], 0);
+  EXPECT_EQ(hands->Read("LabelSeq"), "Sequence N° 0");
+  EXPECT_TRUE(Lines().isEmpty());
+}
+
+class Navigation : public StepList {};
+
+TEST_F(Navigation, StoresTheOutgoingSequenceAndListsTheIncomingOne) {
+  AddSteps(3);
+  Select(1);
+  hands->Click("CommandBrk");
+  hands->Click("CommandMoreSeq");
+  EXPECT_TRUE(Lines().isEmpty());
+  EXPECT_EQ(hands->Read("LabelSeq"), "Sequence N° 1");
+  EXPECT_EQ(hands->Read("LabelSeqEmu"), "Sequence N° 1");
+  EXPECT_EQ(hands->Read("LabelStep"), "Step N° ...");
+  AddStep(5, 0, 60);
+  EXPECT_EQ(hands->Read("CommandOffset"), "OffSet Seq. 1");
+  EXPECT_EQ(hands->Read("LabelOffset"), "42 bytes");
+  hands->Click("CommandLessSeq");
+  EXPECT_EQ(Order(), "012");
+  EXPECT_EQ(Selected(), -1);
+  EXPECT_EQ(Lines()[1],
+            "1 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t120  ms\t");
+  for (const EditRow& row : Data().EditBuffer) EXPECT_EQ(row[13], 0);
+}
+
+TEST_F(Navigation, StopsAtBothEnds) {
+  AddSteps(1);
+  hands->Click("CommandBrk");
+  hands->Click("CommandLessSeq");
+  EXPECT_EQ(Lines().size(), 1);
+  EXPECT_EQ(Data().EditBuffer[0][13], 1);
+  EXPECT_EQ(hands->Read("LabelStep"), "Step N° ...");
+  for (int i = 0; i < 20; ++i) hands->Click("CommandMoreSeq");
+  EXPECT_EQ(hands->Read("LabelSeq"), "Sequence N° 15");
+}
+
+TEST_F(Navigation, WarnsEveryTimeTheCapacityIsExceeded) {
+  // 6 x 256 + 182 = 1718 steps fit, one more does not.
+  for (int sequence = 0; sequence < 6; ++sequence) {
+    for (int i = 0; i < 256; ++i) hands->Find<platform::PushButton>("CommandAdd").click();
+    hands->Click("CommandMoreSeq");
+  }
+  for (int i = 0; i < 182; ++i) hands->Find<platform::PushButton>("CommandAdd").click();
+  EXPECT_EQ(hands->Read("LabelByte"), "24052 bytes");
+  const QString warning = "Out of memory: too many steps. Max # of bytes is 24064!";
+  ExpectMessage(warning);
+  hands->Click("CommandAdd");
+  EXPECT_EQ(hands->Read("LabelByte"), "24066 bytes");
+  ExpectMessage(warning);
+  hands->Click("CommandMoreSeq");
+}
+
+/// The user's locale has a decimal comma.
+class CommaLocale : public WindowTest {
+ protected:
+  struct Locale {
+    Locale() { QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany)); }
+    ~Locale() { QLocale::setDefault(QLocale::c()); }
+  };
+};
+
+TEST_F(CommaLocale, FieldsLinesAndReadingBackUseTheComma) {
+  const Locale german;
+  form = std::make_unique<Form1>(Surroundings{events, box, files, timer, ports});
+  hands = std::make_unique<demo::Operator>(*form);
+  form->show();
+  AddStep(0, 129, 12340);
+  EXPECT_EQ(hands->Read("Text1_12"), "0,5 °");
+  EXPECT_EQ(hands->Read("CWNumEditTimeStep"), "12340 ms");
+  EXPECT_TRUE(Lines()[0].startsWith("0,5 °\t"));
+  EXPECT_TRUE(Lines()[0].endsWith("\t12340 ms"));
+  EXPECT_EQ(Data().EditBuffer[0][0], 129);
+  hands->Click("CommandMoreSeq");
+  hands->Click("CommandLessSeq");
+  EXPECT_TRUE(Lines()[0].startsWith("0,5 °\t"));
+}
+
+}  // namespace
+}  // namespace pelmora

@@ -1,0 +1,133 @@
+#include "platform/hi_timer.h"
+
+#include <gtest/gtest.h>
+
+#include <QEventLoop>
+#include <QThread>
+#include <chrono>
+#include <memory>
+#include <vector>
+
+namespace platform {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+double Since(Clock::time_point start) {
+  return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+}
+
+void RunEvents(int milliseconds) {
+  QEventLoop loop;
+  QTimer::singleShot(milliseconds, Qt::PreciseTimer, &loop, &QEventLoop::quit);
+  loop.exec();
+}
+
+struct HiTimerTest : testing::Test {
+  /// Runs until `count` ticks have come; their times in ms.
+  std::vector<double> Ticks(std::size_t count, const std::function<void(std::size_t)>& in_tick) {
+    std::vector<double> times;
+    QEventLoop loop;
+    const auto start = Clock::now();
+    timer.Timer = [&] {
+      times.push_back(Since(start));
+      in_tick(times.size());
+      if (times.size() == count) loop.quit();
+    };
+    timer.SetEnabled(true);
+    loop.exec();
+    timer.SetEnabled(false);
+    return times;
+  }
+
+  SystemHiTimer timer;
+};
+
+TEST_F(HiTimerTest, LateTicksDoNotAddUp) {
+  timer.SetInterval(10);
+  // Each tick ends 3 ms late; were the next one counted from there, the last would come at 780 ms.
+  const auto times = Ticks(60, [](std::size_t) { QThread::msleep(3); });
+  EXPECT_GE(times.back(), 599.0);
+  EXPECT_LT(times.back(), 640.0);
+}
+
+TEST_F(HiTimerTest, AfterAStallNoTickCatchesUp) {
+  for (const bool inside_tick : {true, false}) {
+    timer.SetInterval(20);
+    const auto times = Ticks(8, [&](std::size_t tick) {
+      if (tick != 3) return;
+      if (inside_tick) {
+        QThread::msleep(90);
+      } else {
+        QTimer::singleShot(0, &timer, [] { QThread::msleep(90); });
+      }
+    });
+    for (std::size_t i = 4; i < times.size(); ++i) {
+      EXPECT_GE(times[i] - times[i - 1], 15.0) << "tick " << i << " inside_tick " << inside_tick;
+    }
+  }
+}
+
+TEST_F(HiTimerTest, IntervalSetInATickGovernsTheNextWait) {
+  timer.SetInterval(1);
+  const auto times = Ticks(4, [&](std::size_t tick) { timer.SetInterval(tick == 2 ? 60 : 0); });
+  EXPECT_EQ(timer.Interval(), 1);
+  EXPECT_LT(times[1], 40.0);
+  EXPECT_GE(times[2] - times[1], 58.0);
+  EXPECT_LT(times[3] - times[2], 40.0);
+}
+
+TEST_F(HiTimerTest, EnablingStartsAFullWaitAnew) {
+  int ticks = 0;
+  timer.Timer = [&] { ++ticks; };
+  timer.SetInterval(60);
+  timer.SetEnabled(true);
+  RunEvents(40);
+  timer.SetEnabled(true);
+  RunEvents(40);
+  EXPECT_EQ(ticks, 0);
+  timer.SetEnabled(false);
+  RunEvents(100);
+  EXPECT_EQ(ticks, 0);
+}
+
+TEST_F(HiTimerTest, TickMayStopStartWaitOrDestroyTheTimer) {
+  int ticks = 0;
+  timer.SetInterval(5);
+  timer.Timer = [&] {
+    if (++ticks == 1) RunEvents(40);  // a message box: the ticks stand still behind it
+    if (ticks == 1) timer.SetInterval(10);
+    if (ticks == 2) {
+      timer.SetEnabled(false);
+      timer.SetEnabled(true);
+    }
+    if (ticks == 4) timer.SetEnabled(false);
+  };
+  timer.SetEnabled(true);
+  RunEvents(30);
+  EXPECT_EQ(ticks, 1);
+  RunEvents(200);
+  EXPECT_EQ(ticks, 4);
+  EXPECT_FALSE(timer.Enabled());
+
+  auto owned = std::make_unique<SystemHiTimer>();
+  owned->Timer = [&] { owned.reset(); };
+  owned->SetEnabled(true);
+  RunEvents(50);
+  EXPECT_EQ(owned, nullptr);
+}
+
+TEST_F(HiTimerTest, OtherEventsGetTheirTurnBesideTheShortestInterval) {
+  int others = 0;
+  QTimer other;
+  QObject::connect(&other, &QTimer::timeout, [&] { ++others; });
+  other.start(10);
+  timer.SetInterval(1);
+  timer.Timer = [] { QThread::msleep(4); };
+  timer.SetEnabled(true);
+  RunEvents(200);
+  EXPECT_GE(others, 8);
+}
+
+}  // namespace
+}  // namespace platform

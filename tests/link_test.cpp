@@ -1,0 +1,200 @@
+// The board's side of the window: choosing and losing the port, the bytes of live control, and the
+// debug panel, on a real pseudo terminal.
+#include <QComboBox>
+#include <QLineEdit>
+#include <QtTest/QTest>
+#include <fcntl.h>
+#include <poll.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include "platform/cw_slide.h"
+#include "tests/window_fixture.h"
+
+namespace pelmora {
+namespace {
+
+constexpr char kNoConnection[] = "No Connection Available!";
+
+class Port : public WindowTest {};
+
+TEST_F(Port, OpensWithTheBoardsLineSettingsAndLocksTheList) {
+  board.Send({65, 66});  // before the port is open: discarded
+  hands->Choose("ComboPort", "Comm1");
+  EXPECT_FALSE(Enabled("ComboPort"));
+  EXPECT_EQ(hands->Read("ComboPort"), "Comm1");
+  EXPECT_EQ(hands->Read("Echo"), "");
+  const int line = open(board.DevicePath().c_str(), O_RDWR | O_NOCTTY);
+  ASSERT_GE(line, 0);
+  termios settings{};
+  ASSERT_EQ(tcgetattr(line, &settings), 0);
+  close(line);
+  EXPECT_EQ(cfgetispeed(&settings), static_cast<speed_t>(B9600));
+  EXPECT_EQ(cfgetospeed(&settings), static_cast<speed_t>(B9600));
+  EXPECT_EQ(settings.c_cflag & (CSIZE | CSTOPB | PARENB | CRTSCTS),
+            static_cast<tcflag_t>(CS8 | CSTOPB));
+  EXPECT_EQ(settings.c_iflag & (IXON | IXOFF | ICRNL | INLCR | ISTRIP), 0U);
+  EXPECT_EQ(settings.c_lflag & (ICANON | ECHO | ISIG | IEXTEN), 0U);
+  EXPECT_EQ(settings.c_oflag & OPOST, 0U);
+  ExpectSent({});
+}
+
+TEST_F(Port, ThatCannotBeOpenedIsNamedAndTheListStaysOpen) {
+  auto& combo = hands->Find<QComboBox>("ComboPort");
+  box.Expect("Program", "Comm5 can't be opened: there is no serial port for this entry.");
+  combo.setCurrentIndex(4);
+  emit combo.activated(4);
+  EXPECT_EQ(combo.currentIndex(), -1);
+  EXPECT_TRUE(combo.isEnabled());
+  const QString gone = QString::fromStdString(board.DevicePath());
+  board.Unplug();
+  // Without a device the entry has nothing to open; it counts as not connected.
+  box.Expect("Program", "Comm1 can't be opened: there is no serial port for this entry.");
+  combo.setCurrentIndex(0);
+  emit combo.activated(0);
+  ExpectMessage(kNoConnection);
+  hands->Click("CWButtonMainOnOff");
+  board.Replug();
+  Connect();
+}
+
+TEST_F(Port, EveryEntrySaysWhichDeviceItStandsFor) {
+  auto& combo = hands->Find<QComboBox>("ComboPort");
+  combo.showPopup();
+  EXPECT_EQ(combo.itemData(0, Qt::ToolTipRole).toString().toStdString(), board.DevicePath());
+  EXPECT_EQ(combo.itemData(1, Qt::ToolTipRole), "No serial port for this entry now");
+  combo.hidePopup();
+}
+
+TEST_F(Port, LostWhileOpenIsSaidOnceAndNothingComposedIsLost) {
+  AddStep(0, 200, 500);
+  Connect();
+  hands->Click("CWButtonMainOnOff");
+  ExpectSent({1});
+  bool told = false;
+  const QString device = QString::fromStdString(board.DevicePath());
+  box.Expect("Program",
+             "The connection on Comm1 (" + device +
+                 ") is lost: the adapter was pulled or the line hung up.\n\nYour "
+                 "sequences are untouched. Choose a port to connect again.",
+             [&] { told = true; });
+  board.Unplug();
+  EXPECT_TRUE(hands->WaitUntil([&] { return told; }));
+  QTest::qWait(50);
+  EXPECT_TRUE(Enabled("ComboPort"));
+  EXPECT_EQ(hands->Read("CWButtonMainOnOff"), "Off");
+  EXPECT_EQ(Lines().size(), 1);
+  hands->MoveSlider("CWSlide1_0", 100);
+  board.Replug();
+  Connect();
+  hands->MoveSlider("CWSlide1_0", 101);
+  ExpectSent({8, 101});
+}
+
+class Live : public WindowTest {};
+
+TEST_F(Live, SliderSendsCodeAndPositionOfItsChannel) {
+  Connect();
+  constexpr std::uint8_t codes[12] = {8, 9, 10, 11, 12, 13, 14, 15, 40, 41, 42, 43};
+  for (int channel = 0; channel < 12; ++channel) {
+    const int position = channel == 0 ? 0 : 190 + channel;
+    auto& slide =
+        hands->Find<platform::CWSlide>(QString("CWSlide1_%1").arg(channel));
+    slide.SetValue(position);
+    slide.SetValue(position);
+    ExpectSent({codes[channel], static_cast<std::uint8_t>(position)});
+  }
+  EXPECT_EQ(hands->Read("Text1_0"), "-128");
+  EXPECT_EQ(hands->Read("Text1_12"), "-64 °");
+  EXPECT_EQ(hands->Read("Text1_9"), "71");
+}
+
+TEST_F(Live, BytesLeaveInsideTheHandler) {
+  Connect();
+  hands->Find<platform::CWSlide>("CWSlide1_3").SetValue(5);
+  // No event is processed between the assignment and this look at the other end.
+  EXPECT_TRUE(board.WaitForBytes(2, std::chrono::milliseconds(1000)));
+}
+
+TEST_F(Live, ADragSendsOnePairForEachReportedValue) {
+  Connect();
+  auto& slide = hands->Find<platform::CWSlide>("CWSlide1_9");
+  Bytes expected;
+  QObject::connect(&slide, &platform::CWSlide::ValueChanged, form.get(), [&](int value) {
+    expected.insert(expected.end(), {41, static_cast<std::uint8_t>(value)});
+  });
+  hands->MoveSlider("CWSlide1_9", 200);
+  EXPECT_GE(expected.size(), 6U);
+  ExpectSent(expected);
+}
+
+TEST_F(Live, ShowingAStepSendsOnlyTheChannelsThatChange) {
+  AddStep(2, 128, 100);
+  AddStep(9, 10, 200);
+  hands->Find<platform::CWSlide>("CWSlide1_2").SetValue(250);
+  hands->Click("CommandAdd");
+  Connect();
+  hands->Click("CommandUp");
+  ExpectSent({10, 128, 41, 128});
+  hands->Click("CommandUp");
+  ExpectSent({41, 10});
+  hands->Click("CommandUpdate");
+  ExpectSent({41, 128});
+}
+
+TEST_F(Live, SwitchSendsOnAndOff) {
+  Connect();
+  hands->Click("CWButtonMainOnOff");
+  hands->Click("CWButtonMainOnOff");
+  ExpectSent({1, 0});
+}
+
+TEST_F(Live, ResetSendsResetFirstAndTurnsEverySwitchOff) {
+  Connect();
+  hands->Click("CWButtonMainOnOff");
+  hands->ChooseMenu("Emu");
+  hands->Click("CWButtonRealEmu");
+  ExpectSent({1, 3, 0});
+  hands->ChooseMenu("Resetting");
+  ExpectSent({17, 0, 4});
+  hands->ChooseMenu("Resetting");
+  ExpectSent({17});
+  for (const char* name : {"CWButtonMainOnOff", "CWButtonRealEmu", "CWButtonEmuPC"}) {
+    EXPECT_EQ(hands->Read(name), "Off");
+    EXPECT_TRUE(Enabled(name));
+  }
+}
+
+TEST_F(Live, WithoutAPortSwitchesSayItOnceAndSlidersStaySilent) {
+  hands->ChooseMenu("Emu");
+  for (const char* name : {"CWButtonMainOnOff", "CWButtonRealEmu", "CWButtonEmuPC"}) {
+    ExpectMessage(kNoConnection);
+    hands->Click(name);
+    EXPECT_EQ(box.Outstanding(), 0U);
+    EXPECT_EQ(hands->Read(name), "Off");
+  }
+  hands->MoveSlider("CWSlide1_0", 250);
+  hands->ChooseMenu("Resetting");
+  EXPECT_EQ(hands->Read("Text1_0"), "122");
+}
+
+class Debug : public WindowTest {};
+
+TEST_F(Debug, EchoShowsTheLastByteAndAClickEmptiesIt) {
+  hands->ChooseMenu("Serial");
+  hands->Click("CommandInBuff");
+  EXPECT_EQ(hands->Read("Echo"), "0");
+  Connect();
+  QStringList seen;
+  QObject::connect(&hands->Find<QLineEdit>("Echo"), &QLineEdit::textChanged, form.get(),
+                   [&](const QString& text) { seen.append(text); });
+  board.Send({1, 2, 65, 7, 255});
+  EXPECT_TRUE(hands->WaitUntil([&] { return hands->Read("Echo") == "255"; }));
+  EXPECT_EQ(seen.join(' '), "1 2 65 7 255");
+  hands->Click("Echo");
+  EXPECT_EQ(hands->Read("Echo"), "");
+  ExpectSent({});
+}
+
+}  // namespace
+}  // namespace pelmora

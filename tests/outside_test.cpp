@@ -1,0 +1,208 @@
+// The program driven from outside its process: real pointer and keyboard events on a virtual X
+// server.
+#include <gtest/gtest.h>
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QPoint>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QThread>
+#include <optional>
+#include <string_view>
+
+#include "ui/inventory.h"
+
+namespace pelmora {
+namespace {
+
+constexpr int kStartLimit = 20000;  // ms
+constexpr int kEndLimit = 5000;
+
+/// Height of a line in the step list at the program's font.
+constexpr int kLineHeight = 18;
+
+class Outside : public testing::Test {
+ protected:
+  void SetUp() override {
+    x_server_.start("Xvfb", {"-displayfd", "1", "-screen", "0", "1800x1000x24", "-nolisten", "tcp"});
+    ASSERT_TRUE(x_server_.waitForReadyRead(kStartLimit)) << "Xvfb does not start";
+    environment_ = QProcessEnvironment::systemEnvironment();
+    environment_.insert("DISPLAY", ":" + x_server_.readLine().trimmed());
+    environment_.insert("QT_QPA_PLATFORM", "xcb");
+    environment_.insert("XDG_RUNTIME_DIR", folder_.path());
+  }
+
+  void TearDown() override {
+    for (QProcess* process : {&program_, &x_server_}) {
+      if (process->state() == QProcess::NotRunning) continue;
+      process->kill();
+      process->waitForFinished();
+    }
+  }
+
+  void Start(QStringList options) {
+    options << "--log" << LogPath();
+    program_.setProcessEnvironment(environment_);
+    program_.start(PELMORA_DEMO, options);
+    const QString window = XDoTool({"search", "--sync", "--onlyvisible", "--name", "^Pelmora V 3.0$"});
+    ASSERT_FALSE(window.isEmpty());
+    const QString geometry = XDoTool({"getwindowgeometry", "--shell", window});
+    const auto value = [&geometry](const char* name) {
+      return QRegularExpression(QString("^%1=(-?\\d+)$").arg(name),
+                                QRegularExpression::MultilineOption)
+          .match(geometry)
+          .captured(1)
+          .toInt();
+    };
+    const int menu_height = value("HEIGHT") - Pixels(kFormHeight);
+    left_ = value("X");
+    top_ = value("Y") + menu_height;
+    ASSERT_GT(menu_height, 0);
+    XDoTool({"windowfocus", "--sync", window});
+  }
+
+  QString XDoTool(const QStringList& arguments) {
+    QProcess tool;
+    tool.setProcessEnvironment(environment_);
+    tool.start("xdotool", arguments);
+    EXPECT_TRUE(tool.waitForFinished(kStartLimit)) << arguments.join(' ').toStdString();
+    EXPECT_EQ(tool.exitCode(), 0) << tool.readAllStandardError().toStdString();
+    return tool.readAllStandardOutput().trimmed();
+  }
+
+  /// The place on the screen of a control's point, given in pixels from its corner or, without one,
+  /// its centre.
+  QPoint Place(std::string_view name, int element = 0, std::optional<QPoint> inside = {}) const {
+    for (const ControlRow& row : Inventory()) {
+      if (name != row.name || element < row.first || element >= row.first + row.count) continue;
+      const int shift = (element - row.first) * row.pitch;
+      const QPoint corner(Pixels(row.left + shift), Pixels(row.top));
+      const QPoint point = inside.value_or(QPoint(Pixels(row.width) / 2, Pixels(row.height) / 2));
+      const QPoint parent = *row.parent ? Place(row.parent, 0, QPoint(0, 0)) : QPoint(left_, top_);
+      return parent + corner + point;
+    }
+    ADD_FAILURE() << "no such control: " << name;
+    return {};
+  }
+
+  void MoveTo(const QPoint& place) {
+    XDoTool({"mousemove", QString::number(place.x()), QString::number(place.y())});
+    Pause();
+  }
+  void Click(const QPoint& place, int times = 1) {
+    MoveTo(place);
+    XDoTool({"click", "--repeat", QString::number(times), "--delay", "60", "1"});
+    Pause();
+  }
+  void Drag(const QPoint& from, const QPoint& to) {
+    MoveTo(from);
+    XDoTool({"mousedown", "1"});
+    for (int stage = 1; stage <= 4; ++stage) MoveTo(from + (to - from) * stage / 4);
+    XDoTool({"mouseup", "1"});
+    Pause();
+  }
+  void Key(const QString& key) {
+    XDoTool({"key", key});
+    Pause();
+  }
+  static void Pause() { QThread::msleep(60); }
+
+  void ChooseFirstPort() {
+    Click(Place("ComboPort"));
+    QThread::msleep(300);
+    Key("Home");
+    Key("Return");
+  }
+
+  QPoint Line(int line) const {
+    return Place("ListSequence", 0, QPoint(200, 2 + kLineHeight * line + kLineHeight / 2));
+  }
+
+  /// Waits for the program's end by itself; its exit status, and how long it took.
+  void ExpectEnd() {
+    QElapsedTimer clock;
+    clock.start();
+    EXPECT_TRUE(program_.waitForFinished(kEndLimit)) << "the program does not end";
+    EXPECT_EQ(program_.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(program_.exitCode(), 0);
+  }
+
+  /// The bytes that the board received in the whole run.
+  QList<int> Received() const {
+    QFile file(LogPath());
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    QList<int> bytes;
+    for (const QByteArray& byte : file.readAll().simplified().split(' ')) bytes.append(byte.toInt());
+    return bytes;
+  }
+
+  QString LogPath() const { return folder_.filePath("received"); }
+
+  QTemporaryDir folder_;
+  QProcessEnvironment environment_;
+  QProcess x_server_;
+  QProcess program_;
+  int left_ = 0;
+  int top_ = 0;
+};
+
+TEST_F(Outside, DragsASliderAddsStepsAndMovesALine) {
+  Start({});
+  ChooseFirstPort();
+  Click(Place("CWButtonMainOnOff"));
+  const QPoint handle = Place("CWSlide1", 3, QPoint(16, 273 / 2 + 8));
+  Drag(handle, handle - QPoint(0, 60));
+  Click(Place("CommandAdd"));
+  Click(Place("Text1", 3));
+  XDoTool({"key", "ctrl+a"});
+  XDoTool({"type", "--", "-20"});
+  Key("Return");
+  Click(Place("CommandAdd"));
+  Click(Place("Text1", 3));
+  XDoTool({"key", "ctrl+a"});
+  XDoTool({"type", "--", "-40"});
+  Key("alt+a");  // commits the field, then adds
+  Drag(Line(2), Line(0));
+  for (int line = 0; line < 3; ++line) {
+    Click(Line(line), 2);
+    QThread::msleep(500);
+  }
+  Key("ctrl+q");
+  ExpectEnd();
+
+  const QList<int> bytes = Received();
+  QStringList shown;
+  for (const int byte : bytes) shown.append(QString::number(byte));
+  SCOPED_TRACE(shown.join(" ").toStdString());
+  ASSERT_GT(bytes.size(), 12);
+  EXPECT_EQ(bytes.first(), 1);
+  EXPECT_EQ(bytes.last(), 0);
+  QList<int> positions;
+  for (qsizetype i = 1; i + 1 < bytes.size() - 1; i += 2) {
+    EXPECT_EQ(bytes[i], 11) << "only channel 3 was moved";
+    positions.append(bytes[i + 1]);
+  }
+  // The drag went up in steps to somewhere near 128 + 60; the lines then show in their new order.
+  const auto dragged = positions.indexOf(108) - 1;
+  ASSERT_GE(dragged, 3);
+  EXPECT_NEAR(positions[dragged], 188, 8);
+  for (qsizetype i = 1; i <= dragged; ++i) EXPECT_GT(positions[i], positions[i - 1]);
+  EXPECT_EQ(positions.mid(dragged + 1), (QList<int>{108, 88, positions[dragged], 108}));
+}
+
+TEST_F(Outside, QuitEndsTheProgramAtOnceWhileAnEraseWaitsForASilentBoard) {
+  Start({"--silent"});
+  ChooseFirstPort();
+  Key("alt+v");
+  Key("f");  // "Flash Progr"
+  Click(Place("CommandErase"));
+  Key("ctrl+q");
+  ExpectEnd();
+  EXPECT_EQ(Received(), (QList<int>{7, 0}));
+}
+
+}  // namespace
+}  // namespace pelmora

@@ -1,0 +1,140 @@
+// The window as a whole: what it shows at start-up, its menus, captions, keyboard and names for
+// assistive technology, and how it ends.
+#include <QAccessible>
+#include <QAction>
+#include <QFontMetricsF>
+#include <QGroupBox>
+#include <QLabel>
+#include <QMenu>
+#include <QPushButton>
+#include <QSet>
+#include <QtTest/QTest>
+
+#include "platform/cw_slide.h"
+#include "tests/window_fixture.h"
+#include "ui/inventory.h"
+
+namespace pelmora {
+namespace {
+
+QString Plain(QString caption) { return caption.remove('&'); }
+
+class StartUp : public WindowTest {};
+
+TEST_F(StartUp, ShowsAnEmptyProgramWithNoPort) {
+  EXPECT_EQ(form->windowTitle(), "Pelmora V 3.0");
+  const QVector<QPair<QString, QString>> expected = {
+      {"LabelSeq", "Sequence N° 0"},    {"LabelSeqEmu", "Sequence N° 0"},
+      {"LabelStep", "Step N° ..."},     {"LabelByte", "0 bytes"},
+      {"LabelOffset", "0 bytes"},       {"CommandOffset", "OffSet Seq. 0"},
+      {"CWNumEditTimeStep", "1000 ms"}, {"ComboPort", ""},
+      {"CWButtonMainOnOff", "Off"},     {"CWButtonEmuPC", "Off"},
+      {"CWButtonRealEmu", "Off"},       {"Echo", ""}};
+  for (const auto& [name, text] : expected) EXPECT_EQ(hands->Read(name), text);
+  for (int i = 0; i < 12; ++i) {
+    EXPECT_EQ(hands->Read(QString("Text1_%1").arg(i)), "0");
+    EXPECT_EQ(hands->Read(QString("Text1_%1").arg(12 + i)), "0 °");
+    EXPECT_EQ(hands->Read(QString("CWSlide1_%1").arg(i)), "128");
+  }
+  EXPECT_TRUE(Lines().isEmpty());
+  EXPECT_FALSE(Enabled("Command1"));
+  EXPECT_EQ(timer.Interval(), 20);
+  EXPECT_FALSE(timer.Enabled());
+}
+
+TEST_F(StartUp, PlacesEveryControlAndShowsItsCaptionInFull) {
+  EXPECT_EQ(form->centralWidget()->size(), QSize(849, 674));
+  EXPECT_EQ(form->minimumSize(), form->maximumSize());
+  for (const ControlRow& row : Inventory()) {
+    for (int i = 0; i < row.count; ++i) {
+      const QString name = row.count == 1 ? QString(row.name)
+                                          : QString("%1_%2").arg(row.name).arg(row.first + i);
+      auto& control = hands->Find<QWidget>(name);
+      EXPECT_EQ(control.geometry(), QRect((row.left + i * row.pitch) / 15, row.top / 15,
+                                          row.width / 15, row.height / 15))
+          << name.toStdString();
+      QString text;
+      if (auto* label = qobject_cast<QLabel*>(&control)) text = label->text();
+      if (auto* button = qobject_cast<QPushButton*>(&control)) text = Plain(button->text());
+      if (auto* panel = qobject_cast<QGroupBox*>(&control)) text = panel->title();
+      const double needed = QFontMetricsF(control.font()).horizontalAdvance(text);
+      EXPECT_LE(needed, control.width()) << text.toStdString();
+    }
+  }
+}
+
+TEST_F(StartUp, MenusTogglePanelsAndTheirCheckMarks) {
+  const QVector<QPair<QString, QStringList>> items = {
+      {"FreshProg", {"FrameFlash"}}, {"Emu", {"FrameRealEmu"}}, {"Serial", {"FrameSer", "FrameInfo"}}};
+  for (const auto& [item, panels] : items) {
+    for (const bool shown : {false, true, false}) {
+      EXPECT_EQ(hands->Find<QAction>(item).isChecked(), shown);
+      for (const QString& panel : panels) {
+        EXPECT_EQ(hands->Find<QWidget>(panel).isVisible(), shown) << panel.toStdString();
+      }
+      hands->ChooseMenu(item);
+    }
+  }
+}
+
+TEST_F(StartUp, MnemonicsDoNotCollide) {
+  QSet<QString> keys;
+  const auto take = [&keys](const QString& caption) {
+    const QString key = QKeySequence::mnemonic(caption).toString();
+    if (key.isEmpty()) return;
+    EXPECT_FALSE(keys.contains(key)) << caption.toStdString();
+    keys.insert(key);
+  };
+  for (const ControlRow& row : Inventory()) take(QString::fromUtf8(row.caption));
+  take(Menus().front().menu);
+  take(Menus().back().menu);
+  EXPECT_GE(keys.size(), 20);
+}
+
+TEST_F(StartUp, TellsAssistiveTechnologyNameRoleValueAndState) {
+  auto& slide = hands->Find<platform::CWSlide>("CWSlide1_3");
+  slide.SetValue(200);
+  QAccessibleInterface* fader = QAccessible::queryAccessibleInterface(&slide);
+  EXPECT_EQ(fader->text(QAccessible::Name), "Ch3 position");
+  EXPECT_EQ(fader->role(), QAccessible::Slider);
+  EXPECT_EQ(fader->valueInterface()->currentValue().toInt(), 200);
+  Connect();
+  hands->Click("CWButtonMainOnOff");
+  QAccessibleInterface* button =
+      QAccessible::queryAccessibleInterface(&hands->Find<QWidget>("CWButtonMainOnOff"));
+  EXPECT_EQ(button->text(QAccessible::Name), "PC Control Enable");
+  EXPECT_TRUE(button->state().checked);
+  for (const ControlRow& row : Inventory()) {
+    const QString name =
+        row.count == 1 ? QString(row.name) : QString("%1_%2").arg(row.name).arg(row.first);
+    QAccessibleInterface* part = QAccessible::queryAccessibleInterface(&hands->Find<QWidget>(name));
+    EXPECT_FALSE(part->text(QAccessible::Name).isEmpty()) << name.toStdString();
+  }
+}
+
+class Ending : public WindowTest {};
+
+TEST_F(Ending, SendsOneStopByteOnQuitAndTwoOnClosing) {
+  Connect();
+  hands->ChooseMenu("Quit");
+  EXPECT_TRUE(events.Ending());
+  ExpectSent({0});
+  form->close();
+  ExpectSent({});
+}
+
+TEST_F(Ending, ClosingSendsTwoStopBytesAndThenNothing) {
+  Connect();
+  form->close();
+  hands->Find<platform::CWSlide>("CWSlide1_0").SetValue(1);
+  ExpectSent({0, 0});
+}
+
+TEST_F(Ending, WithoutAPortNothingIsSent) {
+  hands->ChooseMenu("Quit");
+  EXPECT_TRUE(events.Ending());
+  ExpectSent({});
+}
+
+}  // namespace
+}  // namespace pelmora

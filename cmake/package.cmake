@@ -27,7 +27,7 @@ install(FILES ${packaging}/pelmora.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/
 install(FILES ${packaging}/pelmora.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
 install(FILES ${manual} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 install(FILES ${packaging}/debian/copyright ${changelog} DESTINATION ${CMAKE_INSTALL_DOCDIR})
-install(FILES ${packaging}/60-pelmora.rules DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
+install(FILES ${packaging}/70-pelmora.rules DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
 set(icons ${CMAKE_INSTALL_DATADIR}/icons/hicolor)
 foreach(size IN ITEMS 16 22 24 32 48 64 128 256 512)
   install(FILES ${packaging}/icon/pelmora-${size}.png

@@ -1,18 +1,17 @@
 #include "demo/tour.h"
 
+#include <QApplication>
+#include <QFile>
+#include <QFileDialog>
+#include <QLineEdit>
 #include <QPixmap>
+#include <QSlider>
 #include <QTextStream>
+#include <QtTest/QTest>
 #include <stdexcept>
 #include <vector>
 
 namespace demo {
-namespace {
-
-using std::chrono::milliseconds;
-
-constexpr milliseconds kLineTime{3000};
-
-}  // namespace
 
 Tour::Tour(QWidget& window, QWidget& board_window, simboard::SimulatedBoard& board,
            const QDir& folder)
@@ -29,6 +28,14 @@ void Tour::Go() {
   MoveServos();
   Compose();
   ChangeSequence();
+  Interpolate();
+  Program();
+  ReadBack();
+  PlayFromPc();
+  PlayOnBoard();
+  SaveAndLoad();
+  Erase();
+  Quit();
 }
 
 void Tour::Connect() {
@@ -56,10 +63,11 @@ void Tour::MoveServos() {
 }
 
 void Tour::Compose() {
-  Say("sets a duration of 500 ms and adds the step");
-  operator_.Type("CWNumEditTimeStep", "500");
+  Say("sets a duration of 2000 ms and adds the step");
+  operator_.Type("CWNumEditTimeStep", "2000");
   operator_.Click("CommandAdd");
-  Say("moves on and adds three more steps");
+  Say("moves on and adds three more steps of 500 ms");
+  operator_.Type("CWNumEditTimeStep", "500");
   const std::vector<std::pair<QString, int>> moves = {
       {"CWSlide1_0", 60}, {"CWSlide1_9", 90}, {"CWSlide1_4", 220}};
   for (const auto& [slide, position] : moves) {
@@ -85,6 +93,159 @@ void Tour::ChangeSequence() {
   Expect(after.size() == before.size(), "sequence 0 has its four steps again");
   SayReceived();
   Picture("sequence 0 again");
+}
+
+void Tour::Interpolate() {
+  Say("selects the first step and splits it into 80 towards the next one");
+  operator_.ClickLine("ListSequence", 0);
+  operator_.Click("CommandInterpolate");
+  operator_.Type("CWNumEditInterp", "80", false);
+  Picture("interpolation dialog");
+  operator_.Click("OKButton");
+  Expect(operator_.ReadLines("ListSequence").size() == 83, "80 steps stand in the place of one");
+  Picture("interpolated");
+}
+
+void Tour::Program() {
+  Say("shows the panels of the menu \"Advanced\"");
+  for (const char* item : {"FreshProg", "Emu", "Serial"}) operator_.ChooseMenu(item);
+  Say("goes to sequence 1 and back, which stores sequence 0");
+  operator_.Click("CommandMoreSeq");
+  operator_.Click("CommandLessSeq");
+  Picture("all panels");
+  Say("presses \"Program  Seq.\"");
+  AnswerNextMessage("Data Flash Erased");
+  auto& bar = operator_.Find<QSlider>("ProgressBarFlash");
+  operator_.When([&bar] { return bar.isVisible() && bar.value() > bar.maximum() / 2; },
+                 [this] { Picture("programming"); });
+  operator_.When([&bar] { return bar.isVisible() && bar.value() > bar.maximum() * 2 / 3; },
+                 [this] { AnswerNextMessage("Data Flash Programmed!", "programmed"); });
+  operator_.Click("CommandFlash");
+  SayReceived();
+  Expect(board_.Snapshot().sequence_steps[0] == 83, "the board holds the 83 steps of sequence 0");
+}
+
+void Tour::ReadBack() {
+  const QStringList before = operator_.ReadLines("ListSequence");
+  Say("presses \"Clear All\", and then \"Read Seq.\"");
+  operator_.Click("CommandClearAll");
+  Expect(operator_.ReadLines("ListSequence").isEmpty(), "the list is empty");
+  auto& bar = operator_.Find<QSlider>("ProgressBarFlash");
+  operator_.When([&bar] { return bar.isVisible() && bar.value() > bar.maximum() / 2; },
+                 [this] { Picture("reading back"); });
+  AnswerNextMessage("Data Flash Read!");
+  operator_.Click("CommandRead");
+  Expect(operator_.ReadLines("ListSequence") == before, "the same steps have come back");
+  SayReceived();
+  Picture("read back");
+}
+
+void Tour::PlayFromPc() {
+  Say("goes to sequence 2 and composes three poses of 400 ms, with breakpoints on two of them");
+  operator_.Click("CommandMoreSeq");
+  operator_.Click("CommandMoreSeq");
+  operator_.Type("CWNumEditTimeStep", "400");
+  for (const int position : {60, 128, 200}) {
+    for (int channel = 0; channel < 12; ++channel) {
+      operator_.Type(QStringLiteral("Text1_%1").arg(channel),
+                     QString::number((channel % 2 == 0 ? position : 256 - position) - 128));
+    }
+    operator_.Click("CommandAdd");
+  }
+  for (const int line : {1, 2}) {
+    operator_.ClickLine("ListSequence", line);
+    operator_.Click("CommandBrk");
+  }
+  operator_.ClickLine("ListSequence", 0);
+  SayReceived();
+  Say("turns \"PC Emu\" On: playback shows step 1 and halts on its breakpoint");
+  operator_.Click("CWButtonEmuPC");
+  Expect(operator_.WaitUntil([this] { return operator_.Read("LabelStep").endsWith(" 1"); }),
+         "step 1 is shown");
+  SayReceived();
+  Picture("halted on step 1");
+  Say("presses \"Continue\": playback goes on to step 2");
+  operator_.Click("CommandContinue");
+  Expect(operator_.WaitUntil([this] { return operator_.Read("LabelStep").endsWith(" 2"); }),
+         "step 2 is shown");
+  SayReceived();
+  Picture("halted on step 2");
+  operator_.Click("CWButtonEmuPC");
+}
+
+void Tour::PlayOnBoard() {
+  Say("writes the new sequence into the flash");
+  AnswerNextMessage("Data Flash Erased");
+  operator_.When([this] { return operator_.Find<QSlider>("ProgressBarFlash").isVisible(); },
+                 [this] { AnswerNextMessage("Data Flash Programmed!"); });
+  operator_.Click("CommandFlash");
+  Say("turns \"Real Emu\" On: the board plays sequence 2 by itself");
+  operator_.Click("CWButtonRealEmu");
+  for (const int step : {1, 2}) {
+    Expect(operator_.WaitUntil([this, step] {
+      const simboard::State state = board_.Snapshot();
+      return state.playing_sequence == 2 && state.playing_step == step;
+    }),
+           "the board plays");
+    Picture(QStringLiteral("board plays step %1").arg(step));
+  }
+  operator_.Click("CWButtonRealEmu");
+  operator_.ChooseMenu("Resetting");
+  board_.ClearLog();
+}
+
+void Tour::SaveAndLoad() {
+  const QString path = folder_.filePath("sequences.dat");
+  const QStringList before = operator_.ReadLines("ListSequence");
+  Say("saves all sequences in a file");
+  AnswerFileDialog(folder_.filePath("sequences"), "save dialog");
+  operator_.When([] { return OpenMessage() != nullptr; }, [this] { AnswerNextMessage("Data Saved!"); });
+  operator_.ChooseMenu("SaveBuffer");
+  Expect(QFile::exists(path), "the file is there");
+  Say("clears everything and loads the file");
+  operator_.Click("CommandClearAll");
+  AnswerFileDialog(path, "load dialog");
+  operator_.When([] { return OpenMessage() != nullptr; }, [this] { AnswerNextMessage("Data Loaded!"); });
+  operator_.ChooseMenu("LoadBuffer");
+  operator_.Click("CommandMoreSeq");
+  operator_.Click("CommandMoreSeq");
+  Expect(operator_.ReadLines("ListSequence").size() == before.size(), "the sequences are back");
+  Picture("loaded");
+}
+
+void Tour::Erase() {
+  Say("erases the board's flash");
+  AnswerNextMessage("Data Flash Erased", "erased");
+  operator_.Click("CommandErase");
+  SayReceived();
+  Expect(board_.Snapshot().flash_bytes == 0, "the board's flash is empty");
+}
+
+void Tour::Quit() {
+  Say("chooses \"Quit\"");
+  operator_.ChooseMenu("Quit");
+}
+
+void Tour::AnswerNextMessage(const QString& text, const QString& picture) {
+  operator_.When([] { return OpenMessage() != nullptr; },
+                 [this, text, picture] {
+                   QTextStream(stdout) << "  the program says: " << MessageText() << '\n';
+                   Expect(MessageText() == text, "the message is: " + text);
+                   if (!picture.isEmpty()) Picture(picture);
+                   AnswerMessage();
+                 });
+}
+
+void Tour::AnswerFileDialog(const QString& path, const QString& picture) {
+  const auto dialog = [] { return qobject_cast<QFileDialog*>(QApplication::activeModalWidget()); };
+  operator_.When([dialog] { return dialog() && dialog()->isVisible(); },
+                 [this, dialog, path, picture] {
+                   Picture(picture);
+                   auto* name = dialog()->findChild<QLineEdit*>("fileNameEdit");
+                   name->selectAll();
+                   QTest::keyClicks(name, path);
+                   QTest::keyClick(name, Qt::Key_Return);
+                 });
 }
 
 void Tour::Say(const QString& what) {
@@ -115,8 +276,11 @@ void Tour::Picture(const QString& name) {
   ++pictures_;
   const QString number = QStringLiteral("%1").arg(pictures_, 2, 10, QLatin1Char('0'));
   const QString stem = number + QLatin1Char(' ') + name;
-  const bool saved = window_.grab().save(folder_.filePath(stem + ".png")) &&
-                     board_window_.grab().save(folder_.filePath(stem + ", board.png"));
+  bool saved = window_.grab().save(folder_.filePath(stem + ".png")) &&
+               board_window_.grab().save(folder_.filePath(stem + ", board.png"));
+  QWidget* dialog = QApplication::activeModalWidget();
+  if (!dialog) dialog = window_.findChild<QDialog*>();
+  if (dialog) saved = saved && dialog->grab().save(folder_.filePath(stem + ", dialog.png"));
   Expect(saved, "the pictures can be written to " + folder_.path());
 }
 

@@ -26,11 +26,24 @@ class Tour {
   void MoveServos();
   void Compose();
   void ChangeSequence();
+  void Interpolate();
+  void Program();
+  void ReadBack();
+  void PlayFromPc();
+  void PlayOnBoard();
+  void SaveAndLoad();
+  void Erase();
+  void Quit();
 
   void Say(const QString& what);
   void SayReceived();
+  /// Saves pictures of both windows, and of the dialog or message that is open.
   void Picture(const QString& name);
   void Expect(bool holds, const QString& what);
+  /// Waits for the next message, prints it and presses OK; `picture`, if any, is taken before.
+  void AnswerNextMessage(const QString& text, const QString& picture = QString());
+  /// Works the file dialog that opens next.
+  void AnswerFileDialog(const QString& path, const QString& picture);
 
   QWidget& window_;
   QWidget& board_window_;

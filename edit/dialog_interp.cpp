@@ -146,6 +146,7 @@ void Interpolation::CommandInterpolate_Click() {
   }
   dialog_ = new DialogInterp(parts_, locked_);
   dialog_->show();
+  dialog_->activateWindow();
 }
 
 }  // namespace pelmora

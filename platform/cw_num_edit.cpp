@@ -25,6 +25,11 @@ CWNumEdit::CWNumEdit(QWidget* parent) : QSpinBox(parent), shown_(value()) {
   });
 }
 
+int CWNumEdit::Value() {
+  interpretText();
+  return value();
+}
+
 void CWNumEdit::SetScale(int minimum, int maximum, int increment, int fast_increment) {
   setSingleStep(increment);
   fast_increment_ = fast_increment;

@@ -12,7 +12,8 @@ class CWNumEdit : public QSpinBox {
  public:
   explicit CWNumEdit(QWidget* parent = nullptr);
 
-  int Value() const { return value(); }
+  /// The value, with an entry that is still being typed taken into account.
+  int Value();
 
   /// Sets the value, cut to the range. A change raises `ValueChanged` before the call returns;
   /// setting the value already held raises nothing.

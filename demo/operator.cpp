@@ -14,6 +14,7 @@
 #include <QSpinBox>
 #include <QStyle>
 #include <QStyleOptionSlider>
+#include <QTimer>
 #include <QtTest/QTest>
 #include <cstdlib>
 
@@ -39,10 +40,7 @@ QRect HandleOf(const QSlider& slide) {
 
 }  // namespace
 
-Operator::Operator(QWidget& window) : window_(window) {
-  glance_.setInterval(kGlance);
-  connect(&glance_, &QTimer::timeout, this, &Operator::Look);
-}
+Operator::Operator(QWidget& window) : window_(window) {}
 
 void Operator::Click(const QString& name) {
   auto& control = Find<QWidget>(name);
@@ -152,16 +150,23 @@ QStringList Operator::ReadLines(const QString& list) const {
 
 void Operator::When(std::function<bool()> condition, std::function<void()> action) {
   plans_.push_back({std::move(condition), std::move(action)});
-  glance_.start();
+  if (!looking_) LookAgain();
+}
+
+void Operator::LookAgain() {
+  // A timer does not fire inside its own slot, and a plan's action may wait: each look has its own.
+  looking_ = true;
+  QTimer::singleShot(kGlance, this, &Operator::Look);
 }
 
 void Operator::Look() {
+  looking_ = false;
+  if (plans_.empty()) return;
+  LookAgain();
   for (auto plan = plans_.begin(); plan != plans_.end(); ++plan) {
     if (!plan->condition()) continue;
     const std::function<void()> action = std::move(plan->action);
     plans_.erase(plan);
-    if (plans_.empty()) glance_.stop();
-    // May itself wait, with this function called again inside.
     action();
     return;
   }

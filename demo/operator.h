@@ -5,7 +5,6 @@
 
 #include <QObject>
 #include <QString>
-#include <QTimer>
 #include <QWidget>
 #include <functional>
 #include <list>
@@ -69,11 +68,12 @@ class Operator : public QObject {
   };
 
   void Look();
+  void LookAgain();
   QPoint LineCentre(const QString& list, int line) const;
 
   QWidget& window_;
-  QTimer glance_;
   std::list<Plan> plans_;
+  bool looking_ = false;
 };
 
 /// The message box that is open now; null when none is.

@@ -20,18 +20,22 @@ namespace {
 constexpr int kLargestFont = 12;  // pixels
 constexpr int kSmallestFont = 8;
 constexpr int kHeadingFont = 16;  // 12 points at 96 dpi
+constexpr int kLineOfText = 21;
 
 constexpr int kFullStretch = 100;   // percent
 constexpr int kLowestStretch = 90;  // below, a smaller font reads better than a narrower one
 
-QWidget* MakeLabel(const QString& caption, QWidget* parent) {
+QWidget* MakeLabel(const QString& caption, int height, QWidget* parent) {
   auto* label = new QLabel(caption, parent);
-  label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+  // A label with room for more than its line has its text at the top: another control may reach
+  // into the rest.
+  label->setAlignment(Qt::AlignLeft | (height > kLineOfText ? Qt::AlignTop : Qt::AlignVCenter));
   return label;
 }
 
 QWidget* MakeHeading(const QString& caption, QWidget* parent) {
-  QWidget* label = MakeLabel(caption, parent);
+  auto* label = new QLabel(caption, parent);
+  label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
   QFont font = label->font();
   font.setPixelSize(kHeadingFont);
   font.setBold(true);
@@ -72,7 +76,7 @@ Demand DemandOf(const ControlRow& row) {
     case Kind::kSwitch:
       return {caption, 36};
     case Kind::kPushButton:
-      return {caption, 4};
+      return {caption, 8};
     case Kind::kPanel:
       return {caption, 16};
     case Kind::kTextField:
@@ -141,7 +145,7 @@ QWidget* Controls::Make(const ControlRow& row, const QString& caption, QWidget* 
     case Kind::kPanel:
       return new platform::Panel(caption, parent);
     case Kind::kLabel:
-      return MakeLabel(caption, parent);
+      return MakeLabel(caption, Pixels(row.height), parent);
     case Kind::kHeading:
       return MakeHeading(caption, parent);
     case Kind::kDropDown:

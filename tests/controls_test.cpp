@@ -80,6 +80,7 @@ TEST_F(ControlsTest, EachChangeOfAValueIsAnnouncedOnceInsideTheAssignment) {
       {"number step below the range", [&] { QTest::keyClick(&number, Qt::Key_Down); }, -1},
       {"number Enter alone", [&] { QTest::keyClick(&number, Qt::Key_Return); }, -1},
       {"number cut", [&] { number.SetValue(99999); }, 32767},
+      {"number near the end", [&] { number.SetValue(32760); }, 32760},
       {"number step above the range", [&] { number.stepUp(); }, -1},
   };
   for (const Case& c : cases) {

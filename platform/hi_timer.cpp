@@ -31,7 +31,6 @@ void SystemHiTimer::SetEnabled(bool enabled) {
 }
 
 void SystemHiTimer::Wake() {
-  if (const auto now = Clock::now(); now - due_ > Milliseconds(interval_)) due_ = now;
   const Clock::time_point tick_due = due_;
 
   const QPointer<SystemHiTimer> self(this);
@@ -41,7 +40,7 @@ void SystemHiTimer::Wake() {
   const auto now = Clock::now();
   const auto interval = Milliseconds(interval_);
   const auto next = tick_due + interval;
-  ArmFor(now - next > interval ? now + interval : next);
+  ArmFor(next < now ? now + interval : next);
 }
 
 void SystemHiTimer::ArmFor(Clock::time_point due) {

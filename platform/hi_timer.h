@@ -29,8 +29,10 @@ class HiTimer {
 };
 
 /// The timer that keeps real time. It does not drift: a tick is due at the previous one's due time
-/// plus the interval, so that one tick's lateness is not added to the next. After a stall longer
-/// than the interval it goes on from now and fires no burst of missed ticks.
+/// plus the interval, so that one tick's lateness is not added to the next. When that time
+/// has passed as well, after a stall, it goes on a full interval from now: missed ticks are not
+/// made up for. A tick that waits (in a message box, say) is not entered again meanwhile, unless it
+/// enables the timer anew.
 class SystemHiTimer : public QObject, public HiTimer {
   Q_OBJECT
  public:

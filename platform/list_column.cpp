@@ -43,7 +43,8 @@ void ColumnDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option
   const QStringList fields = text.split('\t');
   for (std::size_t i = 0; i < columns_.size() && i < static_cast<std::size_t>(fields.size()); ++i) {
     const ListColumn& column = columns_[i];
-    const QRect cell(option.rect.left() + column.left, option.rect.top(), column.width, option.rect.height());
+    const QRect cell(option.rect.left() + column.left, option.rect.top(), column.width,
+                     option.rect.height());
     painter->drawText(cell,
                       static_cast<int>(column.alignment) | Qt::AlignVCenter | Qt::TextSingleLine,
                       option.fontMetrics.elidedText(fields[static_cast<qsizetype>(i)],

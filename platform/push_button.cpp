@@ -17,7 +17,7 @@ bool PushButton::event(QEvent* event) {
   }
   const QPointer<PushButton> self(this);
   setFocus(Qt::ShortcutFocusReason);
-  if (self && isEnabled()) click();
+  if (self) click();
   return true;
 }
 

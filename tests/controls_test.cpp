@@ -11,6 +11,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -79,6 +80,7 @@ TEST_F(ControlsTest, EachChangeOfAValueIsAnnouncedOnceInsideTheAssignment) {
       {"number step below the range", [&] { QTest::keyClick(&number, Qt::Key_Down); }, -1},
       {"number Enter alone", [&] { QTest::keyClick(&number, Qt::Key_Return); }, -1},
       {"number cut", [&] { number.SetValue(99999); }, 32767},
+      {"number near the end", [&] { number.SetValue(32760); }, 32760},
       {"number step above the range", [&] { number.stepUp(); }, -1},
   };
   for (const Case& c : cases) {
@@ -339,6 +341,9 @@ TEST_F(ListBoxTest, SelectionStaysOnItsLineAndInView) {
   ShowWindow();
   list.SetListIndex(30);
   EXPECT_TRUE(list.viewport()->rect().contains(list.visualItemRect(list.item(30))));
+  list.scrollToTop();
+  list.SetListIndex(30);
+  EXPECT_TRUE(list.viewport()->rect().contains(list.visualItemRect(list.item(30))));
   list.InsertItem(0, "new");
   EXPECT_EQ(list.ListIndex(), 31);
   list.SetList(31, "other");
@@ -347,9 +352,11 @@ TEST_F(ListBoxTest, SelectionStaysOnItsLineAndInView) {
   EXPECT_EQ(list.List(30), "other");
   list.RemoveItem(30);
   EXPECT_EQ(list.ListIndex(), -1);
-  list.setFocus();
+  list.setFocus();  // makes the first line current without selecting it
   list.RemoveItem(0);
   EXPECT_EQ(list.ListIndex(), -1);
+  list.clearFocus();
+  list.setFocus();
   QTest::keyClick(&list, Qt::Key_Down);
   EXPECT_EQ(list.ListIndex(), 0);
   QTest::keyClick(&list, Qt::Key_End);
@@ -400,12 +407,16 @@ TEST_F(ControlsTest, OpenDialogsEndWithTheProgram) {
     QTimer::singleShot(0, &events, [&] {  // a file dialog on top of the box
       QTimer::singleShot(0, &events, &Events::End);
       EXPECT_FALSE(files.ShowOpen({"Data Files (*.dat)|*.dat", ".dat", ""}).has_value());
-      events.DoEvents();  // would sleep
     });
   });
   message.Show("<b>No</b> Connection", "Program");
   EXPECT_TRUE(events.Ending());
   message.Show("late", "Program");
+  QApplication::processEvents();
+  const auto start = std::chrono::steady_clock::now();
+  QTimer::singleShot(400, &window, [] {});
+  events.DoEvents();
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(200));
 }
 
 TEST_F(ControlsTest, FileDialogCompletesNamesAndRemembersTheFolder) {

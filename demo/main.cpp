@@ -27,17 +27,21 @@
 
 namespace {
 
-/// The simulated board on the first entry, the machine's ports on the others.
+/// The simulated board on the first entry, the machine's ports on the others. The tour leaves the
+/// machine's ports alone: it sees only the board.
 class DemoPorts : public platform::PortDirectory {
  public:
-  explicit DemoPorts(const simboard::SimulatedBoard& board) : board_(board) {}
+  DemoPorts(const simboard::SimulatedBoard& board, bool board_only)
+      : board_(board), board_only_(board_only) {}
 
   QString DeviceFor(int number) const override {
-    return number == 1 ? QString::fromStdString(board_.DevicePath()) : machine_.DeviceFor(number);
+    if (number == 1) return QString::fromStdString(board_.DevicePath());
+    return board_only_ ? QString() : machine_.DeviceFor(number);
   }
 
  private:
   const simboard::SimulatedBoard& board_;
+  const bool board_only_;
   const platform::MachinePorts machine_;
 };
 
@@ -98,7 +102,7 @@ int main(int argc, char** argv) {
   simboard::Faults faults;
   faults.silent = parser.isSet(silent);
   board.SetFaults(faults);
-  const DemoPorts ports(board);
+  const DemoPorts ports(board, parser.isSet(tour));
   platform::Events events;
   platform::ModalMessageBox message_box(events);
   platform::ModalFileDialog file_dialog(events);

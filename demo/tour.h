@@ -22,6 +22,7 @@ class Tour {
   void Go();
 
  private:
+  void TryAnEmptyPort();
   void Connect();
   void MoveServos();
   void Compose();
@@ -33,14 +34,16 @@ class Tour {
   void PlayOnBoard();
   void SaveAndLoad();
   void Erase();
+  void PullTheAdapter();
   void Quit();
 
   void Say(const QString& what);
   void SayReceived();
-  /// Saves pictures of both windows, and of the dialog or message that is open.
+  /// Saves a picture of the program's part of the screen and one of the board's window.
   void Picture(const QString& name);
   void Expect(bool holds, const QString& what);
-  /// Waits for the next message, prints it and presses OK; `picture`, if any, is taken before.
+  /// Prints the next message, which must be `text` unless that is empty, and presses OK; `picture`,
+  /// if any, is taken before.
   void AnswerNextMessage(const QString& text, const QString& picture = QString());
   /// Works the file dialog that opens next.
   void AnswerFileDialog(const QString& path, const QString& picture);

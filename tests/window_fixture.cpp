@@ -89,8 +89,8 @@ void WindowTest::Connect() {
 
 Bytes WindowTest::Sent(std::size_t count) {
   EXPECT_TRUE(board.WaitForBytes(count, kLineLimit));
-  board.WaitForBytes(count + 1, kQuietLine);
-  const Bytes bytes = board.Received();
+  Bytes bytes = board.Received();
+  while (board.WaitForBytes(bytes.size() + 1, kQuietLine)) bytes = board.Received();
   board.ClearLog();
   return bytes;
 }

@@ -30,6 +30,8 @@ DialogInterp::DialogInterp(const InterpolationParts& parts, std::vector<QWidget*
   setWindowTitle(QStringLiteral("Interpolation"));
   setAttribute(Qt::WA_DeleteOnClose);
   setFixedSize(Pixels(5625), Pixels(2070));
+  // A window of its own would not share the size that the main window's captions were fitted to.
+  setFont(parts_.list_sequence.font());
   BuildControls();
   connect(this, &QDialog::finished, this, &DialogInterp::Form_Unload);
   connect(&parts_.events, &platform::Events::Ended, this, &QDialog::reject);
@@ -85,6 +87,8 @@ void DialogInterp::Form_Unload() {
 }
 
 void DialogInterp::OKButton_Click() {
+  // Pressed by assistive tools the button leaves the focus, and the entry uncommitted, in the field.
+  CWNumEditInterp->interpretText();
   const int count = CWNumEditInterp->Value();
   if (count <= 1) {
     accept();
@@ -95,8 +99,14 @@ void DialogInterp::OKButton_Click() {
   const int selected = parts_.list_sequence.ListIndex();
   const int source = with_previous ? selected - 1 : selected;
   const int lines = parts_.list_sequence.ListCount();
-  // Playback, a read or the board may have changed list and selection since the dialog opened.
-  if (selected < 0 || source < 0 || source + 1 >= lines) return;
+  // Playback or a read that was under way may have changed selection and list since the dialog
+  // opened.
+  if (source < 0 || source + 1 >= lines) {
+    parts_.message_box.Show(QStringLiteral("No step is selected that has a step %1 it!")
+                                .arg(QLatin1String(with_previous ? "before" : "after")),
+                            kNoteTitle);
+    return;
+  }
   if (StepTimeTooShort(ReadLine(source)[kDurationColumn], count)) {
     parts_.message_box.Show(
         QStringLiteral("Number of Steps too high for selected Step Time!"), kNoteTitle);

@@ -1,5 +1,6 @@
 #include "edit/dialog_interp.h"
 
+#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -61,6 +62,8 @@ void DialogInterp::BuildControls() {
   auto* label = new QLabel(QStringLiteral("Number of &Interpolation Steps"), this);
   label->setObjectName(QStringLiteral("Label1"));
   label->setGeometry(Twips(1680, 1140, 2295, 315));
+  // The caption may be wider than its place; there is room to the right.
+  label->resize(std::max(label->width(), label->sizeHint().width()), label->height());
   label->setBuddy(CWNumEditInterp);
   CWNumEditInterp->setAccessibleName(QStringLiteral("Number of Interpolation Steps"));
 

@@ -263,14 +263,9 @@ TEST_F(Interpolate, APortLostMeanwhileLeavesNothingLocked) {
   Connect();
   hands->Click("CWButtonEmuPC");
   Open(0);
-  bool told = false;
-  box.Expect("Program",
-             "The connection on Comm1 (" + QString::fromStdString(board.DevicePath()) +
-                 ") is lost: the adapter was pulled or the line hung up.\n\nYour sequences are "
-                 "untouched. Choose a port to connect again.",
-             [&] { told = true; });
+  ExpectLoss();
   board.Unplug();
-  ASSERT_TRUE(hands->WaitUntil([&] { return told; }));
+  ASSERT_TRUE(hands->WaitUntil([&] { return box.Outstanding() == 0; }));
   ExpectLocked(true);
   hands->Click("CancelButton");
   ASSERT_TRUE(Closes());

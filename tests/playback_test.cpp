@@ -226,21 +226,14 @@ TEST_F(Playback, ALostPortEndsItWithOneMessage) {
   for (const std::function<void()>& start : {std::function<void()>(run), {halt}, {board_plays}}) {
     Connect();
     start();
-    bool told = false;
-    const QString device = QString::fromStdString(board.DevicePath());
-    box.Expect("Program",
-               "The connection on Comm1 (" + device +
-                   ") is lost: the adapter was pulled or the line hung up.\n\nYour sequences are "
-                   "untouched. Choose a port to connect again.",
-               [&] {
-                 told = true;
-                 ExpectIdle();
-                 EXPECT_FALSE(On(kRealEmu));
-                 timer.Elapse();
-               });
+    ExpectLoss([&] {
+      ExpectIdle();
+      EXPECT_FALSE(On(kRealEmu));
+      timer.Elapse();
+    });
     board.Unplug();
     timer.Elapse();  // before the loss is noticed
-    EXPECT_TRUE(hands->WaitUntil([&] { return told; }));
+    EXPECT_TRUE(hands->WaitUntil([&] { return box.Outstanding() == 0; }));
     ExpectIdle();
     EXPECT_EQ(Lines().size(), 2);
     hands->Click("CommandResBrk");
@@ -250,6 +243,19 @@ TEST_F(Playback, ALostPortEndsItWithOneMessage) {
   Play(0);
   timer.Elapse();
   EXPECT_EQ(Sent(2), Shown(1));
+}
+
+TEST_F(Playback, AResetThatFindsTheLineDeadGivesOneMessage) {
+  Compose({100, 200});
+  Play(0);
+  hands->Click("CWButtonMainOnOff");
+  Sent(1);
+  ExpectLoss();
+  board.Unplug();
+  Trigger("Resetting");
+  EXPECT_TRUE(hands->WaitUntil([&] { return box.Outstanding() == 0; }));
+  ExpectIdle();
+  EXPECT_FALSE(On("CWButtonMainOnOff"));
 }
 
 TEST_F(Playback, EndsWithTheWindow) {

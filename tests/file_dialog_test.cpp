@@ -49,7 +49,9 @@ class FileDialog : public WindowTest {
     return *dialog.findChild<QLineEdit*>("fileNameEdit");
   }
   static void Enter(QFileDialog& dialog, const QString& name) {
-    Name(dialog).setText(name);
+    Name(dialog).setFocus();
+    Name(dialog).selectAll();
+    QTest::keyClicks(&Name(dialog), name);
     QTest::keyClick(&Name(dialog), Qt::Key_Return);
   }
 

@@ -1,5 +1,6 @@
 #include "edit/dialog_interp.h"
 
+#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -30,6 +31,8 @@ DialogInterp::DialogInterp(const InterpolationParts& parts, std::vector<QWidget*
   setWindowTitle(QStringLiteral("Interpolation"));
   setAttribute(Qt::WA_DeleteOnClose);
   setFixedSize(Pixels(5625), Pixels(2070));
+  // A window of its own would not share the size that the main window's captions were fitted to.
+  setFont(parts_.list_sequence.font());
   BuildControls();
   connect(this, &QDialog::finished, this, &DialogInterp::Form_Unload);
   connect(&parts_.events, &platform::Events::Ended, this, &QDialog::reject);
@@ -59,6 +62,8 @@ void DialogInterp::BuildControls() {
   auto* label = new QLabel(QStringLiteral("Number of &Interpolation Steps"), this);
   label->setObjectName(QStringLiteral("Label1"));
   label->setGeometry(Twips(1680, 1140, 2295, 315));
+  // The caption may be wider than its place; there is room to the right.
+  label->resize(std::max(label->width(), label->sizeHint().width()), label->height());
   label->setBuddy(CWNumEditInterp);
   CWNumEditInterp->setAccessibleName(QStringLiteral("Number of Interpolation Steps"));
 
@@ -95,8 +100,14 @@ void DialogInterp::OKButton_Click() {
   const int selected = parts_.list_sequence.ListIndex();
   const int source = with_previous ? selected - 1 : selected;
   const int lines = parts_.list_sequence.ListCount();
-  // Playback, a read or the board may have changed list and selection since the dialog opened.
-  if (selected < 0 || source < 0 || source + 1 >= lines) return;
+  // Playback or a read that was under way may have changed selection and list since the dialog
+  // opened.
+  if (source < 0 || source + 1 >= lines) {
+    parts_.message_box.Show(QStringLiteral("No step is selected that has a step %1 it!")
+                                .arg(QLatin1String(with_previous ? "before" : "after")),
+                            kNoteTitle);
+    return;
+  }
   if (StepTimeTooShort(ReadLine(source)[kDurationColumn], count)) {
     parts_.message_box.Show(
         QStringLiteral("Number of Steps too high for selected Step Time!"), kNoteTitle);
@@ -141,9 +152,10 @@ Interpolation::Interpolation(const InterpolationParts& parts, std::vector<QWidge
     : parts_(parts), locked_(std::move(locked)) {}
 
 void Interpolation::CommandInterpolate_Click() {
-  if (dialog_ || parts_.list_sequence.ListCount() < 2 || parts_.list_sequence.ListIndex() < 0) {
-    return;
-  }
+  if (parts_.list_sequence.ListCount() < 2 || parts_.list_sequence.ListIndex() < 0) return;
+  if (dialog_ && dialog_->isVisible()) return;
+  // One that was closed inside an operation's wait has not been deleted yet.
+  delete dialog_.data();
   dialog_ = new DialogInterp(parts_, locked_);
   dialog_->show();
   dialog_->activateWindow();

@@ -20,7 +20,6 @@ namespace pelmora {
 
 /// What the dialog works on. All of it outlives the dialog.
 struct InterpolationParts {
-  Declaration& data;
   SequenceData& sequence_data;
   platform::ListBox& list_sequence;
   QLabel& label_step;

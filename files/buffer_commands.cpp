@@ -1,11 +1,16 @@
 #include "files/buffer_commands.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <QFile>
 #include <QFileInfo>
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "files/buffer_file.h"
 
@@ -20,24 +25,31 @@ constexpr char kFilter[] =
     "Data Files (*.dat)|*.dat|Text Files"
     "(*.txt)|*.txt|All Files (*.*)|*.*";
 
-/// Writes the file. The reason when that fails.
-std::optional<QString> Write(const QString& path, const std::string& content) {
-  QFile file(path);
-  const auto size = static_cast<qint64>(content.size());
-  if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) ||
-      file.write(content.data(), size) != size || !file.flush()) {
-    return file.errorString();
+/// Writes the file. The reason when that fails; what was written so far stays in the file.
+std::optional<QString> Write(const QString& path, std::string_view content) {
+  // Non-blocking: a pipe that nobody reads would keep the window waiting for ever.
+  const int file = open(QFile::encodeName(path).constData(),
+                        O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_CLOEXEC, 0666);
+  if (file < 0) return qt_error_string(errno);
+  std::optional<QString> reason;
+  // QFile forgets the reason when a part could still be written, as on a disk that becomes full.
+  while (!content.empty() && !reason) {
+    const ssize_t written = write(file, content.data(), content.size());
+    if (written >= 0) {
+      content.remove_prefix(static_cast<std::size_t>(written));
+    } else if (errno != EINTR) {
+      reason = qt_error_string(errno);
+    }
   }
-  file.close();
-  if (file.error() != QFileDevice::NoError) return file.errorString();
-  return std::nullopt;
+  if (close(file) != 0 && !reason) reason = qt_error_string(errno);
+  return reason;
 }
 
 }  // namespace
 
-BufferCommands::BufferCommands(Declaration& data, SequenceData& sequence_data,
-                               StepList& step_list, platform::ListBox& list_sequence,
-                               QLabel& label_seq, platform::FileDialog& common_dialog,
+BufferCommands::BufferCommands(Declaration& data, SequenceData& sequence_data, StepList& step_list,
+                               platform::ListBox& list_sequence, QLabel& label_seq,
+                               platform::FileDialog& common_dialog,
                                platform::MessageBox& message_box)
     : data_(data),
       sequence_data_(sequence_data),

@@ -54,6 +54,8 @@ void SerialPort::MSComm1_PortLost() {
 
 bool SerialPort::RequireConnection() {
   if (Connected()) return true;
+  // A write that just failed: the loss has its own message.
+  if (comm_.LossPending()) return false;
   message_box_.Show(QStringLiteral("No Connection Available!"), kProgramTitle);
   return false;
 }

@@ -30,7 +30,8 @@ class SerialPort {
   /// "Connected" means that the port is open; the board itself is not asked.
   bool Connected() const { return comm_.PortOpen(); }
 
-  /// `Connected`; otherwise shows "No Connection Available!" first.
+  /// `Connected`; otherwise shows "No Connection Available!" first, but for a loss whose own message is
+  /// about to come.
   bool RequireConnection();
 
   /// What waits is discarded; then one receive event and one byte for each received byte.

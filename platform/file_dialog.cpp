@@ -5,7 +5,6 @@
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QPointer>
-#include <QRegularExpression>
 #include <QStringList>
 
 #include "platform/dialog_parent.h"
@@ -17,15 +16,14 @@ bool HasExtension(const QString& name) {
   return QFileInfo(name).fileName().contains('.');
 }
 
-/// The toolkit reads an entry's pattern from the brackets at the end of its description.
+/// The toolkit reads an entry's patterns from the last brackets and shows what stands before them.
 QStringList NameFilters(const QString& filter) {
-  static const QRegularExpression kBrackets(R"(\(([^()]*)\)$)");
   const QStringList parts = filter.split('|');
   QStringList filters;
   for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
-    const QString pattern = QString(parts[i + 1]).replace(';', ' ');
-    const bool named = kBrackets.match(parts[i]).captured(1).replace(';', ' ') == pattern;
-    filters += named ? parts[i] : parts[i] + " (" + pattern + ")";
+    // "*.*" means every file; the toolkit would leave out names without a dot.
+    const QString pattern = parts[i + 1] == "*.*" ? QStringLiteral("*") : parts[i + 1];
+    filters += parts[i] + " (" + QString(pattern).replace(';', ' ') + ")";
   }
   return filters;
 }
@@ -37,6 +35,7 @@ class Dialog : public QFileDialog {
     setObjectName("FileDialog");
     setOption(DontUseNativeDialog);
     setOption(DontConfirmOverwrite);
+    setOption(HideNameFilterDetails);
     setAcceptMode(save ? AcceptSave : AcceptOpen);
     setFileMode(save ? AnyFile : ExistingFile);
     setNameFilters(NameFilters(request.filter));
@@ -44,15 +43,13 @@ class Dialog : public QFileDialog {
     selectFile(request.proposed_name);
   }
 
-  /// Completes a name typed without its extension, but for a file that exists under the bare name.
+  /// Completes a name typed without its extension, but for a folder, which is entered.
   void accept() override {
     auto* name_edit = findChild<QLineEdit*>("fileNameEdit");
     const QString typed = name_edit == nullptr ? QString() : name_edit->text();
-    const bool bare = !typed.isEmpty() && !HasExtension(typed);
-    if (bare && !directory().exists(typed)) {
-      const QString completed = typed + extension_;
-      if (acceptMode() == AcceptSave || directory().exists(completed))
-        name_edit->setText(completed);
+    if (acceptMode() == AcceptSave && !typed.isEmpty() && !HasExtension(typed) &&
+        !QFileInfo(directory(), typed).isDir()) {
+      name_edit->setText(typed + extension_);
     }
     QFileDialog::accept();
   }

@@ -13,7 +13,7 @@ struct FileRequest {
   /// Descriptions and patterns in turn, separated by bars: "Data Files (*.dat)|*.dat|...". The
   /// first entry is the selected one.
   QString filter;
-  /// Appended to a name typed without an extension (".dat"); empty: nothing is appended.
+  /// Appended to a name to be written that was typed without an extension (".dat").
   QString default_extension;
   QString proposed_name;
 };

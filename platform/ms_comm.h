@@ -35,6 +35,9 @@ class MSComm : public QObject {
 
   bool PortOpen() const;
 
+  /// The port has failed and is closed, but its `PortLost` is still to come.
+  bool LossPending() const { return lost_ != nullptr; }
+
   /// Opens port `CommPort` and discards what was waiting in it. False when that fails; `LastError`
   /// then has the reason and `LastDevice` the device ("" when the entry stands for none).
   bool Open();

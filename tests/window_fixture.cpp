@@ -89,13 +89,20 @@ void WindowTest::Connect() {
 
 Bytes WindowTest::Sent(std::size_t count) {
   EXPECT_TRUE(board.WaitForBytes(count, kLineLimit));
-  board.WaitForBytes(count + 1, kQuietLine);
-  const Bytes bytes = board.Received();
+  Bytes bytes = board.Received();
+  while (board.WaitForBytes(bytes.size() + 1, kQuietLine)) bytes = board.Received();
   board.ClearLog();
   return bytes;
 }
 
 void WindowTest::ExpectSent(const Bytes& bytes) { EXPECT_EQ(Sent(bytes.size()), bytes); }
+
+void WindowTest::ExpectLoss(std::function<void()> meanwhile) {
+  ExpectMessage("The connection on Comm1 (" + QString::fromStdString(board.DevicePath()) +
+                    ") is lost: the adapter was pulled or the line hung up.\n\nYour sequences are "
+                    "untouched. Choose a port to connect again.",
+                std::move(meanwhile));
+}
 
 void WindowTest::AddStep(int channel, int position, int duration_ms) {
   hands->Find<platform::CWSlide>(QStringLiteral("CWSlide1_%1").arg(channel)).SetValue(position);

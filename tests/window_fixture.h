@@ -109,6 +109,9 @@ class WindowTest : public testing::Test {
     box.Expect("Program", text, std::move(meanwhile));
   }
 
+  /// The message that the board's port, open now, has been lost.
+  void ExpectLoss(std::function<void()> meanwhile = {});
+
   /// Adds a step with channel `channel` at `position`, the others as they stand.
   void AddStep(int channel, int position, int duration_ms);
 

@@ -1,0 +1,151 @@
+// Breakpoints: their marks and flags, and playback that halts on them.
+#include "tests/playback_fixture.h"
+
+namespace pelmora {
+namespace {
+
+class BreakPoints : public Playback {
+ protected:
+  void ComposeTen() { Compose(std::vector<int>(10, 400)); }
+};
+
+TEST_F(BreakPoints, HaltContinueAndRepeat) {
+  ComposeTen();
+  SetBreak(4);
+  Play(0);
+  for (const int step : {1, 2, 3}) {
+    ExpectTick(step);
+    ExpectRunning();
+  }
+  ExpectTick(4);
+  ExpectHalted();
+  timer.Elapse();
+  ExpectSent({});
+
+  hands->Click("CommandContinue");
+  ExpectRunning();
+  EXPECT_EQ(timer.Interval(), 400);
+  ExpectSent({});
+  for (const int step : {5, 6, 7, 8, 9, 0, 1, 2, 3}) ExpectTick(step);
+  ExpectRunning();
+  ExpectTick(4);
+  ExpectHalted();
+
+  SetBreak(1);
+  hands->Click("CommandRepeat");
+  ExpectRunning();
+  EXPECT_EQ(Selected(), 1);
+  ExpectSent(Shown(1));
+  for (const int step : {2, 3, 4}) ExpectTick(step);
+  ExpectHalted();
+
+  hands->Click("CommandRepeat");
+  ExpectSent(Shown(1));
+  hands->Click("CommandRepeat");  // no earlier breakpoint: from the start
+  ExpectSent(Shown(0));
+  EXPECT_EQ(Selected(), 0);
+  hands->Click("CommandRepeat");
+  EXPECT_EQ(Selected(), 0);
+  ExpectTick(1);
+  ExpectHalted();
+  hands->Click(kEmuPC);
+  ExpectIdle();
+}
+
+TEST_F(BreakPoints, ContinueAndRepeatTakeTheShownStepsDuration) {
+  Compose({100, 200, 300});
+  Play(2);
+  const int starts = timer.Starts();
+  Select(1);
+  hands->Click("CommandContinue");
+  EXPECT_EQ(timer.Interval(), 200);
+  EXPECT_EQ(timer.Starts(), starts + 1);  // the wait begins anew
+  Select(2);
+  SetBreak(1);
+  hands->Click("CommandRepeat");
+  EXPECT_EQ(timer.Interval(), 200);
+  hands->Click("CommandRepeat");
+  EXPECT_EQ(timer.Interval(), 100);
+  EXPECT_EQ(timer.Starts(), starts + 3);
+  ExpectRunning();
+}
+
+TEST_F(BreakPoints, DoNothingWithoutASelectionOrWithTheSwitchOff) {
+  Compose({100, 200});
+  SetBreak(0);
+  Connect();
+  const int selections[] = {1, -1};
+  for (const int selected : selections) {
+    Select(selected);
+    hands->Click("CommandContinue");
+    hands->Click("CommandRepeat");
+    ExpectIdle();
+    EXPECT_EQ(Selected(), selected);
+  }
+  hands->Click("CommandBrk");
+  EXPECT_EQ(Breaks(), std::vector<int>{0});
+  hands->Click(kEmuPC);
+  timer.Elapse();
+  timer.Elapse();
+  Sent(0);
+  ExpectHalted();
+  Select(-1);
+  for (const char* button : {"CommandBrk", "CommandContinue", "CommandRepeat"})
+    hands->Click(button);
+  ExpectHalted();
+  ExpectSent({});
+  EXPECT_EQ(Breaks(), std::vector<int>{0});
+}
+
+TEST_F(BreakPoints, TogglingGivesTheLineBackAsItWas) {
+  Compose({100, 200});
+  const QString own = Lines()[1];
+  hands->Click("CommandBrk");
+  EXPECT_EQ(Lines()[1], own + "\tBREAK!");
+  EXPECT_EQ(Breaks(), std::vector<int>{1});
+  EXPECT_EQ(Selected(), 1);
+  hands->Click("CommandBrk");
+  EXPECT_EQ(Lines()[1], own);
+  hands->Click("CommandMoreSeq");
+  hands->Click("CommandLessSeq");
+  const QString from_table = Lines()[0];
+  Select(0);
+  hands->Click("CommandBrk");
+  EXPECT_TRUE(Lines()[0].endsWith("  ms\t\tBREAK!"));
+  hands->Click("CommandBrk");
+  EXPECT_EQ(Lines()[0], from_table);
+  EXPECT_EQ(Breaks(), std::vector<int>{});
+}
+
+TEST_F(BreakPoints, ClearedWhilePlayingHaltNothing) {
+  ComposeTen();
+  for (const int line : {1, 3, 9}) SetBreak(line);
+  EXPECT_EQ(Breaks(), (std::vector<int>{1, 3, 9}));
+  Play(0);
+  hands->Click("CommandResBrk");
+  EXPECT_EQ(Breaks(), std::vector<int>{});
+  for (int step = 1; step < 10; ++step) timer.Elapse();
+  EXPECT_EQ(Selected(), 9);
+  ExpectRunning();
+}
+
+TEST_F(BreakPoints, CommandsThatRebuildTheListClearThem) {
+  for (const QString name :
+       {"CommandAdd", "CommandRem", "CommandReplace", "CommandMoreSeq", "CommandLessSeq",
+        "CommandClear", "CommandClearAll", "CommandResBrk", "SaveBuffer", "LoadBuffer"}) {
+    hands->Click("CommandClearAll");
+    hands->Click("CommandMoreSeq");
+    Compose({100, 200});
+    SetBreak(0);
+    SetBreak(1);
+    if (name.startsWith("Command")) {
+      hands->Click(name);
+    } else {
+      Trigger(name);  // the file dialog is cancelled
+    }
+    EXPECT_EQ(Breaks(), std::vector<int>{}) << name.toStdString();
+  }
+}
+
+}  // namespace
+}  // namespace pelmora

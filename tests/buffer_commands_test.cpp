@@ -1,0 +1,248 @@
+// "Save Buffer" and "Load Buffer" on the real window: files, messages, and what a failure leaves.
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <QAction>
+#include <QFile>
+#include <QTemporaryDir>
+#include <csignal>
+
+#include "tests/window_fixture.h"
+
+namespace pelmora {
+namespace {
+
+constexpr char kFormatError[] = "Format Error! Data Not Loaded!";
+
+QByteArray Sequences(int first, int last) {
+  QByteArray lines;
+  for (int s = first; s <= last; ++s) lines += "Sequence " + QByteArray::number(s) + "\r\n";
+  return lines;
+}
+
+QByteArray Repeat(const QByteArray& text, int times) {
+  return text.repeated(times);
+}
+
+QByteArray ExampleFile() {
+  return "Index\r\n 2 \r\n" + Repeat(" 0 \r\n", 2) + " 1 \r\n" + Repeat(" 0 \r\n", 12) +
+         "Sequence 0\r\n" + Repeat("128\t", 12) + "100\t\r\n255\t" + Repeat("128\t", 11) +
+         "1000\t\r\n" + Sequences(1, 3) + Repeat("0\t", 12) + "5120\t\r\n" + Sequences(4, 15);
+}
+
+QByteArray EmptyFile() {
+  return "Index\r\n" + Repeat(" 0 \r\n", 16) + Sequences(0, 15);
+}
+
+class BufferCommands : public WindowTest {
+ protected:
+  QString Path(const QString& name) const { return folder_.filePath(name); }
+
+  QByteArray Content(const QString& path) const {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no file");
+  }
+  QString Make(const QString& name, const QByteArray& content) const {
+    QFile file(Path(name));
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(content);
+    return Path(name);
+  }
+
+  void Save(const QString& path, const QString& message) {
+    files.answer = path;
+    box.Expect("Save", message);
+    hands->Find<QAction>("SaveBuffer").trigger();
+  }
+  void Load(const QString& path, const QString& message) {
+    files.answer = path;
+    box.Expect("Load", message);
+    hands->Find<QAction>("LoadBuffer").trigger();
+  }
+
+  /// Two steps in sequence 0, one in sequence 3, which stays the current one.
+  void ComposeExample() {
+    AddStep(0, 128, 100);
+    AddStep(0, 255, 1000);
+    for (int i = 0; i < 3; ++i) hands->Click("CommandMoreSeq");
+    for (int i = 0; i < kChannels; ++i) hands->Type(QString("Text1_%1").arg(i), "-128", false);
+    AddStep(0, 0, 5120);
+  }
+
+  void ExpectAllEmpty() const {
+    EXPECT_TRUE(Lines().isEmpty());
+    EXPECT_EQ(Data().CurSeq, 0);
+    EXPECT_EQ(Data().SeqSteps, decltype(Data().SeqSteps){});
+    EXPECT_EQ(hands->Read("LabelSeq"), "Sequence N° 0");
+    EXPECT_EQ(hands->Read("LabelStep"), "Step N° ...");
+    for (const SequenceRecord& record : Data().SeqTable) {
+      EXPECT_EQ(record.Position, decltype(record.Position){});
+      EXPECT_EQ(record.Duration, decltype(record.Duration){});
+    }
+  }
+
+ private:
+  QTemporaryDir folder_;
+};
+
+TEST_F(BufferCommands, TheWorkedFileThereAndBack) {
+  ComposeExample();
+  Save(Path("a.dat"), "Data Saved!");
+  EXPECT_EQ(Content(Path("a.dat")), ExampleFile());
+  ASSERT_EQ(files.requests.size(), 1U);
+  EXPECT_EQ(files.requests[0].filter,
+            "Data Files (*.dat)|*.dat|Text Files(*.txt)|*.txt|All Files (*.*)|*.*");
+  EXPECT_EQ(files.requests[0].default_extension, ".dat");
+  EXPECT_EQ(files.requests[0].proposed_name, "Sequences 1");
+
+  hands->Click("CommandClearAll");
+  AddStep(5, 7, 20);
+  Load(Path("a.dat"), "Data Loaded!");
+  EXPECT_EQ(files.requests[1].filter, files.requests[0].filter);
+  EXPECT_EQ(files.requests[1].proposed_name, "");
+  EXPECT_EQ(Lines().size(), 2);
+  EXPECT_TRUE(Lines()[1].startsWith("63.5 °\t0 °\t"));
+  EXPECT_TRUE(Lines()[1].endsWith("\t1000  ms\t"));
+  EXPECT_EQ(Selected(), -1);
+  EXPECT_EQ(hands->Read("LabelSeq"), "Sequence N° 0");
+  EXPECT_EQ(hands->Read("LabelStep"), "Step N° ...");
+  EXPECT_EQ(hands->Read("LabelByte"), "42 bytes");
+  EXPECT_EQ(Data().SeqOffset[3], 28);
+  Save(Path("b.dat"), "Data Saved!");
+  EXPECT_EQ(Content(Path("b.dat")), ExampleFile());
+}
+
+TEST_F(BufferCommands, EverySaveCountsAndStores) {
+  AddStep(0, 128, 100);
+  hands->Click("CommandBrk");
+  hands->ChooseMenu("SaveBuffer");  // cancelled
+  EXPECT_FALSE(Lines()[0].contains("BREAK!"));
+  EXPECT_EQ(Data().EditBuffer[0][kBreakColumn], 0);
+  hands->Click("CommandClear");
+  EXPECT_EQ(Data().SeqSteps[0], 1);
+  Save(Path("empty"), "Data Saved!");
+  EXPECT_EQ(Content(Path("empty")), EmptyFile());
+  EXPECT_EQ(files.requests[0].proposed_name, "Sequences 1");
+  EXPECT_EQ(files.requests[1].proposed_name, "Sequences 2");
+  Load(Path("empty"), "Data Loaded!");
+  ExpectAllEmpty();
+}
+
+TEST_F(BufferCommands, SavingReplacesALongerFile) {
+  const QString path = Make("Pi\u00e8ce \u65e5.dat", QByteArray(100000, 'x'));
+  Save(path, "Data Saved!");
+  EXPECT_EQ(Content(path), EmptyFile());
+}
+
+TEST_F(BufferCommands, AFailedSaveSaysWhy) {
+  ComposeExample();
+  const QString pipe = Path("pipe");
+  ASSERT_EQ(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+  struct Case {
+    QString path;
+    const char* reason;
+  };
+  const Case cases[] = {{"/dev/full", "No space left on device"},
+                        {Path(""), "Is a directory"},
+                        {Path("none/a.dat"), "No such file or directory"},
+                        {pipe, "No such device or address"}};
+  for (const Case& c : cases) {
+    Save(c.path, "The sequences could not be saved in " + c.path + ": " + c.reason);
+  }
+  // The file may not grow as long as it would have to.
+  rlimit limit{};
+  ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &limit), 0);
+  const rlimit small{100, limit.rlim_max};
+  const auto former = std::signal(SIGXFSZ, SIG_IGN);
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+  Save(Path("cut"), "The sequences could not be saved in " + Path("cut") + ": File too large");
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+  std::signal(SIGXFSZ, former);
+  EXPECT_EQ(Lines().size(), 1);
+  EXPECT_EQ(Data().CurSeq, 3);
+  Save(Path("cut"), "Data Saved!");
+  EXPECT_EQ(Content(Path("cut")), ExampleFile());
+}
+
+TEST_F(BufferCommands, ABadFileLeavesTheTableEmpty) {
+  const QString pipe = Path("pipe");
+  ASSERT_EQ(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+  const QByteArray example = ExampleFile();
+  const QString paths[] = {
+      Make("lower", "i" + example.mid(1)),
+      Make("cut", example.chopped(20)),
+      Make("order", QByteArray(example).replace("Sequence 15", "Sequence 14")),
+      Make("many", QByteArray(example).replace(" 2 ", " 300 ")),
+      Make("negative", QByteArray(example).replace(" 1 ", "-1 ")),
+      Make("text", QByteArray(example).replace("5120", "five")),
+      Make("binary", QByteArray("\0\xff\x1a", 3).repeated(100000)),
+      Make("nothing", ""),
+      "/dev/zero",
+      "/dev/full",
+      pipe,
+      Path(""),
+      Path("none"),
+      "/proc/self/mem",
+  };
+  for (const QString& path : paths) {
+    SCOPED_TRACE(path.toStdString());
+    hands->Click("CommandClearAll");
+    ComposeExample();
+    hands->Click("CommandBrk");
+    Load(path, kFormatError);
+    ExpectAllEmpty();
+    for (const EditRow& row : Data().EditBuffer) EXPECT_EQ(row[kBreakColumn], 0);
+  }
+}
+
+TEST_F(BufferCommands, ACancelledLoadLeavesEverythingEmptyWithoutAWord) {
+  ComposeExample();
+  hands->ChooseMenu("LoadBuffer");
+  EXPECT_EQ(files.requests.size(), 1U);
+  ExpectAllEmpty();
+}
+
+TEST_F(BufferCommands, EveryTableComesBack) {
+  QByteArray file = "Index\r\n" + Repeat(" 256 \r\n", 16);
+  unsigned value = 1;
+  const auto next = [&value] { return value = value * 1103515245U + 12345U, value >> 16; };
+  for (int s = 0; s < kSequences; ++s) {
+    file += Sequences(s, s);
+    for (int step = 0; step < kSteps; ++step) {
+      for (int i = 0; i < kChannels; ++i) file += QByteArray::number(next() & 255U) + '\t';
+      file += QByteArray::number(static_cast<std::int16_t>(next())) + "\t\r\n";
+    }
+  }
+  ExpectMessage("Out of memory: too many steps. Max # of bytes is 24064!");
+  Load(Make("full", file), "Data Loaded!");
+  EXPECT_EQ(hands->Read("LabelByte"), "57344 bytes");
+  ExpectMessage("Out of memory: too many steps. Max # of bytes is 24064!");
+  Save(Path("again"), "Data Saved!");
+  EXPECT_EQ(Content(Path("again")), file);
+}
+
+TEST_F(BufferCommands, LoadingWhilePlaybackRuns) {
+  ComposeExample();
+  Connect();
+  hands->Click("CWButtonEmuPC");
+  files.answer = Make("a", ExampleFile());
+  box.Expect("Load", "Data Loaded!", [this] {
+    timer.Elapse();
+    EXPECT_EQ(Selected(), 0);
+  });
+  hands->Find<QAction>("LoadBuffer").trigger();
+  timer.Elapse();
+  EXPECT_EQ(Selected(), 1);
+  EXPECT_EQ(timer.Interval(), 1000);
+  box.Expect("Load", kFormatError, [this] {
+    timer.Elapse();
+    EXPECT_EQ(hands->Read("CWButtonEmuPC"), "Off");
+  });
+  files.answer = Path("none");
+  hands->Find<QAction>("LoadBuffer").trigger();
+  EXPECT_FALSE(timer.Enabled());
+  EXPECT_TRUE(Enabled("CWButtonRealEmu"));
+}
+
+}  // namespace
+}  // namespace pelmora

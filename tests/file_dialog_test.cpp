@@ -1,0 +1,146 @@
+// The Open / Save dialog on the screen, worked with keys and the mouse.
+#include "platform/file_dialog.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QDir>
+#include <QFile>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QListView>
+#include <QTemporaryDir>
+#include <QtTest/QTest>
+
+#include "tests/window_fixture.h"
+
+namespace pelmora {
+namespace {
+
+class FileDialog : public WindowTest {
+ protected:
+  FileDialog() {
+    QDir(folder_.path()).mkdir("sub");
+    form = std::make_unique<Form1>(Surroundings{events, box, dialog_, timer, ports});
+    hands = std::make_unique<demo::Operator>(*form);
+    form->show();
+  }
+  ~FileDialog() override {
+    hands.reset();
+    form.reset();
+  }
+
+  static QFileDialog* Open() {
+    return qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+  }
+
+  /// Chooses a menu item and does `work` in the dialog that it opens.
+  void InDialog(const char* item, const std::function<void(QFileDialog&)>& work) {
+    bool worked = false;
+    const auto do_work = [&] {
+      worked = true;
+      work(*Open());
+    };
+    hands->When([] { return Open() != nullptr; }, do_work);
+    hands->ChooseMenu(item);
+    EXPECT_TRUE(worked);
+    EXPECT_EQ(Open(), nullptr);
+  }
+  static QLineEdit& Name(const QFileDialog& dialog) {
+    return *dialog.findChild<QLineEdit*>("fileNameEdit");
+  }
+  static void Enter(QFileDialog& dialog, const QString& name) {
+    Name(dialog).setFocus();
+    Name(dialog).selectAll();
+    QTest::keyClicks(&Name(dialog), name);
+    QTest::keyClick(&Name(dialog), Qt::Key_Return);
+  }
+
+  QString Path(const QString& name) const { return folder_.filePath(name); }
+  void Touch(const QString& name) const { QFile(Path(name)).open(QIODevice::WriteOnly); }
+  QStringList Files(const QString& folder = "") const {
+    return QDir(Path(folder)).entryList(QDir::Files, QDir::Name);
+  }
+
+  QTemporaryDir folder_;
+  platform::ModalFileDialog dialog_{events};
+};
+
+TEST_F(FileDialog, SaveProposesANameAndCompletesIt) {
+  box.Expect("Save", "Data Saved!");
+  InDialog("SaveBuffer", [this](QFileDialog& dialog) {
+    dialog.setDirectory(folder_.path());
+    EXPECT_EQ(Name(dialog).text(), "Sequences 1");
+    const auto& types = *dialog.findChild<QComboBox*>("fileTypeCombo");
+    QStringList shown;
+    for (int i = 0; i < types.count(); ++i) shown.append(types.itemText(i));
+    EXPECT_EQ(shown, QStringList({"Data Files (*.dat)", "Text Files(*.txt)", "All Files (*.*)"}));
+    EXPECT_EQ(types.currentIndex(), 0);
+    QTest::keyClick(&Name(dialog), Qt::Key_Return);
+  });
+  EXPECT_EQ(Files(), QStringList{"Sequences 1.dat"});
+
+  Touch("bare");
+  box.Expect("Save", "Data Saved!");
+  InDialog("SaveBuffer", [](QFileDialog& dialog) { Enter(dialog, "bare"); });
+  box.Expect("Save", "Data Saved!");
+  InDialog("SaveBuffer", [](QFileDialog& dialog) { Enter(dialog, "b.txt"); });
+  EXPECT_EQ(Files(), QStringList({"Sequences 1.dat", "b.txt", "bare", "bare.dat"}));
+  EXPECT_EQ(QFile(Path("bare")).size(), 0);
+}
+
+TEST_F(FileDialog, ReplacesAFileWithoutAQuestionAndOpensInTheFolderUsedLast) {
+  box.Expect("Save", "Data Saved!");
+  InDialog("SaveBuffer", [this](QFileDialog& dialog) {
+    dialog.setDirectory(folder_.path());
+    Enter(dialog, "sub");  // a folder is entered
+    EXPECT_EQ(Open(), &dialog);
+    EXPECT_EQ(dialog.directory().dirName(), "sub");
+    Enter(dialog, "a");
+  });
+  AddStep(0, 200, 100);
+  box.Expect("Save", "Data Saved!");
+  InDialog("SaveBuffer", [](QFileDialog& dialog) { Enter(dialog, "a.dat"); });
+  EXPECT_EQ(Files("sub"), QStringList{"a.dat"});
+  box.Expect("Load", "Data Loaded!");
+  InDialog("LoadBuffer", [](QFileDialog& dialog) {
+    EXPECT_EQ(dialog.directory().dirName(), "sub");
+    EXPECT_EQ(Name(dialog).text(), "");
+    Enter(dialog, "a.dat");
+  });
+  EXPECT_EQ(Lines().size(), 1);
+}
+
+TEST_F(FileDialog, AllFilesAreShownAlsoThoseWithoutADot) {
+  for (const char* name : {"plain", "x.dat", "y.txt"}) Touch(name);
+  InDialog("LoadBuffer", [this](QFileDialog& dialog) {
+    dialog.setDirectory(folder_.path());
+    auto& types = *dialog.findChild<QComboBox*>("fileTypeCombo");
+    auto& list = *dialog.findChild<QListView*>("listView");
+    const auto shown = [&list] {
+      QStringList names;
+      for (int i = 0; i < list.model()->rowCount(list.rootIndex()); ++i) {
+        names.append(list.model()->index(i, 0, list.rootIndex()).data().toString());
+      }
+      names.sort();
+      return names;
+    };
+    const QStringList expected[] = {
+        {"sub", "x.dat"}, {"sub", "y.txt"}, {"plain", "sub", "x.dat", "y.txt"}};
+    for (int i = 0; i < 3; ++i) {
+      types.setCurrentIndex(i);
+      emit types.activated(i);
+      EXPECT_TRUE(hands->WaitUntil([&] { return shown() == expected[i]; })) << i;
+    }
+    QTest::keyClick(&dialog, Qt::Key_Escape);
+  });
+  EXPECT_TRUE(Lines().isEmpty());
+}
+
+TEST_F(FileDialog, ClosesAsCancelledWhenTheProgramEnds) {
+  InDialog("SaveBuffer", [this](QFileDialog&) { events.End(); });
+  EXPECT_EQ(Files(), QStringList{});
+  hands->ChooseMenu("SaveBuffer");  // and none opens any more
+}
+
+}  // namespace
+}  // namespace pelmora

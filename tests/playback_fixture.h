@@ -1,0 +1,86 @@
+// A sequence of steps that differ in channel 0, played on the real window with a timer that the
+// test drives.
+#ifndef PELMORA_TESTS_PLAYBACK_FIXTURE_H
+#define PELMORA_TESTS_PLAYBACK_FIXTURE_H
+
+#include <QAction>
+#include <vector>
+
+#include "tests/window_fixture.h"
+
+namespace pelmora {
+
+inline constexpr char kEmuPC[] = "CWButtonEmuPC";
+inline constexpr char kRealEmu[] = "CWButtonRealEmu";
+
+class Playback : public WindowTest {
+ public:
+  using WindowTest::board;
+  using WindowTest::box;
+  using WindowTest::Data;
+  using WindowTest::hands;
+  using WindowTest::Select;
+  using WindowTest::timer;
+
+  void Trigger(const QString& menu_item) { hands->Find<QAction>(menu_item).trigger(); }
+
+ protected:
+  /// Channel 0 of step `step` of a composed sequence.
+  static std::uint8_t Position(int step) { return static_cast<std::uint8_t>(100 + step); }
+  static Bytes Shown(int step) { return {8, Position(step)}; }
+
+  /// Steps that differ in channel 0. To be called before the port is open, so that nothing is sent.
+  void Compose(const std::vector<int>& durations) {
+    for (std::size_t i = 0; i < durations.size(); ++i) {
+      AddStep(0, Position(static_cast<int>(i)), durations[i]);
+    }
+    hands->Click("CommandUpdate");
+  }
+
+  void Play(int from) {
+    Connect();
+    Select(from);
+    hands->Click(kEmuPC);
+  }
+
+  bool On(const char* name) const { return hands->Read(name) == "On"; }
+
+  /// The next tick shows exactly this step.
+  void ExpectTick(int step) {
+    timer.Elapse();
+    EXPECT_EQ(Selected(), step);
+    ExpectSent(Shown(step));
+  }
+
+  void ExpectState(bool on, bool running, bool real_emu_enabled) {
+    EXPECT_EQ(On(kEmuPC), on);
+    EXPECT_EQ(timer.Enabled(), running);
+    EXPECT_EQ(Enabled(kRealEmu), real_emu_enabled);
+    EXPECT_TRUE(Enabled(kEmuPC));
+  }
+  void ExpectIdle() { ExpectState(false, false, true); }
+  void ExpectRunning() { ExpectState(true, true, false); }
+  void ExpectHalted() { ExpectState(true, false, false); }
+
+  /// The lines that carry a breakpoint; each row's flag has to agree with its line's mark.
+  std::vector<int> Breaks() const {
+    std::vector<int> lines;
+    for (int i = 0; i < kSteps; ++i) {
+      const bool marked = i < Lines().size() && Lines()[i].endsWith("\tBREAK!");
+      EXPECT_EQ(Data().EditBuffer[static_cast<std::size_t>(i)][kBreakColumn], marked ? 1 : 0) << i;
+      if (marked) lines.push_back(i);
+    }
+    return lines;
+  }
+
+  void SetBreak(int line) {
+    const int selected = Selected();
+    Select(line);
+    hands->Click("CommandBrk");
+    Select(selected);
+  }
+};
+
+}  // namespace pelmora
+
+#endif

@@ -1,0 +1,370 @@
+// Playing a sequence from the PC and by the board: which bytes leave at which step, the switches
+// and the timer in every state, and what the operator may do meanwhile.
+#include <QtTest/QTest>
+
+#include "tests/playback_fixture.h"
+
+namespace pelmora {
+namespace {
+
+TEST_F(Playback, HoldsTheSelectedStepThenWalksRoundTheList) {
+  const std::vector<int> durations = {500, 1000, 200};
+  Compose(durations);
+  Play(0);
+  ExpectRunning();
+  EXPECT_EQ(timer.Interval(), 500);
+  ExpectSent({});
+  for (const int step : {1, 2, 0, 1, 2, 0}) {
+    ExpectTick(step);
+    EXPECT_EQ(timer.Interval(), durations[static_cast<std::size_t>(step)]);
+    EXPECT_EQ(hands->Read("LabelStep"), QString("Step N° %1").arg(step));
+    EXPECT_EQ(hands->Read("CWNumEditTimeStep"), QString("%1 ms").arg(timer.Interval()));
+    EXPECT_EQ(timer.Starts(), 1);  // the ticks follow each other; none starts the wait anew
+    ExpectRunning();
+  }
+  ExpectTick(1);
+  hands->Click(kEmuPC);
+  ExpectIdle();
+  EXPECT_EQ(Selected(), 1);
+  ExpectSent({});
+}
+
+TEST_F(Playback, ATickSendsOnlyWhatChangesInChannelOrder) {
+  AddStep(0, 128, 100);
+  hands->Type("Text1_11", "3", false);
+  hands->Type("Text1_8", "2", false);
+  AddStep(3, 5, 100);
+  hands->Click("CommandAdd");
+  Play(0);
+  ExpectSent({});
+  timer.Elapse();  // the sliders stand as this step has them
+  ExpectSent({});
+  timer.Elapse();
+  ExpectSent({});
+  timer.Elapse();
+  ExpectSent({11, 128, 40, 128, 43, 128});
+  timer.Elapse();
+  ExpectSent({11, 5, 40, 130, 43, 131});
+}
+
+TEST_F(Playback, StartsWhereTheSelectionStands) {
+  struct Case {
+    std::vector<int> durations;
+    int selected, held, then;
+  };
+  const Case cases[] = {{{60, 80, 100}, -1, 0, 1},
+                        {{60, 80, 100}, 1, 1, 2},
+                        {{60, 80, 100}, 2, 2, 0},
+                        {{60}, -1, 0, 0}};
+  Connect();
+  for (const Case& c : cases) {
+    hands->Click("CommandClearAll");
+    Compose(c.durations);
+    Select(c.selected);
+    Sent(0);
+    hands->Click(kEmuPC);
+    EXPECT_EQ(Selected(), c.held);
+    EXPECT_EQ(timer.Interval(), c.durations[static_cast<std::size_t>(c.held)]);
+    ExpectRunning();
+    ExpectSent({});
+    ExpectTick(c.then);
+    EXPECT_EQ(timer.Interval(), c.durations[static_cast<std::size_t>(c.then)]);
+    hands->Click(kEmuPC);
+    ExpectIdle();
+  }
+}
+
+TEST_F(Playback, AnEmptyListLeavesTheSwitchOnWithoutATick) {
+  Connect();
+  hands->Click(kEmuPC);
+  ExpectHalted();
+  for (const char* button : {"CommandBrk", "CommandContinue", "CommandRepeat"})
+    hands->Click(button);
+  ExpectHalted();
+  hands->Click(kEmuPC);
+  ExpectIdle();
+  hands->Click(kEmuPC);
+  AddStep(0, 90, 340);
+  Sent(0);
+  ExpectHalted();
+  hands->Click("CommandContinue");
+  ExpectRunning();
+  EXPECT_EQ(timer.Interval(), 340);
+}
+
+TEST_F(Playback, ADurationChangedWhilePlayingCountsFromItsNextShowing) {
+  Compose({100, 200});
+  Play(0);
+  ExpectTick(1);
+  EXPECT_EQ(timer.Interval(), 200);
+  hands->Type("CWNumEditTimeStep", "620");
+  hands->Click("CommandReplace");
+  EXPECT_EQ(timer.Interval(), 200);
+  timer.Elapse();
+  timer.Elapse();
+  EXPECT_EQ(Selected(), 1);
+  EXPECT_EQ(timer.Interval(), 620);
+}
+
+TEST_F(Playback, WithoutAPortNothingChanges) {
+  Compose({100, 200});
+  Select(-1);
+  ExpectMessage("No Connection Available!");
+  hands->Click(kEmuPC);
+  ExpectIdle();
+  EXPECT_EQ(Selected(), -1);
+  EXPECT_EQ(timer.Interval(), 20);
+}
+
+TEST_F(Playback, TheSystemTimersTicksComeWithTheStepsDurations) {
+  platform::SystemHiTimer real;
+  form = std::make_unique<Form1>(Surroundings{events, box, files, real, ports});
+  hands = std::make_unique<demo::Operator>(*form);
+  form->show();
+  Compose({100, 200, 60});
+  using Clock = std::chrono::steady_clock;
+  const auto before = Clock::now();
+  Play(0);
+  const auto after = Clock::now();
+  constexpr int kTicks = 7;
+  ASSERT_TRUE(hands->WaitUntil([&] { return board.Received().size() >= 2 * kTicks; }));
+  hands->Click(kEmuPC);
+  const auto log = board.Log();
+  int due = 0;  // ms since the start
+  for (std::size_t tick = 0; tick < kTicks; ++tick) {
+    due += std::array{100, 200, 60}[tick % 3];
+    const simboard::LoggedByte& position = log[2 * tick + 1];
+    EXPECT_EQ(position.byte, Position(static_cast<int>((tick + 1) % 3)));
+    using Milliseconds = std::chrono::duration<double, std::milli>;
+    EXPECT_GE(Milliseconds(position.when - before).count(), due - 5);
+    EXPECT_LE(Milliseconds(position.when - after).count(), due + 120);
+  }
+  const std::size_t played = board.Received().size();
+  QTest::qWait(50);
+  EXPECT_EQ(board.Received().size(), played);
+  hands.reset();
+  form.reset();
+}
+
+class BoardPlays : public Playback {};
+
+TEST_F(BoardPlays, TheCurrentSequence) {
+  hands->ChooseMenu("Emu");
+  Connect();
+  for (const int sequence : {0, 5, 15}) {
+    while (Data().CurSeq < sequence) hands->Click("CommandMoreSeq");
+    hands->Click(kRealEmu);
+    ExpectSent({3, static_cast<std::uint8_t>(sequence)});
+    EXPECT_FALSE(Enabled(kEmuPC));
+    EXPECT_TRUE(Enabled(kRealEmu));
+    hands->Click(kEmuPC);
+    EXPECT_FALSE(On(kEmuPC));
+    hands->Click(kRealEmu);
+    ExpectSent({4});
+    ExpectIdle();
+  }
+}
+
+TEST_F(BoardPlays, OnWhileTheOperatorWorks) {
+  hands->ChooseMenu("Emu");
+  Connect();
+  hands->Click(kRealEmu);
+  ExpectSent({3, 0});
+  hands->Click("CommandMoreSeq");
+  hands->ChooseMenu("Emu");  // hides the panel
+  ExpectSent({});
+  hands->Type("Text1_9", "4");
+  hands->Click("CWButtonMainOnOff");
+  ExpectSent({41, 132, 1});
+  hands->ChooseMenu("Resetting");
+  ExpectSent({17, 0, 4});
+  ExpectIdle();
+}
+
+TEST_F(BoardPlays, NotWhileThePCPlays) {
+  Compose({100, 200});
+  hands->ChooseMenu("Emu");
+  Play(0);
+  hands->Click(kRealEmu);
+  EXPECT_FALSE(On(kRealEmu));
+  ExpectSent({});
+}
+
+TEST_F(Playback, ResetStopsItRunningAndHalted) {
+  Compose({100, 200});
+  Play(0);
+  hands->Click("CWButtonMainOnOff");
+  ExpectSent({1});
+  hands->ChooseMenu("Resetting");
+  ExpectSent({17, 0});
+  ExpectIdle();
+  timer.Elapse();
+  ExpectSent({});
+
+  SetBreak(1);
+  hands->Click(kEmuPC);
+  ExpectTick(1);
+  ExpectHalted();
+  Trigger("Resetting");
+  ExpectSent({17});
+  ExpectIdle();
+}
+
+TEST_F(Playback, ALostPortEndsItWithOneMessage) {
+  Compose({100, 200});
+  hands->ChooseMenu("Emu");
+  const auto run = [this] { hands->Click(kEmuPC); };
+  const auto halt = [this] {
+    hands->Click(kEmuPC);
+    Select(0);
+    hands->Click("CommandBrk");
+    timer.Elapse();
+    timer.Elapse();
+    ExpectHalted();
+  };
+  const auto board_plays = [this] { hands->Click(kRealEmu); };
+  for (const std::function<void()>& start : {std::function<void()>(run), {halt}, {board_plays}}) {
+    Connect();
+    start();
+    ExpectLoss([&] {
+      ExpectIdle();
+      EXPECT_FALSE(On(kRealEmu));
+      timer.Elapse();
+    });
+    board.Unplug();
+    timer.Elapse();  // before the loss is noticed
+    EXPECT_TRUE(hands->WaitUntil([&] { return box.Outstanding() == 0; }));
+    ExpectIdle();
+    EXPECT_EQ(Lines().size(), 2);
+    hands->Click("CommandResBrk");
+    board.Replug();
+    board.ClearLog();
+  }
+  Play(0);
+  timer.Elapse();
+  EXPECT_EQ(Sent(2), Shown(1));
+}
+
+TEST_F(Playback, AResetThatFindsTheLineDeadGivesOneMessage) {
+  Compose({100, 200});
+  Play(0);
+  hands->Click("CWButtonMainOnOff");
+  Sent(1);
+  ExpectLoss();
+  board.Unplug();
+  Trigger("Resetting");
+  EXPECT_TRUE(hands->WaitUntil([&] { return box.Outstanding() == 0; }));
+  ExpectIdle();
+  EXPECT_FALSE(On("CWButtonMainOnOff"));
+}
+
+TEST_F(Playback, EndsWithTheWindow) {
+  Compose({100, 200});
+  Play(0);
+  form->close();
+  EXPECT_FALSE(timer.Enabled());
+  timer.Elapse();
+  ExpectSent({0, 0});
+}
+
+/// Something that the operator does while playback runs on three steps, step 1 being shown.
+struct Disturbance {
+  const char* name;
+  std::function<void(Playback&)> happen;
+};
+
+void PrintTo(const Disturbance& disturbance, std::ostream* out) {
+  *out << disturbance.name;
+}
+
+class Disturbed : public Playback, public testing::WithParamInterface<Disturbance> {};
+
+void Click(Playback& test, const char* button, int times = 1) {
+  for (int i = 0; i < times; ++i) test.hands->Click(button);
+}
+
+/// Clicks a flash command, which ends with the last of these messages. Two ticks come in each of
+/// its waits for the board.
+void DuringFlash(Playback& test, const char* button, const std::vector<const char*>& messages) {
+  simboard::Faults slow;
+  slow.reply_delay = std::chrono::milliseconds(30);
+  test.board.SetFaults(slow);
+  std::size_t waits = 0;
+  for (std::size_t left = messages.size(); left > 0; --left) {
+    const auto waiting = [&test, left] {
+      const Declaration& data = test.Data();
+      const bool flash = data.EraseMode || data.ProgramMode || data.ReadMode;
+      return flash && test.box.Outstanding() == left;
+    };
+    test.hands->When(waiting, [&test, &waits] {
+      test.timer.Elapse();
+      test.timer.Elapse();
+      ++waits;
+    });
+  }
+  for (const char* message : messages) test.box.Expect("Program", message);
+  test.hands->Click(button);
+  EXPECT_EQ(waits, messages.size());
+}
+
+const Disturbance kDisturbances[] = {
+    {"Add", [](Playback& t) { Click(t, "CommandAdd", 2); }},
+    {"RemoveAll", [](Playback& t) { Click(t, "CommandRem", 3); }},
+    {"Replace", [](Playback& t) { Click(t, "CommandReplace"); }},
+    {"ClearSequence", [](Playback& t) { Click(t, "CommandClear"); }},
+    {"ClearAll", [](Playback& t) { Click(t, "CommandClearAll"); }},
+    {"OtherSequence", [](Playback& t) { Click(t, "CommandMoreSeq"); }},
+    {"ThereAndBack", [](Playback& t) { Click(t, "CommandMoreSeq"), Click(t, "CommandLessSeq"); }},
+    {"SelectNone", [](Playback& t) { t.Select(-1); }},
+    {"SelectLast", [](Playback& t) { t.Select(2); }},
+    {"DragLine", [](Playback& t) { t.hands->DragLine("ListSequence", 2, 0); }},
+    {"BreakHere", [](Playback& t) { Click(t, "CommandBrk"); }},
+    {"Erase", [](Playback& t) { DuringFlash(t, "CommandErase", {"Data Flash Erased"}); }},
+    {"Program",
+     [](Playback& t) {
+       DuringFlash(t, "CommandFlash", {"Data Flash Erased", "Data Flash Programmed!"});
+     }},
+    {"ReadNothing", [](Playback& t) { DuringFlash(t, "CommandRead", {"Nothing to Read!"}); }},
+    {"LoadCancelled", [](Playback& t) { t.Trigger("LoadBuffer"); }},
+    {"SaveCancelled", [](Playback& t) { t.Trigger("SaveBuffer"); }},
+    {"BoardReset", [](Playback& t) { t.Trigger("Resetting"); }},
+    {"SwitchedOff", [](Playback& t) { Click(t, kEmuPC); }},
+};
+
+std::string NameOf(const testing::TestParamInfo<Disturbance>& info) {
+  return info.param.name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Playback, Disturbed, testing::ValuesIn(kDisturbances), NameOf);
+
+TEST_P(Disturbed, GoesOnOrStopsAndLeavesNothingLocked) {
+  Compose({100, 200, 300});
+  Play(0);
+  ExpectTick(1);
+  GetParam().happen(*this);
+  for (int tick = 0; tick < 5; ++tick) {
+    timer.Elapse();
+    if (!timer.Enabled()) continue;
+    EXPECT_TRUE(On(kEmuPC));
+    ASSERT_GE(Selected(), 0);
+    EXPECT_EQ(timer.Interval(),
+              Data().EditBuffer[static_cast<std::size_t>(Selected())][kDurationColumn]);
+  }
+  EXPECT_FALSE(Lines().isEmpty() && On(kEmuPC));
+  if (On(kEmuPC)) hands->Click(kEmuPC);
+  ExpectIdle();
+  Sent(0);
+  timer.Elapse();
+  ExpectSent({});
+  // The next playback is like the first.
+  hands->Click("CommandClearAll");
+  Compose({100, 200, 300});
+  Select(0);
+  Sent(0);
+  hands->Click(kEmuPC);
+  ExpectRunning();
+  ExpectTick(1);
+}
+
+}  // namespace
+}  // namespace pelmora

@@ -184,7 +184,14 @@ bool Operator::WaitUntil(const std::function<bool()>& condition, int limit_ms) {
 
 void Operator::Wait(int milliseconds) { QTest::qWait(milliseconds); }
 
-QWidget* OpenMessage() { return qobject_cast<QMessageBox*>(QApplication::activeModalWidget()); }
+QWidget* OpenMessage() {
+  QWidget* innermost = nullptr;
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    auto* box = qobject_cast<QMessageBox*>(window);
+    if (box && box->isVisible() && (!innermost || innermost->isAncestorOf(box))) innermost = box;
+  }
+  return innermost;
+}
 
 QString MessageText() {
   auto* box = qobject_cast<QMessageBox*>(OpenMessage());

@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QPainter>
 #include <QPixmap>
 #include <QScreen>
 #include <QSlider>
@@ -323,8 +324,16 @@ void Tour::Picture(const QString& name) {
   for (const QWidget* widget : QApplication::topLevelWidgets()) {
     if (widget->isVisible() && widget != &board_window_) area |= widget->frameGeometry();
   }
-  const QPixmap picture =
+  QPixmap picture =
       window_.screen()->grabWindow(0, area.x(), area.y(), area.width(), area.height());
+  // A virtual display has no window manager that would draw a frame around a dialog.
+  QPainter painter(&picture);
+  painter.setPen(QColor(0x61, 0x6E, 0x7C));
+  for (const QWidget* widget : QApplication::topLevelWidgets()) {
+    if (!widget->isVisible() || !qobject_cast<const QDialog*>(widget)) continue;
+    painter.drawRect(widget->geometry().translated(-area.topLeft()).adjusted(0, 0, -1, -1));
+  }
+  painter.end();
   const bool saved = picture.save(folder_.filePath(stem + ".png")) &&
                      board_window_.grab().save(folder_.filePath(stem + ", board.png"));
   Expect(saved, "the pictures can be written to " + folder_.path());

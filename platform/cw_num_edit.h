@@ -20,8 +20,8 @@ class CWNumEdit : public QSpinBox {
   void SetValue(int value) { setValue(value); }
 
   /// Range and steps: arrow keys and buttons step by `increment`, page keys by `fast_increment`; a
-  /// step that would leave the range is not made. A typed entry counts when the field is left or
-  /// Enter is pressed: a number outside the range is clamped to it, and where there is no number
+  /// step that would leave the range is not made. A typed entry counts when the field is left,
+  /// Enter is pressed or the value is asked for: a number outside the range is clamped to it, and where there is no number
   /// the value stays as it was.
   void SetScale(int minimum, int maximum, int increment, int fast_increment);
 

@@ -2,9 +2,11 @@
 #ifndef PELMORA_PLATFORM_MESSAGE_BOX_H
 #define PELMORA_PLATFORM_MESSAGE_BOX_H
 
+#include <QMessageBox>
+#include <QObject>
 #include <QPointer>
 #include <QString>
-#include <QWidget>
+#include <vector>
 
 #include "platform/events.h"
 
@@ -19,14 +21,22 @@ class MessageBox {
 };
 
 /// The one on the screen. Once the program is ending it shows nothing, and an open one closes.
-class ModalMessageBox : public MessageBox {
+///
+/// It is modal by itself: it keeps pointer and keyboard from all other windows. The toolkit's own
+/// modality would also keep the operator from closing the main window while a box is open.
+class ModalMessageBox : public QObject, public MessageBox {
+  Q_OBJECT
  public:
   explicit ModalMessageBox(Events& events) : events_(events) {}
 
   void Show(const QString& text, const QString& title) override;
 
+ protected:
+  bool eventFilter(QObject* target, QEvent* event) override;
+
  private:
   Events& events_;
+  std::vector<QPointer<QMessageBox>> open_;  // the innermost last
 };
 
 }  // namespace platform

@@ -10,6 +10,8 @@
 namespace pelmora {
 namespace {
 
+using simboard::Faults;
+
 /// 128 steps: seven whole blocks, the last one acknowledged like the others.
 FlashSequences SevenBlocks() {
   return RandomSequences(7, 128);
@@ -113,6 +115,41 @@ TEST_F(Flash, AnImageThatTheHeaderCannotHoldIsRefusedBeforeTheErase) {
   }
 }
 
+TEST_F(Flash, OnlyTheAcknowledgementEndsAWait) {
+  Connect();
+  board.SetFaults({.silent = true});
+  hands->When([this] { return BytesSent(1); },
+              [this] {
+                for (const std::uint8_t byte : Bytes{0, 1, 7, 127, 254}) {
+                  hands->Click("Echo");
+                  board.Send({byte});
+                  EXPECT_TRUE(hands->WaitUntil([this] { return hands->Read("Echo") == "Error!"; }));
+                  EXPECT_FALSE(Data().AckReceived);
+                }
+                board.Send({255});
+              });
+  ExpectMessage(kErasedText);
+  Erase();
+  ExpectSent({7});
+}
+
+TEST_F(Flash, AReadThatOverflowsEndsByItselfOnceTheCapacityHasCome) {
+  const FlashSequences sequences = RandomSequences(13, 1718);
+  Bytes header = HeaderOf(sequences);
+  board.SetFlash(header, StepDataOf(sequences));
+  Connect();
+  Faults faults{.after_reply = Bytes(200, 9)};
+  faults.lying_header.emplace();
+  header[0] = 0x75;
+  std::ranges::copy(header, faults.lying_header->begin());
+  board.SetFaults(faults);
+  ExpectMessage(kReadText);
+  Read();
+  EXPECT_EQ(hands->Read("Echo"), "Overflow!");
+  EXPECT_EQ(Table(), sequences);
+  EXPECT_EQ(Data().TotalBytes, 24064);
+}
+
 /// What stands on the line and in the window in each wait, with acknowledgements given by hand.
 TEST_F(Flash, ProgrammingWaitsForEveryWholeBlock) {
   const FlashSequences sequences = SevenBlocks();
@@ -195,10 +232,9 @@ TEST_F(Flash, ASilentBoardCostsNoProcessorTime) {
 
 class InsideAWait : public FlashTest {
  protected:
-  /// Loads and starts programming with a board that acknowledges `acks` times; `meanwhile` is done
+  /// For programming with a board that acknowledges `acks` times; `meanwhile` is done
   /// in the wait after that, `sent` bytes being on the line.
   void ProgramUntil(int acks, std::size_t sent, std::function<void()> meanwhile) {
-    Connect();
     board.SetFaults({.silent_after_acks = acks});
     hands->When([this, sent] { return BytesSent(sent); }, std::move(meanwhile));
     ExpectMessage(kErasedText);
@@ -207,30 +243,31 @@ class InsideAWait : public FlashTest {
 
 TEST_F(InsideAWait, EditingChangesNothingOfWhatIsSent) {
   const FlashSequences sequences = SevenBlocks();
-  Load(sequences);
-  ProgramUntil(2, 68 + 256, [this] {
-    Trigger("FreshProg");
-    AddStep(0, 1, 100);
-    hands->Click("CommandClearAll");
-    AddStep(0, 2, 100);
-    Trigger("FreshProg");
-    board.SetFaults({});
-    board.Send({255});
-  });
-  ExpectMessage(kProgrammedText);
-  Program();
-  EXPECT_EQ(Lines().size(), 1);
-  Bytes sent = Sent(68 + 1792 + 2 * 2);
-  // The moves of channel 0 stand between the first two blocks.
-  const Bytes moves(sent.begin() + 324, sent.begin() + 328);
-  EXPECT_EQ(moves, (Bytes{8, 1, 8, 2}));
-  sent.erase(sent.begin() + 324, sent.begin() + 328);
-  EXPECT_EQ(sent, Bytes({7, 2}) + HeaderOf(sequences) + StepDataOf(sequences));
-  ExpectAtRest();
+  Connect();
+  for (const auto& [acks, sent] : {std::pair{1, 68U}, {2, 68U + 256U}}) {
+    SCOPED_TRACE(acks);
+    Load(sequences);
+    ProgramUntil(acks, sent, [this] {
+      Trigger("FreshProg");
+      AddStep(0, 128, 100);
+      hands->Click("CommandClearAll");
+      AddStep(0, 128, 200);
+      Trigger("FreshProg");
+      board.SetFaults({});
+      board.Send({255});
+    });
+    ExpectMessage(kProgrammedText);
+    Program();
+    EXPECT_EQ(Lines().size(), 1);
+    EXPECT_EQ(Data().TotalBytes, 14);
+    ExpectSent(Bytes{7, 2} + HeaderOf(sequences) + StepDataOf(sequences));
+    ExpectAtRest();
+  }
 }
 
 TEST_F(InsideAWait, AnAbortEndsTheInnerOperationOnly) {
   Load(ExampleSequences());
+  Connect();
   ProgramUntil(1, 68, [this] {
     hands->When([this] { return BytesSent(69) && Data().EraseMode; }, [this] { Abort(); });
     ExpectMessage(kAbortText);
@@ -251,16 +288,20 @@ TEST_F(InsideAWait, AReadInsideAReadServesBoth) {
   const FlashSequences sequences = RandomSequences(11, 40);
   board.SetFlash(HeaderOf(sequences), StepDataOf(sequences));
   Connect();
-  board.SetFaults({.silent = true});
-  hands->When([this] { return BytesSent(1); },
-              [this] {
-                AddStep(0, 128, 100);
-                board.SetFaults({});
-                ExpectMessage(kReadText);
-                Read();
-                EXPECT_FALSE(Data().ReadMode);
-                ExpectMessage(kReadText);
-              });
+  board.SetFaults({.cut_reply_at = 40});
+  hands->When(
+      [this] {
+        hands->Click("CommandInBuff");
+        return hands->Read("Echo") == "40";
+      },
+      [this] {
+        AddStep(0, 128, 100);
+        board.SetFaults({});
+        ExpectMessage(kReadText);
+        Read();
+        EXPECT_FALSE(Data().ReadMode);
+        ExpectMessage(kReadText);
+      });
   Read();
   EXPECT_EQ(Table(), sequences);
   EXPECT_EQ(Lines().size(), static_cast<int>(sequences[0].size()));

@@ -76,7 +76,8 @@ double ProcessorTime() {
 
 void AddWaiting(ProgramWindow& program, Report& report) {
   program.Board().SetFaults({.silent = true});
-  QTimer::singleShot(kWait, &program.Find<QPushButton>("Command1"), &QPushButton::click);
+  QTimer::singleShot(kWait, Qt::PreciseTimer, &program.Find<QPushButton>("Command1"),
+                     &QPushButton::click);
   const double used = ProcessorTime();
   const auto start = Clock::now();
   program.Click("CommandRead");

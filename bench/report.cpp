@@ -7,10 +7,9 @@
 namespace bench {
 namespace {
 
-/// Four significant digits at the least, whatever the size.
 std::string Number(double value) {
   const double size = std::abs(value);
-  const int decimals = size >= 1000 ? 0 : size >= 100 ? 1 : size >= 10 ? 2 : 3;
+  const int decimals = size >= 1000 ? 0 : size >= 100 ? 1 : size >= 10 ? 2 : size >= 0.01 ? 3 : 5;
   char text[40];
   std::snprintf(text, sizeof text, "%.*f", decimals, value);
   return text;

@@ -11,7 +11,9 @@ namespace {
 constexpr int kBlockBytes = 256;
 
 /// The bar moves about a hundred times in a transfer of `total` bytes: once in so many bytes.
-int ProgressInterval(int total) { return std::max(1, (total - 1) / 100 + 1); }
+int ProgressInterval(int total) {
+  return std::max(1, (total - 1) / 100 + 1);
+}
 
 }  // namespace
 
@@ -60,6 +62,8 @@ bool ProgramSequences::RefuseOversize() {
 }
 
 ProgramSequences::Transfer ProgramSequences::SendHeader(BoardWait& wait) {
+  // While the erase's message was open, the board may have made place for another one.
+  if (wait.Cut()) return Transfer::kCut;
   parts_.board.Send(Command::kProgram);
   for (const std::uint8_t byte : EncodeHeader(parts_.data)) parts_.board.Send(byte);
   // No acknowledgement can be taken between the last send and here.

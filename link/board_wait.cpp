@@ -8,9 +8,11 @@ BoardWait::BoardWait(const Declaration& data, const platform::MSComm& comm,
 
 bool BoardWait::Turn(platform::Events::Idle idle) {
   // A connection that was lost before this turn may bring no further event to wake up for.
-  if (Cut()) return false;
-  events_.DoEvents(idle);
-  return !Cut();
+  if (!Cut()) events_.DoEvents(idle);
+  if (!Cut()) return true;
+  // A loss is announced from the event queue, and the operator is to read of it first.
+  if (!comm_.PortOpen()) events_.DoEvents(platform::Events::Idle::kReturn);
+  return false;
 }
 
 bool BoardWait::Cut() const {

@@ -15,7 +15,7 @@ class BoardWait {
   BoardWait(const Declaration& data, const platform::MSComm& comm, platform::Events& events);
 
   /// One turn of a waiting loop: processes events, sleeping until there is one unless told otherwise.
-  /// False when the wait has to end as an aborted one.
+  /// False when the wait has to end as an aborted one; a lost connection has been announced by then.
   bool Turn(platform::Events::Idle idle = platform::Events::Idle::kSleep);
 
   /// Whether the wait has to end: "Abort" was pressed, the connection is gone (even if another has

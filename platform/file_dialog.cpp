@@ -46,7 +46,8 @@ class Dialog : public QFileDialog {
   /// Completes a name typed without its extension, but for a folder, which is entered.
   void accept() override {
     auto* name_edit = findChild<QLineEdit*>("fileNameEdit");
-    const QString typed = name_edit == nullptr ? QString() : name_edit->text();
+    if (!name_edit) return QFileDialog::accept();
+    const QString typed = name_edit->text();
     if (acceptMode() == AcceptSave && !typed.isEmpty() && !HasExtension(typed) &&
         !QFileInfo(directory(), typed).isDir()) {
       name_edit->setText(typed + extension_);

@@ -4,7 +4,6 @@
 #include <algorithm>
 
 namespace platform {
-
 namespace {
 
 using Milliseconds = std::chrono::milliseconds;
@@ -12,9 +11,7 @@ using Milliseconds = std::chrono::milliseconds;
 }  // namespace
 
 SystemHiTimer::SystemHiTimer(QObject* parent) : QObject(parent) {
-  timer_.setSingleShot(true);
-  timer_.setTimerType(Qt::PreciseTimer);
-  connect(&timer_, &QTimer::timeout, this, &SystemHiTimer::Wake);
+  connect(&alarm_, &Alarm::Rang, this, &SystemHiTimer::Wake);
 }
 
 void SystemHiTimer::SetInterval(int milliseconds) {
@@ -26,7 +23,7 @@ void SystemHiTimer::SetEnabled(bool enabled) {
   if (enabled) {
     ArmFor(Clock::now() + Milliseconds(interval_));
   } else {
-    timer_.stop();
+    alarm_.Stop();
   }
 }
 
@@ -35,7 +32,7 @@ void SystemHiTimer::Wake() {
 
   const QPointer<SystemHiTimer> self(this);
   if (const auto tick = Timer) tick();
-  if (!self || !enabled_ || timer_.isActive()) return;
+  if (!self || !enabled_ || alarm_.Active()) return;
 
   const auto now = Clock::now();
   const auto interval = Milliseconds(interval_);
@@ -45,8 +42,7 @@ void SystemHiTimer::Wake() {
 
 void SystemHiTimer::ArmFor(Clock::time_point due) {
   due_ = due;
-  const auto left = std::chrono::ceil<Milliseconds>(due - Clock::now());
-  timer_.start(std::max(left, Milliseconds(0)));
+  alarm_.SetFor(due);
 }
 
 }  // namespace platform

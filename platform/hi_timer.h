@@ -4,9 +4,10 @@
 #define PELMORA_PLATFORM_HI_TIMER_H
 
 #include <QObject>
-#include <QTimer>
 #include <chrono>
 #include <functional>
+
+#include "platform/alarm.h"
 
 namespace platform {
 
@@ -44,12 +45,12 @@ class SystemHiTimer : public QObject, public HiTimer {
   bool Enabled() const override { return enabled_; }
 
  private:
-  using Clock = std::chrono::steady_clock;
+  using Clock = Alarm::Clock;
 
   void Wake();
   void ArmFor(Clock::time_point due);
 
-  QTimer timer_;
+  Alarm alarm_;
   Clock::time_point due_;
   int interval_ = 20;
   bool enabled_ = false;

@@ -64,7 +64,7 @@ void MSComm::SetRThreshold(int bytes) {
 }
 
 QByteArray MSComm::Input() {
-  const QByteArray bytes = input_len_ > 0 ? received_.left(input_len_) : received_;
+  QByteArray bytes = input_len_ > 0 ? received_.left(input_len_) : received_;
   received_.remove(0, bytes.size());
   taken_ += static_cast<quint64>(bytes.size());
   return bytes;

@@ -17,7 +17,8 @@ void Panel::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   const QFontMetrics metrics = fontMetrics();
-  const double frame_top = title().isEmpty() ? 0.5 : metrics.height() / 2 + 0.5;
+  const int half_caption = metrics.height() / 2;
+  const double frame_top = title().isEmpty() ? 0.5 : half_caption + 0.5;
   const QRectF frame(0.5, frame_top, width() - 1.0, height() - frame_top - 0.5);
   painter.setPen(palette().color(QPalette::Midlight));
   painter.setBrush(palette().color(QPalette::Light));
@@ -26,9 +27,9 @@ void Panel::paintEvent(QPaintEvent*) {
   const int text_width = metrics.horizontalAdvance(title());
   const QRect text(kCaptionLeft, 0, text_width, metrics.height());
   // The upper half of the caption stands on the window, the lower on the card.
-  painter.fillRect(text.adjusted(-kCaptionGap, 0, kCaptionGap, -metrics.height() / 2),
+  painter.fillRect(text.adjusted(-kCaptionGap, 0, kCaptionGap, -half_caption),
                    palette().color(QPalette::Window));
-  painter.fillRect(text.adjusted(-kCaptionGap, metrics.height() / 2, kCaptionGap, 0),
+  painter.fillRect(text.adjusted(-kCaptionGap, half_caption, kCaptionGap, 0),
                    palette().color(QPalette::Light));
   painter.setPen(palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled,
                                  QPalette::WindowText));

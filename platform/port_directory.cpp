@@ -70,7 +70,7 @@ QStringList LinuxPorts(const QString& sys_class_tty) {
 }
 
 QStringList NaturalOrder(QStringList names) {
-  QCollator collator(QLocale(QLocale::English));  // the C locale does not know numbers
+  QCollator collator{QLocale(QLocale::English)};  // the C locale does not know numbers
   collator.setNumericMode(true);
   std::ranges::sort(names,
                     [&](const QString& a, const QString& b) { return collator.compare(a, b) < 0; });

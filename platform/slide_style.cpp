@@ -3,6 +3,7 @@
 #include <QPainter>
 #include <QStyleOptionSlider>
 #include <algorithm>
+#include <cmath>
 
 #include "platform/colours.h"
 #include "platform/cw_slide.h"
@@ -86,7 +87,7 @@ void DrawFader(QPainter& painter, const QStyleOptionSlider& option, const QStrin
 
   painter.setRenderHint(QPainter::Antialiasing);
   const QRect track = FaderTrack(option);
-  const QRectF groove(option.rect.center().x() - kGrooveWidth / 2, track.top() + 2, kGrooveWidth,
+  const QRectF groove(option.rect.center().x() - kGrooveWidth / 2.0, track.top() + 2, kGrooveWidth,
                       track.height() - 4);
   painter.setPen(Qt::NoPen);
   painter.setBrush(Blend(window, text, 0.22));
@@ -115,7 +116,7 @@ void DrawBar(QPainter& painter, const QStyleOptionSlider& option) {
 
   const QRect inner = option.rect.adjusted(2, 2, -2, -2);
   QRect done = inner;
-  done.setWidth(static_cast<int>(inner.width() * share + 0.5));
+  done.setWidth(static_cast<int>(std::lround(inner.width() * share)));
   painter.setRenderHint(QPainter::Antialiasing, false);
   painter.fillRect(done, fill);
 

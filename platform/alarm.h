@@ -1,0 +1,42 @@
+// Wakes the user-interface thread once, at a point in time, as exactly as the system can: the
+// toolkit's own timers count in whole milliseconds and come up to two of them late.
+#ifndef PELMORA_PLATFORM_ALARM_H
+#define PELMORA_PLATFORM_ALARM_H
+
+#include <QObject>
+#include <QTimer>
+#include <chrono>
+
+class QSocketNotifier;
+
+namespace platform {
+
+class Alarm : public QObject {
+  Q_OBJECT
+ public:
+  using Clock = std::chrono::steady_clock;
+
+  explicit Alarm(QObject* parent = nullptr);
+  ~Alarm() override;
+
+  /// Rings at `time`, or as soon as events are processed when that is past. A time set before is
+  /// forgotten.
+  void SetFor(Clock::time_point time);
+  void Stop();
+  /// Whether the alarm is set and has not rung yet.
+  bool Active() const { return active_; }
+
+ signals:
+  void Rang();
+
+ private:
+  void Ring();
+
+  int descriptor_ = -1;  // of the system's timer; -1 where there is none
+  QTimer timer_;         // used there
+  bool active_ = false;
+};
+
+}  // namespace platform
+
+#endif

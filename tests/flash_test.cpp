@@ -1,0 +1,392 @@
+// Erasing, programming and reading back with a sound board: the bytes on the line, the waits and
+// what the window shows in them, and what the operator may do meanwhile.
+#include <time.h>
+
+#include <QtTest/QTest>
+
+#include "platform/cw_slide.h"
+#include "tests/flash_fixture.h"
+
+namespace pelmora {
+namespace {
+
+using simboard::Faults;
+
+/// 128 steps: seven whole blocks, the last one acknowledged like the others.
+FlashSequences SevenBlocks() {
+  return RandomSequences(7, 128);
+}
+
+class Flash : public FlashTest {};
+
+TEST_F(Flash, WithoutAPortOnlyTheReadClears) {
+  AddStep(0, 200, 100);
+  for (const char* button : {"CommandErase", "CommandFlash", "CommandRead"}) {
+    EXPECT_EQ(Lines().size(), 1) << button;
+    ExpectMessage("No Connection Available!");
+    hands->Click(button);
+  }
+  EXPECT_TRUE(Lines().isEmpty());
+  ExpectAtRest();
+}
+
+TEST_F(Flash, ExampleGoesOverTheLineAndComesBack) {
+  const Bytes image =
+      Hex("00 2A  00 02 00 00  00 00 00 00  00 00 00 00  00 01 00 1C "
+          "00 00 00 00  00 00 00 00  00 00 00 00  00 00 00 00  00 00 00 00  00 00 00 00 "
+          "00 00 00 00  00 00 00 00  00 00 00 00  00 00 00 00  00 00 00 00  00 00 00 00 "
+          "80 80 80 80 80 80 80 80 80 80 80 80  00 05 "
+          "FF 80 80 80 80 80 80 80 80 80 80 80  00 32 "
+          "00 00 00 00 00 00 00 00 00 00 00 00  01 00");
+  Load(ExampleSequences());
+  Connect();
+  board.Send({77});
+  EXPECT_TRUE(hands->WaitUntil([&] { return hands->Read("Echo") == "77"; }));
+  ExpectMessage(kErasedText, [&] { EXPECT_EQ(Sent(1), Bytes{7}); });
+  ExpectMessage(kProgrammedText);
+  Program();
+  ExpectSent(Bytes{2} + image);
+  EXPECT_EQ(board.FlashHeader() + board.FlashData(), image);
+  EXPECT_EQ(hands->Read("Echo"), "");
+
+  hands->Click("CommandMoreSeq");
+  AddStep(5, 1, 40);
+  ExpectSent({13, 1});
+  ExpectMessage(kReadText);
+  Read();
+  ExpectSent({6});
+  EXPECT_EQ(Table(), ExampleSequences());
+  EXPECT_EQ(Lines().size(), 2);
+  EXPECT_TRUE(Lines()[1].startsWith("63.5 °\t0 °\t")) << Lines()[1].toStdString();
+  EXPECT_EQ(hands->Read("LabelSeq"), "Sequence N° 0");
+  EXPECT_EQ(Data().TotalBytes, 42);
+  ExpectAtRest();
+}
+
+TEST_F(Flash, SixteenSequencesSurviveAPowerCycle) {
+  constexpr struct {
+    unsigned seed;
+    int steps;
+  } kCases[] = {{1, 1718}, {2, 1718}, {3, 700}, {4, 18}, {5, 1}};
+  Connect();
+  for (const auto& [seed, steps] : kCases) {
+    SCOPED_TRACE(seed);
+    const FlashSequences sequences = RandomSequences(seed, steps);
+    Load(sequences);
+    ExpectMessage(kErasedText);
+    ExpectMessage(kProgrammedText);
+    Program();
+    ExpectSent(Bytes{7, 2} + HeaderOf(sequences) + StepDataOf(sequences));
+    Unplug();
+    ConnectAgain();
+    hands->Click("CommandClearAll");
+    ExpectMessage(kReadText);
+    Read();
+    EXPECT_EQ(Table(), sequences);
+    ExpectSent({6});
+  }
+}
+
+TEST_F(Flash, AnEmptyTableIsAHeaderOfZeros) {
+  Connect();
+  ExpectMessage(kErasedText);
+  ExpectMessage(kProgrammedText);
+  Program();
+  ExpectSent(Bytes{7, 2} + Bytes(66, 0));
+  ExpectMessage("Nothing to Read!");
+  Read();
+  ExpectAtRest();
+}
+
+TEST_F(Flash, AnImageThatTheHeaderCannotHoldIsRefusedBeforeTheErase) {
+  const FlashSequences kept = RandomSequences(8, 3);
+  board.SetFlash(HeaderOf(kept), StepDataOf(kept));
+  Connect();
+  for (const int steps : {2340, 2341}) {
+    const QString warning = "Out of memory: too many steps. Max # of bytes is 24064!";
+    ExpectMessage(warning);
+    Load(RandomSequences(9, steps));
+    if (steps == 2340) continue;  // 32760 bytes: the board's affair
+    ExpectMessage(warning);
+    Program();
+    ExpectSent({});
+    EXPECT_EQ(board.FlashData(), StepDataOf(kept));
+    ExpectAtRest();
+  }
+}
+
+TEST_F(Flash, OnlyTheAcknowledgementEndsAWait) {
+  Connect();
+  board.SetFaults({.silent = true});
+  hands->When([this] { return BytesSent(1); },
+              [this] {
+                for (const std::uint8_t byte : Bytes{0, 1, 7, 127, 254}) {
+                  hands->Click("Echo");
+                  board.Send({byte});
+                  EXPECT_TRUE(hands->WaitUntil([this] { return hands->Read("Echo") == "Error!"; }));
+                  EXPECT_FALSE(Data().AckReceived);
+                }
+                board.Send({255});
+              });
+  ExpectMessage(kErasedText);
+  Erase();
+  ExpectSent({7});
+}
+
+TEST_F(Flash, AReadThatOverflowsEndsByItselfOnceTheCapacityHasCome) {
+  const FlashSequences sequences = RandomSequences(13, 1718);
+  Bytes header = HeaderOf(sequences);
+  board.SetFlash(header, StepDataOf(sequences));
+  Connect();
+  Faults faults{.after_reply = Bytes(200, 9)};
+  faults.lying_header.emplace();
+  header[0] = 0x75;
+  std::ranges::copy(header, faults.lying_header->begin());
+  board.SetFaults(faults);
+  ExpectMessage(kReadText);
+  Read();
+  EXPECT_EQ(hands->Read("Echo"), "Overflow!");
+  EXPECT_EQ(Table(), sequences);
+  EXPECT_EQ(Data().TotalBytes, 24064);
+}
+
+/// What stands on the line and in the window in each wait, with acknowledgements given by hand.
+TEST_F(Flash, ProgrammingWaitsForEveryWholeBlock) {
+  const FlashSequences sequences = SevenBlocks();
+  Load(sequences);
+  Connect();
+  board.SetFaults({.silent = true});
+  QStringList waits;
+  const auto wait_for = [&](std::size_t sent) {
+    hands->When([this, sent] { return BytesSent(sent); },
+                [&] {
+                  waits.append(QString("%1 %2%3 %4 %5 %6")
+                                   .arg(board.Log().size())
+                                   .arg(Data().EraseMode ? "E" : "")
+                                   .arg(Data().ProgramMode ? "P" : "")
+                                   .arg(Enabled("Command1") ? "abort" : "-")
+                                   .arg(BarShown() ? "bar" : "-")
+                                   .arg(Bar()));
+                  board.Send({255});
+                });
+  };
+  wait_for(1);
+  wait_for(68);
+  for (std::size_t block = 1; block <= 7; ++block) wait_for(68 + 256 * block);
+  ExpectMessage(kErasedText);
+  ExpectMessage(kProgrammedText, [&] { EXPECT_EQ(waits.size(), 9); });
+  Program();
+  // The bar moves once in 18 bytes.
+  EXPECT_EQ(waits.join(", "),
+            "1 EP - - 0, 68 P abort bar 0, 324 P abort bar 252, 580 P abort bar 504, "
+            "836 P abort bar 756, 1092 P abort bar 1008, 1348 P abort bar 1278, "
+            "1604 P abort bar 1530, 1860 P abort bar 1782");
+  ExpectAtRest();
+}
+
+TEST_F(Flash, TheBarMovesAHundredTimesInAFullTransfer) {
+  Load(RandomSequences(10, 1718));
+  Connect();
+  auto& bar = hands->Find<platform::CWSlide>("ProgressBarFlash");
+  std::vector<int> values;
+  QObject::connect(&bar, &platform::CWSlide::ValueChanged, form.get(),
+                   [&](int value) { values.push_back(value); });
+  ExpectMessage(kErasedText);
+  ExpectMessage(kProgrammedText);
+  Program();
+  std::vector<int> expected;
+  for (int value = 241; value < 24052; value += 241) expected.push_back(value);
+  EXPECT_EQ(values, expected);
+  Sent(24052 + 68);
+  values.clear();
+  ExpectMessage(kReadText);
+  Read();
+  EXPECT_EQ(values.back(), 24051);
+  EXPECT_TRUE(std::ranges::is_sorted(values.begin() + 1, values.end()));
+}
+
+TEST_F(Flash, ASilentBoardCostsNoProcessorTime) {
+  Connect();
+  board.SetFaults({.silent = true});
+  const auto used = [] {
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) * 1000 + static_cast<double>(time.tv_nsec) / 1e6;
+  };
+  double before = 0;
+  QElapsedTimer clock;
+  hands->When([this] { return BytesSent(1); },
+              [&] {
+                before = used();
+                clock.start();
+              });
+  hands->When([&] { return clock.isValid() && clock.elapsed() >= 400; },
+              [&] {
+                // The operator's own looking every 3 ms is in it.
+                EXPECT_LT(used() - before, 100.0);
+                Abort();
+              });
+  ExpectMessage(kReadingErrorText);
+  Read();
+}
+
+class InsideAWait : public FlashTest {
+ protected:
+  /// For programming with a board that acknowledges `acks` times; `meanwhile` is done
+  /// in the wait after that, `sent` bytes being on the line.
+  void ProgramUntil(int acks, std::size_t sent, std::function<void()> meanwhile) {
+    board.SetFaults({.silent_after_acks = acks});
+    hands->When([this, sent] { return BytesSent(sent); }, std::move(meanwhile));
+    ExpectMessage(kErasedText);
+  }
+};
+
+TEST_F(InsideAWait, EditingChangesNothingOfWhatIsSent) {
+  const FlashSequences sequences = SevenBlocks();
+  Connect();
+  for (const auto& [acks, sent] : {std::pair{1, 68U}, {2, 68U + 256U}}) {
+    SCOPED_TRACE(acks);
+    Load(sequences);
+    ProgramUntil(acks, sent, [this] {
+      Trigger("FreshProg");
+      AddStep(0, 128, 100);
+      hands->Click("CommandClearAll");
+      AddStep(0, 128, 200);
+      Trigger("FreshProg");
+      board.SetFaults({});
+      board.Send({255});
+    });
+    ExpectMessage(kProgrammedText);
+    Program();
+    EXPECT_EQ(Lines().size(), 1);
+    EXPECT_EQ(Data().TotalBytes, 14);
+    ExpectSent(Bytes{7, 2} + HeaderOf(sequences) + StepDataOf(sequences));
+    ExpectAtRest();
+  }
+}
+
+TEST_F(InsideAWait, AnAbortEndsTheInnerOperationOnly) {
+  Load(ExampleSequences());
+  Connect();
+  ProgramUntil(1, 68, [this] {
+    hands->When([this] { return BytesSent(69) && Data().EraseMode; }, [this] { Abort(); });
+    ExpectMessage(kAbortText);
+    Erase();
+    EXPECT_FALSE(Data().EraseMode);
+    EXPECT_TRUE(Data().ProgramMode);
+    EXPECT_FALSE(Enabled("Command1"));
+    ExpectMessage(kProgrammedText);
+    board.Send({255});
+  });
+  Program();
+  ExpectSent(Bytes{7, 2} + HeaderOf(ExampleSequences()) + Bytes{7} +
+             StepDataOf(ExampleSequences()));
+  ExpectAtRest();
+}
+
+TEST_F(InsideAWait, AReadInsideAReadServesBoth) {
+  const FlashSequences sequences = RandomSequences(11, 40);
+  board.SetFlash(HeaderOf(sequences), StepDataOf(sequences));
+  Connect();
+  board.SetFaults({.cut_reply_at = 40});
+  hands->When(
+      [this] {
+        hands->Click("CommandInBuff");
+        return hands->Read("Echo") == "40";
+      },
+      [this] {
+        AddStep(0, 128, 100);
+        board.SetFaults({});
+        ExpectMessage(kReadText);
+        Read();
+        EXPECT_FALSE(Data().ReadMode);
+        ExpectMessage(kReadText);
+      });
+  Read();
+  EXPECT_EQ(Table(), sequences);
+  EXPECT_EQ(Lines().size(), static_cast<int>(sequences[0].size()));
+  ExpectSent({6, 6});
+  ExpectAtRest();
+}
+
+TEST_F(InsideAWait, InBuffCountsAndEchoThrowsAwayWhatAHeaderWaitsFor) {
+  const Bytes header = HeaderOf(ExampleSequences());
+  Connect();
+  board.SetFaults({.silent = true});
+  hands->When([this] { return BytesSent(1); },
+              [&] {
+                board.Send({1, 2, 3, 4, 5});
+                EXPECT_TRUE(hands->WaitUntil([this] {
+                  hands->Click("CommandInBuff");
+                  return hands->Read("Echo") == "5";
+                }));
+                hands->Click("Echo");
+                EXPECT_EQ(hands->Read("Echo"), "");
+                hands->Click("CommandInBuff");
+                EXPECT_EQ(hands->Read("Echo"), "0");
+                board.Send(header + StepDataOf(ExampleSequences()));
+              });
+  ExpectMessage(kReadText);
+  Read();
+  EXPECT_EQ(Table(), ExampleSequences());
+}
+
+/// An aborted read that overflowed keeps its data only as long as `Echo` says so.
+TEST_F(InsideAWait, EchoDecidesWhatAnAbortedReadKeeps) {
+  Bytes header = HeaderOf(ExampleSequences());
+  header[0] = 0x75;
+  header[1] = 0x30;
+  Connect();
+  board.SetFaults({.silent = true});
+  for (const char* clicked : {"", "Echo", "CommandInBuff"}) {
+    SCOPED_TRACE(clicked);
+    const bool keeps = *clicked == '\0';
+    board.ClearLog();
+    hands->When([this] { return BytesSent(1); },
+                [&] { board.Send(header + StepDataOf(ExampleSequences())); });
+    hands->When([this] { return Bar() == 42; },
+                [&] {
+                  EXPECT_EQ(hands->Read("Echo"), "Overflow!");
+                  if (!keeps) hands->Click(clicked);
+                  Abort();
+                });
+    ExpectMessage(keeps ? kReadText : kReadingErrorText);
+    Read();
+    EXPECT_EQ(Table() == ExampleSequences(), keeps);
+    ExpectAtRest();
+  }
+}
+
+TEST_F(InsideAWait, AClickIntoEchoLosesStepData) {
+  const FlashSequences sequences = RandomSequences(12, 100);
+  board.SetFlash(HeaderOf(sequences), StepDataOf(sequences));
+  Connect();
+  board.SetFaults({.cut_reply_at = 66 + 700});
+  hands->When([this] { return Bar() == 700; },
+              [this] {
+                hands->Click("Echo");
+                hands->When([this] { return Bar() == 0; }, [this] { board.Send(Bytes(690, 1)); });
+                // All 1400 bytes but ten have come, and half of them are gone.
+                hands->When([this] { return Bar() == 690; }, [this] { Abort(); });
+              });
+  ExpectMessage(kReadingErrorText);
+  Read();
+  ExpectAtRest();
+}
+
+TEST_F(InsideAWait, AConnectionMadeAnewBeforeTheHeaderGetsNothing) {
+  Load(ExampleSequences());
+  Connect();
+  ExpectMessage(kErasedText, [this] {
+    EXPECT_EQ(Sent(1), Bytes{7});
+    Unplug();
+    ConnectAgain();
+    ExpectMessage(kAbortText);
+  });
+  Program();
+  ExpectSent({});
+  ExpectAtRest();
+}
+
+}  // namespace
+}  // namespace pelmora

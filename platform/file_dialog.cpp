@@ -4,6 +4,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLineEdit>
+#include <QListView>
 #include <QPointer>
 #include <QStringList>
 
@@ -51,6 +52,9 @@ class Dialog : public QFileDialog {
     if (acceptMode() == AcceptSave && !typed.isEmpty() && !HasExtension(typed) &&
         !QFileInfo(directory(), typed).isDir()) {
       name_edit->setText(typed + extension_);
+      // While the list of completions has the focus, a file of the bare name stays selected, and
+      // it would be taken instead of what is typed.
+      if (auto* list = findChild<QListView*>("listView")) list->clearSelection();
     }
     QFileDialog::accept();
   }

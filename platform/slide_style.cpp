@@ -87,7 +87,7 @@ void DrawFader(QPainter& painter, const QStyleOptionSlider& option, const QStrin
 
   painter.setRenderHint(QPainter::Antialiasing);
   const QRect track = FaderTrack(option);
-  const QRectF groove(option.rect.center().x() - kGrooveWidth / 2.0, track.top() + 2, kGrooveWidth,
+  const QRectF groove(option.rect.center().x() - (kGrooveWidth - 1) / 2.0, track.top() + 2, kGrooveWidth,
                       track.height() - 4);
   painter.setPen(Qt::NoPen);
   painter.setBrush(Blend(window, text, 0.22));

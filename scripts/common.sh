@@ -2,7 +2,7 @@
 
 build_packages=(g++ cmake ninja-build qt6-base-dev qt6-serialport-dev fonts-liberation)
 display_packages=(xvfb xauth)
-test_packages=(libgtest-dev xdotool "${display_packages[@]}")
+test_packages=(libgtest-dev xdotool locales "${display_packages[@]}")
 
 say() { printf '%s\n' "$*"; }
 die() {

@@ -32,7 +32,7 @@ TEST_F(StepFields, CommitClampsAndShowsOffsetAndAngle) {
   for (const Case& c : cases) {
     hands->Type("Text1_3", c.typed);
     EXPECT_EQ(hands->Read("Text1_3"), c.offset) << c.typed;
-    EXPECT_EQ(hands->Read("Text1_15"), c.angle) << c.typed;
+    EXPECT_EQ(hands->Read("Text1_15"), Local(c.angle)) << c.typed;
     EXPECT_EQ(hands->Read("CWSlide1_3"), c.slider) << c.typed;
   }
 }

@@ -91,7 +91,7 @@ TEST_F(Interpolate, WorkedCases) {
     const QString before = hands->Read("LabelStep");
     Ask(c.option, c.count);
     ASSERT_TRUE(Closes());
-    EXPECT_EQ(Steps(), c.result) << c.steps;
+    EXPECT_EQ(Steps(), Local(c.result)) << c.steps;
     EXPECT_EQ(Selected(), c.selected) << c.steps;
     const QString label = c.count > 1 ? QString("Step N° %1").arg(c.selected) : before;
     EXPECT_EQ(hands->Read("LabelStep"), label) << c.steps;
@@ -290,7 +290,7 @@ TEST_F(Interpolate, PlaybackThatMovesTheSelectionIsTakenIntoAccount) {
   timer.Elapse();
   hands->Click("OKButton");
   ASSERT_TRUE(Closes());
-  EXPECT_EQ(Steps(), "0/100 10/60 12.5/40 15/100");
+  EXPECT_EQ(Steps(), Local("0/100 10/60 12.5/40 15/100"));
   EXPECT_EQ(Selected(), 1);
   timer.Elapse();
   EXPECT_EQ(Selected(), 2);

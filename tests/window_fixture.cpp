@@ -2,6 +2,7 @@
 
 #include <QComboBox>
 #include <QListWidget>
+#include <QLocale>
 #include <QtTest/QTest>
 
 #include "platform/cw_slide.h"
@@ -17,6 +18,8 @@ constexpr milliseconds kLineLimit{5000};      // until bytes that were sent have
 constexpr milliseconds kQuietLine{30};        // after which nothing more is on its way
 
 }  // namespace
+
+QString Local(QString text) { return text.replace('.', QLocale().decimalPoint()); }
 
 QString Message(const QString& title, const QString& text) { return title + ": " + text; }
 

@@ -29,6 +29,9 @@ namespace pelmora {
 
 using Bytes = std::vector<std::uint8_t>;
 
+/// A text with decimal points as the operator's locale writes it.
+QString Local(QString text);
+
 /// A message as "title: text".
 QString Message(const QString& title, const QString& text);
 

@@ -16,7 +16,7 @@ struct Timings {
   std::vector<double> remove, add, replace, up, breakpoint;
 };
 
-/// Each command on the line in the middle of a list that has `lines` lines before and after.
+// Each command on the line in the middle of a list that has `lines` lines before and after.
 Timings Edit(ProgramWindow& program, int lines) {
   program.Load(lines);
   auto& list = program.Find<platform::ListBox>("ListSequence");

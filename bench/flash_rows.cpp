@@ -16,7 +16,7 @@ constexpr double kByteTime = 11 * 1000.0 / 9600;  // ms: a start bit, 8 data bit
 constexpr int kBlock = 256;
 constexpr int kWait = 10000;  // ms
 
-/// How long the window went without handling an event that was due.
+// How long the window went without handling an event that was due.
 class PauseWatch {
  public:
   PauseWatch() {

@@ -13,7 +13,7 @@ namespace {
 
 constexpr int kMoves = 1000;
 
-/// From now until the board has taken the second of two bytes that `send` sends.
+// From now until the board has taken the second of two bytes that `send` sends.
 template <class Send>
 double UntilReceived(simboard::SimulatedBoard& board, Send send) {
   board.ClearLog();

@@ -18,10 +18,10 @@ constexpr int kStall = 70;    // ms
 constexpr int kTicksBeforeStall = 10;
 constexpr int kTicksAfterStall = 50;
 
-/// When the ticks came.
+// When the ticks came.
 class TickLog {
  public:
-  /// After tick `stall_at` the thread is held up once.
+  // After tick `stall_at` the thread is held up once.
   explicit TickLog(int ticks, int stall_at = -1) : ticks_(ticks), stall_at_(stall_at) {}
 
   void Start() { times_ = {Clock::now()}; }
@@ -32,11 +32,11 @@ class TickLog {
   }
   bool Done() const { return Count() >= ticks_; }
 
-  /// How far the last tick was from where the intervals add up to.
+  // How far the last tick was from where the intervals add up to.
   double Deviation() const {
     return Milliseconds(times_.back() - times_.front()) - kTick * Count();
   }
-  /// Of each tick, against the first one's start.
+  // Of each tick, against the first one's start.
   std::vector<double> Lateness() const {
     std::vector<double> lateness;
     for (std::size_t i = 1; i < times_.size(); ++i) {
@@ -44,7 +44,7 @@ class TickLog {
     }
     return lateness;
   }
-  /// The intervals behind the tick that ended the stall.
+  // The intervals behind the tick that ended the stall.
   std::vector<double> IntervalsAfterStall() const {
     std::vector<double> intervals;
     for (std::size_t i = static_cast<std::size_t>(stall_at_) + 2; i < times_.size(); ++i) {

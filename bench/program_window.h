@@ -1,7 +1,6 @@
 // The program's window on the simulated board, worked without an operator: messages are answered at
 // once and remembered, the file dialogs give one prepared path.
-#ifndef PELMORA_BENCH_PROGRAM_WINDOW_H
-#define PELMORA_BENCH_PROGRAM_WINDOW_H
+#pragma once
 
 #include <QPushButton>
 #include <QString>
@@ -21,7 +20,7 @@ namespace bench {
 
 class ProgramWindow {
  public:
-  /// Shown, with "Comm1" chosen and open.
+  // Shown, with "Comm1" chosen and open.
   explicit ProgramWindow(simboard::Pace pace);
 
   template <class T>
@@ -32,14 +31,14 @@ class ProgramWindow {
   }
   void Click(const char* button) { Find<QPushButton>(button).click(); }
 
-  /// Makes `steps` random steps the program's: the sequences are filled one after the other.
-  /// Each lasts so many ticks of 20 ms.
+  // Makes `steps` random steps the program's: the sequences are filled one after the other.
+  // Each lasts so many ticks of 20 ms.
   void Load(int steps, int ticks = 5);
   void Save();
   void LoadAgain();
   QString File() const { return folder_.filePath(QStringLiteral("sequences.dat")); }
 
-  /// Ends the run when the last message was another one: its figure would mean nothing.
+  // Ends the run when the last message was another one: its figure would mean nothing.
   void RequireMessage(const char* text) const;
 
   simboard::SimulatedBoard& Board() { return board_; }
@@ -79,5 +78,3 @@ class ProgramWindow {
 };
 
 }  // namespace bench
-
-#endif

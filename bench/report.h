@@ -1,6 +1,5 @@
 // The table of figures: each beside what it is compared with, measured in the same run.
-#ifndef PELMORA_BENCH_REPORT_H
-#define PELMORA_BENCH_REPORT_H
+#pragma once
 
 #include <chrono>
 #include <string>
@@ -14,7 +13,7 @@ inline double Milliseconds(Clock::duration time) {
   return std::chrono::duration<double, std::milli>(time).count();
 }
 
-/// The sample below which the fraction `part` (0..1) of the others lies. Not of an empty series.
+// The sample below which the fraction `part` (0..1) of the others lies. Not of an empty series.
 double Quantile(std::vector<double> samples, double part);
 inline double Median(std::vector<double> samples) {
   return Quantile(std::move(samples), 0.5);
@@ -22,8 +21,8 @@ inline double Median(std::vector<double> samples) {
 
 class Report {
  public:
-  /// A figure and its counterpart, both in `unit`; the ratio is left out where the counterpart is
-  /// 0.
+  // A figure and its counterpart, both in `unit`; the ratio is left out where the counterpart is
+  // 0.
   void Add(const std::string& what, double figure, const std::string& counterpart,
            double counter_figure, const std::string& unit);
   void Print() const;
@@ -36,5 +35,3 @@ class Report {
 };
 
 }  // namespace bench
-
-#endif

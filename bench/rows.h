@@ -1,6 +1,5 @@
 // The groups of figures.
-#ifndef PELMORA_BENCH_ROWS_H
-#define PELMORA_BENCH_ROWS_H
+#pragma once
 
 #include <QString>
 
@@ -8,28 +7,26 @@
 
 namespace bench {
 
-/// The first painted window and the peak memory of this program's window and of a bare one, each in
-/// a process of its own.
+// The first painted window and the peak memory of this program's window and of a bare one, each in
+// a process of its own.
 void AddStartUpRows(Report& report);
-/// What such a process does; returns its exit status. `kind` is one of the two that AddStartUpRows
-/// passes behind "--paint".
+// What such a process does; returns its exit status. `kind` is one of the two that AddStartUpRows
+// passes behind "--paint".
 int PaintOneWindow(const QString& kind, int argc, char** argv);
 
-/// A slider's move until its bytes are at the other end.
+// A slider's move until its bytes are at the other end.
 void AddLinkRows(Report& report);
 
-/// A full flash in both directions on the line at its real pace, and a wait for a silent board.
+// A full flash in both directions on the line at its real pace, and a wait for a silent board.
 void AddFlashRows(Report& report);
 
-/// Playback at 20 ms a step.
+// Playback at 20 ms a step.
 void AddPlaybackRows(Report& report);
 
-/// The commands of the step list.
+// The commands of the step list.
 void AddEditingRows(Report& report);
 
-/// The largest buffer file.
+// The largest buffer file.
 void AddFileRows(Report& report);
 
 }  // namespace bench
-
-#endif

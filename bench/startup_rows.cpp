@@ -23,7 +23,7 @@ constexpr int kRuns = 11;
 constexpr char kProgram[] = "program";
 constexpr char kBare[] = "bare";
 
-/// The most memory that this process has had, in kB.
+// The most memory that this process has had, in kB.
 long PeakMemory() {
   std::ifstream status("/proc/self/status");
   std::string word;
@@ -34,7 +34,7 @@ long PeakMemory() {
   return 0;
 }
 
-/// Says so, with the memory, when the window has been painted for the first time, and ends.
+// Says so, with the memory, when the window has been painted for the first time, and ends.
 class PaintWatch : public QObject {
  public:
   bool eventFilter(QObject* watched, QEvent* event) override {

@@ -1,7 +1,6 @@
 // The arithmetic of interpolation: one step becomes a run of steps that approach the next one.
 // Exact: whole numbers and remainders, halves to the even neighbour.
-#ifndef PELMORA_CORE_INTERPOLATION_H
-#define PELMORA_CORE_INTERPOLATION_H
+#pragma once
 
 #include <vector>
 
@@ -9,15 +8,13 @@
 
 namespace pelmora {
 
-/// Whether `count` steps that share `duration_ms` would last less than 20 ms each on average.
+// Whether `count` steps that share `duration_ms` would last less than 20 ms each on average.
 bool StepTimeTooShort(int duration_ms, int count);
 
-/// The `count` (>= 1) steps, in list order, that replace `source`: the first repeats its positions,
-/// the following ones move in equal parts towards `target`, which itself is not among them. Their
-/// durations are multiples of 20 ms and together last the source's duration taken to the nearest
-/// multiple. The breakpoint columns are 0; the target's duration is not used.
+// The `count` (>= 1) steps, in list order, that replace `source`: the first repeats its positions,
+// the following ones move in equal parts towards `target`, which itself is not among them. Their
+// durations are multiples of 20 ms and together last the source's duration taken to the nearest
+// multiple. The breakpoint columns are 0; the target's duration is not used.
 std::vector<EditRow> Interpolate(const EditRow& source, const EditRow& target, int count);
 
 }  // namespace pelmora
-
-#endif

@@ -1,7 +1,6 @@
 // Numbers as the operator reads and types them. The decimal separator is always an argument (UTF-8,
 // one byte or more): nothing here looks at the C library's locale.
-#ifndef PELMORA_CORE_NUMBER_TEXT_H
-#define PELMORA_CORE_NUMBER_TEXT_H
+#pragma once
 
 #include <cstdint>
 #include <optional>
@@ -10,20 +9,18 @@
 
 namespace pelmora {
 
-/// The angle of a position in degrees, (position - 128) / 2, as its shortest decimal text: "-64",
-/// "-0.5", "0", "63.5".
+// The angle of a position in degrees, (position - 128) / 2, as its shortest decimal text: "-64",
+// "-0.5", "0", "63.5".
 std::string AngleText(int position, std::string_view decimal_point);
 
-/// A decimal number with `decimal_point` as its separator and blanks around it allowed. Nothing
-/// when the text is not wholly a finite number.
+// A decimal number with `decimal_point` as its separator and blanks around it allowed. Nothing
+// when the text is not wholly a finite number.
 std::optional<double> ParseNumber(std::string_view text, std::string_view decimal_point);
 
-/// `numerator` / `denominator` to the nearest integer, halves to the even one. `denominator` > 0.
+// `numerator` / `denominator` to the nearest integer, halves to the even one. `denominator` > 0.
 std::int64_t DivideHalfEven(std::int64_t numerator, std::int64_t denominator);
 
-/// `value` to the nearest integer, halves to the even one. Nothing when that does not fit 32 bits.
+// `value` to the nearest integer, halves to the even one. Nothing when that does not fit 32 bits.
 std::optional<std::int32_t> RoundHalfEven(double value);
 
 }  // namespace pelmora
-
-#endif

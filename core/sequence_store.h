@@ -1,7 +1,6 @@
 // The moves between the layers of sequence data, without the controls that show them: the sequence
 // table, the edit buffer, and the flash figures derived from the step counts.
-#ifndef PELMORA_CORE_SEQUENCE_STORE_H
-#define PELMORA_CORE_SEQUENCE_STORE_H
+#pragma once
 
 #include <cstddef>
 
@@ -9,28 +8,26 @@
 
 namespace pelmora {
 
-/// The number of steps of `sequence` (0..15) that the table can give: its step count, held to
-/// 0..256.
+// The number of steps of `sequence` (0..15) that the table can give: its step count, held to
+// 0..256.
 int StoredSteps(const Declaration& data, std::size_t sequence);
 
-/// Empties all 16 sequences and the flash figures. Leaves `CurSeq` and the edit buffer alone.
+// Empties all 16 sequences and the flash figures. Leaves `CurSeq` and the edit buffer alone.
 void ClearTable(Declaration& data);
 
-/// Sets the breakpoint flag of all 256 edit buffer rows to 0.
+// Sets the breakpoint flag of all 256 edit buffer rows to 0.
 void ClearBreakFlags(Declaration& data);
 
-/// Copies the steps of `CurSeq` from the table into the edit buffer's first rows. The breakpoint
-/// column and the rows beyond stay. Returns the number of steps copied (never more than 256).
+// Copies the steps of `CurSeq` from the table into the edit buffer's first rows. The breakpoint
+// column and the rows beyond stay. Returns the number of steps copied (never more than 256).
 int LoadEditBuffer(Declaration& data);
 
-/// Stores all 256 edit buffer rows as sequence `CurSeq` with `line_count` (0..256) steps. False,
-/// and nothing stored, when a position is outside 0..255 or a duration outside -32768..32767 in any
-/// row, or `line_count` outside its range.
+// Stores all 256 edit buffer rows as sequence `CurSeq` with `line_count` (0..256) steps. False,
+// and nothing stored, when a position is outside 0..255 or a duration outside -32768..32767 in any
+// row, or `line_count` outside its range.
 bool StoreEditBuffer(Declaration& data, int line_count);
 
-/// Recomputes `TotalBytes` and every `SeqOffset` from the step counts.
+// Recomputes `TotalBytes` and every `SeqOffset` from the step counts.
 void ComputeFlashFigures(Declaration& data);
 
 }  // namespace pelmora
-
-#endif

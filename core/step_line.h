@@ -1,7 +1,6 @@
 // The text of one step in the step list: twelve angle fields and a duration field, separated by
 // tabs, optionally followed by the breakpoint mark. UTF-8.
-#ifndef PELMORA_CORE_STEP_LINE_H
-#define PELMORA_CORE_STEP_LINE_H
+#pragma once
 
 #include <array>
 #include <string>
@@ -11,33 +10,31 @@
 
 namespace pelmora {
 
-/// What follows the number in an angle field: a blank and the degree sign.
+// What follows the number in an angle field: a blank and the degree sign.
 inline constexpr std::string_view kDegrees = " \u00B0";
 
-/// The angle field of a position, "63.5 °": what the angle displays show and the lines carry.
+// The angle field of a position, "63.5 °": what the angle displays show and the lines carry.
 std::string AngleField(int position, std::string_view decimal_point);
 
-/// The line of a step taken from the sequence table: the duration ends in "  ms" and a tab closes
-/// the line.
+// The line of a step taken from the sequence table: the duration ends in "  ms" and a tab closes
+// the line.
 std::string TableLine(const EditRow& row, std::string_view decimal_point);
 
-/// The line of a step composed in the editor or by interpolation: twelve angle fields as they
-/// stand, the duration in ms followed by " ms", no closing tab.
+// The line of a step composed in the editor or by interpolation: twelve angle fields as they
+// stand, the duration in ms followed by " ms", no closing tab.
 std::string EditorLine(const std::array<std::string, kChannels>& angle_fields, int duration_ms);
 
-/// Reads positions (floor(angle x 2 + 128)) and duration of a line into columns 0..12 of `row`; the
-/// breakpoint column and anything after the duration field are left alone. False, and `row`
-/// unchanged, when the line is not a step line.
+// Reads positions (floor(angle x 2 + 128)) and duration of a line into columns 0..12 of `row`; the
+// breakpoint column and anything after the duration field are left alone. False, and `row`
+// unchanged, when the line is not a step line.
 bool ReadStepLine(std::string_view line, std::string_view decimal_point, EditRow& row);
 
-/// The line with a breakpoint mark (a tab and "BREAK!") at its end.
+// The line with a breakpoint mark (a tab and "BREAK!") at its end.
 std::string WithBreakMark(std::string_view line);
 
-/// The line without any breakpoint mark; all occurrences go.
+// The line without any breakpoint mark; all occurrences go.
 std::string WithoutBreakMarks(std::string_view line);
 
 bool HasBreakMark(std::string_view line);
 
 }  // namespace pelmora
-
-#endif

@@ -27,8 +27,8 @@
 
 namespace {
 
-/// The simulated board on the first entry, the machine's ports on the others. The tour leaves the
-/// machine's ports alone: it sees only the board.
+// The simulated board on the first entry, the machine's ports on the others. The tour leaves the
+// machine's ports alone: it sees only the board.
 class DemoPorts : public platform::PortDirectory {
  public:
   DemoPorts(const simboard::SimulatedBoard& board, bool board_only)
@@ -45,7 +45,7 @@ class DemoPorts : public platform::PortDirectory {
   const platform::MachinePorts machine_;
 };
 
-/// Beside the program's window where the screen has room.
+// Beside the program's window where the screen has room.
 void PlaceBeside(QWidget& board_window, QWidget& form) {
   const QRect screen = form.screen()->availableGeometry();
   const int together = form.width() + board_window.width();

@@ -34,8 +34,7 @@ QRect HandleOf(const QSlider& slide) {
   option.sliderPosition = option.sliderValue = slide.value();
   option.upsideDown = slide.orientation() == Qt::Vertical;
   option.subControls = QStyle::SC_All;
-  return slide.style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle,
-                                       &slide);
+  return slide.style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, &slide);
 }
 
 }  // namespace
@@ -108,8 +107,7 @@ QPoint Operator::LineCentre(const QString& list, int line) const {
 }
 
 void Operator::ClickLine(const QString& list, int line) {
-  QTest::mouseClick(Find<QListWidget>(list).viewport(), Qt::LeftButton, {},
-                    LineCentre(list, line));
+  QTest::mouseClick(Find<QListWidget>(list).viewport(), Qt::LeftButton, {}, LineCentre(list, line));
 }
 
 void Operator::DoubleClickLine(const QString& list, int line) {
@@ -182,7 +180,9 @@ bool Operator::WaitUntil(const std::function<bool()>& condition, int limit_ms) {
   return true;
 }
 
-void Operator::Wait(int milliseconds) { QTest::qWait(milliseconds); }
+void Operator::Wait(int milliseconds) {
+  QTest::qWait(milliseconds);
+}
 
 QWidget* OpenMessage() {
   QWidget* innermost = nullptr;

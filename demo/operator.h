@@ -1,7 +1,6 @@
-// An operator made of software: works a window by its real controls, with mouse and keyboard events.
-// The tour and the tests use it; it calls no handler.
-#ifndef PELMORA_DEMO_OPERATOR_H
-#define PELMORA_DEMO_OPERATOR_H
+// An operator made of software: works a window by its real controls, with mouse and keyboard
+// events. The tour and the tests use it; it calls no handler.
+#pragma once
 
 #include <QObject>
 #include <QString>
@@ -19,46 +18,46 @@ class Operator : public QObject {
 
   QWidget& Window() { return window_; }
 
-  /// A control by its name; throws std::runtime_error when the window has none of that name and
-  /// class.
+  // A control by its name; throws std::runtime_error when the window has none of that name and
+  // class.
   template <class T>
   T& Find(const QString& name) const {
     if (T* control = window_.findChild<T*>(name)) return *control;
     throw std::runtime_error("no such control: " + name.toStdString());
   }
 
-  /// Presses and releases the left mouse button on a control. Returns when the click's handler has.
+  // Presses and releases the left mouse button on a control. Returns when the click's handler has.
   void Click(const QString& name);
 
-  /// Drags a fader with the mouse to about `value`, then goes the rest with the arrow keys.
+  // Drags a fader with the mouse to about `value`, then goes the rest with the arrow keys.
   void MoveSlider(const QString& name, int value);
 
-  /// Clicks into a field, replaces its text by typing, and ends with Enter if told to.
+  // Clicks into a field, replaces its text by typing, and ends with Enter if told to.
   void Type(const QString& name, const QString& text, bool enter = true);
 
-  /// Opens a drop-down list and clicks its entry.
+  // Opens a drop-down list and clicks its entry.
   void Choose(const QString& name, const QString& entry);
 
-  /// Opens a menu and clicks its item, given by object name.
+  // Opens a menu and clicks its item, given by object name.
   void ChooseMenu(const QString& item);
 
-  /// Clicks, double-clicks or drags in the list box.
+  // Clicks, double-clicks or drags in the list box.
   void ClickLine(const QString& list, int line);
   void DoubleClickLine(const QString& list, int line);
   void DragLine(const QString& list, int from, int to);
 
-  /// What a control shows: a label's, field's or list's text, a switch's "On" or "Off".
+  // What a control shows: a label's, field's or list's text, a switch's "On" or "Off".
   QString Read(const QString& name) const;
   QStringList ReadLines(const QString& list) const;
 
-  /// Does `action` as soon as `condition` holds: looked at every few milliseconds, also while a
-  /// handler waits or a message box is open. Once.
+  // Does `action` as soon as `condition` holds: looked at every few milliseconds, also while a
+  // handler waits or a message box is open. Once.
   void When(std::function<bool()> condition, std::function<void()> action);
 
-  /// Lets the window live until `condition` holds; false when `limit_ms` passed before.
+  // Lets the window live until `condition` holds; false when `limit_ms` passed before.
   bool WaitUntil(const std::function<bool()>& condition, int limit_ms = 5000);
 
-  /// Lets the window live for a while.
+  // Lets the window live for a while.
   void Wait(int milliseconds);
 
  private:
@@ -76,12 +75,10 @@ class Operator : public QObject {
   bool looking_ = false;
 };
 
-/// The message box that is open now; null when none is.
+// The message box that is open now; null when none is.
 QWidget* OpenMessage();
 QString MessageText();
-/// Presses the OK button of the open message box.
+// Presses the OK button of the open message box.
 void AnswerMessage();
 
 }  // namespace demo
-
-#endif

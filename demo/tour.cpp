@@ -222,13 +222,15 @@ void Tour::SaveAndLoad() {
   const QStringList before = operator_.ReadLines("ListSequence");
   Say("saves all sequences in a file");
   AnswerFileDialog(folder_.filePath("sequences"), "save dialog");
-  operator_.When([] { return OpenMessage() != nullptr; }, [this] { AnswerNextMessage("Data Saved!"); });
+  operator_.When([] { return OpenMessage() != nullptr; },
+                 [this] { AnswerNextMessage("Data Saved!"); });
   operator_.ChooseMenu("SaveBuffer");
   Expect(QFile::exists(path), "the file is there");
   Say("clears everything and loads the file");
   operator_.Click("CommandClearAll");
   AnswerFileDialog(path, "load dialog");
-  operator_.When([] { return OpenMessage() != nullptr; }, [this] { AnswerNextMessage("Data Loaded!"); });
+  operator_.When([] { return OpenMessage() != nullptr; },
+                 [this] { AnswerNextMessage("Data Loaded!"); });
   operator_.ChooseMenu("LoadBuffer");
   operator_.Click("CommandMoreSeq");
   operator_.Click("CommandMoreSeq");

@@ -1,7 +1,6 @@
 // A short operator's tour through the running program, for a machine without a display: it works
 // the window, prints what it does and what the board received, and leaves pictures.
-#ifndef PELMORA_DEMO_TOUR_H
-#define PELMORA_DEMO_TOUR_H
+#pragma once
 
 #include <QDir>
 #include <QString>
@@ -14,11 +13,11 @@ namespace demo {
 
 class Tour {
  public:
-  /// Pictures of `window` and of the board's window go into `folder`, numbered in order.
+  // Pictures of `window` and of the board's window go into `folder`, numbered in order.
   Tour(QWidget& window, QWidget& board_window, simboard::SimulatedBoard& board, const QDir& folder);
 
-  /// Goes through all stages. Throws std::runtime_error when the program does not do what the
-  /// operator expects.
+  // Goes through all stages. Throws std::runtime_error when the program does not do what the
+  // operator expects.
   void Go();
 
  private:
@@ -39,13 +38,13 @@ class Tour {
 
   void Say(const QString& what);
   void SayReceived();
-  /// Saves a picture of the program's part of the screen and one of the board's window.
+  // Saves a picture of the program's part of the screen and one of the board's window.
   void Picture(const QString& name);
   void Expect(bool holds, const QString& what);
-  /// Prints the next message, which must be `text` unless that is empty, and presses OK; `picture`,
-  /// if any, is taken before.
+  // Prints the next message, which must be `text` unless that is empty, and presses OK; `picture`,
+  // if any, is taken before.
   void AnswerNextMessage(const QString& text, const QString& picture = QString());
-  /// Works the file dialog that opens next.
+  // Works the file dialog that opens next.
   void AnswerFileDialog(const QString& path, const QString& picture);
 
   QWidget& window_;
@@ -57,5 +56,3 @@ class Tour {
 };
 
 }  // namespace demo
-
-#endif

@@ -17,7 +17,9 @@ constexpr int kLowestCount = 1;
 constexpr int kHighestCount = 100;
 constexpr int kFastIncrement = 5;
 
-constexpr int Pixels(int twips) { return twips / 15; }
+constexpr int Pixels(int twips) {
+  return twips / 15;
+}
 
 QRect Twips(int left, int top, int width, int height) {
   return {Pixels(left), Pixels(top), Pixels(width), Pixels(height)};
@@ -109,8 +111,8 @@ void DialogInterp::OKButton_Click() {
     return;
   }
   if (StepTimeTooShort(ReadLine(source)[kDurationColumn], count)) {
-    parts_.message_box.Show(
-        QStringLiteral("Number of Steps too high for selected Step Time!"), kNoteTitle);
+    parts_.message_box.Show(QStringLiteral("Number of Steps too high for selected Step Time!"),
+                            kNoteTitle);
     return;
   }
   if (lines - 1 + count > kSteps) {
@@ -121,10 +123,9 @@ void DialogInterp::OKButton_Click() {
   accept();
 }
 
-/// Replaces line `source` by `count` lines on the way to the line after it.
+// Replaces line `source` by `count` lines on the way to the line after it.
 void DialogInterp::Replace(int source, int count) {
-  const std::vector<EditRow> rows =
-      Interpolate(ReadLine(source), ReadLine(source + 1), count);
+  const std::vector<EditRow> rows = Interpolate(ReadLine(source), ReadLine(source + 1), count);
   parts_.list_sequence.RemoveItem(source);
   int line = source;
   for (const EditRow& row : rows) {
@@ -143,8 +144,8 @@ void DialogInterp::Replace(int source, int count) {
 
 EditRow DialogInterp::ReadLine(int line) const {
   EditRow row{};
-  ReadStepLine(parts_.list_sequence.List(line).toStdString(),
-               parts_.sequence_data.DecimalPoint(), row);
+  ReadStepLine(parts_.list_sequence.List(line).toStdString(), parts_.sequence_data.DecimalPoint(),
+               row);
   return row;
 }
 

@@ -1,6 +1,5 @@
 // The dialog "Interpolation": replaces one step by a run of steps that approach its neighbour.
-#ifndef PELMORA_EDIT_DIALOG_INTERP_H
-#define PELMORA_EDIT_DIALOG_INTERP_H
+#pragma once
 
 #include <QDialog>
 #include <QLabel>
@@ -18,7 +17,7 @@
 
 namespace pelmora {
 
-/// What the dialog works on. All of it outlives the dialog.
+// What the dialog works on. All of it outlives the dialog.
 struct InterpolationParts {
   SequenceData& sequence_data;
   platform::ListBox& list_sequence;
@@ -27,11 +26,11 @@ struct InterpolationParts {
   platform::Events& events;
 };
 
-/// Not modal: it makes the main window unusable itself while it is open. Deletes itself on closing.
+// Not modal: it makes the main window unusable itself while it is open. Deletes itself on closing.
 class DialogInterp : public QDialog {
   Q_OBJECT
  public:
-  /// `locked` are disabled while the dialog is open; the first is the main window.
+  // `locked` are disabled while the dialog is open; the first is the main window.
   DialogInterp(const InterpolationParts& parts, std::vector<QWidget*> locked);
 
  private:
@@ -54,7 +53,7 @@ class Interpolation {
  public:
   Interpolation(const InterpolationParts& parts, std::vector<QWidget*> locked);
 
-  /// Opens the dialog when the list has at least two lines and one is selected.
+  // Opens the dialog when the list has at least two lines and one is selected.
   void CommandInterpolate_Click();
 
  private:
@@ -64,5 +63,3 @@ class Interpolation {
 };
 
 }  // namespace pelmora
-
-#endif

@@ -17,7 +17,9 @@ SequenceData::SequenceData(Declaration& data, platform::ListBox& list_sequence, 
       message_box_(message_box),
       decimal_point_(std::move(decimal_point)) {}
 
-void SequenceData::DataInit() { ClearTable(data_); }
+void SequenceData::DataInit() {
+  ClearTable(data_);
+}
 
 void SequenceData::DataToBuffer() {
   const int steps = LoadEditBuffer(data_);
@@ -81,10 +83,16 @@ QString TooManyLinesText() {
   return QStringLiteral("Impossible add other lines, max # of lines is %1!").arg(kSteps);
 }
 
-QString StepCaption(int line) { return QStringLiteral("Step N\u00B0 %1").arg(line); }
+QString StepCaption(int line) {
+  return QStringLiteral("Step N\u00B0 %1").arg(line);
+}
 
-QString NoStepCaption() { return QStringLiteral("Step N\u00B0 ..."); }
+QString NoStepCaption() {
+  return QStringLiteral("Step N\u00B0 ...");
+}
 
-QString SequenceCaption(int sequence) { return QStringLiteral("Sequence N\u00B0 %1").arg(sequence); }
+QString SequenceCaption(int sequence) {
+  return QStringLiteral("Sequence N\u00B0 %1").arg(sequence);
+}
 
 }  // namespace pelmora

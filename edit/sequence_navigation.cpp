@@ -5,10 +5,7 @@ namespace pelmora {
 SequenceNavigation::SequenceNavigation(Declaration& data, SequenceData& sequence_data,
                                        platform::ListBox& list_sequence,
                                        const SequenceLabels& labels)
-    : data_(data),
-      sequence_data_(sequence_data),
-      list_sequence_(list_sequence),
-      labels_(labels) {}
+    : data_(data), sequence_data_(sequence_data), list_sequence_(list_sequence), labels_(labels) {}
 
 void SequenceNavigation::Go(int direction) {
   const int wanted = data_.CurSeq + direction;

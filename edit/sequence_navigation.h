@@ -1,6 +1,5 @@
 // "+" and "-": the choice of the sequence being edited.
-#ifndef PELMORA_EDIT_SEQUENCE_NAVIGATION_H
-#define PELMORA_EDIT_SEQUENCE_NAVIGATION_H
+#pragma once
 
 #include "core/declaration.h"
 #include "edit/sequence_data.h"
@@ -14,9 +13,9 @@ class SequenceNavigation {
   SequenceNavigation(Declaration& data, SequenceData& sequence_data,
                      platform::ListBox& list_sequence, const SequenceLabels& labels);
 
-  /// "+": the next sequence, up to 15.
+  // "+": the next sequence, up to 15.
   void CommandMoreSeq_Click() { Go(+1); }
-  /// "-": the previous sequence, down to 0.
+  // "-": the previous sequence, down to 0.
   void CommandLessSeq_Click() { Go(-1); }
 
  private:
@@ -29,5 +28,3 @@ class SequenceNavigation {
 };
 
 }  // namespace pelmora
-
-#endif

@@ -1,7 +1,6 @@
 // The channel editor: twelve sliders, each with a position field to type in and an angle display,
 // and the step duration. The step being composed is what these controls show.
-#ifndef PELMORA_EDIT_STEP_FIELDS_H
-#define PELMORA_EDIT_STEP_FIELDS_H
+#pragma once
 
 #include <QLabel>
 #include <array>
@@ -16,7 +15,7 @@
 
 namespace pelmora {
 
-/// The channel editor's controls. Text1: 0..11 position fields, 12..23 angle displays.
+// The channel editor's controls. Text1: 0..11 position fields, 12..23 angle displays.
 struct EditorControls {
   std::array<platform::CWSlide*, kChannels> CWSlide1;
   std::array<platform::TextField*, 2 * kChannels> Text1;
@@ -29,26 +28,26 @@ class StepFields {
   StepFields(const Declaration& data, LiveControl& live_control, const EditorControls& controls,
              const platform::ListBox& list_sequence, std::string decimal_point);
 
-  /// The slider reaction, whoever changed the value: sends the position, then shows it as offset and
-  /// angle.
+  // The slider reaction, whoever changed the value: sends the position, then shows it as offset and
+  // angle.
   void CWSlide1_ValueChanged(int channel, int position);
 
-  /// A key typed into `Text1` `index` (0..23): filters it (a discarded key becomes 0), and commits
-  /// the field on Enter (13).
+  // A key typed into `Text1` `index` (0..23): filters it (a discarded key becomes 0), and commits
+  // the field on Enter (13).
   void Text1_KeyPress(int index, int& key);
-  /// Leaving a position field commits it.
+  // Leaving a position field commits it.
   void Text1_LostFocus(int index);
 
-  /// "Reset": all channels to the centre.
+  // "Reset": all channels to the centre.
   void CommandUpdate_Click();
 
-  /// Shows the selected line's step in the editor, which moves the servos. `step` is the list's
-  /// current index; nothing happens when no line is selected.
+  // Shows the selected line's step in the editor, which moves the servos. `step` is the list's
+  // current index; nothing happens when no line is selected.
   void ShowSelectedStep(int step);
 
-  /// The twelve angle displays' texts, for the line of a new step.
+  // The twelve angle displays' texts, for the line of a new step.
   std::array<std::string, kChannels> AngleFields() const;
-  /// The duration field's value in ms.
+  // The duration field's value in ms.
   int Duration() const { return controls_.CWNumEditTimeStep->Value(); }
 
  private:
@@ -63,5 +62,3 @@ class StepFields {
 };
 
 }  // namespace pelmora
-
-#endif

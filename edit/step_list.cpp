@@ -22,9 +22,11 @@ StepList::StepList(Declaration& data, SequenceData& sequence_data, StepFields& s
       labels_(labels),
       message_box_(message_box) {}
 
-void StepList::CommandAdd_Click() { InsertStep(); }
+void StepList::CommandAdd_Click() {
+  InsertStep();
+}
 
-/// False when the list is full; a message has then been shown and nothing has changed.
+// False when the list is full; a message has then been shown and nothing has changed.
 bool StepList::InsertStep() {
   if (list_sequence_.ListCount() >= kSteps) {
     message_box_.Show(TooManyLinesText(), kProgramTitle);

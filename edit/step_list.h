@@ -1,7 +1,6 @@
 // The step list and its editing commands. Every change is made to the list's lines first and then
 // read back into the edit buffer.
-#ifndef PELMORA_EDIT_STEP_LIST_H
-#define PELMORA_EDIT_STEP_LIST_H
+#pragma once
 
 #include <QLabel>
 
@@ -13,7 +12,7 @@
 
 namespace pelmora {
 
-/// The labels that name the current sequence and step.
+// The labels that name the current sequence and step.
 struct SequenceLabels {
   QLabel* LabelSeq;
   QLabel* LabelSeqEmu;
@@ -22,7 +21,7 @@ struct SequenceLabels {
   QLabel* LabelOffset;
 };
 
-/// Writes `CommandOffset` and `LabelOffset` for the current sequence.
+// Writes `CommandOffset` and `LabelOffset` for the current sequence.
 void ShowOffset(const SequenceLabels& labels, const Declaration& data);
 
 class StepList {
@@ -36,18 +35,18 @@ class StepList {
   void CommandReplace_Click();
   void CommandClear_Click();
 
-  /// Empties all 16 sequences and makes sequence 0 current; nothing is asked. Loading a file and
-  /// reading the flash begin with it.
+  // Empties all 16 sequences and makes sequence 0 current; nothing is asked. Loading a file and
+  // reading the flash begin with it.
   void CommandClearAll_Click();
 
-  /// "--->": selects and shows the next line, after the last one the first. The playback tick calls
-  /// it.
+  // "--->": selects and shows the next line, after the last one the first. The playback tick calls
+  // it.
   void CommandUp_Click();
-  /// "<---": selects and shows the previous line, before the first one the last.
+  // "<---": selects and shows the previous line, before the first one the last.
   void CommandDwn_Click();
 
-  /// Dragging: the line on which a mouse button went down moves to the one on which it went up.
-  /// `line` is -1 when the pointer was on none.
+  // Dragging: the line on which a mouse button went down moves to the one on which it went up.
+  // `line` is -1 when the pointer was on none.
   void ListSequence_MouseDown(int line);
   void ListSequence_MouseUp(int line);
   void ListSequence_DblClick();
@@ -67,5 +66,3 @@ class StepList {
 };
 
 }  // namespace pelmora
-
-#endif

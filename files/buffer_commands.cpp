@@ -20,12 +20,12 @@ namespace {
 constexpr char kSaveTitle[] = "Save";
 constexpr char kLoadTitle[] = "Load";
 
-/// Descriptions and patterns in turn, for both dialogs.
+// Descriptions and patterns in turn, for both dialogs.
 constexpr char kFilter[] =
     "Data Files (*.dat)|*.dat|Text Files"
     "(*.txt)|*.txt|All Files (*.*)|*.*";
 
-/// Writes the file. The reason when that fails; what was written so far stays in the file.
+// Writes the file. The reason when that fails; what was written so far stays in the file.
 std::optional<QString> Write(const QString& path, std::string_view content) {
   // Non-blocking: a pipe that nobody reads would keep the window waiting for ever.
   const int file = open(QFile::encodeName(path).constData(),

@@ -1,6 +1,5 @@
 // "Save Buffer" and "Load Buffer": all sequences to and from a text file.
-#ifndef PELMORA_FILES_BUFFER_COMMANDS_H
-#define PELMORA_FILES_BUFFER_COMMANDS_H
+#pragma once
 
 #include <QLabel>
 #include <QString>
@@ -20,12 +19,12 @@ class BufferCommands {
                  platform::ListBox& list_sequence, QLabel& label_seq,
                  platform::FileDialog& common_dialog, platform::MessageBox& message_box);
 
-  /// Stores the current sequence, asks for a file and writes the whole table into it. A failure after
-  /// the dialog is reported with its reason.
+  // Stores the current sequence, asks for a file and writes the whole table into it. A failure
+  // after the dialog is reported with its reason.
   void SaveBuffer_Click();
 
-  /// Clears all sequences (before the dialog is shown, so also when it is cancelled), asks for a file
-  /// and makes its content the table. A bad file leaves the table empty.
+  // Clears all sequences (before the dialog is shown, so also when it is cancelled), asks for a
+  // file and makes its content the table. A bad file leaves the table empty.
   void LoadBuffer_Click();
 
  private:
@@ -41,5 +40,3 @@ class BufferCommands {
 };
 
 }  // namespace pelmora
-
-#endif

@@ -25,8 +25,8 @@ class LineReader {
  public:
   explicit LineReader(std::istream& file) : file_(file), buffer_(kLongestLine + 1) {}
 
-  /// The next line without its end and its leading blanks, valid until the next call. Nothing when
-  /// there is none, when it is too long, or when the stream fails.
+  // The next line without its end and its leading blanks, valid until the next call. Nothing when
+  // there is none, when it is too long, or when the stream fails.
   std::optional<std::string_view> Next() {
     file_.getline(buffer_.data(), static_cast<std::streamsize>(buffer_.size()));
     if (file_.fail()) return std::nullopt;
@@ -59,8 +59,8 @@ std::optional<std::uint8_t> ToPosition(std::string_view text) {
   return static_cast<std::uint8_t>(value);
 }
 
-/// Takes the text before the next tab off `rest`; a missing field is empty and so reads as no
-/// number.
+// Takes the text before the next tab off `rest`; a missing field is empty and so reads as no
+// number.
 std::string_view TakeField(std::string_view& rest) {
   const std::size_t tab = rest.find('\t');
   const std::string_view field = rest.substr(0, tab);

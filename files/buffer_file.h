@@ -1,8 +1,7 @@
 // The text file that keeps all sequences: "Index", sixteen step counts, then for each sequence a
 // "Sequence " line and its step lines. See docs/buffer-file.md for the format. Plain C++: the
 // dialogs around it are in buffer_commands.h.
-#ifndef PELMORA_FILES_BUFFER_FILE_H
-#define PELMORA_FILES_BUFFER_FILE_H
+#pragma once
 
 #include <istream>
 #include <string>
@@ -11,14 +10,12 @@
 
 namespace pelmora {
 
-/// The whole file for the table's content, every line ended by carriage return and line feed.
+// The whole file for the table's content, every line ended by carriage return and line feed.
 std::string FormatBufferFile(const Declaration& data);
 
-/// Reads a buffer file into `SeqSteps` and `SeqTable`. False on a format error or a failing stream;
-/// the table is then partly filled and the caller empties it. Takes lines that end in carriage
-/// return and line feed or in line feed alone; reads in bounded memory whatever the stream holds.
+// Reads a buffer file into `SeqSteps` and `SeqTable`. False on a format error or a failing stream;
+// the table is then partly filled and the caller empties it. Takes lines that end in carriage
+// return and line feed or in line feed alone; reads in bounded memory whatever the stream holds.
 bool ParseBufferFile(std::istream& file, Declaration& data);
 
 }  // namespace pelmora
-
-#endif

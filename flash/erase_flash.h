@@ -1,6 +1,5 @@
 // "Erease": erases the board's flash and waits until the board confirms it.
-#ifndef PELMORA_FLASH_ERASE_FLASH_H
-#define PELMORA_FLASH_ERASE_FLASH_H
+#pragma once
 
 #include "flash/flash_parts.h"
 
@@ -10,11 +9,11 @@ class EraseFlash {
  public:
   explicit EraseFlash(const FlashParts& parts) : parts_(parts) {}
 
-  /// The button.
+  // The button.
   void CommandErase_Click() { Erase(); }
 
-  /// The whole operation, its message box included; the first step of programming. Returns when the
-  /// board has confirmed (true) or the wait was cut short. There is no time-out.
+  // The whole operation, its message box included; the first step of programming. Returns when the
+  // board has confirmed (true) or the wait was cut short. There is no time-out.
   bool Erase();
 
  private:
@@ -22,5 +21,3 @@ class EraseFlash {
 };
 
 }  // namespace pelmora
-
-#endif

@@ -1,6 +1,5 @@
 // What the three flash operations work on.
-#ifndef PELMORA_FLASH_FLASH_PARTS_H
-#define PELMORA_FLASH_FLASH_PARTS_H
+#pragma once
 
 #include "core/declaration.h"
 #include "link/board_protocol.h"
@@ -28,11 +27,9 @@ struct FlashParts {
   platform::CWSlide& ProgressBarFlash;  // visible while a transfer runs
   platform::PushButton& Command1;       // "Abort": enabled while a transfer runs
 
-  /// The waits of an operation that begins now.
+  // The waits of an operation that begins now.
   BoardWait BeginWait() const { return {data, comm, events}; }
   void Say(const QString& text) const { message_box.Show(text, kProgramTitle); }
 };
 
 }  // namespace pelmora
-
-#endif

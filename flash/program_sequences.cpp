@@ -10,7 +10,7 @@ namespace {
 
 constexpr int kBlockBytes = 256;
 
-/// The bar moves about a hundred times in a transfer of `total` bytes: once in so many bytes.
+// The bar moves about a hundred times in a transfer of `total` bytes: once in so many bytes.
 int ProgressInterval(int total) {
   return std::max(1, (total - 1) / 100 + 1);
 }
@@ -74,8 +74,8 @@ ProgramSequences::Transfer ProgramSequences::SendHeader(BoardWait& wait) {
   return Transfer::kCut;
 }
 
-/// `last_sent` is the index of the last step-data byte written. No acknowledgement is awaited for a
-/// last block that is shorter than the others.
+// `last_sent` is the index of the last step-data byte written. No acknowledgement is awaited for a
+// last block that is shorter than the others.
 ProgramSequences::Transfer ProgramSequences::SendStepData(BoardWait& wait, int total,
                                                           int& last_sent) {
   Declaration& data = parts_.data;

@@ -1,6 +1,5 @@
 // "Program  Seq.": writes all 16 sequences of the table into the board's flash. Owns "Abort".
-#ifndef PELMORA_FLASH_PROGRAM_SEQUENCES_H
-#define PELMORA_FLASH_PROGRAM_SEQUENCES_H
+#pragma once
 
 #include <QString>
 
@@ -13,12 +12,12 @@ class ProgramSequences {
  public:
   ProgramSequences(const FlashParts& parts, EraseFlash& erase_flash);
 
-  /// Erases, sends command and header, waits for the acknowledgement, and streams the step data in
-  /// blocks of 256 bytes, each acknowledged. Returns when the transfer has ended; the window is live
-  /// meanwhile. An image that the header can't hold is refused before anything is sent.
+  // Erases, sends command and header, waits for the acknowledgement, and streams the step data in
+  // blocks of 256 bytes, each acknowledged. Returns when the transfer has ended; the window is live
+  // meanwhile. An image that the header can't hold is refused before anything is sent.
   void CommandFlash_Click();
 
-  /// "Abort": ends the wait that is running. The board is not told.
+  // "Abort": ends the wait that is running. The board is not told.
   void Command1_Click();
 
  private:
@@ -34,5 +33,3 @@ class ProgramSequences {
 };
 
 }  // namespace pelmora
-
-#endif

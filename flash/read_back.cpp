@@ -5,7 +5,7 @@
 namespace pelmora {
 namespace {
 
-/// A whole reply of a full flash.
+// A whole reply of a full flash.
 constexpr int kReadBufferBytes = kHeaderBytes + kFlashCapacity;
 
 }  // namespace
@@ -38,8 +38,8 @@ void ReadBack::CommandRead_Click() {
   }
 }
 
-/// Sends the command and waits for the reply. False when the wait was cut short and nothing of the
-/// reply is to be kept.
+// Sends the command and waits for the reply. False when the wait was cut short and nothing of the
+// reply is to be kept.
 bool ReadBack::Receive() {
   parts_.comm.SetInputLen(0);
   parts_.comm.Input();

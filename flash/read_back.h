@@ -1,6 +1,5 @@
 // "Read Seq.": fetches the 16 sequences from the board's flash and makes them the program's.
-#ifndef PELMORA_FLASH_READ_BACK_H
-#define PELMORA_FLASH_READ_BACK_H
+#pragma once
 
 #include <QLabel>
 #include <QString>
@@ -17,10 +16,10 @@ class ReadBack {
   ReadBack(const FlashParts& parts, SequenceData& sequence_data, StepList& step_list,
            platform::ListBox& list_sequence, QLabel& label_seq);
 
-  /// Clears all sequences (before the port is looked at), asks the board for its flash and waits
-  /// while the receive handler takes the reply; then rebuilds the table and shows sequence 0. Returns
-  /// when the read has ended; the window is live meanwhile. A read that fails leaves the steps decoded
-  /// before the failure.
+  // Clears all sequences (before the port is looked at), asks the board for its flash and waits
+  // while the receive handler takes the reply; then rebuilds the table and shows sequence 0.
+  // Returns when the read has ended; the window is live meanwhile. A read that fails leaves the
+  // steps decoded before the failure.
   void CommandRead_Click();
 
  private:
@@ -37,5 +36,3 @@ class ReadBack {
 };
 
 }  // namespace pelmora
-
-#endif

@@ -1,16 +1,13 @@
 // What a fuzz target expects beyond not crashing.
-#ifndef PELMORA_FUZZ_REQUIRE_H
-#define PELMORA_FUZZ_REQUIRE_H
+#pragma once
 
 #include <cstdlib>
 
 namespace pelmora {
 
-/// Ends the run as a finding unless the property holds.
+// Ends the run as a finding unless the property holds.
 inline void Require(bool property) {
   if (!property) std::abort();
 }
 
 }  // namespace pelmora
-
-#endif

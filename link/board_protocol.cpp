@@ -74,8 +74,8 @@ void BoardProtocol::TakeReadReply() {
     intact = DecodeHeader(header, data_);
   }
   if (!intact) {
-    message_box_.Show(
-        QStringLiteral("Impossible to Load Sequences! Flash memory corrupted."), kProgramTitle);
+    message_box_.Show(QStringLiteral("Impossible to Load Sequences! Flash memory corrupted."),
+                      kProgramTitle);
     echo_.setText(kErrorWord);
     return;
   }
@@ -92,8 +92,8 @@ void BoardProtocol::TakeReadReply() {
   data_.AckReceived = true;
 }
 
-/// Waits until the announced step data is in the receive buffer. False when the read was cut short
-/// and nothing of it is to be kept.
+// Waits until the announced step data is in the receive buffer. False when the read was cut short
+// and nothing of it is to be kept.
 bool BoardProtocol::CollectStepData() {
   BoardWait wait(data_, comm_, events_);
   do {

@@ -1,7 +1,6 @@
-// The bytes spoken with the board: sending them, and the receive handler. docs/protocol.md describes
-// the protocol for people who write firmware.
-#ifndef PELMORA_LINK_BOARD_PROTOCOL_H
-#define PELMORA_LINK_BOARD_PROTOCOL_H
+// The bytes spoken with the board: sending them, and the receive handler. docs/protocol.md
+// describes the protocol for people who write firmware.
+#pragma once
 
 #include <cstdint>
 
@@ -14,7 +13,7 @@
 
 namespace pelmora {
 
-/// Command codes, PC to board. Parameters follow as further bytes.
+// Command codes, PC to board. Parameters follow as further bytes.
 enum class Command : std::uint8_t {
   kPcControlOff = 0,
   kPcControlOn = 1,
@@ -28,11 +27,11 @@ enum class Command : std::uint8_t {
   kPositionHigh = 32,  // + channel for 8..11; then the position byte
 };
 
-/// Status words that the receive handler shows in `Echo`; a read looks for the second.
+// Status words that the receive handler shows in `Echo`; a read looks for the second.
 inline constexpr char kErrorWord[] = "Error!";
 inline constexpr char kOverflowWord[] = "Overflow!";
 
-/// What the board sends when it has done a part of its work.
+// What the board sends when it has done a part of its work.
 inline constexpr std::uint8_t kAcknowledgement = 255;
 
 class BoardProtocol {
@@ -41,13 +40,13 @@ class BoardProtocol {
                 platform::MessageBox& message_box, platform::TextField& echo,
                 platform::CWSlide& progress_bar_flash);
 
-  /// Writes one byte, as its own write, if the port is open; otherwise nothing happens.
+  // Writes one byte, as its own write, if the port is open; otherwise nothing happens.
   void Send(std::uint8_t byte);
   void Send(Command command) { Send(static_cast<std::uint8_t>(command)); }
 
-  /// The serial control's event. Decides by the mode flags what the received bytes are: an
-  /// acknowledgement (erase, program), a read reply, or a byte to show in `Echo`. While a read
-  /// reply's step data arrives it waits inside, processing events.
+  // The serial control's event. Decides by the mode flags what the received bytes are: an
+  // acknowledgement (erase, program), a read reply, or a byte to show in `Echo`. While a read
+  // reply's step data arrives it waits inside, processing events.
   void MSComm1_OnComm();
 
  private:
@@ -64,5 +63,3 @@ class BoardProtocol {
 };
 
 }  // namespace pelmora
-
-#endif

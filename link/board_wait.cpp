@@ -16,8 +16,7 @@ bool BoardWait::Turn(platform::Events::Idle idle) {
 }
 
 bool BoardWait::Cut() const {
-  return data_.AbortRequest || !comm_.PortOpen() || comm_.Session() != session_ ||
-         events_.Ending();
+  return data_.AbortRequest || !comm_.PortOpen() || comm_.Session() != session_ || events_.Ending();
 }
 
 }  // namespace pelmora

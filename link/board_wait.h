@@ -1,6 +1,5 @@
 // Waiting for the board inside a handler, with the window live meanwhile.
-#ifndef PELMORA_LINK_BOARD_WAIT_H
-#define PELMORA_LINK_BOARD_WAIT_H
+#pragma once
 
 #include "core/declaration.h"
 #include "platform/events.h"
@@ -8,18 +7,19 @@
 
 namespace pelmora {
 
-/// The waits of one board operation. Made when the operation begins, with the port open: it belongs
-/// to the connection of that moment.
+// The waits of one board operation. Made when the operation begins, with the port open: it belongs
+// to the connection of that moment.
 class BoardWait {
  public:
   BoardWait(const Declaration& data, const platform::MSComm& comm, platform::Events& events);
 
-  /// One turn of a waiting loop: processes events, sleeping until there is one unless told otherwise.
-  /// False when the wait has to end as an aborted one; a lost connection has been announced by then.
+  // One turn of a waiting loop: processes events, sleeping until there is one unless told
+  // otherwise. False when the wait has to end as an aborted one; a lost connection has been
+  // announced by then.
   bool Turn(platform::Events::Idle idle = platform::Events::Idle::kSleep);
 
-  /// Whether the wait has to end: "Abort" was pressed, the connection is gone (even if another has
-  /// been made since), or the program is ending.
+  // Whether the wait has to end: "Abort" was pressed, the connection is gone (even if another has
+  // been made since), or the program is ending.
   bool Cut() const;
 
  private:
@@ -30,5 +30,3 @@ class BoardWait {
 };
 
 }  // namespace pelmora
-
-#endif

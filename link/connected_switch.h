@@ -1,6 +1,5 @@
 // A two-state switch that works only while the port is open.
-#ifndef PELMORA_LINK_CONNECTED_SWITCH_H
-#define PELMORA_LINK_CONNECTED_SWITCH_H
+#pragma once
 
 #include "link/serial_port.h"
 #include "platform/cw_button.h"
@@ -11,12 +10,12 @@ class ConnectedSwitch {
  public:
   ConnectedSwitch(platform::CWButton& button, SerialPort& serial_port);
 
-  /// To be asked first by the switch's reaction. False when the reaction must not run: the port is
-  /// closed (the message has then been shown, once, and the switch stands Off), or the change is a
-  /// silent one.
+  // To be asked first by the switch's reaction. False when the reaction must not run: the port is
+  // closed (the message has then been shown, once, and the switch stands Off), or the change is a
+  // silent one.
   bool Accept();
 
-  /// Turns the switch Off without its reaction: the connection that it stood for is gone.
+  // Turns the switch Off without its reaction: the connection that it stood for is gone.
   void DropToOff();
 
   platform::CWButton& Button() { return button_; }
@@ -28,5 +27,3 @@ class ConnectedSwitch {
 };
 
 }  // namespace pelmora
-
-#endif

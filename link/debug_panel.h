@@ -1,6 +1,5 @@
 // The "Serial Comm Debug" panel: a look at the receive buffer.
-#ifndef PELMORA_LINK_DEBUG_PANEL_H
-#define PELMORA_LINK_DEBUG_PANEL_H
+#pragma once
 
 #include "platform/ms_comm.h"
 #include "platform/text_field.h"
@@ -11,11 +10,11 @@ class DebugPanel {
  public:
   DebugPanel(platform::MSComm& comm, platform::TextField& echo);
 
-  /// "InBuff": shows in `Echo` how many received bytes are waiting; "0" when no port is open.
+  // "InBuff": shows in `Echo` how many received bytes are waiting; "0" when no port is open.
   void CommandInBuff_Click();
 
-  /// A click into `Echo` empties it and throws the waiting bytes away. During a read this changes the
-  /// read's course: the bytes will not come again.
+  // A click into `Echo` empties it and throws the waiting bytes away. During a read this changes
+  // the read's course: the bytes will not come again.
   void Echo_Click();
 
  private:
@@ -24,5 +23,3 @@ class DebugPanel {
 };
 
 }  // namespace pelmora
-
-#endif

@@ -3,7 +3,7 @@
 namespace pelmora {
 namespace {
 
-/// Channels 8..11 are not numbered on from the first eight.
+// Channels 8..11 are not numbered on from the first eight.
 constexpr int kLowChannels = 8;
 
 }  // namespace
@@ -30,9 +30,13 @@ void LiveControl::CWButtonMainOnOff_ValueChanged(bool on) {
   }
 }
 
-void LiveControl::CommandStart_Click() { board_.Send(Command::kPcControlOn); }
+void LiveControl::CommandStart_Click() {
+  board_.Send(Command::kPcControlOn);
+}
 
-void LiveControl::CommandStop_Click() { board_.Send(Command::kPcControlOff); }
+void LiveControl::CommandStop_Click() {
+  board_.Send(Command::kPcControlOff);
+}
 
 void LiveControl::Resetting_Click() {
   board_.Send(Command::kReset);
@@ -41,6 +45,8 @@ void LiveControl::Resetting_Click() {
   button_emu_pc_.SetValue(false);
 }
 
-void LiveControl::MSComm1_PortLost() { main_on_off_.DropToOff(); }
+void LiveControl::MSComm1_PortLost() {
+  main_on_off_.DropToOff();
+}
 
 }  // namespace pelmora

@@ -1,6 +1,5 @@
 // Moving the servos live, the "PC Control Enable" switch and the menu "Reset".
-#ifndef PELMORA_LINK_LIVE_CONTROL_H
-#define PELMORA_LINK_LIVE_CONTROL_H
+#pragma once
 
 #include "link/board_protocol.h"
 #include "link/connected_switch.h"
@@ -13,20 +12,20 @@ class LiveControl {
   LiveControl(BoardProtocol& board, ConnectedSwitch& main_on_off,
               platform::CWButton& button_real_emu, platform::CWButton& button_emu_pc);
 
-  /// Sends a channel's (0..11) position byte (0..255) if the port is open. The first thing that a
-  /// slider's reaction does.
+  // Sends a channel's (0..11) position byte (0..255) if the port is open. The first thing that a
+  // slider's reaction does.
   void SendPosition(int channel, int position);
 
   void CWButtonMainOnOff_ValueChanged(bool on);
 
-  /// Tells the board to enter PC control, if the port is open.
+  // Tells the board to enter PC control, if the port is open.
   void CommandStart_Click();
-  /// Tells the board to leave PC control, if the port is open, whatever the switch says. Shutdown
-  /// calls it too.
+  // Tells the board to leave PC control, if the port is open, whatever the switch says. Shutdown
+  // calls it too.
   void CommandStop_Click();
 
-  /// Menu "Reset": resets the board, then turns all three switches Off; those that were On send their
-  /// own commands.
+  // Menu "Reset": resets the board, then turns all three switches Off; those that were On send
+  // their own commands.
   void Resetting_Click();
 
   void MSComm1_PortLost();
@@ -39,5 +38,3 @@ class LiveControl {
 };
 
 }  // namespace pelmora
-
-#endif

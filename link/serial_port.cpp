@@ -45,11 +45,12 @@ void SerialPort::MSComm1_PortLost() {
   const QString entry = combo_port_.currentText();
   combo_port_.setEnabled(true);
   combo_port_.SetListIndex(-1);
-  message_box_.Show(QStringLiteral("The connection on %1 (%2) is lost: the adapter was pulled or the "
-                                   "line hung up.\n\nYour sequences are untouched. Choose a "
-                                   "port to connect again.")
-                        .arg(entry, comm_.LastDevice()),
-                    kProgramTitle);
+  message_box_.Show(
+      QStringLiteral("The connection on %1 (%2) is lost: the adapter was pulled or the "
+                     "line hung up.\n\nYour sequences are untouched. Choose a "
+                     "port to connect again.")
+          .arg(entry, comm_.LastDevice()),
+      kProgramTitle);
 }
 
 bool SerialPort::RequireConnection() {

@@ -1,7 +1,6 @@
 // The serial port that the operator chooses: opening it with the board's line settings, losing it,
 // and the test for a connection that every board operation begins with.
-#ifndef PELMORA_LINK_SERIAL_PORT_H
-#define PELMORA_LINK_SERIAL_PORT_H
+#pragma once
 
 #include "platform/drop_down_list.h"
 #include "platform/message_box.h"
@@ -9,10 +8,10 @@
 
 namespace pelmora {
 
-/// Title of the messages about editing, the link and the flash.
+// Title of the messages about editing, the link and the flash.
 inline constexpr char kProgramTitle[] = "Program";
 
-/// The receive buffer while no read is running, in bytes.
+// The receive buffer while no read is running, in bytes.
 inline constexpr int kIdleBufferBytes = 20000;
 
 class SerialPort {
@@ -20,21 +19,21 @@ class SerialPort {
   SerialPort(platform::MSComm& comm, platform::DropDownList& combo_port,
              platform::MessageBox& message_box);
 
-  /// The operator has chosen an entry: opens that port and locks the list. When it can't be opened, a
-  /// message says why and the list stays open for another choice.
+  // The operator has chosen an entry: opens that port and locks the list. When it can't be opened,
+  // a message says why and the list stays open for another choice.
   void ComboPort_Click();
 
-  /// The open port has failed: unlocks the list and says so.
+  // The open port has failed: unlocks the list and says so.
   void MSComm1_PortLost();
 
-  /// "Connected" means that the port is open; the board itself is not asked.
+  // "Connected" means that the port is open; the board itself is not asked.
   bool Connected() const { return comm_.PortOpen(); }
 
-  /// `Connected`; otherwise shows "No Connection Available!" first, but for a loss whose own message is
-  /// about to come.
+  // `Connected`; otherwise shows "No Connection Available!" first, but for a loss whose own message
+  // is about to come.
   bool RequireConnection();
 
-  /// What waits is discarded; then one receive event and one byte for each received byte.
+  // What waits is discarded; then one receive event and one byte for each received byte.
   void SetIdleReceive();
 
  private:
@@ -46,5 +45,3 @@ class SerialPort {
 };
 
 }  // namespace pelmora
-
-#endif

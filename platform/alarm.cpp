@@ -40,7 +40,8 @@ void Alarm::SetFor(Clock::time_point time) {
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(since_start);
     itimerspec setting{};
     setting.it_value.tv_sec = static_cast<time_t>(seconds.count());
-    setting.it_value.tv_nsec = static_cast<long>(std::chrono::nanoseconds(since_start - seconds).count());
+    setting.it_value.tv_nsec =
+        static_cast<long>(std::chrono::nanoseconds(since_start - seconds).count());
     timerfd_settime(descriptor_, TFD_TIMER_ABSTIME, &setting, nullptr);
     return;
   }

@@ -1,7 +1,6 @@
 // Wakes the user-interface thread once, at a point in time, as exactly as the system can: the
 // toolkit's own timers count in whole milliseconds and come up to two of them late.
-#ifndef PELMORA_PLATFORM_ALARM_H
-#define PELMORA_PLATFORM_ALARM_H
+#pragma once
 
 #include <QObject>
 #include <QTimer>
@@ -19,11 +18,11 @@ class Alarm : public QObject {
   explicit Alarm(QObject* parent = nullptr);
   ~Alarm() override;
 
-  /// Rings at `time`, or as soon as events are processed when that is past. A time set before is
-  /// forgotten.
+  // Rings at `time`, or as soon as events are processed when that is past. A time set before is
+  // forgotten.
   void SetFor(Clock::time_point time);
   void Stop();
-  /// Whether the alarm is set and has not rung yet.
+  // Whether the alarm is set and has not rung yet.
   bool Active() const { return active_; }
 
  signals:
@@ -38,5 +37,3 @@ class Alarm : public QObject {
 };
 
 }  // namespace platform
-
-#endif

@@ -1,13 +1,12 @@
 // Colours between two colours of the palette, for the controls that are drawn here.
-#ifndef PELMORA_PLATFORM_COLOURS_H
-#define PELMORA_PLATFORM_COLOURS_H
+#pragma once
 
 #include <QColor>
 #include <cmath>
 
 namespace platform {
 
-/// `share_of_b` 0 gives `a`, 1 gives `b`.
+// `share_of_b` 0 gives `a`, 1 gives `b`.
 inline QColor Blend(const QColor& a, const QColor& b, double share_of_b) {
   const auto mix = [share_of_b](int x, int y) {
     return static_cast<int>(std::lround(x + (y - x) * share_of_b));
@@ -16,5 +15,3 @@ inline QColor Blend(const QColor& a, const QColor& b, double share_of_b) {
 }
 
 }  // namespace platform
-
-#endif

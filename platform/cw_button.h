@@ -1,6 +1,5 @@
 // A two-state switch that looks On or Off at a glance.
-#ifndef PELMORA_PLATFORM_CW_BUTTON_H
-#define PELMORA_PLATFORM_CW_BUTTON_H
+#pragma once
 
 #include <QPushButton>
 
@@ -13,14 +12,14 @@ class CWButton : public QPushButton {
 
   bool Value() const { return isChecked(); }
 
-  /// Turns the switch On (true) or Off. A change raises `ValueChanged` before the call returns;
-  /// setting the state already held raises nothing.
+  // Turns the switch On (true) or Off. A change raises `ValueChanged` before the call returns;
+  // setting the state already held raises nothing.
   void SetValue(bool on) { setChecked(on); }
 
   QSize sizeHint() const override;
 
  signals:
-  /// Every change of the state, whoever makes it.
+  // Every change of the state, whoever makes it.
   void ValueChanged(bool on);
 
  protected:
@@ -28,5 +27,3 @@ class CWButton : public QPushButton {
 };
 
 }  // namespace platform
-
-#endif

@@ -1,7 +1,6 @@
 // A numeric field that shows its whole-number value followed by a unit, e.g. "1000 ms", always in
 // plain digits whatever the locale.
-#ifndef PELMORA_PLATFORM_CW_NUM_EDIT_H
-#define PELMORA_PLATFORM_CW_NUM_EDIT_H
+#pragma once
 
 #include <QSpinBox>
 
@@ -12,24 +11,24 @@ class CWNumEdit : public QSpinBox {
  public:
   explicit CWNumEdit(QWidget* parent = nullptr);
 
-  /// The value, with an entry that is still being typed taken into account.
+  // The value, with an entry that is still being typed taken into account.
   int Value();
 
-  /// Sets the value, cut to the range. A change raises `ValueChanged` before the call returns;
-  /// setting the value already held raises nothing.
+  // Sets the value, cut to the range. A change raises `ValueChanged` before the call returns;
+  // setting the value already held raises nothing.
   void SetValue(int value) { setValue(value); }
 
-  /// Range and steps: arrow keys and buttons step by `increment`, page keys by `fast_increment`; a
-  /// step that would leave the range is not made. A typed entry counts when the field is left,
-  /// Enter is pressed or the value is asked for: a number outside the range is clamped to it, and where there is no number
-  /// the value stays as it was.
+  // Range and steps: arrow keys and buttons step by `increment`, page keys by `fast_increment`; a
+  // step that would leave the range is not made. A typed entry counts when the field is left,
+  // Enter is pressed or the value is asked for: a number outside the range is clamped to it, and
+  // where there is no number the value stays as it was.
   void SetScale(int minimum, int maximum, int increment, int fast_increment);
 
-  /// The unit shown behind the number, its leading blank included (" ms").
+  // The unit shown behind the number, its leading blank included (" ms").
   void SetUnit(const QString& unit);
 
  signals:
-  /// Every change of the value, whoever makes it.
+  // Every change of the value, whoever makes it.
   void ValueChanged(int value);
 
  protected:
@@ -50,5 +49,3 @@ class CWNumEdit : public QSpinBox {
 };
 
 }  // namespace platform
-
-#endif

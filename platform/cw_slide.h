@@ -1,7 +1,6 @@
 // A slider with a caption: a vertical fader for the operator, or a horizontal bar that only shows
 // progress. It holds whole numbers.
-#ifndef PELMORA_PLATFORM_CW_SLIDE_H
-#define PELMORA_PLATFORM_CW_SLIDE_H
+#pragma once
 
 #include <QSlider>
 #include <QString>
@@ -20,15 +19,15 @@ class CWSlide : public QSlider {
 
   int Value() const { return value(); }
 
-  /// Sets the value, cut to the scale. A change raises `ValueChanged` before the call returns;
-  /// setting the value already held raises nothing.
+  // Sets the value, cut to the scale. A change raises `ValueChanged` before the call returns;
+  // setting the value already held raises nothing.
   void SetValue(int value) { setValue(value); }
 
-  /// The scale 0 .. `maximum`; a maximum below 0 counts as 0. A value above it is cut, which is a
-  /// change like any other.
+  // The scale 0 .. `maximum`; a maximum below 0 counts as 0. A value above it is cut, which is a
+  // change like any other.
   void SetScaleMaximum(int maximum);
 
-  /// Text drawn above a fader, e.g. "Ch3".
+  // Text drawn above a fader, e.g. "Ch3".
   void SetCaption(const QString& caption);
   QString Caption() const { return caption_; }
 
@@ -37,7 +36,7 @@ class CWSlide : public QSlider {
   QSize sizeHint() const override;
 
  signals:
-  /// Every change of the value, whoever makes it.
+  // Every change of the value, whoever makes it.
   void ValueChanged(int value);
 
  private:
@@ -46,5 +45,3 @@ class CWSlide : public QSlider {
 };
 
 }  // namespace platform
-
-#endif

@@ -1,7 +1,6 @@
 // A drop-down list without free text, each entry with a caption, a number as item data and a
 // tooltip that is asked for anew whenever the list is opened.
-#ifndef PELMORA_PLATFORM_DROP_DOWN_LIST_H
-#define PELMORA_PLATFORM_DROP_DOWN_LIST_H
+#pragma once
 
 #include <QComboBox>
 #include <functional>
@@ -14,20 +13,20 @@ class DropDownList : public QComboBox {
   explicit DropDownList(QWidget* parent = nullptr);
 
   void AddItem(const QString& caption, int item_data);
-  /// Item data of an entry, 0 for an index that is no entry.
+  // Item data of an entry, 0 for an index that is no entry.
   int ItemData(int index) const;
   int ListIndex() const { return currentIndex(); }  // -1 when nothing is selected
   void SetListIndex(int index) { setCurrentIndex(index); }
 
-  /// Gives the tooltip of the entry with this item data; asked each time the list opens, and for
-  /// the selected entry each time the pointer rests on the closed list.
+  // Gives the tooltip of the entry with this item data; asked each time the list opens, and for
+  // the selected entry each time the pointer rests on the closed list.
   std::function<QString(int item_data)> ToolTip;
 
   void showPopup() override;
 
  signals:
-  /// The operator has chosen an entry from the open list (also the one already selected). The wheel
-  /// and the arrow keys choose nothing while the list is closed; keys open it.
+  // The operator has chosen an entry from the open list (also the one already selected). The wheel
+  // and the arrow keys choose nothing while the list is closed; keys open it.
   void Click();
 
  protected:
@@ -40,5 +39,3 @@ class DropDownList : public QComboBox {
 };
 
 }  // namespace platform
-
-#endif

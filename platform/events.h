@@ -1,7 +1,6 @@
 // The function that processes pending events, for handlers that wait inside the user-interface
 // thread, and the end of the program, which every such wait has to notice.
-#ifndef PELMORA_PLATFORM_EVENTS_H
-#define PELMORA_PLATFORM_EVENTS_H
+#pragma once
 
 #include <QObject>
 
@@ -17,16 +16,16 @@ class Events : public QObject {
 
   explicit Events(QObject* parent = nullptr);
 
-  /// Processes pending events; any other handler of the window may run inside the call. Waiting
-  /// loops call it once per turn, with `kSleep` so that the wait costs no processor time. Once the
-  /// program is ending it returns at once and processes nothing.
+  // Processes pending events; any other handler of the window may run inside the call. Waiting
+  // loops call it once per turn, with `kSleep` so that the wait costs no processor time. Once the
+  // program is ending it returns at once and processes nothing.
   void DoEvents(Idle idle = Idle::kSleep);
 
-  /// True from the first call of `End`. A waiting loop that finds it set ends as an aborted one.
+  // True from the first call of `End`. A waiting loop that finds it set ends as an aborted one.
   bool Ending() const { return ending_; }
 
-  /// The program is ending: emits `Ended` (open message boxes and dialogs close on it) and wakes
-  /// every wait. A second call does nothing.
+  // The program is ending: emits `Ended` (open message boxes and dialogs close on it) and wakes
+  // every wait. A second call does nothing.
   void End();
 
  signals:
@@ -37,5 +36,3 @@ class Events : public QObject {
 };
 
 }  // namespace platform
-
-#endif

@@ -17,7 +17,7 @@ bool HasExtension(const QString& name) {
   return QFileInfo(name).fileName().contains('.');
 }
 
-/// The toolkit reads an entry's patterns from the last brackets and shows what stands before them.
+// The toolkit reads an entry's patterns from the last brackets and shows what stands before them.
 QStringList NameFilters(const QString& filter) {
   const QStringList parts = filter.split('|');
   QStringList filters;
@@ -44,7 +44,7 @@ class Dialog : public QFileDialog {
     selectFile(request.proposed_name);
   }
 
-  /// Completes a name typed without its extension, but for a folder, which is entered.
+  // Completes a name typed without its extension, but for a folder, which is entered.
   void accept() override {
     auto* name_edit = findChild<QLineEdit*>("fileNameEdit");
     if (!name_edit) return QFileDialog::accept();

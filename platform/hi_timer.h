@@ -1,7 +1,6 @@
 // The periodic timer: an interval in milliseconds, an enabled state, a tick on the user-interface
 // thread.
-#ifndef PELMORA_PLATFORM_HI_TIMER_H
-#define PELMORA_PLATFORM_HI_TIMER_H
+#pragma once
 
 #include <QObject>
 #include <chrono>
@@ -15,25 +14,25 @@ class HiTimer {
  public:
   virtual ~HiTimer() = default;
 
-  /// Milliseconds; below 1 counts as 1. Set inside a tick it governs the wait until the next one;
-  /// set while enabled outside a tick it governs the wait after the running one.
+  // Milliseconds; below 1 counts as 1. Set inside a tick it governs the wait until the next one;
+  // set while enabled outside a tick it governs the wait after the running one.
   virtual void SetInterval(int milliseconds) = 0;
   virtual int Interval() const = 0;
 
-  /// Enabling starts a full wait from now, also when the timer is enabled already. A disabled timer
-  /// delivers no further tick.
+  // Enabling starts a full wait from now, also when the timer is enabled already. A disabled timer
+  // delivers no further tick.
   virtual void SetEnabled(bool enabled) = 0;
   virtual bool Enabled() const = 0;
 
-  /// The tick.
+  // The tick.
   std::function<void()> Timer;
 };
 
-/// The timer that keeps real time. It does not drift: a tick is due at the previous one's due time
-/// plus the interval, so that one tick's lateness is not added to the next. When that time
-/// has passed as well, after a stall, it goes on a full interval from now: missed ticks are not
-/// made up for. A tick that waits (in a message box, say) is not entered again meanwhile, unless it
-/// enables the timer anew.
+// The timer that keeps real time. It does not drift: a tick is due at the previous one's due time
+// plus the interval, so that one tick's lateness is not added to the next. When that time
+// has passed as well, after a stall, it goes on a full interval from now: missed ticks are not
+// made up for. A tick that waits (in a message box, say) is not entered again meanwhile, unless it
+// enables the timer anew.
 class SystemHiTimer : public QObject, public HiTimer {
   Q_OBJECT
  public:
@@ -57,5 +56,3 @@ class SystemHiTimer : public QObject, public HiTimer {
 };
 
 }  // namespace platform
-
-#endif

@@ -11,7 +11,7 @@ namespace {
 
 constexpr int kScrollMilliseconds = 60;  // per line, while the pointer is held outside the list
 
-/// A line whose tabs are read out as pauses.
+// A line whose tabs are read out as pauses.
 class Line : public QListWidgetItem {
  public:
   using QListWidgetItem::QListWidgetItem;

@@ -1,7 +1,6 @@
 // A list of text lines, at most one of them selected. The tab-separated fields of a line are drawn
 // in columns. The selected line is always scrolled into view.
-#ifndef PELMORA_PLATFORM_LIST_BOX_H
-#define PELMORA_PLATFORM_LIST_BOX_H
+#pragma once
 
 #include <QBasicTimer>
 #include <QListWidget>
@@ -28,27 +27,27 @@ class ListBox : public QListWidget {
   void RemoveItem(int index);            // nothing is selected if it was the selected line
   void Clear();
 
-  /// The selected line, -1 when none is.
+  // The selected line, -1 when none is.
   int ListIndex() const;
-  /// Selects a line and scrolls it into view; -1 (or any index that is no line) selects none.
+  // Selects a line and scrolls it into view; -1 (or any index that is no line) selects none.
   void SetListIndex(int index);
 
-  /// The columns for the fields of a line, left to right; an empty field draws nothing and fields
-  /// beyond the last column are not drawn.
+  // The columns for the fields of a line, left to right; an empty field draws nothing and fields
+  // beyond the last column are not drawn.
   void SetColumns(std::vector<ListColumn> columns);
 
  signals:
-  /// A mouse button (any) was pressed on the list; further buttons pressed before it is released
-  /// belong to the same gesture. The line under the pointer has been selected;
-  /// `line` is its index, -1 when the pointer is on no line (the selection then stays).
+  // A mouse button (any) was pressed on the list; further buttons pressed before it is released
+  // belong to the same gesture. The line under the pointer has been selected;
+  // `line` is its index, -1 when the pointer is on no line (the selection then stays).
   void MouseDown(int line);
-  /// The last button was released. While one was held, the selection followed the pointer
-  /// (scrolling when it leaves the list), and the line under the pointer has just been selected
-  /// again, so that a selection made by the program meanwhile does not count. `line` is -1 when the
-  /// press hit no line. Does not come when the list loses the pointer meanwhile: it is hidden or
-  /// disabled, or another window comes up.
+  // The last button was released. While one was held, the selection followed the pointer
+  // (scrolling when it leaves the list), and the line under the pointer has just been selected
+  // again, so that a selection made by the program meanwhile does not count. `line` is -1 when the
+  // press hit no line. Does not come when the list loses the pointer meanwhile: it is hidden or
+  // disabled, or another window comes up.
   void MouseUp(int line);
-  /// A double click on a line, which has been selected; comes after its `MouseDown`.
+  // A double click on a line, which has been selected; comes after its `MouseDown`.
   void DblClick();
 
  protected:
@@ -77,5 +76,3 @@ class ListBox : public QListWidget {
 };
 
 }  // namespace platform
-
-#endif

@@ -1,26 +1,25 @@
 // The columns of a list box and the drawing of its lines.
-#ifndef PELMORA_PLATFORM_LIST_COLUMN_H
-#define PELMORA_PLATFORM_LIST_COLUMN_H
+#pragma once
 
 #include <QStyledItemDelegate>
 #include <vector>
 
 namespace platform {
 
-/// Where a field of a line is drawn, in pixels from the list's left edge (frame included).
+// Where a field of a line is drawn, in pixels from the list's left edge (frame included).
 struct ListColumn {
   int left;
   int width;
   Qt::Alignment alignment;
 };
 
-/// Draws a line of tab-separated fields, each in its column; without columns the whole line as it
-/// is.
+// Draws a line of tab-separated fields, each in its column; without columns the whole line as it
+// is.
 class ColumnDelegate : public QStyledItemDelegate {
  public:
   using QStyledItemDelegate::QStyledItemDelegate;
 
-  /// The lefts here count from the left edge of the lines, without the frame.
+  // The lefts here count from the left edge of the lines, without the frame.
   void SetColumns(std::vector<ListColumn> columns) { columns_ = std::move(columns); }
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option,
@@ -32,5 +31,3 @@ class ColumnDelegate : public QStyledItemDelegate {
 };
 
 }  // namespace platform
-
-#endif

@@ -30,7 +30,7 @@ bool IsInput(QEvent::Type type) {
   }
 }
 
-/// Whether input for `target` is for the box or for a window that was opened on top of it.
+// Whether input for `target` is for the box or for a window that was opened on top of it.
 bool BelongsTo(const QObject* target, const QMessageBox& box) {
   if (const auto* widget = qobject_cast<const QWidget*>(target)) {
     while (widget && widget != &box) widget = widget->parentWidget();

@@ -1,6 +1,5 @@
 // The modal message box: a text, an information icon, one OK button, a title.
-#ifndef PELMORA_PLATFORM_MESSAGE_BOX_H
-#define PELMORA_PLATFORM_MESSAGE_BOX_H
+#pragma once
 
 #include <QMessageBox>
 #include <QObject>
@@ -16,14 +15,14 @@ class MessageBox {
  public:
   virtual ~MessageBox() = default;
 
-  /// Shows the box and returns when the operator has closed it; events are processed meanwhile.
+  // Shows the box and returns when the operator has closed it; events are processed meanwhile.
   virtual void Show(const QString& text, const QString& title) = 0;
 };
 
-/// The one on the screen. Once the program is ending it shows nothing, and an open one closes.
-///
-/// It is modal by itself: it keeps pointer and keyboard from all other windows. The toolkit's own
-/// modality would also keep the operator from closing the main window while a box is open.
+// The one on the screen. Once the program is ending it shows nothing, and an open one closes.
+//
+// It is modal by itself: it keeps pointer and keyboard from all other windows. The toolkit's own
+// modality would also keep the operator from closing the main window while a box is open.
 class ModalMessageBox : public QObject, public MessageBox {
   Q_OBJECT
  public:
@@ -40,5 +39,3 @@ class ModalMessageBox : public QObject, public MessageBox {
 };
 
 }  // namespace platform
-
-#endif

@@ -1,7 +1,6 @@
 // The serial port control: numbered port, line settings, a receive buffer with a threshold event,
 // and output that leaves at once. Everything runs on the user-interface thread.
-#ifndef PELMORA_PLATFORM_MS_COMM_H
-#define PELMORA_PLATFORM_MS_COMM_H
+#pragma once
 
 #include <QByteArray>
 #include <QObject>
@@ -16,7 +15,7 @@ class QSerialPort;
 
 namespace platform {
 
-/// Values of `CommEvent`.
+// Values of `CommEvent`.
 inline constexpr int kCommEvReceive = 2;       // bytes have been received
 inline constexpr int kCommEventRxOver = 1008;  // the receive buffer was full; bytes were dropped
 
@@ -29,66 +28,66 @@ class MSComm : public QObject {
   void SetCommPort(int number) { comm_port_ = number; }
   int CommPort() const { return comm_port_; }
 
-  /// Baud rate, parity (N, E, O), data bits, stop bits: "9600,N,8,2". Takes effect when the port is
-  /// opened. Flow control is always off.
+  // Baud rate, parity (N, E, O), data bits, stop bits: "9600,N,8,2". Takes effect when the port is
+  // opened. Flow control is always off.
   void SetSettings(const QString& settings) { settings_ = settings; }
 
   bool PortOpen() const;
 
-  /// The port has failed and is closed, but its `PortLost` is still to come.
+  // The port has failed and is closed, but its `PortLost` is still to come.
   bool LossPending() const { return lost_ != nullptr; }
 
-  /// Opens port `CommPort` and discards what was waiting in it. False when that fails; `LastError`
-  /// then has the reason and `LastDevice` the device ("" when the entry stands for none).
+  // Opens port `CommPort` and discards what was waiting in it. False when that fails; `LastError`
+  // then has the reason and `LastDevice` the device ("" when the entry stands for none).
   bool Open();
-  /// Waits, for a bounded time, until what was written has left, then closes. No `PortLost`.
+  // Waits, for a bounded time, until what was written has left, then closes. No `PortLost`.
   void Close();
 
   QString LastDevice() const { return device_; }
   QString LastError() const { return error_; }
 
-  /// Counts the openings of this run, so that a wait can tell that its connection is gone even if
-  /// another one has been opened since.
+  // Counts the openings of this run, so that a wait can tell that its connection is gone even if
+  // another one has been opened since.
   int Session() const { return session_; }
 
-  /// Bytes that the receive buffer holds at the most; what arrives beyond is dropped and reported
-  /// by `kCommEventRxOver`.
+  // Bytes that the receive buffer holds at the most; what arrives beyond is dropped and reported
+  // by `kCommEventRxOver`.
   void SetInBufferSize(int bytes) { in_buffer_size_ = bytes; }
   int InBufferSize() const { return in_buffer_size_; }
 
-  /// How many bytes `Input` takes at the most; 0 = all.
+  // How many bytes `Input` takes at the most; 0 = all.
   void SetInputLen(int bytes) { input_len_ = bytes; }
   int InputLen() const { return input_len_; }
 
-  /// `OnComm` comes while at least this many bytes wait; 0 = never. With 1 and a handler that takes
-  /// one byte at a time, a burst of bytes gives one event for each byte.
+  // `OnComm` comes while at least this many bytes wait; 0 = never. With 1 and a handler that takes
+  // one byte at a time, a burst of bytes gives one event for each byte.
   void SetRThreshold(int bytes);
   int RThreshold() const { return r_threshold_; }
 
-  /// 1 = binary, the only mode there is.
+  // 1 = binary, the only mode there is.
   void SetInputMode(int mode) { input_mode_ = mode; }
   int InputMode() const { return input_mode_; }
 
-  /// Takes bytes out of the receive buffer, at most `InputLen`, or all when that is 0.
+  // Takes bytes out of the receive buffer, at most `InputLen`, or all when that is 0.
   QByteArray Input();
 
-  /// Bytes waiting in the receive buffer. They stay readable after the port has been closed or
-  /// lost, until it is opened again.
+  // Bytes waiting in the receive buffer. They stay readable after the port has been closed or
+  // lost, until it is opened again.
   int InBufferCount() const { return static_cast<int>(received_.size()); }
-  /// Throws the waiting bytes away.
+  // Throws the waiting bytes away.
   void ClearInBuffer();
 
-  /// Hands the bytes to the operating system before it returns, behind those written earlier; what
-  /// the system does not take at once follows by itself. Nothing happens when the port is closed.
+  // Hands the bytes to the operating system before it returns, behind those written earlier; what
+  // the system does not take at once follows by itself. Nothing happens when the port is closed.
   void Output(std::span<const std::uint8_t> bytes);
 
-  /// The reason of the `OnComm` being handled.
+  // The reason of the `OnComm` being handled.
   int CommEvent() const { return comm_event_; }
 
  signals:
   void OnComm();
-  /// The open port failed (an adapter was pulled). The port is closed already; comes once for each
-  /// loss. `reason` is the system's text.
+  // The open port failed (an adapter was pulled). The port is closed already; comes once for each
+  // loss. `reason` is the system's text.
   void PortLost(const QString& reason);
 
  private:
@@ -119,5 +118,3 @@ class MSComm : public QObject {
 };
 
 }  // namespace platform
-
-#endif

@@ -31,8 +31,8 @@ void Panel::paintEvent(QPaintEvent*) {
                    palette().color(QPalette::Window));
   painter.fillRect(text.adjusted(-kCaptionGap, half_caption, kCaptionGap, 0),
                    palette().color(QPalette::Light));
-  painter.setPen(palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled,
-                                 QPalette::WindowText));
+  painter.setPen(
+      palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::WindowText));
   painter.drawText(text, Qt::AlignCenter | Qt::TextSingleLine, title());
 }
 

@@ -1,6 +1,5 @@
 // A panel that groups controls: a light card with an optional caption on its frame.
-#ifndef PELMORA_PLATFORM_PANEL_H
-#define PELMORA_PLATFORM_PANEL_H
+#pragma once
 
 #include <QGroupBox>
 
@@ -16,5 +15,3 @@ class Panel : public QGroupBox {
 };
 
 }  // namespace platform
-
-#endif

@@ -33,7 +33,7 @@ QStringList AvailablePorts() {
 #endif
 
 #ifdef Q_OS_UNIX
-/// The group whose members may read and write the device, "" when there is none.
+// The group whose members may read and write the device, "" when there is none.
 QString GroupWithAccess(const QString& device) {
   struct stat node {};
   if (stat(QFile::encodeName(device).constData(), &node) != 0) return QString();

@@ -1,7 +1,6 @@
 // A push button that takes the keyboard focus before it acts, also when its mnemonic is pressed, so
 // that a text field left that way commits before the button's click is handled.
-#ifndef PELMORA_PLATFORM_PUSH_BUTTON_H
-#define PELMORA_PLATFORM_PUSH_BUTTON_H
+#pragma once
 
 #include <QPushButton>
 
@@ -17,5 +16,3 @@ class PushButton : public QPushButton {
 };
 
 }  // namespace platform
-
-#endif

@@ -20,7 +20,7 @@ namespace {
 constexpr int kDrainMilliseconds = 1000;
 constexpr int kTurnMilliseconds = 2;
 
-/// True while the operating system or the transmitter still holds bytes of the port.
+// True while the operating system or the transmitter still holds bytes of the port.
 bool Sending([[maybe_unused]] QSerialPort& port) {
 #ifdef Q_OS_UNIX
   int queued = 0;

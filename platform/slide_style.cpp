@@ -24,7 +24,7 @@ QRect FaderTrack(const QStyleOptionSlider& option) {
   return option.rect.adjusted(0, caption, 0, -1);
 }
 
-/// The vertical centre of the handle when it stands for `value`.
+// The vertical centre of the handle when it stands for `value`.
 int FaderY(const QStyleOptionSlider& option, int value) {
   const QRect track = FaderTrack(option);
   return track.top() + kHandleLength / 2 +
@@ -87,8 +87,8 @@ void DrawFader(QPainter& painter, const QStyleOptionSlider& option, const QStrin
 
   painter.setRenderHint(QPainter::Antialiasing);
   const QRect track = FaderTrack(option);
-  const QRectF groove(option.rect.center().x() - (kGrooveWidth - 1) / 2.0, track.top() + 2, kGrooveWidth,
-                      track.height() - 4);
+  const QRectF groove(option.rect.center().x() - (kGrooveWidth - 1) / 2.0, track.top() + 2,
+                      kGrooveWidth, track.height() - 4);
   painter.setPen(Qt::NoPen);
   painter.setBrush(Blend(window, text, 0.22));
   painter.drawRoundedRect(groove, kGrooveWidth / 2.0, kGrooveWidth / 2.0);

@@ -1,13 +1,12 @@
 // The look of faders and progress bars, and the places of their parts: what is drawn is also what
 // the mouse hits.
-#ifndef PELMORA_PLATFORM_SLIDE_STYLE_H
-#define PELMORA_PLATFORM_SLIDE_STYLE_H
+#pragma once
 
 #include <QCommonStyle>
 
 namespace platform {
 
-/// Draws a `CWSlide`. Pressing beside the handle moves it by a page and never to the pointer.
+// Draws a `CWSlide`. Pressing beside the handle moves it by a page and never to the pointer.
 class SlideStyle : public QCommonStyle {
   Q_OBJECT
  public:
@@ -20,5 +19,3 @@ class SlideStyle : public QCommonStyle {
 };
 
 }  // namespace platform
-
-#endif

@@ -1,6 +1,5 @@
 // A one-line text field whose keys pass through a handler that can discard them.
-#ifndef PELMORA_PLATFORM_TEXT_FIELD_H
-#define PELMORA_PLATFORM_TEXT_FIELD_H
+#pragma once
 
 #include <QLineEdit>
 #include <functional>
@@ -12,17 +11,17 @@ class TextField : public QLineEdit {
  public:
   explicit TextField(QWidget* parent = nullptr);
 
-  /// Called for each character key before the field takes it, with the key's code: the character's
-  /// code, 8 for Backspace, 13 for Enter. Setting the code to 0 discards the key. Keys that move
-  /// the cursor or the focus, Delete and the clipboard shortcuts do not come here.
+  // Called for each character key before the field takes it, with the key's code: the character's
+  // code, 8 for Backspace, 13 for Enter. Setting the code to 0 discards the key. Keys that move
+  // the cursor or the focus, Delete and the clipboard shortcuts do not come here.
   std::function<void(int& key)> KeyPress;
 
-  /// Called when the keyboard focus has moved from this field to another control of the window (not
-  /// when the whole window or a menu takes it).
+  // Called when the keyboard focus has moved from this field to another control of the window (not
+  // when the whole window or a menu takes it).
   std::function<void()> LostFocus;
 
  signals:
-  /// A mouse click into the field.
+  // A mouse click into the field.
   void Click();
 
  protected:
@@ -37,5 +36,3 @@ class TextField : public QLineEdit {
 };
 
 }  // namespace platform
-
-#endif

@@ -1,6 +1,5 @@
 // "Real Emu": the board plays the current sequence from its own flash.
-#ifndef PELMORA_PLAYBACK_BOARD_PLAYBACK_H
-#define PELMORA_PLAYBACK_BOARD_PLAYBACK_H
+#pragma once
 
 #include "core/declaration.h"
 #include "link/board_protocol.h"
@@ -14,8 +13,8 @@ class BoardPlayback {
   BoardPlayback(const Declaration& data, BoardProtocol& board, ConnectedSwitch& real_emu,
                 platform::CWButton& button_emu_pc);
 
-  /// On: tells the board to play sequence `CurSeq`; "PC Emu" is locked meanwhile. Off: tells it to
-  /// stop.
+  // On: tells the board to play sequence `CurSeq`; "PC Emu" is locked meanwhile. Off: tells it to
+  // stop.
   void CWButtonRealEmu_ValueChanged(bool on);
 
   void MSComm1_PortLost();
@@ -28,5 +27,3 @@ class BoardPlayback {
 };
 
 }  // namespace pelmora
-
-#endif

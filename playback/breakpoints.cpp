@@ -24,9 +24,13 @@ void Breakpoints::CommandBrk_Click() {
   flag = flag == 0 ? 1 : 0;
 }
 
-void Breakpoints::CommandResBrk_Click() { sequence_data_.ResetBreakPoints(); }
+void Breakpoints::CommandResBrk_Click() {
+  sequence_data_.ResetBreakPoints();
+}
 
-void Breakpoints::CommandContinue_Click() { pc_emulator_.HoldSelectedStep(); }
+void Breakpoints::CommandContinue_Click() {
+  pc_emulator_.HoldSelectedStep();
+}
 
 void Breakpoints::CommandRepeat_Click() {
   if (!pc_emulator_.Playing() || list_sequence_.ListIndex() < 0) return;

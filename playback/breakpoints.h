@@ -1,7 +1,6 @@
 // Breakpoints: a flag on a step of the current sequence and the mark "BREAK!" on its line. PC
 // playback halts on them; "Continue" and "Repeat" go on.
-#ifndef PELMORA_PLAYBACK_BREAKPOINTS_H
-#define PELMORA_PLAYBACK_BREAKPOINTS_H
+#pragma once
 
 #include "core/declaration.h"
 #include "edit/sequence_data.h"
@@ -16,17 +15,17 @@ class Breakpoints {
   Breakpoints(Declaration& data, SequenceData& sequence_data, StepFields& step_fields,
               platform::ListBox& list_sequence, PcEmulator& pc_emulator);
 
-  /// "Set/Reset Break" on the selected line.
+  // "Set/Reset Break" on the selected line.
   void CommandBrk_Click();
-  /// "Reset  All Break".
+  // "Reset  All Break".
   void CommandResBrk_Click();
 
-  /// "Continue": the step halted on stays for one more full duration, then playback goes on. Pressed
-  /// while playback runs it starts the wait anew.
+  // "Continue": the step halted on stays for one more full duration, then playback goes on. Pressed
+  // while playback runs it starts the wait anew.
   void CommandContinue_Click();
 
-  /// "Repeat": goes back to the nearest earlier breakpoint (or the first line), shows it, and plays
-  /// from there.
+  // "Repeat": goes back to the nearest earlier breakpoint (or the first line), shows it, and plays
+  // from there.
   void CommandRepeat_Click();
 
  private:
@@ -38,5 +37,3 @@ class Breakpoints {
 };
 
 }  // namespace pelmora
-
-#endif

@@ -1,7 +1,6 @@
 // The PC sequence emulator: a timer walks down the step list; each step that it shows moves the
 // sliders, and those move the servos. The selected line is the playback position.
-#ifndef PELMORA_PLAYBACK_PC_EMULATOR_H
-#define PELMORA_PLAYBACK_PC_EMULATOR_H
+#pragma once
 
 #include "core/declaration.h"
 #include "edit/step_list.h"
@@ -18,19 +17,19 @@ class PcEmulator {
              platform::HiTimer& timer, ConnectedSwitch& emu_pc,
              platform::CWButton& button_real_emu);
 
-  /// On: the selected step (line 0 if none is) is held for its duration, then playback goes on with
-  /// the next one. Off: playback stops where it is.
+  // On: the selected step (line 0 if none is) is held for its duration, then playback goes on with
+  // the next one. Off: playback stops where it is.
   void CWButtonEmuPC_ValueChanged(bool on);
 
-  /// The tick: shows the next step and holds it for its duration, or halts on it when it has a
-  /// breakpoint.
+  // The tick: shows the next step and holds it for its duration, or halts on it when it has a
+  // breakpoint.
   void HiTimer1_Timer();
 
-  /// Waits out the selected step's duration, then plays on. Nothing happens when no line is selected
-  /// or the switch is Off.
+  // Waits out the selected step's duration, then plays on. Nothing happens when no line is selected
+  // or the switch is Off.
   void HoldSelectedStep();
 
-  /// Whether the switch is On: playback runs or is halted at a breakpoint.
+  // Whether the switch is On: playback runs or is halted at a breakpoint.
   bool Playing() const { return emu_pc_.Button().Value(); }
 
   void MSComm1_PortLost();
@@ -47,5 +46,3 @@ class PcEmulator {
 };
 
 }  // namespace pelmora
-
-#endif

@@ -60,7 +60,7 @@ class BufferCommands : public WindowTest {
     hands->Find<QAction>("LoadBuffer").trigger();
   }
 
-  /// Two steps in sequence 0, one in sequence 3, which stays the current one.
+  // Two steps in sequence 0, one in sequence 3, which stays the current one.
   void ComposeExample() {
     AddStep(0, 128, 100);
     AddStep(0, 255, 1000);

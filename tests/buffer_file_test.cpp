@@ -32,7 +32,7 @@ std::string ExampleFile(const std::string& end = "\r\n") {
          "5120\t" + end + Sequences(4, 15, end);
 }
 
-/// A file of one step, which stands on line 19.
+// A file of one step, which stands on line 19.
 std::string OneStep(const std::string& step_line) {
   return "Index\n1\n" + Repeat("0\n", 15) + "Sequence 0\n" + step_line + "\n" +
          Sequences(1, 15, "\n");
@@ -160,7 +160,7 @@ TEST(BufferFile, OneEndlessLineIsNotReadToItsEnd) {
   }
 }
 
-/// A stream that breaks off with an error, like a medium that is pulled.
+// A stream that breaks off with an error, like a medium that is pulled.
 class BreakingBuffer : public std::stringbuf {
  public:
   using std::stringbuf::stringbuf;

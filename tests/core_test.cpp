@@ -63,8 +63,8 @@ EditRow Row(int first, int others, int last, int duration_ms) {
   return row;
 }
 
-/// A line of eleven channels at the centre, with the first angle and all that follows them as
-/// given.
+// A line of eleven channels at the centre, with the first angle and all that follows them as
+// given.
 std::string Line(const std::string& angle, const std::string& rest) {
   std::string line = angle + '\t';
   for (int c = 1; c < kChannels; ++c) line += "0 °\t";

@@ -73,11 +73,11 @@ TEST_F(StepFields, MiddleOfTheListIsShownAgainByDoubleClick) {
 
 class StepList : public WindowTest {
  protected:
-  /// Steps told apart by channel 0: positions 128, 130, 132, ... read "0 °", "1 °", "2 °", ...
+  // Steps told apart by channel 0: positions 128, 130, 132, ... read "0 °", "1 °", "2 °", ...
   void AddSteps(int count) {
     for (int i = 0; i < count; ++i) AddStep(0, 128 + 2 * i, 100 + 20 * i);
   }
-  /// Every line's number, as its first angle says.
+  // Every line's number, as its first angle says.
   QString Order() const {
     QString order;
     for (const QString& angle : FirstAngles()) order += angle.section(' ', 0, 0);
@@ -237,8 +237,7 @@ TEST_F(Navigation, StoresTheOutgoingSequenceAndListsTheIncomingOne) {
   hands->Click("CommandLessSeq");
   EXPECT_EQ(Order(), "012");
   EXPECT_EQ(Selected(), -1);
-  EXPECT_EQ(Lines()[1],
-            "1 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t120  ms\t");
+  EXPECT_EQ(Lines()[1], "1 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t120  ms\t");
   for (const EditRow& row : Data().EditBuffer) EXPECT_EQ(row[13], 0);
 }
 
@@ -269,7 +268,7 @@ TEST_F(Navigation, WarnsEveryTimeTheCapacityIsExceeded) {
   hands->Click("CommandMoreSeq");
 }
 
-/// The user's locale has a decimal comma.
+// The user's locale has a decimal comma.
 class CommaLocale : public WindowTest {
  protected:
   struct Locale {

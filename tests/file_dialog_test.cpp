@@ -33,7 +33,7 @@ class FileDialog : public WindowTest {
     return qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
   }
 
-  /// Chooses a menu item and does `work` in the dialog that it opens.
+  // Chooses a menu item and does `work` in the dialog that it opens.
   void InDialog(const char* item, const std::function<void(QFileDialog&)>& work) {
     bool worked = false;
     const auto do_work = [&] {

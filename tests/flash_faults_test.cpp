@@ -13,7 +13,7 @@ using namespace std::chrono_literals;
 
 enum class Operation { kErase, kProgram, kRead };
 
-/// What happens in the wait.
+// What happens in the wait.
 enum class Then {
   kNothing,
   kAnswer,  // the board acknowledges after all
@@ -45,7 +45,7 @@ std::string NameOf(const testing::TestParamInfo<Fault>& test) {
 
 using Changes = std::initializer_list<std::pair<std::size_t, int>>;
 
-/// The example's header with some bytes changed.
+// The example's header with some bytes changed.
 std::array<std::uint8_t, 66> Lie(Changes changes) {
   const Bytes header = HeaderOf(ExampleSequences());
   std::array<std::uint8_t, 66> lie{};
@@ -60,7 +60,7 @@ std::array<std::uint8_t, 66> AllOnes() {
   return lie;
 }
 
-/// The program holds 600 bytes of steps, less the 12 that are no whole step: two blocks and a rest.
+// The program holds 600 bytes of steps, less the 12 that are no whole step: two blocks and a rest.
 FlashSequences Loaded() {
   return RandomSequences(20, 42);
 }
@@ -78,7 +78,7 @@ class FaultTest : public FlashTest {
     }
   }
 
-  /// `message` is what the operation says of a lost connection, after the loss itself.
+  // `message` is what the operation says of a lost connection, after the loss itself.
   void Do(Then then, const QString& message) {
     switch (then) {
       case Then::kNothing:
@@ -343,8 +343,8 @@ INSTANTIATE_TEST_SUITE_P(
     NameOf);
 // clang-format on
 
-/// A header value that doesn't fit 16 bits stalls the read, after its message, until the operator
-/// or the line ends it.
+// A header value that doesn't fit 16 bits stalls the read, after its message, until the operator
+// or the line ends it.
 class CorruptedHeader : public FaultTest, public testing::WithParamInterface<Then> {};
 
 TEST_P(CorruptedHeader, StallsUntilTheWaitIsCut) {
@@ -392,7 +392,7 @@ TEST_F(FlashData, StepCountsBeyondTheTableAreCutHoweverTheReadFails) {
   }
 }
 
-/// The longest duration that a step can have is 1638 ticks.
+// The longest duration that a step can have is 1638 ticks.
 TEST_F(FlashData, ADurationTooLongEndsTheDecodingThere) {
   Connect();
   FlashSequences sequences = RandomSequences(21, 50);
@@ -427,7 +427,7 @@ TEST_F(FlashData, RowsThatDidNotComeAreThoseOfTheImageBefore) {
   EXPECT_TRUE(std::ranges::equal(Table()[3][0].positions, std::span(old).subspan(4 * 14, 12)));
 }
 
-/// The operator ends the program while a message of an operation is open.
+// The operator ends the program while a message of an operation is open.
 class EndsInAMessage : public FaultTest {};
 
 TEST_F(EndsInAMessage, NothingMoreIsSentOrSaid) {

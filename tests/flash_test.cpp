@@ -12,7 +12,7 @@ namespace {
 
 using simboard::Faults;
 
-/// 128 steps: seven whole blocks, the last one acknowledged like the others.
+// 128 steps: seven whole blocks, the last one acknowledged like the others.
 FlashSequences SevenBlocks() {
   return RandomSequences(7, 128);
 }
@@ -150,7 +150,7 @@ TEST_F(Flash, AReadThatOverflowsEndsByItselfOnceTheCapacityHasCome) {
   EXPECT_EQ(Data().TotalBytes, 24064);
 }
 
-/// What stands on the line and in the window in each wait, with acknowledgements given by hand.
+// What stands on the line and in the window in each wait, with acknowledgements given by hand.
 TEST_F(Flash, ProgrammingWaitsForEveryWholeBlock) {
   const FlashSequences sequences = SevenBlocks();
   Load(sequences);
@@ -232,8 +232,8 @@ TEST_F(Flash, ASilentBoardCostsNoProcessorTime) {
 
 class InsideAWait : public FlashTest {
  protected:
-  /// For programming with a board that acknowledges `acks` times; `meanwhile` is done
-  /// in the wait after that, `sent` bytes being on the line.
+  // For programming with a board that acknowledges `acks` times; `meanwhile` is done
+  // in the wait after that, `sent` bytes being on the line.
   void ProgramUntil(int acks, std::size_t sent, std::function<void()> meanwhile) {
     board.SetFaults({.silent_after_acks = acks});
     hands->When([this, sent] { return BytesSent(sent); }, std::move(meanwhile));
@@ -331,7 +331,7 @@ TEST_F(InsideAWait, InBuffCountsAndEchoThrowsAwayWhatAHeaderWaitsFor) {
   EXPECT_EQ(Table(), ExampleSequences());
 }
 
-/// An aborted read that overflowed keeps its data only as long as `Echo` says so.
+// An aborted read that overflowed keeps its data only as long as `Echo` says so.
 TEST_F(InsideAWait, EchoDecidesWhatAnAbortedReadKeeps) {
   Bytes header = HeaderOf(ExampleSequences());
   header[0] = 0x75;

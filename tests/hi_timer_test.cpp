@@ -24,7 +24,7 @@ void RunEvents(int milliseconds) {
 }
 
 struct HiTimerTest : testing::Test {
-  /// Runs until `count` ticks have come; their times in ms.
+  // Runs until `count` ticks have come; their times in ms.
   std::vector<double> Ticks(std::size_t count, const std::function<void(std::size_t)>& in_tick) {
     std::vector<double> times;
     QEventLoop loop;

@@ -17,7 +17,7 @@ constexpr char kNext[] = "OptionINterp_1";
 
 class Interpolate : public WindowTest {
  protected:
-  /// Steps of channel 0 and a duration each: "128/100 148/20".
+  // Steps of channel 0 and a duration each: "128/100 148/20".
   void Compose(const QString& steps) {
     for (const QString& step : steps.split(' ')) {
       AddStep(0, step.section('/', 0, 0).toInt(), step.section('/', 1).toInt());
@@ -42,7 +42,7 @@ class Interpolate : public WindowTest {
     hands->Click("OKButton");
   }
 
-  /// Angle of channel 0 and duration of each line: "0/20 2.5/40".
+  // Angle of channel 0 and duration of each line: "0/20 2.5/40".
   QString Steps() const {
     QStringList steps;
     for (const QString& line : Lines()) {

@@ -1,12 +1,12 @@
 // The board's side of the window: choosing and losing the port, the bytes of live control, and the
 // debug panel, on a real pseudo terminal.
-#include <QComboBox>
-#include <QLineEdit>
-#include <QtTest/QTest>
 #include <fcntl.h>
 #include <poll.h>
 #include <termios.h>
 #include <unistd.h>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QtTest/QTest>
 
 #include "platform/cw_slide.h"
 #include "tests/window_fixture.h"
@@ -98,8 +98,7 @@ TEST_F(Live, SliderSendsCodeAndPositionOfItsChannel) {
   constexpr std::uint8_t codes[12] = {8, 9, 10, 11, 12, 13, 14, 15, 40, 41, 42, 43};
   for (int channel = 0; channel < 12; ++channel) {
     const int position = channel == 0 ? 0 : 190 + channel;
-    auto& slide =
-        hands->Find<platform::CWSlide>(QString("CWSlide1_%1").arg(channel));
+    auto& slide = hands->Find<platform::CWSlide>(QString("CWSlide1_%1").arg(channel));
     slide.SetValue(position);
     slide.SetValue(position);
     ExpectSent({codes[channel], static_cast<std::uint8_t>(position)});

@@ -19,7 +19,7 @@
 namespace platform {
 namespace {
 
-/// The far end of a serial line whose near end is a device.
+// The far end of a serial line whose near end is a device.
 class FarEnd {
  public:
   FarEnd() : fd_(posix_openpt(O_RDWR | O_NOCTTY)) {
@@ -42,7 +42,7 @@ class FarEnd {
     if (fd_ >= 0) close(fd_);
     fd_ = -1;
   }
-  /// Up to `count` bytes, fewer when none comes for `patience` ms. Processes no events.
+  // Up to `count` bytes, fewer when none comes for `patience` ms. Processes no events.
   QByteArray Take(qsizetype count, int patience) const {
     QByteArray bytes;
     pollfd line{fd_, POLLIN, 0};

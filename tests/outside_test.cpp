@@ -21,13 +21,14 @@ namespace {
 constexpr int kStartLimit = 20000;  // ms
 constexpr int kEndLimit = 5000;
 
-/// Height of a line in the step list at the program's font.
+// Height of a line in the step list at the program's font.
 constexpr int kLineHeight = 18;
 
 class Outside : public testing::Test {
  protected:
   void SetUp() override {
-    x_server_.start("Xvfb", {"-displayfd", "1", "-screen", "0", "1800x1000x24", "-nolisten", "tcp"});
+    x_server_.start("Xvfb",
+                    {"-displayfd", "1", "-screen", "0", "1800x1000x24", "-nolisten", "tcp"});
     ASSERT_TRUE(x_server_.waitForReadyRead(kStartLimit)) << "Xvfb does not start";
     environment_ = QProcessEnvironment::systemEnvironment();
     environment_.insert("DISPLAY", ":" + x_server_.readLine().trimmed());
@@ -47,7 +48,8 @@ class Outside : public testing::Test {
     options << "--log" << LogPath();
     program_.setProcessEnvironment(environment_);
     program_.start(PELMORA_DEMO, options);
-    const QString window = XDoTool({"search", "--sync", "--onlyvisible", "--name", "^Pelmora V 3.0$"});
+    const QString window =
+        XDoTool({"search", "--sync", "--onlyvisible", "--name", "^Pelmora V 3.0$"});
     ASSERT_FALSE(window.isEmpty());
     const QString geometry = XDoTool({"getwindowgeometry", "--shell", window});
     const auto value = [&geometry](const char* name) {
@@ -73,8 +75,8 @@ class Outside : public testing::Test {
     return tool.readAllStandardOutput().trimmed();
   }
 
-  /// The place on the screen of a control's point, given in pixels from its corner or, without one,
-  /// its centre.
+  // The place on the screen of a control's point, given in pixels from its corner or, without one,
+  // its centre.
   QPoint Place(std::string_view name, int element = 0, std::optional<QPoint> inside = {}) const {
     for (const ControlRow& row : Inventory()) {
       if (name != row.name || element < row.first || element >= row.first + row.count) continue;
@@ -121,7 +123,7 @@ class Outside : public testing::Test {
     return Place("ListSequence", 0, QPoint(200, 2 + kLineHeight * line + kLineHeight / 2));
   }
 
-  /// Waits for the program's end by itself; its exit status, and how long it took.
+  // Waits for the program's end by itself; its exit status, and how long it took.
   void ExpectEnd() {
     QElapsedTimer clock;
     clock.start();
@@ -130,12 +132,13 @@ class Outside : public testing::Test {
     EXPECT_EQ(program_.exitCode(), 0);
   }
 
-  /// The bytes that the board received in the whole run.
+  // The bytes that the board received in the whole run.
   QList<int> Received() const {
     QFile file(LogPath());
     EXPECT_TRUE(file.open(QIODevice::ReadOnly));
     QList<int> bytes;
-    for (const QByteArray& byte : file.readAll().simplified().split(' ')) bytes.append(byte.toInt());
+    for (const QByteArray& byte : file.readAll().simplified().split(' '))
+      bytes.append(byte.toInt());
     return bytes;
   }
 

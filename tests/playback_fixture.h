@@ -1,7 +1,6 @@
 // A sequence of steps that differ in channel 0, played on the real window with a timer that the
 // test drives.
-#ifndef PELMORA_TESTS_PLAYBACK_FIXTURE_H
-#define PELMORA_TESTS_PLAYBACK_FIXTURE_H
+#pragma once
 
 #include <QAction>
 #include <vector>
@@ -25,11 +24,11 @@ class Playback : public WindowTest {
   void Trigger(const QString& menu_item) { hands->Find<QAction>(menu_item).trigger(); }
 
  protected:
-  /// Channel 0 of step `step` of a composed sequence.
+  // Channel 0 of step `step` of a composed sequence.
   static std::uint8_t Position(int step) { return static_cast<std::uint8_t>(100 + step); }
   static Bytes Shown(int step) { return {8, Position(step)}; }
 
-  /// Steps that differ in channel 0. To be called before the port is open, so that nothing is sent.
+  // Steps that differ in channel 0. To be called before the port is open, so that nothing is sent.
   void Compose(const std::vector<int>& durations) {
     for (std::size_t i = 0; i < durations.size(); ++i) {
       AddStep(0, Position(static_cast<int>(i)), durations[i]);
@@ -45,7 +44,7 @@ class Playback : public WindowTest {
 
   bool On(const char* name) const { return hands->Read(name) == "On"; }
 
-  /// The next tick shows exactly this step.
+  // The next tick shows exactly this step.
   void ExpectTick(int step) {
     timer.Elapse();
     EXPECT_EQ(Selected(), step);
@@ -62,7 +61,7 @@ class Playback : public WindowTest {
   void ExpectRunning() { ExpectState(true, true, false); }
   void ExpectHalted() { ExpectState(true, false, false); }
 
-  /// The lines that carry a breakpoint; each row's flag has to agree with its line's mark.
+  // The lines that carry a breakpoint; each row's flag has to agree with its line's mark.
   std::vector<int> Breaks() const {
     std::vector<int> lines;
     for (int i = 0; i < kSteps; ++i) {
@@ -82,5 +81,3 @@ class Playback : public WindowTest {
 };
 
 }  // namespace pelmora
-
-#endif

@@ -267,7 +267,7 @@ TEST_F(Playback, EndsWithTheWindow) {
   ExpectSent({0, 0});
 }
 
-/// Something that the operator does while playback runs on three steps, step 1 being shown.
+// Something that the operator does while playback runs on three steps, step 1 being shown.
 struct Disturbance {
   const char* name;
   std::function<void(Playback&)> happen;
@@ -283,8 +283,8 @@ void Click(Playback& test, const char* button, int times = 1) {
   for (int i = 0; i < times; ++i) test.hands->Click(button);
 }
 
-/// Clicks a flash command, which ends with the last of these messages. Two ticks come in each of
-/// its waits for the board.
+// Clicks a flash command, which ends with the last of these messages. Two ticks come in each of
+// its waits for the board.
 void DuringFlash(Playback& test, const char* button, const std::vector<const char*>& messages) {
   simboard::Faults slow;
   slow.reply_delay = std::chrono::milliseconds(30);

@@ -36,7 +36,7 @@ TEST(PortDirectory, ListsTheMachinesPortsWithoutOpeningThem) {
             QStringList({"/dev/ttyS0", "/dev/ttyUSB9", "/dev/ttyUSB10"}));
 }
 
-/// What an ordinary user is told about the device.
+// What an ordinary user is told about the device.
 QString ReasonForOrdinaryUser(const QString& device) {
   int ends[2];
   if (pipe(ends) != 0) return "no pipe";

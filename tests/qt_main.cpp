@@ -6,8 +6,8 @@
 
 namespace {
 
-/// The off-screen platform says at every window what it can't do, and the test module that a disabled
-/// control takes no input; everything else is printed.
+// The off-screen platform says at every window what it can't do, and the test module that a
+// disabled control takes no input; everything else is printed.
 void Print(QtMsgType, const QMessageLogContext&, const QString& text) {
   if (text.startsWith(QLatin1String("This plugin does not support"))) return;
   if (text.endsWith(QLatin1String("not accepted by receiving widget"))) return;

@@ -29,7 +29,7 @@ constexpr int kGlance = 20;     // ms between his looks at what is going on
 constexpr int kPatience = 120;  // ms that the operator lets an operation wait
 constexpr int kLongPatience = 800;
 
-/// Closes every message at once.
+// Closes every message at once.
 class AnyMessage : public platform::MessageBox {
  public:
   void Show(const QString& text, const QString&) override { last = text; }
@@ -54,14 +54,13 @@ class RandomOperator : public WindowTest {
     if (control.isEnabled()) control.click();
   }
 
-  /// One action, in words.
+  // One action, in words.
   QString Act() {
     static constexpr std::array buttons = {
-        "CommandAdd",      "CommandAdd",    "CommandAdd",      "CommandAdd",
-        "CommandRem",      "CommandReplace", "CommandClear",   "CommandUp",
-        "CommandDwn",      "CommandMoreSeq", "CommandLessSeq", "CommandUpdate",
-        "CommandBrk",      "CommandBrk",     "CommandResBrk",  "CommandContinue",
-        "CommandRepeat",   "CommandInBuff",  "CWButtonEmuPC",  "CWButtonRealEmu",
+        "CommandAdd",       "CommandAdd",    "CommandAdd",    "CommandAdd",    "CommandRem",
+        "CommandReplace",   "CommandClear",  "CommandUp",     "CommandDwn",    "CommandMoreSeq",
+        "CommandLessSeq",   "CommandUpdate", "CommandBrk",    "CommandBrk",    "CommandResBrk",
+        "CommandContinue",  "CommandRepeat", "CommandInBuff", "CWButtonEmuPC", "CWButtonRealEmu",
         "CWButtonMainOnOff"};
     static constexpr std::array operations = {"CommandErase", "CommandFlash", "CommandRead"};
     switch (Random(16)) {
@@ -147,26 +146,38 @@ class RandomOperator : public WindowTest {
   void Misbehave() {
     simboard::Faults faults;
     switch (Random(9)) {
-      case 0: faults.silent = true; break;
-      case 1: faults.before_reply = {3, 0}; break;
-      case 2: faults.extra_replies = 2; break;
-      case 3: faults.cut_reply_at = static_cast<std::size_t>(Random(120)); break;
-      case 4: faults.after_reply = {1, 2, 3}; break;
+      case 0:
+        faults.silent = true;
+        break;
+      case 1:
+        faults.before_reply = {3, 0};
+        break;
+      case 2:
+        faults.extra_replies = 2;
+        break;
+      case 3:
+        faults.cut_reply_at = static_cast<std::size_t>(Random(120));
+        break;
+      case 4:
+        faults.after_reply = {1, 2, 3};
+        break;
       case 5: {
         std::array<std::uint8_t, 66> header{};
-        for (auto& byte : header) byte = static_cast<std::uint8_t>(Random(4) == 0 ? Random(256) : 0);
+        for (auto& byte : header)
+          byte = static_cast<std::uint8_t>(Random(4) == 0 ? Random(256) : 0);
         faults.lying_header = header;
         break;
       }
-      default: break;  // the board behaves
+      default:
+        break;  // the board behaves
     }
     board.SetFaults(faults);
   }
 
   bool Waiting() const { return Data().EraseMode || Data().ProgramMode || Data().ReadMode; }
 
-  /// Called now and then, also inside waits: does something else in between, and ends a wait that
-  /// takes too long.
+  // Called now and then, also inside waits: does something else in between, and ends a wait that
+  // takes too long.
   void LosePatience() {
     // A timer does not fire inside its own slot, and this may come to wait: each time is a new one.
     QTimer::singleShot(kGlance, form.get(), [this] { LosePatience(); });
@@ -259,8 +270,8 @@ TEST_F(RandomOperator, NeverLeavesTheProgramInAStateThatMakesNoSense) {
       ASSERT_EQ(hands->Read("LabelByte"), QString("%1 bytes").arg(14 * steps));
     }
     ASSERT_NO_FATAL_FAILURE(CheckState(connected || done.last() == "connects"))
-        << "seed " << (seed != 0 ? seed : static_cast<int>(kSeed)) << ", action " << i << " of: "
-        << done.mid(std::max<qsizetype>(0, i - 10)).join("; ").toStdString();
+        << "seed " << (seed != 0 ? seed : static_cast<int>(kSeed)) << ", action " << i
+        << " of: " << done.mid(std::max<qsizetype>(0, i - 10)).join("; ").toStdString();
   }
 }
 

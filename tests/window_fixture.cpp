@@ -13,15 +13,19 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr int kTestLimit = 60000;             // ms, before a test that hangs is ended
-constexpr milliseconds kLineLimit{5000};      // until bytes that were sent have arrived
-constexpr milliseconds kQuietLine{30};        // after which nothing more is on its way
+constexpr int kTestLimit = 60000;         // ms, before a test that hangs is ended
+constexpr milliseconds kLineLimit{5000};  // until bytes that were sent have arrived
+constexpr milliseconds kQuietLine{30};    // after which nothing more is on its way
 
 }  // namespace
 
-QString Local(QString text) { return text.replace('.', QLocale().decimalPoint()); }
+QString Local(QString text) {
+  return text.replace('.', QLocale().decimalPoint());
+}
 
-QString Message(const QString& title, const QString& text) { return title + ": " + text; }
+QString Message(const QString& title, const QString& text) {
+  return title + ": " + text;
+}
 
 void ScriptedMessageBox::Expect(const QString& title, const QString& text,
                                 std::function<void()> meanwhile) {
@@ -98,7 +102,9 @@ Bytes WindowTest::Sent(std::size_t count) {
   return bytes;
 }
 
-void WindowTest::ExpectSent(const Bytes& bytes) { EXPECT_EQ(Sent(bytes.size()), bytes); }
+void WindowTest::ExpectSent(const Bytes& bytes) {
+  EXPECT_EQ(Sent(bytes.size()), bytes);
+}
 
 void WindowTest::ExpectLoss(std::function<void()> meanwhile) {
   ExpectMessage("The connection on Comm1 (" + QString::fromStdString(board.DevicePath()) +

@@ -1,7 +1,6 @@
 // The real window on the off-screen platform, with the simulated board on "Comm1" over a pseudo
 // terminal, and everything that a test replaces: message boxes, file dialogs and the timer.
-#ifndef PELMORA_TESTS_WINDOW_FIXTURE_H
-#define PELMORA_TESTS_WINDOW_FIXTURE_H
+#pragma once
 
 #include <gtest/gtest.h>
 
@@ -29,20 +28,20 @@ namespace pelmora {
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// A text with decimal points as the operator's locale writes it.
+// A text with decimal points as the operator's locale writes it.
 QString Local(QString text);
 
-/// A message as "title: text".
+// A message as "title: text".
 QString Message(const QString& title, const QString& text);
 
-/// Answers expected messages at once; one that is not expected fails the test.
+// Answers expected messages at once; one that is not expected fails the test.
 class ScriptedMessageBox : public platform::MessageBox {
  public:
   explicit ScriptedMessageBox(const platform::Events& events) : events_(events) {}
 
-  /// The next message must be this one; `meanwhile` is done while the box is open.
+  // The next message must be this one; `meanwhile` is done while the box is open.
   void Expect(const QString& title, const QString& text, std::function<void()> meanwhile = {});
-  /// Messages expected and not yet shown.
+  // Messages expected and not yet shown.
   std::size_t Outstanding() const { return expected_.size(); }
   void Show(const QString& text, const QString& title) override;
 
@@ -55,7 +54,7 @@ class ScriptedMessageBox : public platform::MessageBox {
   std::deque<Expected> expected_;
 };
 
-/// Gives the prepared answer and keeps what was asked.
+// Gives the prepared answer and keeps what was asked.
 class ScriptedFileDialog : public platform::FileDialog {
  public:
   std::optional<QString> answer;
@@ -65,7 +64,7 @@ class ScriptedFileDialog : public platform::FileDialog {
   std::optional<QString> ShowOpen(const platform::FileRequest& request) override;
 };
 
-/// A timer that ticks when the test says so.
+// A timer that ticks when the test says so.
 class ManualTimer : public platform::HiTimer {
  public:
   void SetInterval(int milliseconds) override { interval_ = milliseconds; }
@@ -73,7 +72,7 @@ class ManualTimer : public platform::HiTimer {
   void SetEnabled(bool enabled) override;
   bool Enabled() const override { return enabled_; }
 
-  /// The interval has passed: ticks if the timer is enabled.
+  // The interval has passed: ticks if the timer is enabled.
   void Elapse();
   int Starts() const { return starts_; }  // how often the wait was begun anew
 
@@ -92,35 +91,35 @@ class BoardPorts : public platform::PortDirectory {
   const simboard::SimulatedBoard& board_;
 };
 
-/// What a test works with: all of it made anew for each test.
+// What a test works with: all of it made anew for each test.
 class WindowTest : public testing::Test {
  protected:
   explicit WindowTest(simboard::Pace pace = simboard::Pace::kUnpaced);
   ~WindowTest() override;
 
-  /// Chooses "Comm1". Call once; nothing is sent by it.
+  // Chooses "Comm1". Call once; nothing is sent by it.
   void Connect();
 
-  /// All bytes that the board received since the last call, once `count` have come and the line has
-  /// been quiet for a moment.
+  // All bytes that the board received since the last call, once `count` have come and the line has
+  // been quiet for a moment.
   Bytes Sent(std::size_t count);
 
-  /// The exact bytes on the line since the last look.
+  // The exact bytes on the line since the last look.
   void ExpectSent(const Bytes& bytes);
 
   void ExpectMessage(const QString& text, std::function<void()> meanwhile = {}) {
     box.Expect("Program", text, std::move(meanwhile));
   }
 
-  /// The message that the board's port, open now, has been lost.
+  // The message that the board's port, open now, has been lost.
   void ExpectLoss(std::function<void()> meanwhile = {});
 
-  /// Adds a step with channel `channel` at `position`, the others as they stand.
+  // Adds a step with channel `channel` at `position`, the others as they stand.
   void AddStep(int channel, int position, int duration_ms);
 
   const Declaration& Data() const { return form->Data(); }
   QStringList Lines() const { return hands->ReadLines("ListSequence"); }
-  /// The first angle field of each line: enough to tell steps apart.
+  // The first angle field of each line: enough to tell steps apart.
   QStringList FirstAngles() const;
   int Selected() const;
   void Select(int line);
@@ -140,5 +139,3 @@ class WindowTest : public testing::Test {
 };
 
 }  // namespace pelmora
-
-#endif

@@ -17,7 +17,9 @@
 namespace pelmora {
 namespace {
 
-QString Plain(QString caption) { return caption.remove('&'); }
+QString Plain(QString caption) {
+  return caption.remove('&');
+}
 
 class StartUp : public WindowTest {};
 
@@ -47,8 +49,8 @@ TEST_F(StartUp, PlacesEveryControlAndShowsItsCaptionInFull) {
   EXPECT_EQ(form->minimumSize(), form->maximumSize());
   for (const ControlRow& row : Inventory()) {
     for (int i = 0; i < row.count; ++i) {
-      const QString name = row.count == 1 ? QString(row.name)
-                                          : QString("%1_%2").arg(row.name).arg(row.first + i);
+      const QString name =
+          row.count == 1 ? QString(row.name) : QString("%1_%2").arg(row.name).arg(row.first + i);
       auto& control = hands->Find<QWidget>(name);
       EXPECT_EQ(control.geometry(), QRect((row.left + i * row.pitch) / 15, row.top / 15,
                                           row.width / 15, row.height / 15))
@@ -64,8 +66,9 @@ TEST_F(StartUp, PlacesEveryControlAndShowsItsCaptionInFull) {
 }
 
 TEST_F(StartUp, MenusTogglePanelsAndTheirCheckMarks) {
-  const QVector<QPair<QString, QStringList>> items = {
-      {"FreshProg", {"FrameFlash"}}, {"Emu", {"FrameRealEmu"}}, {"Serial", {"FrameSer", "FrameInfo"}}};
+  const QVector<QPair<QString, QStringList>> items = {{"FreshProg", {"FrameFlash"}},
+                                                      {"Emu", {"FrameRealEmu"}},
+                                                      {"Serial", {"FrameSer", "FrameInfo"}}};
   for (const auto& [item, panels] : items) {
     for (const bool shown : {false, true, false}) {
       EXPECT_EQ(hands->Find<QAction>(item).isChecked(), shown);

@@ -54,10 +54,12 @@ QWidget* MakeTextField(const QString& text, bool display, QWidget* parent) {
   return field;
 }
 
-/// A text without the mark of its mnemonic.
-QString Plain(QString caption) { return caption.remove(QLatin1Char('&')); }
+// A text without the mark of its mnemonic.
+QString Plain(QString caption) {
+  return caption.remove(QLatin1Char('&'));
+}
 
-/// The widest text that a control has to show, and the pixels around it that its frame takes.
+// The widest text that a control has to show, and the pixels around it that its frame takes.
 struct Demand {
   QString text;
   double margin;
@@ -102,7 +104,7 @@ QString ElementName(const ControlRow& row, int element) {
   return row.count == 1 ? name : QStringLiteral("%1_%2").arg(name).arg(row.first + element);
 }
 
-/// How far the control's text has to be narrowed to fit, in percent of its full width.
+// How far the control's text has to be narrowed to fit, in percent of its full width.
 int StretchFor(const ControlRow& row, const QFont& font) {
   const Demand demand = DemandOf(row);
   const double width = QFontMetricsF(font).horizontalAdvance(demand.text);

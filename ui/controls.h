@@ -1,6 +1,5 @@
 // Builds the window's controls from the inventory and finds them by name.
-#ifndef PELMORA_UI_CONTROLS_H
-#define PELMORA_UI_CONTROLS_H
+#pragma once
 
 #include <QHash>
 #include <QString>
@@ -12,11 +11,11 @@ namespace pelmora {
 
 class Controls {
  public:
-  /// Makes every control of the inventory as a descendant of `client`, with the control's name as
-  /// its object name (an array element's is "CWSlide1_3").
+  // Makes every control of the inventory as a descendant of `client`, with the control's name as
+  // its object name (an array element's is "CWSlide1_3").
   explicit Controls(QWidget& client);
 
-  /// The control of that name; it must exist and be of that class.
+  // The control of that name; it must exist and be of that class.
   template <class T>
   T& Get(const QString& name) const {
     T* control = qobject_cast<T*>(controls_.value(name));
@@ -28,8 +27,8 @@ class Controls {
     return Get<T>(QStringLiteral("%1_%2").arg(QLatin1String(array)).arg(index));
   }
 
-  /// Sets the largest font size, from 12 pixels down, at which every caption can be read in full;
-  /// a caption that misses it by little is narrowed instead.
+  // Sets the largest font size, from 12 pixels down, at which every caption can be read in full;
+  // a caption that misses it by little is narrowed instead.
   void FitFont(QWidget& client) const;
 
  private:
@@ -39,5 +38,3 @@ class Controls {
 };
 
 }  // namespace pelmora
-
-#endif

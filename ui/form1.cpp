@@ -88,7 +88,7 @@ void Colour(QLabel& label, const QColor& colour) {
 
 }  // namespace
 
-/// The shared data and the handlers that work on it, in the order in which they need each other.
+// The shared data and the handlers that work on it, in the order in which they need each other.
 struct Form1::Handlers {
   Handlers(const Surroundings& around, const Controls& controls, QWidget& form)
       : comm(around.ports),
@@ -109,10 +109,10 @@ struct Form1::Handlers {
         step_fields(data, live_control, editor, list, decimal_point),
         step_list(data, sequence_data, step_fields, list, labels, around.message_box),
         navigation(data, sequence_data, list, labels),
-        interpolation({sequence_data, list, *labels.LabelStep, around.message_box, around.events},
-                      {&form, &controls.Get<QWidget>("FrameBuffEdit"),
-                       &controls.Get<QWidget>("FrameMan"), &controls.Get<QWidget>("FramePCEmu"),
-                       &list}),
+        interpolation(
+            {sequence_data, list, *labels.LabelStep, around.message_box, around.events},
+            {&form, &controls.Get<QWidget>("FrameBuffEdit"), &controls.Get<QWidget>("FrameMan"),
+             &controls.Get<QWidget>("FramePCEmu"), &list}),
         flash_parts{data,
                     comm,
                     around.events,
@@ -128,8 +128,8 @@ struct Form1::Handlers {
         pc_emulator(data, step_list, list, around.timer, emu_pc, real_emu.Button()),
         breakpoints(data, sequence_data, step_fields, list, pc_emulator),
         board_playback(data, board, real_emu, emu_pc.Button()),
-        buffer_commands(data, sequence_data, step_list, list, *labels.LabelSeq,
-                        around.file_dialog, around.message_box) {}
+        buffer_commands(data, sequence_data, step_list, list, *labels.LabelSeq, around.file_dialog,
+                        around.message_box) {}
 
   Declaration data;
   platform::MSComm comm;
@@ -201,7 +201,9 @@ Form1::~Form1() {
   surroundings_.timer.Timer = nullptr;
 }
 
-const Declaration& Form1::Data() const { return handlers_->data; }
+const Declaration& Form1::Data() const {
+  return handlers_->data;
+}
 
 void Form1::BuildMenus() {
   QHash<QString, QMenu*> menus;
@@ -216,7 +218,7 @@ void Form1::BuildMenus() {
   }
 }
 
-/// What the inventory does not say: colours, scales, columns, entries.
+// What the inventory does not say: colours, scales, columns, entries.
 void Form1::DressControls() {
   Colour(controls_->Get<QLabel>("LabelSeq"), QColor(0xC8, 0x10, 0x10));
   Colour(controls_->Get<QLabel>("LabelStep"), QColor(0x00, 0x00, 0x80));
@@ -247,8 +249,8 @@ void Form1::DressControls() {
   std::vector<platform::ListColumn> columns;
   for (int i = 0; i < kChannels; ++i) {
     const TextField& angle = controls_->Get<TextField>("Text1", kChannels + i);
-    columns.push_back({angle.mapTo(centralWidget(), QPoint()).x() - list.left(),
-                       angle.width() - 1, Qt::AlignHCenter});
+    columns.push_back({angle.mapTo(centralWidget(), QPoint()).x() - list.left(), angle.width() - 1,
+                       Qt::AlignHCenter});
   }
   const int right = columns.back().left + columns.back().width;
   const platform::ListColumn mark = {right + 110, 70, Qt::AlignLeft};
@@ -295,8 +297,7 @@ void Form1::ConnectLink() {
   Handlers& h = *handlers_;
   connect(&controls_->Get<DropDownList>("ComboPort"), &DropDownList::Click, wiring_.get(),
           [&h] { h.serial_port.ComboPort_Click(); });
-  connect(&h.comm, &platform::MSComm::OnComm, wiring_.get(),
-          [&h] { h.board.MSComm1_OnComm(); });
+  connect(&h.comm, &platform::MSComm::OnComm, wiring_.get(), [&h] { h.board.MSComm1_OnComm(); });
   // The message comes last: nothing stands On or locked while it is open.
   connect(&h.comm, &platform::MSComm::PortLost, wiring_.get(), [&h] {
     h.pc_emulator.MSComm1_PortLost();
@@ -350,11 +351,11 @@ void Form1::ConnectMenus() {
   choose("Resetting", [&h] { h.live_control.Resetting_Click(); });
   ConnectPanelToggle("FreshProg", {&controls_->Get<QWidget>("FrameFlash")});
   ConnectPanelToggle("Emu", {&controls_->Get<QWidget>("FrameRealEmu")});
-  ConnectPanelToggle("Serial", {&controls_->Get<QWidget>("FrameSer"),
-                                &controls_->Get<QWidget>("FrameInfo")});
+  ConnectPanelToggle("Serial",
+                     {&controls_->Get<QWidget>("FrameSer"), &controls_->Get<QWidget>("FrameInfo")});
 }
 
-/// The item's check mark always mirrors the panels' visibility.
+// The item's check mark always mirrors the panels' visibility.
 void Form1::ConnectPanelToggle(const char* item, std::vector<QWidget*> panels) {
   connect(menu_items_.value(QLatin1String(item)), &QAction::toggled, wiring_.get(),
           [panels = std::move(panels)](bool checked) {
@@ -382,16 +383,20 @@ void Form1::closeEvent(QCloseEvent* event) {
   EndProgram();
 }
 
-void Form1::Form_Unload() { handlers_->live_control.CommandStop_Click(); }
+void Form1::Form_Unload() {
+  handlers_->live_control.CommandStop_Click();
+}
 
-void Form1::Form_Terminate() { handlers_->live_control.CommandStop_Click(); }
+void Form1::Form_Terminate() {
+  handlers_->live_control.CommandStop_Click();
+}
 
 void Form1::Quit_Click() {
   handlers_->live_control.CommandStop_Click();
   EndProgram();
 }
 
-/// Nothing more is sent: the port closes once the stop bytes have left. Every wait ends.
+// Nothing more is sent: the port closes once the stop bytes have left. Every wait ends.
 void Form1::EndProgram() {
   surroundings_.timer.SetEnabled(false);
   handlers_->comm.Close();

@@ -1,7 +1,6 @@
 // The main window: its controls and menus, start-up and shutdown. It wires the controls' events to
 // the handlers of the rooms below and holds no rule of the program itself.
-#ifndef PELMORA_UI_FORM1_H
-#define PELMORA_UI_FORM1_H
+#pragma once
 
 #include <QAction>
 #include <QHash>
@@ -18,7 +17,7 @@
 
 namespace pelmora {
 
-/// What surrounds the window, and what tests replace. All of it outlives the window.
+// What surrounds the window, and what tests replace. All of it outlives the window.
 struct Surroundings {
   platform::Events& events;
   platform::MessageBox& message_box;
@@ -36,11 +35,11 @@ class Form1 : public QMainWindow {
   explicit Form1(const Surroundings& surroundings);
   ~Form1() override;
 
-  /// The shared data, for tests that look behind the controls.
+  // The shared data, for tests that look behind the controls.
   const Declaration& Data() const;
 
  protected:
-  /// Closing the window: `Form_Unload`, then `Form_Terminate`, then the end of the program.
+  // Closing the window: `Form_Unload`, then `Form_Terminate`, then the end of the program.
   void closeEvent(QCloseEvent* event) override;
 
  private:
@@ -64,10 +63,8 @@ class Form1 : public QMainWindow {
   std::unique_ptr<Controls> controls_;
   QHash<QString, QAction*> menu_items_;
   std::unique_ptr<Handlers> handlers_;
-  /// Context of all connections to the handlers, so that they end before the handlers do.
+  // Context of all connections to the handlers, so that they end before the handlers do.
   std::unique_ptr<QObject> wiring_;
 };
 
 }  // namespace pelmora
-
-#endif

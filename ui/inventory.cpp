@@ -78,8 +78,12 @@ constexpr MenuRow kMenus[] = {
 
 }  // namespace
 
-std::span<const ControlRow> Inventory() { return kControls; }
+std::span<const ControlRow> Inventory() {
+  return kControls;
+}
 
-std::span<const MenuRow> Menus() { return kMenus; }
+std::span<const MenuRow> Menus() {
+  return kMenus;
+}
 
 }  // namespace pelmora

@@ -1,6 +1,5 @@
 // What the main window consists of: every control with its place and start state, every menu item.
-#ifndef PELMORA_UI_INVENTORY_H
-#define PELMORA_UI_INVENTORY_H
+#pragma once
 
 #include <span>
 
@@ -12,7 +11,9 @@ inline constexpr char kFormCaption[] = "Pelmora V 3.0";
 inline constexpr int kFormWidth = 12735;
 inline constexpr int kFormHeight = 10110;
 
-constexpr int Pixels(int twips) { return twips / 15; }
+constexpr int Pixels(int twips) {
+  return twips / 15;
+}
 
 enum class Kind {
   kPanel,     // with a caption on its frame, or a plain frame
@@ -35,13 +36,14 @@ struct ControlRow {
   Kind kind;
   const char* name;
   const char* parent;  // a panel's name, "" for the window itself
-  /// As shown; "&" marks the mnemonic. In an array "%1" is the element's number within the row.
+  // As shown; "&" marks the mnemonic. In an array "%1" is the element's number within the row.
   const char* caption;
-  /// The name told to assistive technology where the caption doesn't say it.
+  // The name told to assistive technology where the caption doesn't say it.
   const char* spoken_name;
   int left, top, width, height;  // twips, relative to the parent
   Start start = Start::kVisible;
-  /// An array's row makes `count` elements, `pitch` twips apart, named name_<first>, name_<first+1>...
+  // An array's row makes `count` elements, `pitch` twips apart, named name_<first>,
+  // name_<first+1>...
   int count = 1;
   int pitch = 0;
   int first = 0;
@@ -55,12 +57,10 @@ struct MenuRow {
   bool checkable;  // the check mark mirrors a panel's visibility
 };
 
-/// All controls, each after its parent, in the order of the Tab key.
+// All controls, each after its parent, in the order of the Tab key.
 std::span<const ControlRow> Inventory();
 
-/// All menu items in their order.
+// All menu items in their order.
 std::span<const MenuRow> Menus();
 
 }  // namespace pelmora
-
-#endif

@@ -8,7 +8,7 @@
 namespace pelmora {
 namespace {
 
-/// PNG files, which need no plug-in of the toolkit to be read.
+// PNG files, which need no plug-in of the toolkit to be read.
 QIcon WindowIcon() {
   QIcon icon;
   for (const int size : {16, 22, 24, 32, 48, 64, 128, 256}) {

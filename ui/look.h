@@ -1,14 +1,11 @@
 // The program's own look, the same on every desktop.
-#ifndef PELMORA_UI_LOOK_H
-#define PELMORA_UI_LOOK_H
+#pragma once
 
 #include <QApplication>
 
 namespace pelmora {
 
-/// Style, colours and font family of the whole program. Called once, before any window is made.
+// Style, colours and font family of the whole program. Called once, before any window is made.
 void SetUpLook(QApplication& application);
 
 }  // namespace pelmora
-
-#endif

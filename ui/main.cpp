@@ -18,8 +18,7 @@ int main(int argc, char** argv) {
   platform::SystemHiTimer timer;
   const platform::MachinePorts ports;
   pelmora::Form1 form({events, message_box, file_dialog, timer, ports});
-  QObject::connect(&events, &platform::Events::Ended, &application,
-                   [] { QApplication::exit(0); });
+  QObject::connect(&events, &platform::Events::Ended, &application, [] { QApplication::exit(0); });
   form.show();
   return application.exec();
 }

@@ -90,8 +90,10 @@ ProgramSequences::Transfer ProgramSequences::SendStepData(BoardWait& wait, int t
       if (!wait.Turn()) return Transfer::kCut;
     }
   }
-  // The line may have failed while the last bytes were written.
-  return wait.Cut() ? Transfer::kCut : Transfer::kDone;
+  if (!wait.Cut()) return Transfer::kDone;
+  // The line failed while the last bytes were written; the turn lets that be said first.
+  wait.Turn(platform::Events::Idle::kReturn);
+  return Transfer::kCut;
 }
 
 void ProgramSequences::End(const QString& text) {

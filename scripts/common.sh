@@ -1,8 +1,8 @@
 # What the scripts share. To be sourced from the project's folder with `set -euo pipefail`.
 
-build_packages=(g++ cmake ninja-build qt6-base-dev qt6-serialport-dev fonts-liberation)
+build_packages=(g++ cmake ninja-build qt6-base-dev qt6-serialport-dev libgtest-dev fonts-liberation)
 display_packages=(xvfb xauth)
-test_packages=(libgtest-dev xdotool locales "${display_packages[@]}")
+test_packages=(xdotool locales "${display_packages[@]}")
 
 say() { printf '%s\n' "$*"; }
 die() {

@@ -99,7 +99,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
   for (const std::int16_t steps : data.SeqSteps) Require(steps >= 0);
   const auto* end = bytes + size;
   if (data.EraseMode || data.ProgramMode) {
-    Require(data.AckReceived == (std::find(bytes + 1, end, kAcknowledgement) != end));
+    Require(!data.AckReceived || std::find(bytes + 1, end, kAcknowledgement) != end);
   } else if (data.ReadMode && data.AckReceived) {
     Require(size > kHeaderBytes && comm.RThreshold() == 0);
   }

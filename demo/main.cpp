@@ -12,7 +12,6 @@
 #include <QTextStream>
 #include <QThread>
 #include <QTimer>
-#include <stdexcept>
 
 #include "board/board_window.h"
 #include "board/simulated_board.h"
@@ -68,17 +67,6 @@ void WriteLog(const simboard::SimulatedBoard& board, const QString& path) {
   for (const std::uint8_t byte : board.Received()) out << byte << ' ';
 }
 
-int GoOnTour(QWidget& form, QWidget& board_window, simboard::SimulatedBoard& board,
-             const QString& folder) {
-  try {
-    demo::Tour(form, board_window, board, QDir(folder)).Go();
-    return 0;
-  } catch (const std::runtime_error& error) {
-    QTextStream(stderr) << "The tour failed: " << error.what() << '\n';
-    return 1;
-  }
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -109,16 +97,15 @@ int main(int argc, char** argv) {
   platform::SystemHiTimer timer;
   pelmora::Form1 form({events, message_box, file_dialog, timer, ports});
   simboard::BoardWindow board_window(board);
-  int exit_status = 0;
-  QObject::connect(&events, &platform::Events::Ended, &application,
-                   [&exit_status] { QApplication::exit(exit_status); });
+  QObject::connect(&events, &platform::Events::Ended, &application, [] { QApplication::exit(0); });
   form.show();
   PlaceBeside(board_window, form);
   board_window.show();
   form.activateWindow();
   if (parser.isSet(tour)) {
     QTimer::singleShot(0, &form, [&] {
-      exit_status = GoOnTour(form, board_window, board, parser.value(tour));
+      const QDir pictures(QDir(parser.value(tour)).absolutePath());
+      demo::Tour(form, board_window, board, pictures).Go();
       form.close();
     });
   }

@@ -16,8 +16,8 @@ class Tour {
   // Pictures of `window` and of the board's window go into `folder`, numbered in order.
   Tour(QWidget& window, QWidget& board_window, simboard::SimulatedBoard& board, const QDir& folder);
 
-  // Goes through all stages. Throws std::runtime_error when the program does not do what the
-  // operator expects.
+  // Goes through all stages. Ends the process when the program does not do what the operator
+  // expects.
   void Go();
 
  private:

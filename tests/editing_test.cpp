@@ -23,11 +23,17 @@ TEST_F(StepFields, CommitClampsAndShowsOffsetAndAngle) {
     const char* slider;
   };
   constexpr Case cases[] = {
-      {"200", "127", "63.5 °", "255"}, {"-300", "-128", "-64 °", "0"},
-      {"5", "5", "2.5 °", "133"},      {"", "0", "0 °", "128"},
-      {"007", "7", "3.5 °", "135"},    {"-", "7", "3.5 °", "135"},
-      {"1-2", "7", "3.5 °", "135"},    {"a b+4.x2", "42", "21 °", "170"},
-      {"-1", "-1", "-0.5 °", "127"},   {"--1", "-1", "-0.5 °", "127"},
+      {"200", "127", "63.5 °", "255"},
+      {"-300", "-128", "-64 °", "0"},
+      {"5", "5", "2.5 °", "133"},
+      {"", "0", "0 °", "128"},
+      {"007", "7", "3.5 °", "135"},
+      {"-", "7", "3.5 °", "135"},
+      {"1-2", "7", "3.5 °", "135"},
+      {"a b+4.x2", "42", "21 °", "170"},
+      {"999999999999", "127", "63.5 °", "255"},
+      {"-1", "-1", "-0.5 °", "127"},
+      {"--1", "-1", "-0.5 °", "127"},
   };
   for (const Case& c : cases) {
     hands->Type("Text1_3", c.typed);
@@ -227,6 +233,7 @@ TEST_F(Navigation, StoresTheOutgoingSequenceAndListsTheIncomingOne) {
   Select(1);
   hands->Click("CommandBrk");
   hands->Click("CommandMoreSeq");
+  EXPECT_EQ(Data().EditBuffer[1][13], 0);
   EXPECT_TRUE(Lines().isEmpty());
   EXPECT_EQ(hands->Read("LabelSeq"), "Sequence N° 1");
   EXPECT_EQ(hands->Read("LabelSeqEmu"), "Sequence N° 1");

@@ -3,6 +3,7 @@
 #include <QComboBox>
 #include <QListWidget>
 #include <QLocale>
+#include <QRegularExpression>
 #include <QtTest/QTest>
 
 #include "platform/cw_slide.h"
@@ -20,7 +21,8 @@ constexpr milliseconds kQuietLine{30};    // after which nothing more is on its 
 }  // namespace
 
 QString Local(QString text) {
-  return text.replace('.', QLocale().decimalPoint());
+  static const QRegularExpression point("(?<=\\d)\\.(?=\\d)");
+  return text.replace(point, QLocale().decimalPoint());
 }
 
 QString Message(const QString& title, const QString& text) {

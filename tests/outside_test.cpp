@@ -12,11 +12,15 @@
 #include <QThread>
 #include <optional>
 #include <string_view>
+#include <vector>
 
+#include "board/simulated_board.h"
 #include "ui/inventory.h"
 
 namespace pelmora {
 namespace {
+
+using Bytes = std::vector<std::uint8_t>;
 
 constexpr int kStartLimit = 20000;  // ms
 constexpr int kEndLimit = 5000;
@@ -44,14 +48,17 @@ class Outside : public testing::Test {
     }
   }
 
-  void Start(QStringList options) {
+  void StartDemo(QStringList options) {
     options << "--log" << LogPath();
+    Start(PELMORA_DEMO, options);
+  }
+
+  void Start(const QString& program, const QStringList& options) {
     program_.setProcessEnvironment(environment_);
-    program_.start(PELMORA_DEMO, options);
-    const QString window =
-        XDoTool({"search", "--sync", "--onlyvisible", "--name", "^Pelmora V 3.0$"});
-    ASSERT_FALSE(window.isEmpty());
-    const QString geometry = XDoTool({"getwindowgeometry", "--shell", window});
+    program_.start(program, options);
+    window_ = FindWindow("^Pelmora V 3.0$");
+    ASSERT_FALSE(window_.isEmpty());
+    const QString geometry = XDoTool({"getwindowgeometry", "--shell", window_});
     const auto value = [&geometry](const char* name) {
       return QRegularExpression(QString("^%1=(-?\\d+)$").arg(name),
                                 QRegularExpression::MultilineOption)
@@ -63,7 +70,19 @@ class Outside : public testing::Test {
     left_ = value("X");
     top_ = value("Y") + menu_height;
     ASSERT_GT(menu_height, 0);
-    XDoTool({"windowfocus", "--sync", window});
+    XDoTool({"windowfocus", "--sync", window_});
+  }
+
+  QString FindWindow(const QString& title) {
+    return XDoTool({"search", "--sync", "--onlyvisible", "--name", title});
+  }
+
+  // Closes the open message box; there is no window manager that would give it the focus.
+  void AnswerMessage() {
+    XDoTool({"windowfocus", "--sync", FindWindow("^Program$")});
+    Key("Return");
+    QThread::msleep(200);
+    XDoTool({"windowfocus", "--sync", window_});
   }
 
   QString XDoTool(const QStringList& arguments) {
@@ -112,11 +131,19 @@ class Outside : public testing::Test {
   }
   static void Pause() { QThread::msleep(60); }
 
-  void ChooseFirstPort() {
+  // `end` of the list: "Home" for its first entry, "End" for its last.
+  void ChoosePort(const QString& end) {
     Click(Place("ComboPort"));
     QThread::msleep(300);
-    Key("Home");
+    Key(end);
     Key("Return");
+  }
+
+  // Puts `offset` into a channel's position field.
+  void TypeOffset(int channel, const QString& offset) {
+    Click(Place("Text1", channel));
+    XDoTool({"key", "ctrl+a"});
+    XDoTool({"type", "--", offset});
   }
 
   QPoint Line(int line) const {
@@ -148,25 +175,22 @@ class Outside : public testing::Test {
   QProcessEnvironment environment_;
   QProcess x_server_;
   QProcess program_;
+  QString window_;
   int left_ = 0;
   int top_ = 0;
 };
 
 TEST_F(Outside, DragsASliderAddsStepsAndMovesALine) {
-  Start({});
-  ChooseFirstPort();
+  StartDemo({});
+  ChoosePort("Home");
   Click(Place("CWButtonMainOnOff"));
   const QPoint handle = Place("CWSlide1", 3, QPoint(16, 273 / 2 + 8));
   Drag(handle, handle - QPoint(0, 60));
   Click(Place("CommandAdd"));
-  Click(Place("Text1", 3));
-  XDoTool({"key", "ctrl+a"});
-  XDoTool({"type", "--", "-20"});
+  TypeOffset(3, "-20");
   Key("Return");
   Click(Place("CommandAdd"));
-  Click(Place("Text1", 3));
-  XDoTool({"key", "ctrl+a"});
-  XDoTool({"type", "--", "-40"});
+  TypeOffset(3, "-40");
   Key("alt+a");  // commits the field, then adds
   Drag(Line(2), Line(0));
   for (int line = 0; line < 3; ++line) {
@@ -197,14 +221,51 @@ TEST_F(Outside, DragsASliderAddsStepsAndMovesALine) {
 }
 
 TEST_F(Outside, QuitEndsTheProgramAtOnceWhileAnEraseWaitsForASilentBoard) {
-  Start({"--silent"});
-  ChooseFirstPort();
+  StartDemo({"--silent"});
+  ChoosePort("Home");
   Key("alt+v");
   Key("f");  // "Flash Progr"
   Click(Place("CommandErase"));
   Key("ctrl+q");
   ExpectEnd();
   EXPECT_EQ(Received(), (QList<int>{7, 0}));
+}
+
+// The program itself, not the demo, on a board that a link /dev/comm8 pins to its last entry.
+// PELMORA_PROGRAM names another one to drive, for example the installed one.
+TEST_F(Outside, TheProgramItselfComposesAndProgramsOverAPinnedPort) {
+  simboard::SimulatedBoard board(simboard::Pace::kUnpaced);
+  const QString link = "/dev/comm8";
+  if (!QFile::link(QString::fromStdString(board.DevicePath()), link)) {
+    GTEST_SKIP() << "no link can be made in /dev";
+  }
+  Start(qEnvironmentVariable("PELMORA_PROGRAM", PELMORA), {});
+  ChoosePort("End");
+  QFile::remove(link);
+  Click(Place("CWButtonMainOnOff"));
+  TypeOffset(0, "10");
+  Key("Return");
+  Click(Place("CommandAdd"));
+  TypeOffset(0, "-20");
+  Click(Place("CommandAdd"));
+  Key("alt+v");
+  Key("f");
+  Click(Place("CommandFlash"));
+  AnswerMessage();  // "Data Flash Erased"
+  AnswerMessage();  // "Data Flash Programmed!"
+  Key("ctrl+q");
+  ExpectEnd();
+
+  Bytes expected = {1, 8, 138, 8, 108, 7, 2, 0, 28, 0, 2, 0, 0};
+  expected.resize(expected.size() + 15 * 4);
+  for (const std::uint8_t position : Bytes{138, 108}) {
+    expected.push_back(position);
+    expected.insert(expected.end(), 11, 128);
+    expected.insert(expected.end(), {0, 50});
+  }
+  expected.push_back(0);
+  EXPECT_TRUE(board.WaitForBytes(expected.size(), std::chrono::seconds(2)));
+  EXPECT_EQ(board.Received(), expected);
 }
 
 }  // namespace

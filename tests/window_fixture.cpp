@@ -1,5 +1,6 @@
 #include "tests/window_fixture.h"
 
+#include <QApplication>
 #include <QComboBox>
 #include <QListWidget>
 #include <QLocale>
@@ -8,6 +9,7 @@
 
 #include "platform/cw_slide.h"
 #include "platform/list_box.h"
+#include "ui/look.h"
 
 namespace pelmora {
 namespace {
@@ -70,6 +72,7 @@ QString BoardPorts::DeviceFor(int number) const {
 }
 
 WindowTest::WindowTest(simboard::Pace pace) : board(pace), box(events), ports(board) {
+  SetUpLook(*qApp);
   form = std::make_unique<Form1>(Surroundings{events, box, files, timer, ports});
   hands = std::make_unique<demo::Operator>(*form);
   form->show();

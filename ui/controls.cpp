@@ -33,13 +33,16 @@ QWidget* MakeLabel(const QString& caption, int height, QWidget* parent) {
   return label;
 }
 
+QFont HeadingFont(QFont font) {
+  font.setPixelSize(kHeadingFont);
+  font.setBold(true);
+  return font;
+}
+
 QWidget* MakeHeading(const QString& caption, QWidget* parent) {
   auto* label = new QLabel(caption, parent);
   label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-  QFont font = label->font();
-  font.setPixelSize(kHeadingFont);
-  font.setBold(true);
-  label->setFont(font);
+  label->setFont(HeadingFont(label->font()));
   return label;
 }
 
@@ -92,6 +95,8 @@ Demand DemandOf(const ControlRow& row) {
     case Kind::kNumEdit:
       return {QStringLiteral("-32768 ms"), 30};
     case Kind::kHeading:
+      return {QString(caption).replace(QRegularExpression(QStringLiteral("0$|\\.\\.\\.$")), "255"),
+              0};
     case Kind::kListBox:
     case Kind::kBar:
       break;
@@ -107,14 +112,18 @@ QString ElementName(const ControlRow& row, int element) {
 // How far the control's text has to be narrowed to fit, in percent of its full width.
 int StretchFor(const ControlRow& row, const QFont& font) {
   const Demand demand = DemandOf(row);
-  const double width = QFontMetricsF(font).horizontalAdvance(demand.text);
+  const QFontMetricsF metrics(row.kind == Kind::kHeading ? HeadingFont(font) : font);
+  const double width = metrics.horizontalAdvance(demand.text);
   const double room = Pixels(row.width) - demand.margin;
   return width <= room ? kFullStretch : static_cast<int>(kFullStretch * room / width);
 }
 
 int NarrowestStretch(const QFont& font) {
   int narrowest = kFullStretch;
-  for (const ControlRow& row : Inventory()) narrowest = std::min(narrowest, StretchFor(row, font));
+  for (const ControlRow& row : Inventory()) {
+    // Headings have a size of their own.
+    if (row.kind != Kind::kHeading) narrowest = std::min(narrowest, StretchFor(row, font));
+  }
   return narrowest;
 }
 
@@ -185,7 +194,7 @@ void Controls::FitFont(QWidget& client) const {
   for (const ControlRow& row : Inventory()) {
     const int stretch = StretchFor(row, font);
     if (stretch >= kFullStretch) continue;
-    QFont narrow = font;
+    QFont narrow = row.kind == Kind::kHeading ? HeadingFont(font) : font;
     narrow.setStretch(stretch);
     for (int i = 0; i < row.count; ++i) controls_.value(ElementName(row, i))->setFont(narrow);
   }

@@ -20,7 +20,6 @@ void BoardPlayback::CWButtonRealEmu_ValueChanged(bool on) {
 
 void BoardPlayback::MSComm1_PortLost() {
   real_emu_.DropToOff();
-  real_emu_.Button().setEnabled(true);
   button_emu_pc_.setEnabled(true);
 }
 

@@ -48,7 +48,6 @@ void PcEmulator::HoldSelectedStep() {
 void PcEmulator::MSComm1_PortLost() {
   timer_.SetEnabled(false);
   emu_pc_.DropToOff();
-  emu_pc_.Button().setEnabled(true);
   button_real_emu_.setEnabled(true);
 }
 

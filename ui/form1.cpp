@@ -260,11 +260,13 @@ void Form1::DressControls() {
   controls_->Get<ListBox>("ListSequence").SetColumns(std::move(columns));
 }
 
+template <class Handler>
+void Form1::OnClick(const char* button, Handler handler) {
+  connect(&controls_->Get<PushButton>(button), &QPushButton::clicked, wiring_.get(), handler);
+}
+
 void Form1::ConnectEditing() {
   Handlers& h = *handlers_;
-  const auto click = [this](const char* name, auto handler) {
-    connect(&controls_->Get<PushButton>(name), &QPushButton::clicked, wiring_.get(), handler);
-  };
   for (int i = 0; i < kChannels; ++i) {
     connect(&controls_->Get<CWSlide>("CWSlide1", i), &CWSlide::ValueChanged, wiring_.get(),
             [&h, i](int value) { h.step_fields.CWSlide1_ValueChanged(i, value); });
@@ -274,17 +276,17 @@ void Form1::ConnectEditing() {
     field.KeyPress = [&h, i](int& key) { h.step_fields.Text1_KeyPress(i, key); };
     field.LostFocus = [&h, i] { h.step_fields.Text1_LostFocus(i); };
   }
-  click("CommandUpdate", [&h] { h.step_fields.CommandUpdate_Click(); });
-  click("CommandAdd", [&h] { h.step_list.CommandAdd_Click(); });
-  click("CommandRem", [&h] { h.step_list.CommandRem_Click(); });
-  click("CommandReplace", [&h] { h.step_list.CommandReplace_Click(); });
-  click("CommandClear", [&h] { h.step_list.CommandClear_Click(); });
-  click("CommandClearAll", [&h] { h.step_list.CommandClearAll_Click(); });
-  click("CommandUp", [&h] { h.step_list.CommandUp_Click(); });
-  click("CommandDwn", [&h] { h.step_list.CommandDwn_Click(); });
-  click("CommandMoreSeq", [&h] { h.navigation.CommandMoreSeq_Click(); });
-  click("CommandLessSeq", [&h] { h.navigation.CommandLessSeq_Click(); });
-  click("CommandInterpolate", [&h] { h.interpolation.CommandInterpolate_Click(); });
+  OnClick("CommandUpdate", [&h] { h.step_fields.CommandUpdate_Click(); });
+  OnClick("CommandAdd", [&h] { h.step_list.CommandAdd_Click(); });
+  OnClick("CommandRem", [&h] { h.step_list.CommandRem_Click(); });
+  OnClick("CommandReplace", [&h] { h.step_list.CommandReplace_Click(); });
+  OnClick("CommandClear", [&h] { h.step_list.CommandClear_Click(); });
+  OnClick("CommandClearAll", [&h] { h.step_list.CommandClearAll_Click(); });
+  OnClick("CommandUp", [&h] { h.step_list.CommandUp_Click(); });
+  OnClick("CommandDwn", [&h] { h.step_list.CommandDwn_Click(); });
+  OnClick("CommandMoreSeq", [&h] { h.navigation.CommandMoreSeq_Click(); });
+  OnClick("CommandLessSeq", [&h] { h.navigation.CommandLessSeq_Click(); });
+  OnClick("CommandInterpolate", [&h] { h.interpolation.CommandInterpolate_Click(); });
   connect(&h.list, &ListBox::MouseDown, wiring_.get(),
           [&h](int line) { h.step_list.ListSequence_MouseDown(line); });
   connect(&h.list, &ListBox::MouseUp, wiring_.get(),
@@ -307,37 +309,30 @@ void Form1::ConnectLink() {
   });
   connect(&h.main_on_off.Button(), &CWButton::ValueChanged, wiring_.get(),
           [&h](bool on) { h.live_control.CWButtonMainOnOff_ValueChanged(on); });
-  connect(&controls_->Get<PushButton>("CommandInBuff"), &QPushButton::clicked, wiring_.get(),
-          [&h] { h.debug_panel.CommandInBuff_Click(); });
+  OnClick("CommandInBuff", [&h] { h.debug_panel.CommandInBuff_Click(); });
   connect(&controls_->Get<TextField>("Echo"), &TextField::Click, wiring_.get(),
           [&h] { h.debug_panel.Echo_Click(); });
 }
 
 void Form1::ConnectFlash() {
   Handlers& h = *handlers_;
-  const auto click = [this](const char* name, auto handler) {
-    connect(&controls_->Get<PushButton>(name), &QPushButton::clicked, wiring_.get(), handler);
-  };
-  click("CommandErase", [&h] { h.erase.CommandErase_Click(); });
-  click("CommandFlash", [&h] { h.program.CommandFlash_Click(); });
-  click("CommandRead", [&h] { h.read.CommandRead_Click(); });
-  click("Command1", [&h] { h.program.Command1_Click(); });
+  OnClick("CommandErase", [&h] { h.erase.CommandErase_Click(); });
+  OnClick("CommandFlash", [&h] { h.program.CommandFlash_Click(); });
+  OnClick("CommandRead", [&h] { h.read.CommandRead_Click(); });
+  OnClick("Command1", [&h] { h.program.Command1_Click(); });
 }
 
 void Form1::ConnectPlayback() {
   Handlers& h = *handlers_;
-  const auto click = [this](const char* name, auto handler) {
-    connect(&controls_->Get<PushButton>(name), &QPushButton::clicked, wiring_.get(), handler);
-  };
   connect(&h.emu_pc.Button(), &CWButton::ValueChanged, wiring_.get(),
           [&h](bool on) { h.pc_emulator.CWButtonEmuPC_ValueChanged(on); });
   connect(&h.real_emu.Button(), &CWButton::ValueChanged, wiring_.get(),
           [&h](bool on) { h.board_playback.CWButtonRealEmu_ValueChanged(on); });
   surroundings_.timer.Timer = [&h] { h.pc_emulator.HiTimer1_Timer(); };
-  click("CommandBrk", [&h] { h.breakpoints.CommandBrk_Click(); });
-  click("CommandResBrk", [&h] { h.breakpoints.CommandResBrk_Click(); });
-  click("CommandContinue", [&h] { h.breakpoints.CommandContinue_Click(); });
-  click("CommandRepeat", [&h] { h.breakpoints.CommandRepeat_Click(); });
+  OnClick("CommandBrk", [&h] { h.breakpoints.CommandBrk_Click(); });
+  OnClick("CommandResBrk", [&h] { h.breakpoints.CommandResBrk_Click(); });
+  OnClick("CommandContinue", [&h] { h.breakpoints.CommandContinue_Click(); });
+  OnClick("CommandRepeat", [&h] { h.breakpoints.CommandRepeat_Click(); });
 }
 
 void Form1::ConnectMenus() {

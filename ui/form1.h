@@ -47,6 +47,8 @@ class Form1 : public QMainWindow {
 
   void BuildMenus();
   void DressControls();
+  template <class Handler>
+  void OnClick(const char* button, Handler handler);
   void ConnectEditing();
   void ConnectLink();
   void ConnectFlash();

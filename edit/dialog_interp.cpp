@@ -7,6 +7,7 @@
 #include "core/interpolation.h"
 #include "core/step_line.h"
 #include "platform/push_button.h"
+#include "platform/twips.h"
 
 namespace pelmora {
 namespace {
@@ -17,9 +18,7 @@ constexpr int kLowestCount = 1;
 constexpr int kHighestCount = 100;
 constexpr int kFastIncrement = 5;
 
-constexpr int Pixels(int twips) {
-  return twips / 15;
-}
+using platform::Pixels;
 
 QRect Twips(int left, int top, int width, int height) {
   return {Pixels(left), Pixels(top), Pixels(width), Pixels(height)};

@@ -3,6 +3,8 @@
 
 #include <span>
 
+#include "platform/twips.h"
+
 namespace pelmora {
 
 inline constexpr char kFormCaption[] = "Pelmora V 3.0";
@@ -11,9 +13,7 @@ inline constexpr char kFormCaption[] = "Pelmora V 3.0";
 inline constexpr int kFormWidth = 12735;
 inline constexpr int kFormHeight = 10110;
 
-constexpr int Pixels(int twips) {
-  return twips / 15;
-}
+using platform::Pixels;
 
 enum class Kind {
   kPanel,     // with a caption on its frame, or a plain frame

@@ -1,10 +1,10 @@
-# add_room(<name> SOURCES <files...> [LINKS <targets...>])
-# One library for one room: the project's warnings, and includes written from the top folder.
-function(add_room name)
-  cmake_parse_arguments(ROOM "" "" "SOURCES;LINKS" ${ARGN})
-  add_library(${name} STATIC ${ROOM_SOURCES})
+# add_module(<name> SOURCES <files...> [LINKS <targets...>])
+# One library for one module: the project's warnings, and includes written from the top folder.
+function(add_module name)
+  cmake_parse_arguments(MODULE "" "" "SOURCES;LINKS" ${ARGN})
+  add_library(${name} STATIC ${MODULE_SOURCES})
   target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
-  target_link_libraries(${name} PUBLIC ${ROOM_LINKS})
+  target_link_libraries(${name} PUBLIC ${MODULE_LINKS})
   pelmora_warnings(${name})
 endfunction()
 

@@ -1,6 +1,15 @@
 #include "link/serial_port.h"
 
+#include "core/declaration.h"
+
 namespace pelmora {
+namespace {
+
+// The receive buffer: while no read is running, and for the whole reply of a full flash.
+constexpr int kIdleBufferBytes = 20000;
+constexpr int kReadBufferBytes = kHeaderBytes + kFlashCapacity;
+
+}  // namespace
 
 SerialPort::SerialPort(platform::MSComm& comm, platform::DropDownList& combo_port,
                        platform::MessageBox& message_box)
@@ -33,12 +42,34 @@ bool SerialPort::SetupPort() {
 }
 
 void SerialPort::SetIdleReceive() {
+  SetReceive(kIdleBufferBytes, 1);
+}
+
+void SerialPort::SetReadReceive() {
+  SetReceive(kReadBufferBytes, kHeaderBytes);
+}
+
+void SerialPort::SetReceive(int buffer_bytes, int event_bytes) {
   comm_.SetInputLen(0);
   comm_.Input();
-  comm_.SetInBufferSize(kIdleBufferBytes);
-  comm_.SetInputLen(1);
-  comm_.SetRThreshold(1);
+  comm_.SetInBufferSize(buffer_bytes);
+  comm_.SetInputLen(event_bytes);
+  comm_.SetRThreshold(event_bytes);
   comm_.SetInputMode(1);
+}
+
+void SerialPort::PollReceive() {
+  comm_.SetRThreshold(0);
+  comm_.SetInputLen(0);
+}
+
+void SerialPort::Send(std::span<const std::uint8_t> bytes) {
+  for (const std::uint8_t byte : bytes) {
+    if (!comm_.PortOpen()) return;
+    TxBuffer[0] = byte;
+    comm_.Output(TxBuffer);
+    ++bytes_sent_;
+  }
 }
 
 void SerialPort::MSComm1_PortLost() {

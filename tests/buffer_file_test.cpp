@@ -1,5 +1,5 @@
 // Buffer files, byte by byte, and everything else that an operator may pick in the dialog.
-#include "files/buffer_file.h"
+#include "core/buffer_file.h"
 
 #include <gtest/gtest.h>
 

@@ -9,13 +9,13 @@
 #include <QLocale>
 #include <QMenu>
 #include <QMenuBar>
+#include <QProgressBar>
 #include <QScreen>
 #include <QStyle>
 #include <string>
 
-#include "core/declaration.h"
 #include "edit/dialog_interp.h"
-#include "edit/sequence_data.h"
+#include "edit/edited_sequence.h"
 #include "edit/sequence_navigation.h"
 #include "edit/step_fields.h"
 #include "edit/step_list.h"
@@ -23,10 +23,11 @@
 #include "flash/erase_flash.h"
 #include "flash/program_sequences.h"
 #include "flash/read_back.h"
-#include "link/board_protocol.h"
+#include "link/board_operation.h"
 #include "link/connected_switch.h"
 #include "link/debug_panel.h"
 #include "link/live_control.h"
+#include "link/receive_handler.h"
 #include "link/serial_port.h"
 #include "platform/cw_button.h"
 #include "platform/cw_num_edit.h"
@@ -70,14 +71,14 @@ EditorControls FindEditorControls(const Controls& controls) {
     editor.Text1[static_cast<std::size_t>(i)] = &controls.Get<TextField>("Text1", i);
   }
   editor.CWNumEditTimeStep = &controls.Get<CWNumEdit>("CWNumEditTimeStep");
-  editor.LabelStep = &controls.Get<QLabel>("LabelStep");
   return editor;
 }
 
-SequenceLabels FindLabels(const Controls& controls) {
-  return {&controls.Get<QLabel>("LabelSeq"), &controls.Get<QLabel>("LabelSeqEmu"),
-          &controls.Get<QLabel>("LabelStep"), &controls.Get<QLabel>("CommandOffset"),
-          &controls.Get<QLabel>("LabelOffset")};
+SequenceControls FindSequenceControls(const Controls& controls) {
+  return {controls.Get<ListBox>("ListSequence"), controls.Get<QLabel>("LabelSeq"),
+          controls.Get<QLabel>("LabelSeqEmu"),   controls.Get<QLabel>("LabelStep"),
+          controls.Get<QLabel>("LabelByte"),     controls.Get<QLabel>("CommandOffset"),
+          controls.Get<QLabel>("LabelOffset")};
 }
 
 void Colour(QLabel& label, const QColor& colour) {
@@ -88,71 +89,53 @@ void Colour(QLabel& label, const QColor& colour) {
 
 }  // namespace
 
-// The shared data and the handlers that work on it, in the order in which they need each other.
+// The handlers, in the order in which they need each other.
 struct Form1::Handlers {
   Handlers(const Surroundings& around, const Controls& controls, QWidget& form)
       : comm(around.ports),
-        decimal_point(QLocale().decimalPoint().toStdString()),
-        list(controls.Get<ListBox>("ListSequence")),
-        labels(FindLabels(controls)),
-        editor(FindEditorControls(controls)),
         serial_port(comm, controls.Get<DropDownList>("ComboPort"), around.message_box),
-        board(data, comm, around.events, around.message_box, controls.Get<TextField>("Echo"),
-              controls.Get<CWSlide>("ProgressBarFlash")),
+        link({comm, serial_port, around.events, around.message_box,
+              controls.Get<QPushButton>("Command1"), controls.Get<QProgressBar>("ProgressBarFlash"),
+              controls.Get<TextField>("Echo")}),
+        receive(comm, link),
         debug_panel(comm, controls.Get<TextField>("Echo")),
         main_on_off(controls.Get<CWButton>("CWButtonMainOnOff"), serial_port),
         real_emu(controls.Get<CWButton>("CWButtonRealEmu"), serial_port),
         emu_pc(controls.Get<CWButton>("CWButtonEmuPC"), serial_port),
-        live_control(board, main_on_off, real_emu.Button(), emu_pc.Button()),
-        sequence_data(data, list, controls.Get<QLabel>("LabelByte"), around.message_box,
-                      decimal_point),
-        step_fields(data, live_control, editor, list, decimal_point),
-        step_list(data, sequence_data, step_fields, list, labels, around.message_box),
-        navigation(data, sequence_data, list, labels),
+        live_control(serial_port, main_on_off, real_emu.Button(), emu_pc.Button()),
+        edited(FindSequenceControls(controls), around.message_box,
+               QLocale().decimalPoint().toStdString()),
+        step_fields(edited, live_control, FindEditorControls(controls)),
+        step_list(edited, step_fields, around.message_box),
+        navigation(edited),
         interpolation(
-            {sequence_data, list, *labels.LabelStep, around.message_box, around.events},
+            {edited, around.message_box, around.events},
             {&form, &controls.Get<QWidget>("FrameBuffEdit"), &controls.Get<QWidget>("FrameMan"),
-             &controls.Get<QWidget>("FramePCEmu"), &list}),
-        flash_parts{data,
-                    comm,
-                    around.events,
-                    around.message_box,
-                    serial_port,
-                    board,
-                    controls.Get<TextField>("Echo"),
-                    controls.Get<CWSlide>("ProgressBarFlash"),
-                    controls.Get<PushButton>("Command1")},
-        erase(flash_parts),
-        program(flash_parts, erase),
-        read(flash_parts, sequence_data, step_list, list, *labels.LabelSeq),
-        pc_emulator(data, step_list, list, around.timer, emu_pc, real_emu.Button()),
-        breakpoints(data, sequence_data, step_fields, list, pc_emulator),
-        board_playback(data, board, real_emu, emu_pc.Button()),
-        buffer_commands(data, sequence_data, step_list, list, *labels.LabelSeq, around.file_dialog,
-                        around.message_box) {}
+             &controls.Get<QWidget>("FramePCEmu"), &controls.Get<ListBox>("ListSequence")}),
+        erase(link),
+        program(link, erase, edited),
+        read(link, edited),
+        pc_emulator(edited, step_list, around.timer, emu_pc, real_emu.Button()),
+        breakpoints(edited, step_fields, pc_emulator),
+        board_playback(edited, serial_port, real_emu, emu_pc.Button()),
+        buffer_commands(edited, around.file_dialog, around.message_box) {}
 
-  Declaration data;
   platform::MSComm comm;
-  const std::string decimal_point;
-  ListBox& list;
-  const SequenceLabels labels;
-  const EditorControls editor;
-
   SerialPort serial_port;
-  BoardProtocol board;
+  BoardLink link;
+  ReceiveHandler receive;
   DebugPanel debug_panel;
   ConnectedSwitch main_on_off;
   ConnectedSwitch real_emu;
   ConnectedSwitch emu_pc;
   LiveControl live_control;
 
-  SequenceData sequence_data;
+  EditedSequence edited;
   StepFields step_fields;
   StepList step_list;
   SequenceNavigation navigation;
   Interpolation interpolation;
 
-  const FlashParts flash_parts;
   EraseFlash erase;
   ProgramSequences program;
   ReadBack read;
@@ -201,8 +184,12 @@ Form1::~Form1() {
   surroundings_.timer.Timer = nullptr;
 }
 
-const Declaration& Form1::Data() const {
-  return handlers_->data;
+const EditedSequence& Form1::Edited() const {
+  return handlers_->edited;
+}
+
+const BoardLink& Form1::Link() const {
+  return handlers_->link;
 }
 
 void Form1::BuildMenus() {
@@ -287,19 +274,19 @@ void Form1::ConnectEditing() {
   OnClick("CommandMoreSeq", [&h] { h.navigation.CommandMoreSeq_Click(); });
   OnClick("CommandLessSeq", [&h] { h.navigation.CommandLessSeq_Click(); });
   OnClick("CommandInterpolate", [&h] { h.interpolation.CommandInterpolate_Click(); });
-  connect(&h.list, &ListBox::MouseDown, wiring_.get(),
+  ListBox& list = controls_->Get<ListBox>("ListSequence");
+  connect(&list, &ListBox::MouseDown, wiring_.get(),
           [&h](int line) { h.step_list.ListSequence_MouseDown(line); });
-  connect(&h.list, &ListBox::MouseUp, wiring_.get(),
+  connect(&list, &ListBox::MouseUp, wiring_.get(),
           [&h](int line) { h.step_list.ListSequence_MouseUp(line); });
-  connect(&h.list, &ListBox::DblClick, wiring_.get(),
-          [&h] { h.step_list.ListSequence_DblClick(); });
+  connect(&list, &ListBox::DblClick, wiring_.get(), [&h] { h.step_list.ListSequence_DblClick(); });
 }
 
 void Form1::ConnectLink() {
   Handlers& h = *handlers_;
   connect(&controls_->Get<DropDownList>("ComboPort"), &DropDownList::Click, wiring_.get(),
           [&h] { h.serial_port.ComboPort_Click(); });
-  connect(&h.comm, &platform::MSComm::OnComm, wiring_.get(), [&h] { h.board.MSComm1_OnComm(); });
+  connect(&h.comm, &platform::MSComm::OnComm, wiring_.get(), [&h] { h.receive.MSComm1_OnComm(); });
   // The message comes last: nothing stands On or locked while it is open.
   connect(&h.comm, &platform::MSComm::PortLost, wiring_.get(), [&h] {
     h.pc_emulator.MSComm1_PortLost();
@@ -319,7 +306,7 @@ void Form1::ConnectFlash() {
   OnClick("CommandErase", [&h] { h.erase.CommandErase_Click(); });
   OnClick("CommandFlash", [&h] { h.program.CommandFlash_Click(); });
   OnClick("CommandRead", [&h] { h.read.CommandRead_Click(); });
-  OnClick("Command1", [&h] { h.program.Command1_Click(); });
+  OnClick("Command1", [&h] { h.link.Command1_Click(); });
 }
 
 void Form1::ConnectPlayback() {
@@ -360,14 +347,10 @@ void Form1::ConnectPanelToggle(const char* item, std::vector<QWidget*> panels) {
 
 void Form1::Form_Load() {
   Handlers& h = *handlers_;
-  h.data.SaveCounter = 0;
+  h.buffer_commands.Form_Load();
   surroundings_.timer.SetInterval(kStartInterval);
-  h.data.ReadMode = false;
-  h.data.ProgramMode = false;
-  h.data.AbortRequest = false;
-  h.data.EraseMode = false;
-  h.sequence_data.ResetBreakPoints();
-  h.sequence_data.DataInit();
+  h.link.Form_Load();
+  h.edited.Form_Load();
 }
 
 void Form1::closeEvent(QCloseEvent* event) {

@@ -1,5 +1,5 @@
 // The main window: its controls and menus, start-up and shutdown. It wires the controls' events to
-// the handlers of the rooms below and holds no rule of the program itself.
+// the handlers of the modules below and holds no rule of the program itself.
 #pragma once
 
 #include <QAction>
@@ -26,8 +26,9 @@ struct Surroundings {
   const platform::PortDirectory& ports;
 };
 
-struct Declaration;
+class BoardLink;
 class Controls;
+class EditedSequence;
 
 class Form1 : public QMainWindow {
   Q_OBJECT
@@ -35,8 +36,9 @@ class Form1 : public QMainWindow {
   explicit Form1(const Surroundings& surroundings);
   ~Form1() override;
 
-  // The shared data, for tests that look behind the controls.
-  const Declaration& Data() const;
+  // For tests that look behind the controls.
+  const EditedSequence& Edited() const;
+  const BoardLink& Link() const;
 
  protected:
   // Closing the window: `Form_Unload`, then `Form_Terminate`, then the end of the program.

@@ -5,7 +5,7 @@
 #include <thread>
 #include <vector>
 
-#include "bench/program_window.h"
+#include "bench/connected_program.h"
 #include "bench/rows.h"
 #include "platform/cw_button.h"
 
@@ -65,14 +65,14 @@ void Live(const std::function<bool()>& done) {
   while (!done()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
 }
 
-void Play(ProgramWindow& program, TickLog& log) {
-  auto& timer = program.Timer();
+void Play(ConnectedProgram& program, TickLog& log) {
+  auto& timer = program.genuine_timer;
   const std::function<void()> tick = timer.Timer;
   timer.Timer = [&] {
     log.Tick();
     tick();
   };
-  auto& play = program.Find<platform::CWButton>("CWButtonEmuPC");
+  auto& play = program.hands->Find<platform::CWButton>("CWButtonEmuPC");
   play.click();
   if (!timer.Enabled()) qFatal("the playback doesn't start");
   log.Start();
@@ -98,8 +98,8 @@ void AddPlaybackRows(Report& report) {
     const char* name;
   } kBareTimers[] = {{Qt::PreciseTimer, "the toolkit's precise timer"},
                      {Qt::CoarseTimer, "the toolkit's coarse timer"}};
-  ProgramWindow program(simboard::Pace::kUnpaced);
-  program.Load(2, 1);
+  ConnectedProgram program(simboard::Pace::kUnpaced, {.timer = true});
+  program.Load(rig::FilledSequences(1, 2, 1));
   TickLog even(kTicks);
   TickLog stalled(kTicksBeforeStall + kTicksAfterStall, kTicksBeforeStall);
   Play(program, even);

@@ -17,13 +17,12 @@
 
 namespace demo {
 
-Tour::Tour(QWidget& window, QWidget& board_window, simboard::SimulatedBoard& board,
-           const QDir& folder)
-    : window_(window),
+Tour::Tour(rig::ProgramWithBoard& program, QWidget& board_window, const QDir& folder)
+    : window_(*program.form),
       board_window_(board_window),
-      board_(board),
+      board_(program.board),
       folder_(folder),
-      operator_(window) {}
+      operator_(*program.hands) {}
 
 void Tour::Go() {
   operator_.Wait(300);
@@ -156,7 +155,7 @@ void Tour::ReadBack() {
   auto& bar = operator_.Find<QSlider>("ProgressBarFlash");
   operator_.When([&bar] { return bar.isVisible() && bar.value() > bar.maximum() / 2; },
                  [this] { Picture("reading back"); });
-  operator_.When([this] { return OpenMessage() != nullptr; },
+  operator_.When([this] { return rig::OpenMessage() != nullptr; },
                  [this] { AnswerNextMessage("Data Flash Read!", "read back"); });
   operator_.Click("CommandRead");
   Expect(operator_.ReadLines("ListSequence") == before, "the same steps have come back");
@@ -222,14 +221,14 @@ void Tour::SaveAndLoad() {
   const QStringList before = operator_.ReadLines("ListSequence");
   Say("saves all sequences in a file");
   AnswerFileDialog(folder_.filePath("sequences"), "save dialog");
-  operator_.When([] { return OpenMessage() != nullptr; },
+  operator_.When([] { return rig::OpenMessage() != nullptr; },
                  [this] { AnswerNextMessage("Data Saved!"); });
   operator_.ChooseMenu("SaveBuffer");
   Expect(QFile::exists(path), "the file is there");
   Say("clears everything and loads the file");
   operator_.Click("CommandClearAll");
   AnswerFileDialog(path, "load dialog");
-  operator_.When([] { return OpenMessage() != nullptr; },
+  operator_.When([] { return rig::OpenMessage() != nullptr; },
                  [this] { AnswerNextMessage("Data Loaded!"); });
   operator_.ChooseMenu("LoadBuffer");
   operator_.Click("CommandMoreSeq");
@@ -249,11 +248,11 @@ void Tour::Erase() {
 void Tour::PullTheAdapter() {
   Say("loses the adapter, which somebody pulls");
   bool told = false;
-  operator_.When([] { return OpenMessage() != nullptr; },
+  operator_.When([] { return rig::OpenMessage() != nullptr; },
                  [this, &told] {
-                   QTextStream(stdout) << "  the program says: " << MessageText() << '\n';
+                   QTextStream(stdout) << "  the program says: " << rig::MessageText() << '\n';
                    Picture("adapter pulled");
-                   AnswerMessage();
+                   rig::AnswerMessage();
                    told = true;
                  });
   board_.Unplug();
@@ -272,12 +271,12 @@ void Tour::Quit() {
 }
 
 void Tour::AnswerNextMessage(const QString& text, const QString& picture) {
-  operator_.When([] { return OpenMessage() != nullptr; },
+  operator_.When([] { return rig::OpenMessage() != nullptr; },
                  [this, text, picture] {
-                   QTextStream(stdout) << "  the program says: " << MessageText() << '\n';
-                   Expect(text.isEmpty() || MessageText() == text, "the message is: " + text);
+                   QTextStream(stdout) << "  the program says: " << rig::MessageText() << '\n';
+                   Expect(text.isEmpty() || rig::MessageText() == text, "the message is: " + text);
                    if (!picture.isEmpty()) Picture(picture);
-                   AnswerMessage();
+                   rig::AnswerMessage();
                  });
 }
 

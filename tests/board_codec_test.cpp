@@ -10,18 +10,12 @@
 #include <vector>
 
 #include "core/sequence_store.h"
+#include "rig/sequences.h"
 
 namespace pelmora {
 namespace {
 
-using Bytes = std::vector<std::uint8_t>;
-
-Bytes Hex(const std::string& text) {
-  std::istringstream words(text);
-  Bytes bytes;
-  for (int byte = 0; words >> std::hex >> byte;) bytes.push_back(static_cast<std::uint8_t>(byte));
-  return bytes;
-}
+using namespace rig;
 
 FlashHeader Header(const Bytes& bytes) {
   FlashHeader header{};
@@ -48,13 +42,7 @@ TEST(BoardCodec, Commands) {
 }
 
 TEST(BoardCodec, ExampleBothWays) {
-  const Bytes image =
-      Hex("00 2A  00 02 00 00  00 00 00 00  00 00 00 00  00 01 00 1C "
-          "00 00 00 00  00 00 00 00  00 00 00 00  00 00 00 00  00 00 00 00  00 00 00 00 "
-          "00 00 00 00  00 00 00 00  00 00 00 00  00 00 00 00  00 00 00 00  00 00 00 00 "
-          "80 80 80 80 80 80 80 80 80 80 80 80  00 05 "
-          "FF 80 80 80 80 80 80 80 80 80 80 80  00 32 "
-          "00 00 00 00 00 00 00 00 00 00 00 00  01 00");
+  const Bytes image = ExampleImage();
   ASSERT_EQ(image.size(), 108u);
 
   const auto table = std::make_unique<SequenceTable>();

@@ -10,11 +10,13 @@
 #include <QElapsedTimer>
 #include <QTest>
 #include <QTimer>
-#include <ctime>
 #include <thread>
 #include <vector>
 
 #include "platform/events.h"
+#include "rig/bytes.h"
+#include "rig/first_port.h"
+#include "rig/processor_time.h"
 
 namespace platform {
 namespace {
@@ -60,11 +62,6 @@ class FarEnd {
   QString device_;
 };
 
-struct Entries : PortDirectory {
-  QString DeviceFor(int number) const override { return number == 1 ? device : QString(); }
-  QString device;
-};
-
 void Send(MSComm& comm, const QByteArray& bytes) {
   for (const char byte : bytes) {
     const std::uint8_t one[] = {static_cast<std::uint8_t>(byte)};
@@ -72,21 +69,20 @@ void Send(MSComm& comm, const QByteArray& bytes) {
   }
 }
 
-QByteArray Pattern(int size) {
-  QByteArray bytes;
-  for (int i = 0; i < size; ++i) bytes.append(static_cast<char>(i * 7 + i / 256));
-  return bytes;
+QByteArray Pattern(std::size_t size) {
+  const rig::Bytes bytes = rig::Counting(size);
+  return {reinterpret_cast<const char*>(bytes.data()), static_cast<qsizetype>(bytes.size())};
 }
 
-double ProcessorMilliseconds(const std::function<void()>& work) {
-  const std::clock_t start = std::clock();
+double ProcessorTimeOf(const std::function<void()>& work) {
+  const double start = rig::ProcessorMilliseconds();
   work();
-  return 1000.0 * static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+  return rig::ProcessorMilliseconds() - start;
 }
 
 struct MSCommTest : testing::Test {
   MSCommTest() {
-    entries.device = far.Device();
+    device = far.Device();
     comm.SetSettings("9600,N,8,2");
     comm.SetInBufferSize(20000);
     EXPECT_TRUE(comm.Open()) << comm.LastError().toStdString();
@@ -94,7 +90,8 @@ struct MSCommTest : testing::Test {
   }
 
   FarEnd far;
-  Entries entries;
+  QString device;
+  rig::FirstPort entries{[this] { return device; }};
   MSComm comm{entries};
   Events events;
   QStringList lost;
@@ -250,7 +247,7 @@ TEST_F(MSCommTest, ClosingADeadLineEnds) {
   Send(comm, Pattern(30000));
   QElapsedTimer clock;
   clock.start();
-  const double spent = ProcessorMilliseconds([&] { comm.Close(); });
+  const double spent = ProcessorTimeOf([&] { comm.Close(); });
   EXPECT_LT(clock.elapsed(), 1500);
   EXPECT_GT(clock.elapsed(), 500);
   EXPECT_LT(spent, 200.0);
@@ -265,7 +262,7 @@ TEST_F(MSCommTest, PulledLineIsOneLossAndCostsNothing) {
     QTest::qWait(20);
     far.Unplug();
     if (while_sending) Send(comm, "abc");
-    const double spent = ProcessorMilliseconds([] { QTest::qWait(300); });
+    const double spent = ProcessorTimeOf([] { QTest::qWait(300); });
     EXPECT_EQ(lost.size(), 1);
     EXPECT_FALSE(lost.join("").isEmpty());
     EXPECT_FALSE(comm.PortOpen());
@@ -275,7 +272,7 @@ TEST_F(MSCommTest, PulledLineIsOneLossAndCostsNothing) {
 
     const int session = comm.Session();
     far = FarEnd();
-    entries.device = far.Device();
+    device = far.Device();
     ASSERT_TRUE(comm.Open());
     EXPECT_EQ(comm.Session(), session + 1);
   }
@@ -298,7 +295,7 @@ TEST_F(MSCommTest, FailureToOpenNamesTheDeviceAndTheReason) {
   EXPECT_EQ(second.LastDevice(), far.Device());
   EXPECT_EQ(second.LastError(), "another program is using it");
 
-  entries.device = "/dev/pts/99999";
+  device = "/dev/pts/99999";
   EXPECT_FALSE(second.Open());
   EXPECT_EQ(second.LastError(), "there is no such device");
 
@@ -310,7 +307,7 @@ TEST_F(MSCommTest, FailureToOpenNamesTheDeviceAndTheReason) {
 
 TEST_F(MSCommTest, WaitingCostsNoProcessorTime) {
   QTimer::singleShot(250, &events, &Events::End);
-  const double spent = ProcessorMilliseconds([&] {
+  const double spent = ProcessorTimeOf([&] {
     while (!events.Ending()) events.DoEvents();
   });
   EXPECT_LT(spent, 60.0);

@@ -1,4 +1,4 @@
-#include "demo/operator.h"
+#include "rig/operator.h"
 
 #include <QAction>
 #include <QApplication>
@@ -20,7 +20,7 @@
 
 #include "platform/cw_slide.h"
 
-namespace demo {
+namespace rig {
 namespace {
 
 constexpr int kGlance = 3;  // ms
@@ -203,4 +203,4 @@ void AnswerMessage() {
   if (box) QTest::mouseClick(box->button(QMessageBox::Ok), Qt::LeftButton);
 }
 
-}  // namespace demo
+}  // namespace rig

@@ -9,7 +9,7 @@
 #include <list>
 #include <stdexcept>
 
-namespace demo {
+namespace rig {
 
 class Operator : public QObject {
   Q_OBJECT
@@ -81,4 +81,4 @@ QString MessageText();
 // Presses the OK button of the open message box.
 void AnswerMessage();
 
-}  // namespace demo
+}  // namespace rig

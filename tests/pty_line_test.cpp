@@ -165,6 +165,37 @@ TEST(PtyLine, KeepsThePaceOf9600BaudInBothDirectionsAtOnce) {
   }
 }
 
+// The system's own buffers hold up to 21 KB for a terminal that nobody reads.
+TEST(PtyLine, SlowLineLeavesInTheTerminalWhatItHasNotCarriedYet) {
+  SimulatedBoard board(Pace::k9600);
+  const int line = open(board.DevicePath().c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK);
+  ASSERT_GE(line, 0);
+  const Bytes block(2000, 0x55);
+  constexpr std::size_t kBuffers = 24'000;
+  std::size_t accepted = 0;
+  const auto start = Clock::now();
+  const double before = ProcessorMilliseconds();
+  while (MillisecondsSince(start) < 500) {
+    const ssize_t count = write(line, block.data(), block.size());
+    if (count > 0) accepted += static_cast<std::size_t>(count);
+    std::this_thread::sleep_for(10ms);
+  }
+  EXPECT_LT(ProcessorMilliseconds() - before, 100) << "a line that is busy costs little";
+  const std::vector<LoggedByte> log = board.Log();
+  const double elapsed = MillisecondsSince(start);
+  EXPECT_GE(accepted, 2 * block.size());
+  EXPECT_LT(accepted, kBuffers + log.size());
+  EXPECT_LE(static_cast<double>(log.size()), elapsed / kByteMilliseconds);
+  EXPECT_GE(static_cast<double>(log.size()), 0.5 * 500 / kByteMilliseconds);
+  // Each byte bears the time at which it has arrived, whenever the board came to look at it.
+  ASSERT_GE(log.size(), 100U);
+  for (std::size_t i = 1; i < 100; ++i) {
+    EXPECT_GE(log[i].when - log[i - 1].when, 1145us) << "byte " << i;
+  }
+  EXPECT_GE(log.front().when - start, 1145us);
+  close(line);
+}
+
 TEST(PtyLine, SlowLineDoesNotDriftOverAcknowledgedBlocks) {
   SimulatedBoard board(Pace::k9600);
   Pc pc(board);

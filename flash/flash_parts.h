@@ -5,10 +5,10 @@
 #include "link/board_protocol.h"
 #include "link/board_wait.h"
 #include "link/serial_port.h"
-#include "platform/cw_slide.h"
 #include "platform/events.h"
 #include "platform/message_box.h"
 #include "platform/ms_comm.h"
+#include "platform/progress_bar.h"
 #include "platform/push_button.h"
 #include "platform/text_field.h"
 
@@ -24,8 +24,8 @@ struct FlashParts {
   SerialPort& serial_port;
   BoardProtocol& board;
   platform::TextField& Echo;
-  platform::CWSlide& ProgressBarFlash;  // visible while a transfer runs
-  platform::PushButton& Command1;       // "Abort": enabled while a transfer runs
+  platform::ProgressBar& ProgressBarFlash;  // visible while a transfer runs
+  platform::PushButton& Command1;           // "Abort": enabled while a transfer runs
 
   // The waits of an operation that begins now.
   BoardWait BeginWait() const { return {data, comm, events}; }

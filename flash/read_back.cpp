@@ -46,7 +46,6 @@ bool ReadBack::Receive() {
   parts_.comm.SetInBufferSize(kReadBufferBytes);
   parts_.comm.SetInputLen(kHeaderBytes);
   parts_.comm.SetRThreshold(kHeaderBytes);
-  parts_.comm.SetInputMode(1);
   parts_.ProgressBarFlash.SetValue(0);
   parts_.ProgressBarFlash.show();
   parts_.data.ReadMode = true;

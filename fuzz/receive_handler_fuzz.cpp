@@ -14,11 +14,11 @@
 #include "fuzz/require.h"
 #include "link/board_protocol.h"
 #include "link/board_wait.h"
-#include "platform/cw_slide.h"
 #include "platform/events.h"
 #include "platform/message_box.h"
 #include "platform/ms_comm.h"
 #include "platform/port_directory.h"
+#include "platform/progress_bar.h"
 #include "platform/text_field.h"
 
 using namespace pelmora;
@@ -46,7 +46,6 @@ struct Bench {
       : master(posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK)),
         ports((grantpt(master), unlockpt(master), QString::fromLocal8Bit(ptsname(master)))),
         comm(ports),
-        bar(platform::CWSlide::Look::kBar),
         board(data, comm, events, message_box, echo, bar) {
     comm.SetSettings("9600,N,8,2");
     Require(comm.Open());
@@ -60,7 +59,7 @@ struct Bench {
   OnePort ports;
   platform::MSComm comm;
   platform::TextField echo;
-  platform::CWSlide bar;
+  platform::ProgressBar bar;
   BoardProtocol board;
 };
 

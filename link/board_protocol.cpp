@@ -20,7 +20,7 @@ std::span<const std::uint8_t> Bytes(const QByteArray& bytes) {
 
 BoardProtocol::BoardProtocol(Declaration& data, platform::MSComm& comm, platform::Events& events,
                              platform::MessageBox& message_box, platform::TextField& echo,
-                             platform::CWSlide& progress_bar_flash)
+                             platform::ProgressBar& progress_bar_flash)
     : data_(data),
       comm_(comm),
       events_(events),

@@ -5,10 +5,10 @@
 #include <cstdint>
 
 #include "core/declaration.h"
-#include "platform/cw_slide.h"
 #include "platform/events.h"
 #include "platform/message_box.h"
 #include "platform/ms_comm.h"
+#include "platform/progress_bar.h"
 #include "platform/text_field.h"
 
 namespace pelmora {
@@ -38,7 +38,7 @@ class BoardProtocol {
  public:
   BoardProtocol(Declaration& data, platform::MSComm& comm, platform::Events& events,
                 platform::MessageBox& message_box, platform::TextField& echo,
-                platform::CWSlide& progress_bar_flash);
+                platform::ProgressBar& progress_bar_flash);
 
   // Writes one byte, as its own write, if the port is open; otherwise nothing happens.
   void Send(std::uint8_t byte);
@@ -59,7 +59,7 @@ class BoardProtocol {
   platform::Events& events_;
   platform::MessageBox& message_box_;
   platform::TextField& echo_;
-  platform::CWSlide& progress_bar_flash_;
+  platform::ProgressBar& progress_bar_flash_;
 };
 
 }  // namespace pelmora

@@ -2,12 +2,12 @@
 
 #include <QAction>
 #include <QFile>
+#include <QProgressBar>
 #include <QTemporaryDir>
 #include <random>
 #include <sstream>
 
 #include "files/buffer_file.h"
-#include "platform/cw_slide.h"
 
 namespace pelmora {
 namespace {
@@ -143,11 +143,11 @@ void FlashTest::ConnectAgain() {
 }
 
 int FlashTest::Bar() const {
-  return hands->Find<platform::CWSlide>("ProgressBarFlash").Value();
+  return hands->Find<QProgressBar>("ProgressBarFlash").value();
 }
 
 bool FlashTest::BarShown() const {
-  return !hands->Find<platform::CWSlide>("ProgressBarFlash").isHidden();
+  return !hands->Find<QProgressBar>("ProgressBarFlash").isHidden();
 }
 
 void FlashTest::ExpectAtRest() {

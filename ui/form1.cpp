@@ -7,10 +7,10 @@
 #include <QLabel>
 #include <QLayout>
 #include <QLocale>
-#include <QMenu>
 #include <QMenuBar>
 #include <QScreen>
 #include <QStyle>
+#include <span>
 #include <string>
 
 #include "core/declaration.h"
@@ -28,18 +28,12 @@
 #include "link/debug_panel.h"
 #include "link/live_control.h"
 #include "link/serial_port.h"
-#include "platform/cw_button.h"
-#include "platform/cw_num_edit.h"
-#include "platform/cw_slide.h"
-#include "platform/drop_down_list.h"
-#include "platform/list_box.h"
 #include "platform/ms_comm.h"
-#include "platform/push_button.h"
-#include "platform/text_field.h"
 #include "playback/board_playback.h"
 #include "playback/breakpoints.h"
 #include "playback/pc_emulator.h"
 #include "ui/controls.h"
+#include "ui/fit_font.h"
 #include "ui/inventory.h"
 
 namespace pelmora {
@@ -61,25 +55,6 @@ constexpr int kLongestDuration = 32767;  // what the sequence table can hold
 constexpr int kDurationStep = 20;        // one tick of the board
 constexpr int kFastDurationStep = 200;
 
-EditorControls FindEditorControls(const Controls& controls) {
-  EditorControls editor{};
-  for (int i = 0; i < kChannels; ++i) {
-    editor.CWSlide1[static_cast<std::size_t>(i)] = &controls.Get<CWSlide>("CWSlide1", i);
-  }
-  for (int i = 0; i < 2 * kChannels; ++i) {
-    editor.Text1[static_cast<std::size_t>(i)] = &controls.Get<TextField>("Text1", i);
-  }
-  editor.CWNumEditTimeStep = &controls.Get<CWNumEdit>("CWNumEditTimeStep");
-  editor.LabelStep = &controls.Get<QLabel>("LabelStep");
-  return editor;
-}
-
-SequenceLabels FindLabels(const Controls& controls) {
-  return {&controls.Get<QLabel>("LabelSeq"), &controls.Get<QLabel>("LabelSeqEmu"),
-          &controls.Get<QLabel>("LabelStep"), &controls.Get<QLabel>("CommandOffset"),
-          &controls.Get<QLabel>("LabelOffset")};
-}
-
 void Colour(QLabel& label, const QColor& colour) {
   QPalette palette = label.palette();
   palette.setColor(QPalette::WindowText, colour);
@@ -93,35 +68,34 @@ struct Form1::Handlers {
   Handlers(const Surroundings& around, const Controls& controls, QWidget& form)
       : comm(around.ports),
         decimal_point(QLocale().decimalPoint().toStdString()),
-        list(controls.Get<ListBox>("ListSequence")),
-        labels(FindLabels(controls)),
-        editor(FindEditorControls(controls)),
-        serial_port(comm, controls.Get<DropDownList>("ComboPort"), around.message_box),
-        board(data, comm, around.events, around.message_box, controls.Get<TextField>("Echo"),
-              controls.Get<CWSlide>("ProgressBarFlash")),
-        debug_panel(comm, controls.Get<TextField>("Echo")),
-        main_on_off(controls.Get<CWButton>("CWButtonMainOnOff"), serial_port),
-        real_emu(controls.Get<CWButton>("CWButtonRealEmu"), serial_port),
-        emu_pc(controls.Get<CWButton>("CWButtonEmuPC"), serial_port),
+        list(*controls.ListSequence),
+        labels{controls.LabelSeq, controls.LabelSeqEmu, controls.LabelStep, controls.CommandOffset,
+               controls.LabelOffset},
+        editor{controls.CWSlide1, controls.Text1, controls.CWNumEditTimeStep, controls.LabelStep},
+        serial_port(comm, *controls.ComboPort, around.message_box),
+        board(data, comm, around.events, around.message_box, *controls.Echo,
+              *controls.ProgressBarFlash),
+        debug_panel(comm, *controls.Echo),
+        main_on_off(*controls.CWButtonMainOnOff, serial_port),
+        real_emu(*controls.CWButtonRealEmu, serial_port),
+        emu_pc(*controls.CWButtonEmuPC, serial_port),
         live_control(board, main_on_off, real_emu.Button(), emu_pc.Button()),
-        sequence_data(data, list, controls.Get<QLabel>("LabelByte"), around.message_box,
-                      decimal_point),
+        sequence_data(data, list, *controls.LabelByte, around.message_box, decimal_point),
         step_fields(data, live_control, editor, list, decimal_point),
         step_list(data, sequence_data, step_fields, list, labels, around.message_box),
         navigation(data, sequence_data, list, labels),
         interpolation(
             {sequence_data, list, *labels.LabelStep, around.message_box, around.events},
-            {&form, &controls.Get<QWidget>("FrameBuffEdit"), &controls.Get<QWidget>("FrameMan"),
-             &controls.Get<QWidget>("FramePCEmu"), &list}),
+            {&form, controls.FrameBuffEdit, controls.FrameMan, controls.FramePCEmu, &list}),
         flash_parts{data,
                     comm,
                     around.events,
                     around.message_box,
                     serial_port,
                     board,
-                    controls.Get<TextField>("Echo"),
-                    controls.Get<CWSlide>("ProgressBarFlash"),
-                    controls.Get<PushButton>("Command1")},
+                    *controls.Echo,
+                    *controls.ProgressBarFlash,
+                    *controls.Command1},
         erase(flash_parts),
         program(flash_parts, erase),
         read(flash_parts, sequence_data, step_list, list, *labels.LabelSeq),
@@ -174,9 +148,8 @@ Form1::Form1(const Surroundings& surroundings)
   auto* client = new QWidget(this);
   client->setFixedSize(Pixels(kFormWidth), Pixels(kFormHeight));
   setCentralWidget(client);
-  BuildMenus();
-  controls_ = std::make_unique<Controls>(*client);
-  controls_->FitFont(*client);
+  controls_ = std::make_unique<Controls>(MakeControls(*client, *menuBar()));
+  FitFont(*client, *controls_);
   DressControls();
   layout()->setSizeConstraint(QLayout::SetFixedSize);
   handlers_ = std::make_unique<Handlers>(surroundings_, *controls_, *this);
@@ -192,10 +165,9 @@ Form1::Form1(const Surroundings& surroundings)
 
 Form1::~Form1() {
   wiring_.reset();
-  for (int i = 0; i < 2 * kChannels; ++i) {
-    TextField& field = controls_->Get<TextField>("Text1", i);
-    field.KeyPress = nullptr;
-    field.LostFocus = nullptr;
+  for (TextField* field : controls_->Text1) {
+    field->KeyPress = nullptr;
+    field->LostFocus = nullptr;
   }
   surroundings_.timer.SetEnabled(false);
   surroundings_.timer.Timer = nullptr;
@@ -205,39 +177,25 @@ const Declaration& Form1::Data() const {
   return handlers_->data;
 }
 
-void Form1::BuildMenus() {
-  QHash<QString, QMenu*> menus;
-  for (const MenuRow& row : Menus()) {
-    QMenu*& menu = menus[QString::fromLatin1(row.menu)];
-    if (!menu) menu = menuBar()->addMenu(QString::fromLatin1(row.menu));
-    QAction* item = menu->addAction(QString::fromLatin1(row.caption));
-    item->setObjectName(QString::fromLatin1(row.name));
-    item->setCheckable(row.checkable);
-    if (*row.shortcut) item->setShortcut(QKeySequence(QString::fromLatin1(row.shortcut)));
-    menu_items_.insert(item->objectName(), item);
-  }
-}
-
 // What the inventory does not say: colours, scales, columns, entries.
 void Form1::DressControls() {
-  Colour(controls_->Get<QLabel>("LabelSeq"), QColor(0xC8, 0x10, 0x10));
-  Colour(controls_->Get<QLabel>("LabelStep"), QColor(0x00, 0x00, 0x80));
-  Colour(controls_->Get<QLabel>("Label1"), QColor(0x00, 0x00, 0x80));
-  for (int i = 0; i < kChannels; ++i) {
-    CWSlide& slide = controls_->Get<CWSlide>("CWSlide1", i);
-    slide.SetScaleMaximum(255);
-    slide.SetValue(kCentre);
+  Colour(*controls_->LabelSeq, QColor(0xC8, 0x10, 0x10));
+  Colour(*controls_->LabelStep, QColor(0x00, 0x00, 0x80));
+  Colour(*controls_->Label1, QColor(0x00, 0x00, 0x80));
+  for (CWSlide* slide : controls_->CWSlide1) {
+    slide->SetScaleMaximum(255);
+    slide->SetValue(kCentre);
   }
-  CWNumEdit& duration = controls_->Get<CWNumEdit>("CWNumEditTimeStep");
+  CWNumEdit& duration = *controls_->CWNumEditTimeStep;
   duration.SetScale(kShortestDuration, kLongestDuration, kDurationStep, kFastDurationStep);
   duration.SetUnit(QStringLiteral(" ms"));
   duration.SetValue(kStartDuration);
 
-  DropDownList& combo_port = controls_->Get<DropDownList>("ComboPort");
+  DropDownList& combo_port = *controls_->ComboPort;
   for (int number = 1; number <= kPorts; ++number) {
-    combo_port.AddItem(QStringLiteral("Comm%1").arg(number), number);
+    combo_port.addItem(QStringLiteral("Comm%1").arg(number), number);
   }
-  combo_port.SetListIndex(-1);
+  combo_port.setCurrentIndex(-1);
   combo_port.ToolTip = [this](int number) {
     const QString device = surroundings_.ports.DeviceFor(number);
     return device.isEmpty() ? QStringLiteral("No serial port for this entry now") : device;
@@ -245,48 +203,47 @@ void Form1::DressControls() {
 
   // A step reads as twelve channels under the sliders above; duration and break mark stand at the
   // right. Lines from the table have an empty field between those two.
-  const QRect list = controls_->Get<ListBox>("ListSequence").geometry();
+  const QRect list = controls_->ListSequence->geometry();
   std::vector<platform::ListColumn> columns;
-  for (int i = 0; i < kChannels; ++i) {
-    const TextField& angle = controls_->Get<TextField>("Text1", kChannels + i);
-    columns.push_back({angle.mapTo(centralWidget(), QPoint()).x() - list.left(), angle.width() - 1,
-                       Qt::AlignHCenter});
+  for (const TextField* angle : std::span(controls_->Text1).last<kChannels>()) {
+    columns.push_back({angle->mapTo(centralWidget(), QPoint()).x() - list.left(),
+                       angle->width() - 1, Qt::AlignHCenter});
   }
   const int right = columns.back().left + columns.back().width;
   const platform::ListColumn mark = {right + 110, 70, Qt::AlignLeft};
   columns.push_back({right + 10, 80, Qt::AlignRight});
   columns.push_back(mark);
   columns.push_back(mark);
-  controls_->Get<ListBox>("ListSequence").SetColumns(std::move(columns));
+  controls_->ListSequence->SetColumns(std::move(columns));
 }
 
 template <class Handler>
-void Form1::OnClick(const char* button, Handler handler) {
-  connect(&controls_->Get<PushButton>(button), &QPushButton::clicked, wiring_.get(), handler);
+void Form1::OnClick(PushButton* button, Handler handler) {
+  connect(button, &QPushButton::clicked, wiring_.get(), handler);
 }
 
 void Form1::ConnectEditing() {
   Handlers& h = *handlers_;
   for (int i = 0; i < kChannels; ++i) {
-    connect(&controls_->Get<CWSlide>("CWSlide1", i), &CWSlide::ValueChanged, wiring_.get(),
+    connect(controls_->CWSlide1[static_cast<std::size_t>(i)], &CWSlide::valueChanged, wiring_.get(),
             [&h, i](int value) { h.step_fields.CWSlide1_ValueChanged(i, value); });
   }
   for (int i = 0; i < 2 * kChannels; ++i) {
-    TextField& field = controls_->Get<TextField>("Text1", i);
+    TextField& field = *controls_->Text1[static_cast<std::size_t>(i)];
     field.KeyPress = [&h, i](int& key) { h.step_fields.Text1_KeyPress(i, key); };
     field.LostFocus = [&h, i] { h.step_fields.Text1_LostFocus(i); };
   }
-  OnClick("CommandUpdate", [&h] { h.step_fields.CommandUpdate_Click(); });
-  OnClick("CommandAdd", [&h] { h.step_list.CommandAdd_Click(); });
-  OnClick("CommandRem", [&h] { h.step_list.CommandRem_Click(); });
-  OnClick("CommandReplace", [&h] { h.step_list.CommandReplace_Click(); });
-  OnClick("CommandClear", [&h] { h.step_list.CommandClear_Click(); });
-  OnClick("CommandClearAll", [&h] { h.step_list.CommandClearAll_Click(); });
-  OnClick("CommandUp", [&h] { h.step_list.CommandUp_Click(); });
-  OnClick("CommandDwn", [&h] { h.step_list.CommandDwn_Click(); });
-  OnClick("CommandMoreSeq", [&h] { h.navigation.CommandMoreSeq_Click(); });
-  OnClick("CommandLessSeq", [&h] { h.navigation.CommandLessSeq_Click(); });
-  OnClick("CommandInterpolate", [&h] { h.interpolation.CommandInterpolate_Click(); });
+  OnClick(controls_->CommandUpdate, [&h] { h.step_fields.CommandUpdate_Click(); });
+  OnClick(controls_->CommandAdd, [&h] { h.step_list.CommandAdd_Click(); });
+  OnClick(controls_->CommandRem, [&h] { h.step_list.CommandRem_Click(); });
+  OnClick(controls_->CommandReplace, [&h] { h.step_list.CommandReplace_Click(); });
+  OnClick(controls_->CommandClear, [&h] { h.step_list.CommandClear_Click(); });
+  OnClick(controls_->CommandClearAll, [&h] { h.step_list.CommandClearAll_Click(); });
+  OnClick(controls_->CommandUp, [&h] { h.step_list.CommandUp_Click(); });
+  OnClick(controls_->CommandDwn, [&h] { h.step_list.CommandDwn_Click(); });
+  OnClick(controls_->CommandMoreSeq, [&h] { h.navigation.CommandMoreSeq_Click(); });
+  OnClick(controls_->CommandLessSeq, [&h] { h.navigation.CommandLessSeq_Click(); });
+  OnClick(controls_->CommandInterpolate, [&h] { h.interpolation.CommandInterpolate_Click(); });
   connect(&h.list, &ListBox::MouseDown, wiring_.get(),
           [&h](int line) { h.step_list.ListSequence_MouseDown(line); });
   connect(&h.list, &ListBox::MouseUp, wiring_.get(),
@@ -297,7 +254,7 @@ void Form1::ConnectEditing() {
 
 void Form1::ConnectLink() {
   Handlers& h = *handlers_;
-  connect(&controls_->Get<DropDownList>("ComboPort"), &DropDownList::Click, wiring_.get(),
+  connect(controls_->ComboPort, &DropDownList::Click, wiring_.get(),
           [&h] { h.serial_port.ComboPort_Click(); });
   connect(&h.comm, &platform::MSComm::OnComm, wiring_.get(), [&h] { h.board.MSComm1_OnComm(); });
   // The message comes last: nothing stands On or locked while it is open.
@@ -307,55 +264,52 @@ void Form1::ConnectLink() {
     h.live_control.MSComm1_PortLost();
     h.serial_port.MSComm1_PortLost();
   });
-  connect(&h.main_on_off.Button(), &CWButton::ValueChanged, wiring_.get(),
+  connect(&h.main_on_off.Button(), &CWButton::toggled, wiring_.get(),
           [&h](bool on) { h.live_control.CWButtonMainOnOff_ValueChanged(on); });
-  OnClick("CommandInBuff", [&h] { h.debug_panel.CommandInBuff_Click(); });
-  connect(&controls_->Get<TextField>("Echo"), &TextField::Click, wiring_.get(),
-          [&h] { h.debug_panel.Echo_Click(); });
+  OnClick(controls_->CommandInBuff, [&h] { h.debug_panel.CommandInBuff_Click(); });
+  connect(controls_->Echo, &TextField::Click, wiring_.get(), [&h] { h.debug_panel.Echo_Click(); });
 }
 
 void Form1::ConnectFlash() {
   Handlers& h = *handlers_;
-  OnClick("CommandErase", [&h] { h.erase.CommandErase_Click(); });
-  OnClick("CommandFlash", [&h] { h.program.CommandFlash_Click(); });
-  OnClick("CommandRead", [&h] { h.read.CommandRead_Click(); });
-  OnClick("Command1", [&h] { h.program.Command1_Click(); });
+  OnClick(controls_->CommandErase, [&h] { h.erase.CommandErase_Click(); });
+  OnClick(controls_->CommandFlash, [&h] { h.program.CommandFlash_Click(); });
+  OnClick(controls_->CommandRead, [&h] { h.read.CommandRead_Click(); });
+  OnClick(controls_->Command1, [&h] { h.program.Command1_Click(); });
 }
 
 void Form1::ConnectPlayback() {
   Handlers& h = *handlers_;
-  connect(&h.emu_pc.Button(), &CWButton::ValueChanged, wiring_.get(),
+  connect(&h.emu_pc.Button(), &CWButton::toggled, wiring_.get(),
           [&h](bool on) { h.pc_emulator.CWButtonEmuPC_ValueChanged(on); });
-  connect(&h.real_emu.Button(), &CWButton::ValueChanged, wiring_.get(),
+  connect(&h.real_emu.Button(), &CWButton::toggled, wiring_.get(),
           [&h](bool on) { h.board_playback.CWButtonRealEmu_ValueChanged(on); });
   surroundings_.timer.Timer = [&h] { h.pc_emulator.HiTimer1_Timer(); };
-  OnClick("CommandBrk", [&h] { h.breakpoints.CommandBrk_Click(); });
-  OnClick("CommandResBrk", [&h] { h.breakpoints.CommandResBrk_Click(); });
-  OnClick("CommandContinue", [&h] { h.breakpoints.CommandContinue_Click(); });
-  OnClick("CommandRepeat", [&h] { h.breakpoints.CommandRepeat_Click(); });
+  OnClick(controls_->CommandBrk, [&h] { h.breakpoints.CommandBrk_Click(); });
+  OnClick(controls_->CommandResBrk, [&h] { h.breakpoints.CommandResBrk_Click(); });
+  OnClick(controls_->CommandContinue, [&h] { h.breakpoints.CommandContinue_Click(); });
+  OnClick(controls_->CommandRepeat, [&h] { h.breakpoints.CommandRepeat_Click(); });
 }
 
 void Form1::ConnectMenus() {
   Handlers& h = *handlers_;
-  const auto choose = [this](const char* name, auto handler) {
-    connect(menu_items_.value(QLatin1String(name)), &QAction::triggered, wiring_.get(), handler);
+  const auto choose = [this](QAction* item, auto handler) {
+    connect(item, &QAction::triggered, wiring_.get(), handler);
   };
-  choose("SaveBuffer", [&h] { h.buffer_commands.SaveBuffer_Click(); });
-  choose("LoadBuffer", [&h] { h.buffer_commands.LoadBuffer_Click(); });
-  choose("Quit", [this] { Quit_Click(); });
-  choose("Resetting", [&h] { h.live_control.Resetting_Click(); });
-  ConnectPanelToggle("FreshProg", {&controls_->Get<QWidget>("FrameFlash")});
-  ConnectPanelToggle("Emu", {&controls_->Get<QWidget>("FrameRealEmu")});
-  ConnectPanelToggle("Serial",
-                     {&controls_->Get<QWidget>("FrameSer"), &controls_->Get<QWidget>("FrameInfo")});
+  choose(controls_->SaveBuffer, [&h] { h.buffer_commands.SaveBuffer_Click(); });
+  choose(controls_->LoadBuffer, [&h] { h.buffer_commands.LoadBuffer_Click(); });
+  choose(controls_->Quit, [this] { Quit_Click(); });
+  choose(controls_->Resetting, [&h] { h.live_control.Resetting_Click(); });
+  ConnectPanelToggle(controls_->FreshProg, {controls_->FrameFlash});
+  ConnectPanelToggle(controls_->Emu, {controls_->FrameRealEmu});
+  ConnectPanelToggle(controls_->Serial, {controls_->FrameSer, controls_->FrameInfo});
 }
 
 // The item's check mark always mirrors the panels' visibility.
-void Form1::ConnectPanelToggle(const char* item, std::vector<QWidget*> panels) {
-  connect(menu_items_.value(QLatin1String(item)), &QAction::toggled, wiring_.get(),
-          [panels = std::move(panels)](bool checked) {
-            for (QWidget* panel : panels) panel->setVisible(checked);
-          });
+void Form1::ConnectPanelToggle(QAction* item, std::vector<QWidget*> panels) {
+  connect(item, &QAction::toggled, wiring_.get(), [panels = std::move(panels)](bool checked) {
+    for (QWidget* panel : panels) panel->setVisible(checked);
+  });
 }
 
 void Form1::Form_Load() {

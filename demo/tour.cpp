@@ -8,8 +8,8 @@
 #include <QLineEdit>
 #include <QPainter>
 #include <QPixmap>
+#include <QProgressBar>
 #include <QScreen>
-#include <QSlider>
 #include <QTextStream>
 #include <QtTest/QTest>
 #include <cstdlib>
@@ -137,7 +137,7 @@ void Tour::Program() {
   Picture("debug panels");
   Say("presses \"Program  Seq.\"");
   AnswerNextMessage("Data Flash Erased");
-  auto& bar = operator_.Find<QSlider>("ProgressBarFlash");
+  auto& bar = operator_.Find<QProgressBar>("ProgressBarFlash");
   operator_.When([&bar] { return bar.isVisible() && bar.value() > bar.maximum() / 2; },
                  [this] { Picture("programming"); });
   operator_.When([&bar] { return bar.isVisible() && bar.value() > bar.maximum() * 2 / 3; },
@@ -152,7 +152,7 @@ void Tour::ReadBack() {
   Say("presses \"Clear All\", and then \"Read Seq.\"");
   operator_.Click("CommandClearAll");
   Expect(operator_.ReadLines("ListSequence").isEmpty(), "the list is empty");
-  auto& bar = operator_.Find<QSlider>("ProgressBarFlash");
+  auto& bar = operator_.Find<QProgressBar>("ProgressBarFlash");
   operator_.When([&bar] { return bar.isVisible() && bar.value() > bar.maximum() / 2; },
                  [this] { Picture("reading back"); });
   operator_.When([this] { return rig::OpenMessage() != nullptr; },
@@ -198,7 +198,7 @@ void Tour::PlayFromPc() {
 void Tour::PlayOnBoard() {
   Say("writes the new sequence into the flash");
   AnswerNextMessage("Data Flash Erased");
-  operator_.When([this] { return operator_.Find<QSlider>("ProgressBarFlash").isVisible(); },
+  operator_.When([this] { return operator_.Find<QProgressBar>("ProgressBarFlash").isVisible(); },
                  [this] { AnswerNextMessage("Data Flash Programmed!"); });
   operator_.Click("CommandFlash");
   Say("turns \"Real Emu\" On: the board plays sequence 2 by itself");

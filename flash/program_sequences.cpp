@@ -58,7 +58,7 @@ bool ProgramSequences::SendStepData(BoardOperation& operation, int total, int& l
   for (int i = 0; i < total; ++i) {
     operation.Send(std::array{StagedByte(link_.FlashImage(), i)});
     last_sent = i;
-    if (i % ProgressInterval(edited_.Data().TotalBytes) == 0) link_.SetProgress(i);
+    if (i % ProgressInterval(edited_.Data().TotalBytes) == 0) link_.Bar().SetValue(i);
     if ((i + 1) % kBlockBytes == 0 && operation.WaitForAck() != Answer::kReceived) return false;
   }
   // The line may have failed while the last bytes were written.

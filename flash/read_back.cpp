@@ -4,6 +4,12 @@
 
 namespace pelmora {
 
+ReadBack::ReadBack(BoardLink& link, EditedSequence& edited) : link_(link), edited_(edited) {
+  link_.HeaderTaken = [this] {
+    return edited_.TakeHeader(link_.Reply().Header, link_.Reply().RxCount);
+  };
+}
+
 void ReadBack::CommandRead_Click() {
   link_.Echo().clear();
   edited_.ClearAll();
@@ -14,8 +20,6 @@ void ReadBack::CommandRead_Click() {
 // What there is to say at the end.
 QString ReadBack::Transfer() {
   BoardOperation operation(link_, Mode::kRead);
-  ReadReply& reply = operation.Reply();
-  reply.HeaderTaken = [this, &reply] { return edited_.TakeHeader(reply.Header, reply.RxCount); };
   operation.BeginTransfer(0);
   operation.Send(ReadCommand());
   // With this word showing, the receive handler has kept what had arrived as the step data.
@@ -23,6 +27,7 @@ QString ReadBack::Transfer() {
       link_.Echo().text() != kOverflowWord) {
     return QStringLiteral("Reading Error!");
   }
+  const ReadReply& reply = link_.Reply();
   if (reply.RxCount < kStepBytes) return QStringLiteral("Nothing to Read!");
   if (!edited_.TakeReply(reply.Header, reply.RxCount, link_.FlashImage())) {
     return QStringLiteral("Reading Error!");

@@ -10,7 +10,7 @@ namespace pelmora {
 
 class ReadBack {
  public:
-  ReadBack(BoardLink& link, EditedSequence& edited) : link_(link), edited_(edited) {}
+  ReadBack(BoardLink& link, EditedSequence& edited);
 
   // Clears all sequences (before the port is looked at), asks the board for its flash and waits
   // while the receive handler takes the reply; then rebuilds the table and shows sequence 0.

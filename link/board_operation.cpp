@@ -1,8 +1,5 @@
 #include "link/board_operation.h"
 
-#include <algorithm>
-#include <utility>
-
 namespace pelmora {
 
 void BoardLink::Form_Load() {
@@ -53,10 +50,7 @@ void BoardWait::OfferAbort() {
 BoardOperation::BoardOperation(BoardLink& link, Mode mode)
     : link_(link), mode_(mode), wait_((++link.begun_, link), false) {
   ++link.in_progress_;
-  if (mode == Mode::kRead) {
-    link.Port().SetReadReceive();
-    outer_reply_ = std::exchange(link.reply_, &reply_);
-  }
+  if (mode == Mode::kRead) link.Port().SetReadReceive();
   link.Set(mode, true);
   link.ack_received_ = false;
   link.abort_request_ = false;
@@ -65,10 +59,7 @@ BoardOperation::BoardOperation(BoardLink& link, Mode mode)
 BoardOperation::~BoardOperation() {
   const bool erased = mode_ == Mode::kErase && !wait_.Aborted();
   link_.Set(mode_, false);
-  if (mode_ == Mode::kRead) {
-    link_.reply_ = outer_reply_;
-    link_.Port().SetIdleReceive();
-  }
+  if (mode_ == Mode::kRead) link_.Port().SetIdleReceive();
   // Whoever waits around an erase keeps what it shows and was asked.
   if (!erased) {
     link_.abort_request_ = false;
@@ -81,15 +72,10 @@ BoardOperation::~BoardOperation() {
 void BoardOperation::BeginTransfer(int scale_maximum) {
   link_.abort_request_ = false;
   wait_.SetTransfers(true);
-  link_.parts_.ProgressBarFlash.setValue(0);
-  link_.SetScaleMaximum(scale_maximum);
+  link_.parts_.ProgressBarFlash.SetValue(0);
+  link_.parts_.ProgressBarFlash.SetScaleMaximum(scale_maximum);
   link_.parts_.Command1.setEnabled(true);
   link_.parts_.ProgressBarFlash.show();
-}
-
-void BoardLink::SetScaleMaximum(int maximum) {
-  // With a range of nothing the toolkit would show a bar that is busy without end.
-  parts_.ProgressBarFlash.setMaximum(std::max(1, maximum));
 }
 
 void BoardOperation::Send(std::span<const std::uint8_t> bytes) {
@@ -104,7 +90,10 @@ void BoardOperation::Send(std::span<const std::uint8_t> bytes) {
 BoardOperation::Answer BoardOperation::WaitForAck() {
   do {
     if (mode_ == Mode::kErase && !ModeSet()) return Answer::kTakenOver;
-    if (std::exchange(link_.ack_received_, false)) return Answer::kReceived;
+    if (link_.ack_received_) {
+      link_.ack_received_ = mode_ == Mode::kRead;
+      return Answer::kReceived;
+    }
   } while (wait_.Turn());
   return Answer::kAborted;
 }

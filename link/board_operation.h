@@ -7,7 +7,6 @@
 // on with the flags as the second left them.
 #pragma once
 
-#include <QProgressBar>
 #include <QPushButton>
 #include <QString>
 #include <array>
@@ -20,6 +19,7 @@
 #include "platform/events.h"
 #include "platform/message_box.h"
 #include "platform/ms_comm.h"
+#include "platform/progress_bar.h"
 #include "platform/text_field.h"
 
 namespace pelmora {
@@ -30,16 +30,13 @@ inline constexpr char kOverflowWord[] = "Overflow!";
 
 enum class Mode { kErase, kProgram, kRead };
 
-// The reply to a read as far as it has come. The counts that place its step data are those of its
-// header, whatever happens to the sequence table while the data arrives.
+// The reply to the last read, as far as it has come. The counts that place its step data are those
+// of its header, whatever happens to the sequence table while the data arrives.
 struct ReadReply {
   FlashHeader Header{};
   // Step-data bytes announced, cut to the board's capacity; what came, when an overflow was
   // aborted.
   std::int32_t RxCount = 0;
-  // Called once, when the header has come, with `Header` and `RxCount` set. False: its counts make
-  // no sense.
-  std::function<bool()> HeaderTaken;
 };
 
 // What the board operations have in common. It lives as long as the window.
@@ -51,7 +48,7 @@ class BoardLink {
     platform::Events& events;
     platform::MessageBox& message_box;
     QPushButton& Command1;  // "Abort"
-    QProgressBar& ProgressBarFlash;
+    platform::ProgressBar& ProgressBarFlash;
     platform::TextField& Echo;
   };
 
@@ -75,8 +72,10 @@ class BoardLink {
 
   // The receive handler's side: the answer that the innermost wait is for has come.
   void Acknowledge() { ack_received_ = true; }
-  // The reply of the read in progress; null when none is.
-  ReadReply* Reply() { return reply_; }
+  ReadReply& Reply() { return reply_; }
+  // Called when the header of a reply has come, with the reply's `Header` and `RxCount` set. False:
+  // its counts make no sense.
+  std::function<bool()> HeaderTaken;
 
   // The step data of the last program or reply. Rows that a transfer doesn't reach keep what they
   // held.
@@ -84,9 +83,7 @@ class BoardLink {
 
   SerialPort& Port() const { return parts_.serial_port; }
   platform::TextField& Echo() const { return parts_.Echo; }
-  // The bar: where it is full (below 1 counts as 1), and how far it is.
-  void SetScaleMaximum(int maximum);
-  void SetProgress(int value) { parts_.ProgressBarFlash.setValue(value); }
+  platform::ProgressBar& Bar() const { return parts_.ProgressBarFlash; }
   void Say(const QString& text) const { parts_.message_box.Show(text, kProgramTitle); }
 
  private:
@@ -99,7 +96,7 @@ class BoardLink {
   std::array<bool, 3> modes_{};
   bool ack_received_ = false;
   bool abort_request_ = false;
-  ReadReply* reply_ = nullptr;
+  ReadReply reply_;
   FlashRows flash_image_{};
   unsigned begun_ = 0;        // operations in this run
   unsigned in_progress_ = 0;  // one inside the other
@@ -159,7 +156,7 @@ class BoardOperation {
   // the last of them and the wait that follows.
   void Send(std::span<const std::uint8_t> bytes);
 
-  // Waits for the answer to what was sent.
+  // Waits for the answer to what was sent. A read inside the wait of another answers both.
   Answer WaitForAck();
 
   // Whether the operation has to end, see `BoardWait`. A connection that was lost is announced
@@ -172,15 +169,10 @@ class BoardOperation {
   // Whether others have sent bytes since the first `Send` of this operation.
   bool Disturbed() const;
 
-  // The reply of a read.
-  ReadReply& Reply() { return reply_; }
-
  private:
   BoardLink& link_;
   const Mode mode_;
   BoardWait wait_;
-  ReadReply reply_;
-  ReadReply* outer_reply_ = nullptr;
   std::uint64_t bytes_before_ = 0;  // that the port had sent before the first of its own
   std::uint64_t own_bytes_ = 0;
 };

@@ -19,7 +19,7 @@ std::span<const std::uint8_t> Bytes(const QByteArray& bytes) {
 void ReceiveHandler::MSComm1_OnComm() {
   if (comm_.CommEvent() != platform::kCommEvReceive) return;
   if (!link_.EraseMode() && !link_.ProgramMode() && link_.ReadMode()) {
-    switch (TakeReadReply(*link_.Reply())) {
+    switch (TakeReadReply()) {
       case Outcome::kComplete:
         return link_.Acknowledge();
       case Outcome::kAborted:
@@ -42,7 +42,8 @@ void ReceiveHandler::MSComm1_OnComm() {
   }
 }
 
-ReceiveHandler::Outcome ReceiveHandler::TakeReadReply(ReadReply& reply) {
+ReceiveHandler::Outcome ReceiveHandler::TakeReadReply() {
+  ReadReply& reply = link_.Reply();
   const QByteArray header = comm_.Input();
   // From here on this handler polls; no event is raised for the step data.
   link_.Port().PollReceive();
@@ -50,14 +51,14 @@ ReceiveHandler::Outcome ReceiveHandler::TakeReadReply(ReadReply& reply) {
   if (header.size() < kHeaderBytes) return Outcome::kCorrupted;
   std::ranges::copy(Bytes(header).first(kHeaderBytes), reply.Header.begin());
   reply.RxCount = AnnouncedBytes(reply.Header);
-  link_.SetScaleMaximum(reply.RxCount - 1);
+  link_.Bar().SetScaleMaximum(reply.RxCount - 1);
   if (reply.RxCount > kFlashCapacity) {
     reply.RxCount = kFlashCapacity;
     link_.Echo().setText(kOverflowWord);
   }
-  if (!reply.HeaderTaken()) return Outcome::kCorrupted;
+  if (!link_.HeaderTaken()) return Outcome::kCorrupted;
   if (reply.RxCount == 0) return Outcome::kComplete;
-  if (!CollectStepData(reply)) return Outcome::kAborted;
+  if (!CollectStepData()) return Outcome::kAborted;
   const QByteArray step_data = comm_.Input();
   if (step_data.size() < reply.RxCount) return Outcome::kCorrupted;
   StageStepData(Bytes(step_data).first(static_cast<std::size_t>(reply.RxCount)),
@@ -67,13 +68,14 @@ ReceiveHandler::Outcome ReceiveHandler::TakeReadReply(ReadReply& reply) {
 
 // Waits until the announced step data is in the receive buffer. False when the read was aborted and
 // nothing of it is to be kept.
-bool ReceiveHandler::CollectStepData(ReadReply& reply) {
+bool ReceiveHandler::CollectStepData() {
+  ReadReply& reply = link_.Reply();
   BoardWait wait(link_, true);
   do {
     // With everything here already, no further event may come: look once, without sleeping.
     const bool complete = comm_.InBufferCount() >= reply.RxCount;
     wait.Turn(complete ? platform::Events::Idle::kReturn : platform::Events::Idle::kSleep);
-    link_.SetProgress(comm_.InBufferCount());
+    link_.Bar().SetValue(comm_.InBufferCount());
     if (wait.Aborted()) {
       if (link_.Echo().text() != kOverflowWord) return false;
       reply.RxCount = comm_.InBufferCount();

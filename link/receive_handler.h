@@ -18,8 +18,8 @@ class ReceiveHandler {
  private:
   enum class Outcome { kComplete, kAborted, kCorrupted };
 
-  Outcome TakeReadReply(ReadReply& reply);
-  bool CollectStepData(ReadReply& reply);
+  Outcome TakeReadReply();
+  bool CollectStepData();
 
   platform::MSComm& comm_;
   BoardLink& link_;

@@ -16,16 +16,16 @@ SerialPort::SerialPort(platform::MSComm& comm, platform::DropDownList& combo_por
     : comm_(comm), combo_port_(combo_port), message_box_(message_box) {}
 
 void SerialPort::ComboPort_Click() {
-  const int index = combo_port_.ListIndex();
+  const int index = combo_port_.currentIndex();
   if (index < 0) return;
   if (comm_.PortOpen()) comm_.Close();
-  comm_.SetCommPort(combo_port_.ItemData(index));
+  comm_.SetCommPort(combo_port_.itemData(index).toInt());
   if (SetupPort()) {
     combo_port_.setEnabled(false);
     return;
   }
   const QString entry = combo_port_.itemText(index);
-  combo_port_.SetListIndex(-1);
+  combo_port_.setCurrentIndex(-1);
   const QString device =
       comm_.LastDevice().isEmpty() ? QString() : QStringLiteral(" (%1)").arg(comm_.LastDevice());
   message_box_.Show(
@@ -55,7 +55,6 @@ void SerialPort::SetReceive(int buffer_bytes, int event_bytes) {
   comm_.SetInBufferSize(buffer_bytes);
   comm_.SetInputLen(event_bytes);
   comm_.SetRThreshold(event_bytes);
-  comm_.SetInputMode(1);
 }
 
 void SerialPort::PollReceive() {
@@ -75,7 +74,7 @@ void SerialPort::Send(std::span<const std::uint8_t> bytes) {
 void SerialPort::MSComm1_PortLost() {
   const QString entry = combo_port_.currentText();
   combo_port_.setEnabled(true);
-  combo_port_.SetListIndex(-1);
+  combo_port_.setCurrentIndex(-1);
   message_box_.Show(
       QStringLiteral("The connection on %1 (%2) is lost: the adapter was pulled or the "
                      "line hung up.\n\nYour sequences are untouched. Choose a "

@@ -3,10 +3,7 @@
 #pragma once
 
 #include <QObject>
-#include <QTimer>
 #include <chrono>
-
-class QSocketNotifier;
 
 namespace platform {
 
@@ -31,8 +28,7 @@ class Alarm : public QObject {
  private:
   void Ring();
 
-  int descriptor_ = -1;  // of the system's timer; -1 where there is none
-  QTimer timer_;         // used there
+  const int descriptor_;  // of the system's timer
   bool active_ = false;
 };
 

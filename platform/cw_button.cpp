@@ -11,7 +11,7 @@ namespace {
 constexpr int kPadding = 9;     // from the edge to the lamp, and to the state word
 constexpr int kLamp = 12;       // diameter
 constexpr int kLampGap = 6;     // between lamp and caption
-constexpr int kStateWord = 30;  // room for "OFF" behind the caption, where there is any
+constexpr int kStateWord = 30;  // space for "OFF" behind the caption, where there is any
 const QColor kLit(46, 170, 76);
 
 void DrawLamp(QPainter& painter, const QRectF& lamp, bool on, const QColor& lit,
@@ -45,12 +45,9 @@ CWButton::CWButton(const QString& caption, QWidget* parent) : QPushButton(captio
   setCheckable(true);
   setFocusPolicy(Qt::StrongFocus);
   setAttribute(Qt::WA_Hover);
-  connect(this, &QAbstractButton::toggled, this, [this](bool on) {
-    // During a click the button does not show its new state until the click's handlers are done,
-    // and a handler may open a message box.
-    update();
-    emit ValueChanged(on);
-  });
+  // During a click the button does not show its new state until the click's handlers are done, and
+  // a handler may open a message box.
+  connect(this, &QAbstractButton::toggled, this, [this] { update(); });
 }
 
 QSize CWButton::sizeHint() const {
@@ -88,8 +85,8 @@ void CWButton::paintEvent(QPaintEvent*) {
 
   const int caption_left = kPadding + kLamp + kLampGap;
   QRect caption = rect().adjusted(caption_left, 0, -kPadding, 0);
-  const bool roomy = width() >= sizeHint().width() + kStateWord;
-  if (roomy) {
+  const bool wide = width() >= sizeHint().width() + kStateWord;
+  if (wide) {
     QFont bold = font();
     bold.setBold(true);
     painter.setFont(bold);

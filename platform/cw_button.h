@@ -12,15 +12,11 @@ class CWButton : public QPushButton {
 
   bool Value() const { return isChecked(); }
 
-  // Turns the switch On (true) or Off. A change raises `ValueChanged` before the call returns;
+  // Turns the switch On (true) or Off. A change raises `toggled` before the call returns;
   // setting the state already held raises nothing.
   void SetValue(bool on) { setChecked(on); }
 
   QSize sizeHint() const override;
-
- signals:
-  // Every change of the state, whoever makes it.
-  void ValueChanged(bool on);
 
  protected:
   void paintEvent(QPaintEvent* event) override;

@@ -2,7 +2,6 @@
 
 #include <QKeyEvent>
 #include <algorithm>
-#include <limits>
 
 namespace platform {
 namespace {
@@ -15,14 +14,11 @@ bool IsAsciiNumber(QStringView text) {
 
 }  // namespace
 
-CWNumEdit::CWNumEdit(QWidget* parent) : QSpinBox(parent), shown_(value()) {
+CWNumEdit::CWNumEdit(QWidget* parent) : QSpinBox(parent) {
   setLocale(QLocale::c());
   setCorrectionMode(CorrectToNearestValue);
   // The value changes when an entry is complete, not with each of its digits.
   setKeyboardTracking(false);
-  connect(this, &QSpinBox::valueChanged, this, [this](int value) {
-    if (std::exchange(shown_, value) != value) emit ValueChanged(value);
-  });
 }
 
 int CWNumEdit::Value() {

@@ -14,7 +14,7 @@ class CWNumEdit : public QSpinBox {
   // The value, with an entry that is still being typed taken into account.
   int Value();
 
-  // Sets the value, cut to the range. A change raises `ValueChanged` before the call returns;
+  // Sets the value, cut to the range. A change raises `valueChanged` before the call returns;
   // setting the value already held raises nothing.
   void SetValue(int value) { setValue(value); }
 
@@ -26,10 +26,6 @@ class CWNumEdit : public QSpinBox {
 
   // The unit shown behind the number, its leading blank included (" ms").
   void SetUnit(const QString& unit);
-
- signals:
-  // Every change of the value, whoever makes it.
-  void ValueChanged(int value);
 
  protected:
   void stepBy(int steps) override;
@@ -45,7 +41,6 @@ class CWNumEdit : public QSpinBox {
   bool Step(int difference);
 
   int fast_increment_ = 10;
-  int shown_;  // the value last announced
 };
 
 }  // namespace platform

@@ -6,20 +6,13 @@
 
 namespace platform {
 
-CWSlide::CWSlide(Look look, QWidget* parent)
-    : QSlider(look == Look::kFader ? Qt::Vertical : Qt::Horizontal, parent), look_(look) {
+CWSlide::CWSlide(QWidget* parent) : QSlider(Qt::Vertical, parent) {
   auto* style = new SlideStyle;
   style->setParent(this);
   setStyle(style);
   setSingleStep(1);
   setPageStep(10);
-  if (look == Look::kBar) {
-    setFocusPolicy(Qt::NoFocus);
-    setAttribute(Qt::WA_TransparentForMouseEvents);
-  } else {
-    setFocusPolicy(Qt::StrongFocus);
-  }
-  connect(this, &QAbstractSlider::valueChanged, this, &CWSlide::ValueChanged);
+  setFocusPolicy(Qt::StrongFocus);
 }
 
 void CWSlide::SetScaleMaximum(int maximum) {
@@ -30,10 +23,6 @@ void CWSlide::SetCaption(const QString& caption) {
   caption_ = caption;
   setAccessibleName(caption);
   update();
-}
-
-QSize CWSlide::sizeHint() const {
-  return look_ == Look::kFader ? QSize(33, 273) : QSize(305, 25);
 }
 
 }  // namespace platform

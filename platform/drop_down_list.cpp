@@ -10,19 +10,9 @@ DropDownList::DropDownList(QWidget* parent) : QComboBox(parent) {
   connect(this, &QComboBox::activated, this, &DropDownList::Click);
 }
 
-void DropDownList::AddItem(const QString& caption, int item_data) {
-  addItem(caption, item_data);
-  // The first entry would be selected by itself.
-  if (count() == 1) setCurrentIndex(-1);
-}
-
-int DropDownList::ItemData(int index) const {
-  return itemData(index).toInt();
-}
-
 void DropDownList::RefreshToolTips() {
   if (!ToolTip) return;
-  for (int i = 0; i < count(); ++i) setItemData(i, ToolTip(ItemData(i)), Qt::ToolTipRole);
+  for (int i = 0; i < count(); ++i) setItemData(i, ToolTip(itemData(i).toInt()), Qt::ToolTipRole);
 }
 
 void DropDownList::showPopup() {
@@ -32,7 +22,7 @@ void DropDownList::showPopup() {
 
 bool DropDownList::event(QEvent* event) {
   if (event->type() == QEvent::ToolTip && ToolTip) {
-    setToolTip(ListIndex() < 0 ? QString() : ToolTip(ItemData(ListIndex())));
+    setToolTip(currentIndex() < 0 ? QString() : ToolTip(currentData().toInt()));
   }
   return QComboBox::event(event);
 }

@@ -1,5 +1,5 @@
-// A drop-down list without free text, each entry with a caption, a number as item data and a
-// tooltip that is asked for anew whenever the list is opened.
+// A drop-down list whose entries are chosen from the open list only, and whose tooltips are asked
+// for anew whenever it is opened. The item data of an entry is a number.
 #pragma once
 
 #include <QComboBox>
@@ -11,12 +11,6 @@ class DropDownList : public QComboBox {
   Q_OBJECT
  public:
   explicit DropDownList(QWidget* parent = nullptr);
-
-  void AddItem(const QString& caption, int item_data);
-  // Item data of an entry, 0 for an index that is no entry.
-  int ItemData(int index) const;
-  int ListIndex() const { return currentIndex(); }  // -1 when nothing is selected
-  void SetListIndex(int index) { setCurrentIndex(index); }
 
   // Gives the tooltip of the entry with this item data; asked each time the list opens, and for
   // the selected entry each time the pointer rests on the closed list.

@@ -85,9 +85,9 @@ void MSComm::Output(std::span<const std::uint8_t> bytes) {
 void MSComm::Receive() {
   if (!port_) return;
   const QByteArray bytes = port_->readAll();
-  const qsizetype room = std::max<qsizetype>(0, in_buffer_size_ - received_.size());
-  received_.append(bytes.first(std::min(room, bytes.size())));
-  if (bytes.size() > room) overrun_ = true;
+  const qsizetype free = std::max<qsizetype>(0, in_buffer_size_ - received_.size());
+  received_.append(bytes.first(std::min(free, bytes.size())));
+  if (bytes.size() > free) overrun_ = true;
   ScheduleDelivery();
 }
 

@@ -26,7 +26,6 @@ class MSComm : public QObject {
   ~MSComm() override;
 
   void SetCommPort(int number) { comm_port_ = number; }
-  int CommPort() const { return comm_port_; }
 
   // Baud rate, parity (N, E, O), data bits, stop bits: "9600,N,8,2". Takes effect when the port is
   // opened. Flow control is always off.
@@ -53,20 +52,14 @@ class MSComm : public QObject {
   // Bytes that the receive buffer holds at the most; what arrives beyond is dropped and reported
   // by `kCommEventRxOver`.
   void SetInBufferSize(int bytes) { in_buffer_size_ = bytes; }
-  int InBufferSize() const { return in_buffer_size_; }
 
   // How many bytes `Input` takes at the most; 0 = all.
   void SetInputLen(int bytes) { input_len_ = bytes; }
-  int InputLen() const { return input_len_; }
 
   // `OnComm` comes while at least this many bytes wait; 0 = never. With 1 and a handler that takes
   // one byte at a time, a burst of bytes gives one event for each byte.
   void SetRThreshold(int bytes);
   int RThreshold() const { return r_threshold_; }
-
-  // 1 = binary, the only mode there is.
-  void SetInputMode(int mode) { input_mode_ = mode; }
-  int InputMode() const { return input_mode_; }
 
   // Takes bytes out of the receive buffer, at most `InputLen`, or all when that is 0.
   QByteArray Input();
@@ -108,7 +101,6 @@ class MSComm : public QObject {
   int in_buffer_size_ = 1024;
   int input_len_ = 0;
   int r_threshold_ = 0;
-  int input_mode_ = 1;
   int comm_event_ = 0;
   int session_ = 0;
   quint64 taken_ = 0;     // bytes taken out of the receive buffer so far

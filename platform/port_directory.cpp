@@ -1,38 +1,26 @@
 #include "platform/port_directory.h"
 
+#include <grp.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <QCollator>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <algorithm>
 
-#ifdef Q_OS_UNIX
-#include <grp.h>
-#include <sys/stat.h>
-#include <unistd.h>
-#endif
-#ifndef Q_OS_LINUX
-#include <QSerialPortInfo>
-#endif
-
 namespace platform {
 namespace {
 
-#ifdef Q_OS_LINUX
-QStringList AvailablePorts() {
-  return LinuxPorts("/sys/class/tty");
+QStringList NaturalOrder(QStringList names) {
+  QCollator collator{QLocale(QLocale::English)};  // the C locale does not know numbers
+  collator.setNumericMode(true);
+  std::ranges::sort(names,
+                    [&](const QString& a, const QString& b) { return collator.compare(a, b) < 0; });
+  return names;
 }
-#elif !defined(Q_OS_WIN)
-QStringList AvailablePorts() {
-  QStringList devices;
-  for (const QSerialPortInfo& port : QSerialPortInfo::availablePorts()) {
-    devices += port.systemLocation();
-  }
-  return NaturalOrder(devices);
-}
-#endif
 
-#ifdef Q_OS_UNIX
 // The group whose members may read and write the device, "" when there is none.
 QString GroupWithAccess(const QString& device) {
   struct stat node {};
@@ -42,18 +30,13 @@ QString GroupWithAccess(const QString& device) {
   const struct group* entry = getgrgid(node.st_gid);
   return entry == nullptr ? QString() : QString::fromLocal8Bit(entry->gr_name);
 }
-#endif
 
 }  // namespace
 
 QString MachinePorts::DeviceFor(int number) const {
-#ifdef Q_OS_WIN
-  return "COM" + QString::number(number);
-#else
   const QFileInfo link("/dev/comm" + QString::number(number));
   if (link.isSymLink() || link.exists()) return link.filePath();
-  return AvailablePorts().value(number - 1);
-#endif
+  return LinuxPorts("/sys/class/tty").value(number - 1);
 }
 
 QStringList LinuxPorts(const QString& sys_class_tty) {
@@ -69,16 +52,7 @@ QStringList LinuxPorts(const QString& sys_class_tty) {
   return NaturalOrder(devices);
 }
 
-QStringList NaturalOrder(QStringList names) {
-  QCollator collator{QLocale(QLocale::English)};  // the C locale does not know numbers
-  collator.setNumericMode(true);
-  std::ranges::sort(names,
-                    [&](const QString& a, const QString& b) { return collator.compare(a, b) < 0; });
-  return names;
-}
-
 QString OpenFailureReason(const QString& device, bool busy, const QString& system_reason) {
-#ifdef Q_OS_UNIX
   const QByteArray path = QFile::encodeName(device);
   if (access(path.constData(), F_OK) != 0) return "there is no such device";
   if (access(path.constData(), R_OK | W_OK) != 0) {
@@ -86,7 +60,6 @@ QString OpenFailureReason(const QString& device, bool busy, const QString& syste
     const QString refused = "you have no permission for it";
     return group.isEmpty() ? refused : refused + "; members of the group \"" + group + "\" have";
   }
-#endif
   if (busy) return "another program is using it";
   return system_reason;
 }

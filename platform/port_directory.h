@@ -15,21 +15,18 @@ class PortDirectory {
   virtual QString DeviceFor(int number) const = 0;
 };
 
-// The machine's ports. Windows: "COM<n>". Elsewhere the link /dev/comm<n> where it exists,
-// otherwise the n-th of the machine's available serial ports in natural order (ttyUSB2 before
-// ttyUSB10).
+// The machine's ports: the link /dev/comm<n> where it exists, otherwise the n-th of the machine's
+// available serial ports in natural order (ttyUSB2 before ttyUSB10).
 class MachinePorts : public PortDirectory {
  public:
   QString DeviceFor(int number) const override;
 };
 
-// The serial ports among the entries of a Linux machine's /sys/class/tty, as device paths in
-// natural order. Reads what the system says of them and opens none: opening a port just to list it
-// would raise its control lines, and would leave out the ports that this user may not open.
+// The serial ports among the entries of /sys/class/tty, as device paths in
+// natural order (runs of digits compare as numbers). Reads what the system says of them and opens
+// none: opening a port just to list it would raise its control lines, and would leave out the ports
+// that this user may not open.
 QStringList LinuxPorts(const QString& sys_class_tty);
-
-// Ports in natural order: runs of digits compare as numbers.
-QStringList NaturalOrder(QStringList names);
 
 // Why a device could not be opened, in plain words: no such device, no permission and the group
 // that gives it, in use, or the system's own reason. `system_reason` is used when nothing else

@@ -1,18 +1,14 @@
 #include "platform/serial_line.h"
 
+#include <linux/serial.h>
+#include <poll.h>
+#include <sys/ioctl.h>
+
 #include <QDeadlineTimer>
 #include <QSerialPort>
 #include <QStringList>
 #include <QThread>
 #include <algorithm>
-
-#ifdef Q_OS_UNIX
-#include <poll.h>
-#include <sys/ioctl.h>
-#endif
-#ifdef Q_OS_LINUX
-#include <linux/serial.h>
-#endif
 
 namespace platform {
 namespace {
@@ -21,18 +17,14 @@ constexpr int kDrainMilliseconds = 1000;
 constexpr int kTurnMilliseconds = 2;
 
 // True while the operating system or the transmitter still holds bytes of the port.
-bool Sending([[maybe_unused]] QSerialPort& port) {
-#ifdef Q_OS_UNIX
+bool Sending(QSerialPort& port) {
   int queued = 0;
   if (ioctl(port.handle(), TIOCOUTQ, &queued) != 0) return false;
   if (queued > 0) return true;
-#endif
-#ifdef TIOCSERGETLSR
   unsigned int transmitter = 0;
   if (ioctl(port.handle(), TIOCSERGETLSR, &transmitter) == 0) {
     return (transmitter & TIOCSER_TEMT) == 0;
   }
-#endif
   return false;
 }
 
@@ -59,17 +51,13 @@ bool ApplyLineSettings(QSerialPort& port, const QString& settings) {
   return true;
 }
 
-bool AcceptsBytes([[maybe_unused]] QSerialPort& port) {
-#ifdef Q_OS_UNIX
+bool AcceptsBytes(QSerialPort& port) {
   pollfd line{port.handle(), POLLOUT, 0};
   return poll(&line, 1, 0) == 1 && (line.revents & POLLOUT) != 0;
-#else
-  return true;
-#endif
 }
 
-// The port restores the line's old settings as it closes, under the feet of bytes that are still on
-// their way, and throws away what it has not handed over.
+// `close()` drops unwritten bytes and restores the old line settings at once, garbling bytes still
+// being sent. Drain first.
 void DrainAndClose(QSerialPort& port) {
   const QDeadlineTimer deadline(kDrainMilliseconds);
   while (port.bytesToWrite() > 0 && !deadline.hasExpired()) {

@@ -3,7 +3,6 @@
 #include <QPainter>
 #include <QStyleOptionSlider>
 #include <algorithm>
-#include <cmath>
 
 #include "platform/colours.h"
 #include "platform/cw_slide.h"
@@ -101,33 +100,6 @@ void DrawFader(QPainter& painter, const QStyleOptionSlider& option, const QStrin
   DrawHandle(painter, option, accent);
 }
 
-void DrawBar(QPainter& painter, const QStyleOptionSlider& option) {
-  const QPalette& palette = option.palette;
-  const QColor text = palette.color(QPalette::WindowText);
-  const QColor fill = palette.color(QPalette::Highlight);
-  const QRectF frame = QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5);
-  const double share =
-      option.maximum > 0 ? static_cast<double>(option.sliderPosition) / option.maximum : 0.0;
-
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(QPen(Blend(palette.color(QPalette::Window), text, 0.3), 1));
-  painter.setBrush(palette.color(QPalette::Base));
-  painter.drawRoundedRect(frame, 3, 3);
-
-  const QRect inner = option.rect.adjusted(2, 2, -2, -2);
-  QRect done = inner;
-  done.setWidth(static_cast<int>(std::lround(inner.width() * share)));
-  painter.setRenderHint(QPainter::Antialiasing, false);
-  painter.fillRect(done, fill);
-
-  const QString percent = QString::number(static_cast<int>(share * 100)) + " %";
-  painter.setPen(text);
-  painter.drawText(inner, Qt::AlignCenter, percent);
-  painter.setClipRect(done);
-  painter.setPen(palette.color(QPalette::HighlightedText));
-  painter.drawText(inner, Qt::AlignCenter, percent);
-}
-
 }  // namespace
 
 void SlideStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
@@ -139,18 +111,14 @@ void SlideStyle::drawComplexControl(ComplexControl control, const QStyleOptionCo
     return;
   }
   painter->save();
-  if (slide->Kind() == CWSlide::Look::kFader) {
-    DrawFader(*painter, *slider, slide->Caption());
-  } else {
-    DrawBar(*painter, *slider);
-  }
+  DrawFader(*painter, *slider, slide->Caption());
   painter->restore();
 }
 
 QRect SlideStyle::subControlRect(ComplexControl control, const QStyleOptionComplex* option,
                                  SubControl sub_control, const QWidget* widget) const {
   const auto* slider = qstyleoption_cast<const QStyleOptionSlider*>(option);
-  if (control != CC_Slider || slider == nullptr || slider->orientation != Qt::Vertical) {
+  if (control != CC_Slider || slider == nullptr) {
     return QCommonStyle::subControlRect(control, option, sub_control, widget);
   }
   if (sub_control == SC_SliderHandle) return FaderHandle(*slider);

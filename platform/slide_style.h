@@ -1,5 +1,4 @@
-// The look of faders and progress bars, and the places of their parts: what is drawn is also what
-// the mouse hits.
+// The look of faders and the places of their parts: what is drawn is also what the mouse hits.
 #pragma once
 
 #include <QCommonStyle>

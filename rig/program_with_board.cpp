@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QFile>
+#include <QProgressBar>
 #include <QTemporaryDir>
 
 #include "platform/cw_slide.h"
@@ -19,8 +20,8 @@ constexpr milliseconds kLineLimit{5000};  // until bytes that were sent have arr
 constexpr milliseconds kQuietLine{30};    // after which nothing more is on its way
 constexpr int kTick = 20;                 // ms
 
-platform::CWSlide& FlashBar(const Operator& hands) {
-  return hands.Find<platform::CWSlide>("ProgressBarFlash");
+QProgressBar& FlashBar(const Operator& hands) {
+  return hands.Find<QProgressBar>("ProgressBarFlash");
 }
 
 }  // namespace
@@ -134,7 +135,7 @@ bool ProgramWithBoard::Enabled(const QString& control) const {
 }
 
 int ProgramWithBoard::Bar() const {
-  return FlashBar(*hands).Value();
+  return FlashBar(*hands).value();
 }
 
 bool ProgramWithBoard::BarShown() const {

@@ -23,6 +23,7 @@
 #include "platform/file_dialog.h"
 #include "platform/list_box.h"
 #include "platform/message_box.h"
+#include "platform/progress_bar.h"
 #include "platform/push_button.h"
 #include "platform/text_field.h"
 
@@ -43,7 +44,7 @@ struct ControlsTest : testing::Test {
 };
 
 TEST_F(ControlsTest, EachChangeOfAValueIsAnnouncedOnceInsideTheAssignment) {
-  CWSlide slide(CWSlide::Look::kFader);
+  CWSlide slide;
   slide.SetScaleMaximum(255);
   CWButton button("PC Emu");
   CWNumEdit number;
@@ -58,9 +59,9 @@ TEST_F(ControlsTest, EachChangeOfAValueIsAnnouncedOnceInsideTheAssignment) {
   };
   std::vector<int> announced;
   const auto note = [&announced](int value) { announced.push_back(value); };
-  QObject::connect(&slide, &CWSlide::ValueChanged, note);
-  QObject::connect(&number, &CWNumEdit::ValueChanged, note);
-  QObject::connect(&button, &CWButton::ValueChanged, [&](bool on) { note(on ? 1 : 0); });
+  QObject::connect(&slide, &CWSlide::valueChanged, note);
+  QObject::connect(&number, &CWNumEdit::valueChanged, note);
+  QObject::connect(&button, &CWButton::toggled, [&](bool on) { note(on ? 1 : 0); });
   const Case cases[] = {
       {"slide set", [&] { slide.SetValue(7); }, 7},
       {"slide same", [&] { slide.SetValue(7); }, -1},
@@ -93,7 +94,7 @@ TEST_F(ControlsTest, EachChangeOfAValueIsAnnouncedOnceInsideTheAssignment) {
 TEST_F(ControlsTest, HandlerMayTakeASwitchBack) {
   CWButton button("PC Emu");
   std::vector<bool> announced;
-  QObject::connect(&button, &CWButton::ValueChanged, [&](bool on) {
+  QObject::connect(&button, &CWButton::toggled, [&](bool on) {
     announced.push_back(on);
     button.SetValue(false);
   });
@@ -134,7 +135,7 @@ TEST_F(ControlsTest, NumericEntriesAreCorrectedWhenComplete) {
 }
 
 TEST_F(ControlsTest, FaderFollowsTheMouseWhereItIsDrawn) {
-  CWSlide slide(CWSlide::Look::kFader, &window);
+  CWSlide slide(&window);
   slide.SetScaleMaximum(255);
   slide.SetCaption("Ch0");
   slide.setGeometry(10, 10, 33, 273);
@@ -223,25 +224,26 @@ TEST_F(ControlsTest, ButtonTakesTheFocusBeforeItActs) {
 
 TEST_F(ControlsTest, EntriesAreChosenFromTheOpenListOnly) {
   DropDownList list(&window);
-  for (int i = 1; i <= 8; ++i) list.AddItem("Comm" + QString::number(i), i);
+  for (int i = 1; i <= 8; ++i) list.addItem("Comm" + QString::number(i), i);
   QString state = "free";
+  list.setCurrentIndex(-1);
   list.ToolTip = [&](int item) { return state + QString::number(item); };
   ShowWindow();
   QSignalSpy clicks(&list, &DropDownList::Click);
-  EXPECT_EQ(list.ListIndex(), -1);
+  EXPECT_EQ(list.currentIndex(), -1);
 
   QWheelEvent wheel({5, 5}, list.mapToGlobal(QPointF(5, 5)), {}, {0, -120}, {}, {}, {}, false);
   QApplication::sendEvent(&list, &wheel);
   list.setFocus();
   QTest::keyClick(&list, Qt::Key_Down);
-  EXPECT_EQ(list.ListIndex(), -1);
+  EXPECT_EQ(list.currentIndex(), -1);
   EXPECT_EQ(clicks.size(), 0);
   ASSERT_TRUE(list.view()->isVisible());
   EXPECT_EQ(list.itemData(2, Qt::ToolTipRole), "free3");
 
   list.view()->setCurrentIndex(list.model()->index(2, 0));
   QTest::keyClick(list.view(), Qt::Key_Return);
-  EXPECT_EQ(list.ItemData(list.ListIndex()), 3);
+  EXPECT_EQ(list.currentData(), 3);
   state = "taken";
   list.showPopup();
   EXPECT_EQ(list.itemData(2, Qt::ToolTipRole), "taken3");
@@ -364,7 +366,7 @@ TEST_F(ListBoxTest, SelectionStaysOnItsLineAndInView) {
 }
 
 TEST_F(ControlsTest, AssistiveTechnologyLearnsNameRoleValueAndState) {
-  CWSlide slide(CWSlide::Look::kFader);
+  CWSlide slide;
   slide.SetScaleMaximum(255);
   slide.SetCaption("Ch3");
   slide.SetValue(77);
@@ -374,6 +376,9 @@ TEST_F(ControlsTest, AssistiveTechnologyLearnsNameRoleValueAndState) {
   number.SetScale(20, 32767, 20, 1000);
   number.SetUnit(" ms");
   number.SetValue(1000);
+  ProgressBar bar;
+  bar.SetScaleMaximum(0);
+  bar.SetValue(7);
   ListBox list;
   list.AddItem("1 °\t\t20 ms\t");
   list.SetListIndex(0);
@@ -387,6 +392,8 @@ TEST_F(ControlsTest, AssistiveTechnologyLearnsNameRoleValueAndState) {
   EXPECT_TRUE(of(button)->state().checked);
   EXPECT_EQ(of(number)->role(), QAccessible::SpinBox);
   EXPECT_EQ(of(number)->text(QAccessible::Value), "1000 ms");
+  EXPECT_EQ(of(bar)->role(), QAccessible::ProgressBar);
+  EXPECT_EQ(bar.text(), "100 %") << "a busy indicator";
   EXPECT_EQ(of(list)->role(), QAccessible::List);
   EXPECT_EQ(of(list)->child(0)->text(QAccessible::Name), "1 °, 20 ms");
   EXPECT_TRUE(of(list)->child(0)->state().selected);

@@ -180,9 +180,9 @@ TEST_F(Flash, ProgrammingWaitsForEveryWholeBlock) {
 TEST_F(Flash, TheBarMovesAHundredTimesInAFullTransfer) {
   Load(RandomSequences(10, 1718));
   Connect();
-  auto& bar = hands->Find<platform::CWSlide>("ProgressBarFlash");
+  auto& bar = hands->Find<QProgressBar>("ProgressBarFlash");
   std::vector<int> values;
-  QObject::connect(&bar, &platform::CWSlide::ValueChanged, form.get(),
+  QObject::connect(&bar, &QProgressBar::valueChanged, form.get(),
                    [&](int value) { values.push_back(value); });
   ExpectMessage(kErasedText);
   ExpectMessage(kProgrammedText);

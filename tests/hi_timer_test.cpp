@@ -4,6 +4,7 @@
 
 #include <QEventLoop>
 #include <QThread>
+#include <QTimer>
 #include <chrono>
 #include <memory>
 #include <vector>

@@ -114,7 +114,7 @@ TEST_F(Live, ADragSendsOnePairForEachReportedValue) {
   Connect();
   auto& slide = hands->Find<platform::CWSlide>("CWSlide1_9");
   Bytes expected;
-  QObject::connect(&slide, &platform::CWSlide::ValueChanged, form.get(), [&](int value) {
+  QObject::connect(&slide, &platform::CWSlide::valueChanged, form.get(), [&](int value) {
     expected.insert(expected.end(), {41, static_cast<std::uint8_t>(value)});
   });
   hands->MoveSlider("CWSlide1_9", 200);

@@ -98,11 +98,13 @@ class Outside : public testing::Test {
   // its centre.
   QPoint Place(std::string_view name, int element = 0, std::optional<QPoint> inside = {}) const {
     for (const ControlRow& row : Inventory()) {
-      if (name != row.name || element < row.first || element >= row.first + row.count) continue;
+      if (name != row.control.name || element < row.first || element >= row.first + row.count)
+        continue;
       const int shift = (element - row.first) * row.pitch;
       const QPoint corner(Pixels(row.left + shift), Pixels(row.top));
       const QPoint point = inside.value_or(QPoint(Pixels(row.width) / 2, Pixels(row.height) / 2));
-      const QPoint parent = *row.parent ? Place(row.parent, 0, QPoint(0, 0)) : QPoint(left_, top_);
+      const QPoint parent =
+          row.parent.member ? Place(row.parent.name, 0, QPoint(0, 0)) : QPoint(left_, top_);
       return parent + corner + point;
     }
     ADD_FAILURE() << "no such control: " << name;

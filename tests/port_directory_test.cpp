@@ -12,11 +12,6 @@
 namespace platform {
 namespace {
 
-TEST(PortDirectory, RunsOfDigitsCompareAsNumbers) {
-  EXPECT_EQ(NaturalOrder({"/dev/ttyUSB10", "/dev/ttyUSB2", "/dev/ttyS1", "/dev/ttyACM0"}),
-            QStringList({"/dev/ttyACM0", "/dev/ttyS1", "/dev/ttyUSB2", "/dev/ttyUSB10"}));
-}
-
 TEST(PortDirectory, ListsTheMachinesPortsWithoutOpeningThem) {
   const QTemporaryDir folder;
   const QDir tty(folder.path());

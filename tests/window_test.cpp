@@ -49,8 +49,7 @@ TEST_F(StartUp, PlacesEveryControlAndShowsItsCaptionInFull) {
   EXPECT_EQ(form->minimumSize(), form->maximumSize());
   for (const ControlRow& row : Inventory()) {
     for (int i = 0; i < row.count; ++i) {
-      const QString name =
-          row.count == 1 ? QString(row.name) : QString("%1_%2").arg(row.name).arg(row.first + i);
+      const QString name = ElementName(row, i);
       auto& control = hands->Find<QWidget>(name);
       EXPECT_EQ(control.geometry(), QRect((row.left + i * row.pitch) / 15, row.top / 15,
                                           row.width / 15, row.height / 15))
@@ -108,8 +107,7 @@ TEST_F(StartUp, TellsAssistiveTechnologyNameRoleValueAndState) {
   EXPECT_EQ(button->text(QAccessible::Name), "PC Control Enable");
   EXPECT_TRUE(button->state().checked);
   for (const ControlRow& row : Inventory()) {
-    const QString name =
-        row.count == 1 ? QString(row.name) : QString("%1_%2").arg(row.name).arg(row.first);
+    const QString name = ElementName(row, 0);
     QAccessibleInterface* part = QAccessible::queryAccessibleInterface(&hands->Find<QWidget>(name));
     EXPECT_FALSE(part->text(QAccessible::Name).isEmpty()) << name.toStdString();
   }

@@ -1,40 +1,104 @@
-// Builds the window's controls from the inventory and finds them by name.
+// The window's controls and menu items, each under its name, and the making of them from the
+// inventory.
 #pragma once
 
-#include <QHash>
-#include <QString>
+#include <QAction>
+#include <QLabel>
+#include <QMenuBar>
 #include <QWidget>
+#include <array>
 
-#include "ui/inventory.h"
+#include "core/declaration.h"
+#include "platform/cw_button.h"
+#include "platform/cw_num_edit.h"
+#include "platform/cw_slide.h"
+#include "platform/drop_down_list.h"
+#include "platform/list_box.h"
+#include "platform/panel.h"
+#include "platform/progress_bar.h"
+#include "platform/push_button.h"
+#include "platform/text_field.h"
 
 namespace pelmora {
 
-class Controls {
+// A label in large bold text.
+class Heading : public QLabel {
  public:
-  // Makes every control of the inventory as a descendant of `client`, with the control's name as
-  // its object name (an array element's is "CWSlide1_3").
-  explicit Controls(QWidget& client);
-
-  // The control of that name; it must exist and be of that class.
-  template <class T>
-  T& Get(const QString& name) const {
-    T* control = qobject_cast<T*>(controls_.value(name));
-    Q_ASSERT(control);
-    return *control;
-  }
-  template <class T>
-  T& Get(const char* array, int index) const {
-    return Get<T>(QStringLiteral("%1_%2").arg(QLatin1String(array)).arg(index));
-  }
-
-  // Sets the largest font size, from 12 pixels down, at which every caption can be read in full;
-  // a caption that misses it by little is narrowed instead.
-  void FitFont(QWidget& client) const;
-
- private:
-  QWidget* Make(const ControlRow& row, const QString& caption, QWidget* parent) const;
-
-  QHash<QString, QWidget*> controls_;
+  using QLabel::QLabel;
 };
+
+// The type of a member is the kind of the control. None is null once the window is built.
+struct Controls {
+  platform::Panel* FrameMan = nullptr;
+  platform::PushButton* CommandMoreSeq = nullptr;
+  platform::PushButton* CommandLessSeq = nullptr;
+  Heading* LabelSeq = nullptr;
+  Heading* LabelStep = nullptr;
+  std::array<platform::CWSlide*, kChannels> CWSlide1{};
+  // 0..11: position fields; 12..23: angle displays.
+  std::array<platform::TextField*, 2 * kChannels> Text1{};
+  platform::PushButton* CommandUpdate = nullptr;
+  QLabel* Label1 = nullptr;
+  platform::CWNumEdit* CWNumEditTimeStep = nullptr;
+
+  QLabel* Label2 = nullptr;
+  platform::DropDownList* ComboPort = nullptr;
+  platform::CWButton* CWButtonMainOnOff = nullptr;
+
+  platform::Panel* FrameSer = nullptr;
+  platform::TextField* Echo = nullptr;
+  platform::PushButton* CommandInBuff = nullptr;
+
+  platform::Panel* FrameInfo = nullptr;
+  QLabel* LabelByteCapt = nullptr;
+  QLabel* LabelByte = nullptr;
+  QLabel* CommandOffset = nullptr;
+  QLabel* LabelOffset = nullptr;
+
+  platform::Panel* FrameFlash = nullptr;
+  platform::PushButton* CommandFlash = nullptr;
+  platform::PushButton* CommandRead = nullptr;
+  platform::PushButton* Command1 = nullptr;
+  platform::PushButton* CommandErase = nullptr;
+  platform::ProgressBar* ProgressBarFlash = nullptr;
+
+  platform::Panel* FrameRealEmu = nullptr;
+  platform::CWButton* CWButtonRealEmu = nullptr;
+  QLabel* LabelSeqEmu = nullptr;
+
+  platform::Panel* FramePCEmu = nullptr;
+  platform::CWButton* CWButtonEmuPC = nullptr;
+  platform::PushButton* CommandContinue = nullptr;
+  platform::PushButton* CommandRepeat = nullptr;
+  platform::PushButton* CommandBrk = nullptr;
+  platform::PushButton* CommandResBrk = nullptr;
+
+  platform::ListBox* ListSequence = nullptr;
+
+  platform::Panel* FrameBuffEdit = nullptr;
+  platform::PushButton* CommandAdd = nullptr;
+  platform::PushButton* CommandRem = nullptr;
+  platform::PushButton* CommandReplace = nullptr;
+  platform::PushButton* CommandClear = nullptr;
+  platform::PushButton* CommandClearAll = nullptr;
+  platform::PushButton* CommandInterpolate = nullptr;
+  platform::PushButton* CommandDwn = nullptr;
+  platform::PushButton* CommandUp = nullptr;
+
+  platform::PushButton* CommandStart = nullptr;
+  platform::PushButton* CommandStop = nullptr;
+
+  QAction* SaveBuffer = nullptr;
+  QAction* LoadBuffer = nullptr;
+  QAction* Quit = nullptr;
+  QAction* FreshProg = nullptr;
+  QAction* Emu = nullptr;
+  QAction* Serial = nullptr;
+  QAction* Resetting = nullptr;
+};
+
+// Makes every control of the inventory as a descendant of `client`, and every menu item in
+// `menu_bar`. Each has its name as its object name (an array element's is "CWSlide1_3").
+Controls MakeControls(QWidget& client, QMenuBar& menu_bar);
 
 }  // namespace pelmora

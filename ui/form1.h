@@ -3,9 +3,7 @@
 #pragma once
 
 #include <QAction>
-#include <QHash>
 #include <QMainWindow>
-#include <QString>
 #include <memory>
 #include <vector>
 
@@ -14,6 +12,7 @@
 #include "platform/hi_timer.h"
 #include "platform/message_box.h"
 #include "platform/port_directory.h"
+#include "platform/push_button.h"
 
 namespace pelmora {
 
@@ -27,7 +26,7 @@ struct Surroundings {
 };
 
 class BoardLink;
-class Controls;
+struct Controls;
 class EditedSequence;
 
 class Form1 : public QMainWindow {
@@ -47,10 +46,9 @@ class Form1 : public QMainWindow {
  private:
   struct Handlers;
 
-  void BuildMenus();
   void DressControls();
   template <class Handler>
-  void OnClick(const char* button, Handler handler);
+  void OnClick(platform::PushButton* button, Handler handler);
   void ConnectEditing();
   void ConnectLink();
   void ConnectFlash();
@@ -60,12 +58,11 @@ class Form1 : public QMainWindow {
   void Form_Unload();
   void Form_Terminate();
   void Quit_Click();
-  void ConnectPanelToggle(const char* item, std::vector<QWidget*> panels);
+  void ConnectPanelToggle(QAction* item, std::vector<QWidget*> panels);
   void EndProgram();
 
   const Surroundings surroundings_;
   std::unique_ptr<Controls> controls_;
-  QHash<QString, QAction*> menu_items_;
   std::unique_ptr<Handlers> handlers_;
   // Context of all connections to the handlers, so that they end before the handlers do.
   std::unique_ptr<QObject> wiring_;

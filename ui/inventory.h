@@ -1,9 +1,13 @@
 // What the main window consists of: every control with its place and start state, every menu item.
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <span>
+#include <variant>
 
 #include "platform/twips.h"
+#include "ui/controls.h"
 
 namespace pelmora {
 
@@ -15,27 +19,42 @@ inline constexpr int kFormHeight = 10110;
 
 using platform::Pixels;
 
-enum class Kind {
-  kPanel,     // with a caption on its frame, or a plain frame
-  kLabel,     // text
-  kHeading,   // large bold text
-  kDropDown,  // a list without free text
-  kSwitch,
-  kListBox,
-  kPushButton,
-  kTextField,
-  kDisplay,  // a text field that takes no typing
-  kFader,
-  kBar,
-  kNumEdit,
+// A member of `Controls`: one control, or an array of them.
+template <class Control>
+using One = Control* Controls::*;
+template <class Control, std::size_t count>
+using Several = std::array<Control*, count> Controls::*;
+using Member =
+    std::variant<One<QLabel>, One<Heading>, One<platform::Panel>, One<platform::PushButton>,
+                 One<platform::CWButton>, One<platform::CWNumEdit>, One<platform::DropDownList>,
+                 One<platform::ListBox>, One<platform::ProgressBar>, One<platform::TextField>,
+                 Several<platform::CWSlide, kChannels>,
+                 Several<platform::TextField, 2 * kChannels>>;
+
+// The member and its name are one word in the tables.
+struct NamedControl {
+  const char* name;
+  Member member;
+};
+struct NamedPanel {
+  const char* name = "";
+  One<platform::Panel> member = nullptr;
+};
+struct NamedItem {
+  const char* name;
+  One<QAction> member;
 };
 
-enum class Start { kVisible, kHidden, kDisabled };
+enum class Start {
+  kVisible,
+  kHidden,
+  kDisabled,
+  kReadOnly,  // a text field that takes no typing
+};
 
 struct ControlRow {
-  Kind kind;
-  const char* name;
-  const char* parent;  // a panel's name, "" for the window itself
+  NamedControl control;
+  NamedPanel parent;  // without one: the window itself
   // As shown; "&" marks the mnemonic. In an array "%1" is the element's number within the row.
   const char* caption;
   // The name told to assistive technology where the caption doesn't say it.
@@ -51,7 +70,7 @@ struct ControlRow {
 
 struct MenuRow {
   const char* menu;  // caption of the menu
-  const char* name;
+  NamedItem item;
   const char* caption;
   const char* shortcut;
   bool checkable;  // the check mark mirrors a panel's visibility
@@ -62,5 +81,18 @@ std::span<const ControlRow> Inventory();
 
 // All menu items in their order.
 std::span<const MenuRow> Menus();
+
+// The object name of the row's element 0 .. `count` - 1.
+QString ElementName(const ControlRow& row, int element);
+
+// The member's place in `controls`; of an array, that of element `index`.
+template <class Control>
+Control*& PlaceOf(Controls& controls, One<Control> member, int) {
+  return controls.*member;
+}
+template <class Control, std::size_t count>
+Control*& PlaceOf(Controls& controls, Several<Control, count> member, int index) {
+  return (controls.*member).at(static_cast<std::size_t>(index));
+}
 
 }  // namespace pelmora

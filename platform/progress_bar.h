@@ -1,0 +1,21 @@
+// A progress bar that never loses a value: the toolkit's own becomes a busy indicator with a
+// maximum of 0 and ignores a value outside its range.
+#pragma once
+
+#include <QProgressBar>
+
+namespace platform {
+
+class ProgressBar : public QProgressBar {
+  Q_OBJECT
+ public:
+  explicit ProgressBar(QWidget* parent = nullptr);
+
+  // The scale 0 .. `maximum`; a maximum below 1 counts as 1. A value above it is cut.
+  void SetScaleMaximum(int maximum);
+
+  // Shows the value, cut to the scale.
+  void SetValue(int value);
+};
+
+}  // namespace platform

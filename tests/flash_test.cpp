@@ -52,6 +52,7 @@ TEST_F(Flash, ExampleGoesOverTheLineAndComesBack) {
   EXPECT_EQ(Lines().size(), 2);
   EXPECT_TRUE(Lines()[1].startsWith("63.5 °\t0 °\t")) << Lines()[1].toStdString();
   EXPECT_EQ(hands->Read("LabelSeq"), "Sequence N° 0");
+  EXPECT_EQ(hands->Read("LabelStep"), "Step N° ...");
   EXPECT_EQ(Data().TotalBytes, 42);
   ExpectAtRest();
 }

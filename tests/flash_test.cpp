@@ -2,7 +2,6 @@
 // what the window shows in them, and what the operator may do meanwhile.
 #include <QtTest/QTest>
 
-#include "platform/cw_slide.h"
 #include "rig/processor_time.h"
 #include "tests/flash_fixture.h"
 
@@ -181,10 +180,8 @@ TEST_F(Flash, ProgrammingWaitsForEveryWholeBlock) {
 TEST_F(Flash, TheBarMovesAHundredTimesInAFullTransfer) {
   Load(RandomSequences(10, 1718));
   Connect();
-  auto& bar = hands->Find<platform::CWSlide>("ProgressBarFlash");
   std::vector<int> values;
-  QObject::connect(&bar, &platform::CWSlide::ValueChanged, form.get(),
-                   [&](int value) { values.push_back(value); });
+  WatchBar([&](int value) { values.push_back(value); });
   ExpectMessage(kErasedText);
   ExpectMessage(kProgrammedText);
   Program();

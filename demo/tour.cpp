@@ -18,7 +18,8 @@
 namespace demo {
 
 Tour::Tour(rig::ProgramWithBoard& program, QWidget& board_window, const QDir& folder)
-    : window_(*program.form),
+    : program_(program),
+      window_(*program.form),
       board_window_(board_window),
       board_(program.board),
       folder_(folder),
@@ -137,11 +138,12 @@ void Tour::Program() {
   Picture("debug panels");
   Say("presses \"Program  Seq.\"");
   AnswerNextMessage("Data Flash Erased");
-  auto& bar = operator_.Find<QProgressBar>("ProgressBarFlash");
-  operator_.When([&bar] { return bar.isVisible() && bar.value() > bar.maximum() / 2; },
-                 [this] { Picture("programming"); });
-  operator_.When([&bar] { return bar.isVisible() && bar.value() > bar.maximum() * 2 / 3; },
-                 [this] { AnswerNextMessage("Data Flash Programmed!", "programmed"); });
+  operator_.When(
+      [this] { return program_.BarShown() && program_.Bar() > program_.BarMaximum() / 2; },
+      [this] { Picture("programming"); });
+  operator_.When(
+      [this] { return program_.BarShown() && program_.Bar() > program_.BarMaximum() * 2 / 3; },
+      [this] { AnswerNextMessage("Data Flash Programmed!", "programmed"); });
   operator_.Click("CommandFlash");
   SayReceived();
   Expect(board_.Snapshot().sequence_steps[0] == 83, "the board holds the 83 steps of sequence 0");
@@ -152,9 +154,9 @@ void Tour::ReadBack() {
   Say("presses \"Clear All\", and then \"Read Seq.\"");
   operator_.Click("CommandClearAll");
   Expect(operator_.ReadLines("ListSequence").isEmpty(), "the list is empty");
-  auto& bar = operator_.Find<QProgressBar>("ProgressBarFlash");
-  operator_.When([&bar] { return bar.isVisible() && bar.value() > bar.maximum() / 2; },
-                 [this] { Picture("reading back"); });
+  operator_.When(
+      [this] { return program_.BarShown() && program_.Bar() > program_.BarMaximum() / 2; },
+      [this] { Picture("reading back"); });
   operator_.When([this] { return rig::OpenMessage() != nullptr; },
                  [this] { AnswerNextMessage("Data Flash Read!", "read back"); });
   operator_.Click("CommandRead");
@@ -198,7 +200,7 @@ void Tour::PlayFromPc() {
 void Tour::PlayOnBoard() {
   Say("writes the new sequence into the flash");
   AnswerNextMessage("Data Flash Erased");
-  operator_.When([this] { return operator_.Find<QProgressBar>("ProgressBarFlash").isVisible(); },
+  operator_.When([this] { return program_.BarShown(); },
                  [this] { AnswerNextMessage("Data Flash Programmed!"); });
   operator_.Click("CommandFlash");
   Say("turns \"Real Emu\" On: the board plays sequence 2 by itself");

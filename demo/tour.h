@@ -46,6 +46,7 @@ class Tour {
   // Works the file dialog that opens next.
   void AnswerFileDialog(const QString& path, const QString& picture);
 
+  rig::ProgramWithBoard& program_;
   QWidget& window_;
   QWidget& board_window_;
   simboard::SimulatedBoard& board_;

@@ -20,9 +20,8 @@ constexpr milliseconds kLineLimit{5000};  // until bytes that were sent have arr
 constexpr milliseconds kQuietLine{30};    // after which nothing more is on its way
 constexpr int kTick = 20;                 // ms
 
-QProgressBar& FlashBar(const Operator& hands) {
-  return hands.Find<QProgressBar>("ProgressBarFlash");
-}
+using FlashBar = QProgressBar;
+constexpr char kFlashBar[] = "ProgressBarFlash";
 
 }  // namespace
 
@@ -135,11 +134,20 @@ bool ProgramWithBoard::Enabled(const QString& control) const {
 }
 
 int ProgramWithBoard::Bar() const {
-  return FlashBar(*hands).value();
+  return hands->Find<FlashBar>(kFlashBar).value();
+}
+
+int ProgramWithBoard::BarMaximum() const {
+  return hands->Find<FlashBar>(kFlashBar).maximum();
 }
 
 bool ProgramWithBoard::BarShown() const {
-  return !FlashBar(*hands).isHidden();
+  return !hands->Find<FlashBar>(kFlashBar).isHidden();
+}
+
+void ProgramWithBoard::WatchBar(std::function<void(int)> changed) {
+  QObject::connect(&hands->Find<FlashBar>(kFlashBar), &FlashBar::valueChanged, form.get(),
+                   std::move(changed));
 }
 
 }  // namespace rig

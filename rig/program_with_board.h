@@ -76,7 +76,10 @@ class ProgramWithBoard {
   bool Enabled(const QString& control) const;
   // The bar of the flash operations: the step data that it shows, in bytes.
   int Bar() const;
+  int BarMaximum() const;
   bool BarShown() const;
+  // Calls `changed` at each move of the bar, until the window ends.
+  void WatchBar(std::function<void(int value)> changed);
 
   // What the program waits for, if anything.
   bool Erasing() const { return form->Link().EraseMode(); }

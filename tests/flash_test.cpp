@@ -2,7 +2,6 @@
 // what the window shows in them, and what the operator may do meanwhile.
 #include <QtTest/QTest>
 
-#include "platform/cw_slide.h"
 #include "rig/processor_time.h"
 #include "tests/flash_fixture.h"
 
@@ -52,6 +51,7 @@ TEST_F(Flash, ExampleGoesOverTheLineAndComesBack) {
   EXPECT_EQ(Lines().size(), 2);
   EXPECT_TRUE(Lines()[1].startsWith("63.5 °\t0 °\t")) << Lines()[1].toStdString();
   EXPECT_EQ(hands->Read("LabelSeq"), "Sequence N° 0");
+  EXPECT_EQ(hands->Read("LabelStep"), "Step N° ...");
   EXPECT_EQ(Data().TotalBytes, 42);
   ExpectAtRest();
 }
@@ -180,10 +180,8 @@ TEST_F(Flash, ProgrammingWaitsForEveryWholeBlock) {
 TEST_F(Flash, TheBarMovesAHundredTimesInAFullTransfer) {
   Load(RandomSequences(10, 1718));
   Connect();
-  auto& bar = hands->Find<QProgressBar>("ProgressBarFlash");
   std::vector<int> values;
-  QObject::connect(&bar, &QProgressBar::valueChanged, form.get(),
-                   [&](int value) { values.push_back(value); });
+  WatchBar([&](int value) { values.push_back(value); });
   ExpectMessage(kErasedText);
   ExpectMessage(kProgrammedText);
   Program();

@@ -110,6 +110,17 @@ TEST_F(Live, BytesLeaveInsideTheHandler) {
   EXPECT_TRUE(board.WaitForBytes(2, std::chrono::milliseconds(1000)));
 }
 
+TEST_F(Live, KeysMoveASliderByOneAndByTen) {
+  Connect();
+  auto& slider = hands->Find<QWidget>("CWSlide1_0");
+  slider.setFocus();
+  QTest::keyClick(&slider, Qt::Key_PageUp);
+  QTest::keyClick(&slider, Qt::Key_Down);
+  ExpectSent({8, 138, 8, 137});
+  EXPECT_EQ(hands->Read("Text1_0"), "9");
+  EXPECT_EQ(hands->Read("Text1_12"), Local("4.5 °"));
+}
+
 TEST_F(Live, ADragSendsOnePairForEachReportedValue) {
   Connect();
   auto& slide = hands->Find<platform::CWSlide>("CWSlide1_9");

@@ -163,8 +163,10 @@ TEST_F(BoardPlays, TheCurrentSequence) {
 TEST_F(BoardPlays, OnWhileTheOperatorWorks) {
   hands->ChooseMenu("Emu");
   Connect();
+  board.SetFlash(HeaderOf(ExampleSequences()), StepDataOf(ExampleSequences()));
   hands->Click(kRealEmu);
   ExpectSent({3, 0});
+  EXPECT_EQ(board.Snapshot().playing_sequence, 0);
   hands->Click("CommandMoreSeq");
   hands->ChooseMenu("Emu");  // hides the panel
   ExpectSent({});

@@ -10,6 +10,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QScreen>
+#include <QShortcut>
 #include <QStyle>
 #include <string>
 
@@ -293,6 +294,21 @@ void Form1::ConnectEditing() {
           [&h](int line) { h.step_list.ListSequence_MouseUp(line); });
   connect(&h.list, &ListBox::DblClick, wiring_.get(),
           [&h] { h.step_list.ListSequence_DblClick(); });
+  connect(&h.list, &ListBox::MoveLine, wiring_.get(), [&h](int from, int to) {
+    h.step_list.ListSequence_MouseDown(from);
+    h.step_list.ListSequence_MouseUp(to);
+  });
+  const auto press_by_key = [this](Qt::Key key, const char* button) {
+    auto* target = &controls_->Get<PushButton>(button);
+    auto* shortcut = new QShortcut(Qt::ALT | key, target);
+    shortcut->setAutoRepeat(false);
+    connect(shortcut, &QShortcut::activated, wiring_.get(), [target] {
+      target->setFocus(Qt::ShortcutFocusReason);  // a text field commits its entry first
+      target->click();
+    });
+  };
+  press_by_key(Qt::Key_Right, "CommandUp");
+  press_by_key(Qt::Key_Left, "CommandDwn");
 }
 
 void Form1::ConnectLink() {

@@ -65,11 +65,14 @@ void StepList::ListSequence_MouseDown(int line) {
 }
 
 void StepList::ListSequence_MouseUp(int line) {
-  const int from = DragFromIndex;
+  ListSequence_MoveLine(DragFromIndex, line);
+}
+
+void StepList::ListSequence_MoveLine(int from, int to) {
   const int lines = edited_.ListCount();
   // The list may have become shorter while the button was held.
-  if (line == from || line < 0 || from < 0 || line >= lines || from >= lines) return;
-  edited_.Move(from, line);
+  if (to == from || to < 0 || from < 0 || to >= lines || from >= lines) return;
+  edited_.Move(from, to);
 }
 
 void StepList::ListSequence_DblClick() {

@@ -28,6 +28,8 @@ class StepList {
   // `line` is -1 when the pointer was on none.
   void ListSequence_MouseDown(int line);
   void ListSequence_MouseUp(int line);
+  // A step moves to the place of another line.
+  void ListSequence_MoveLine(int from, int to);
   void ListSequence_DblClick();
 
  private:

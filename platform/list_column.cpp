@@ -2,6 +2,7 @@
 
 #include <QPainter>
 #include <QStringList>
+#include <utility>
 
 #include "platform/colours.h"
 
@@ -52,8 +53,16 @@ void ColumnDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option
   }
 }
 
-QSize ColumnDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const {
-  return {0, option.fontMetrics.height() + kRowPadding};
+QSize ColumnDelegate::sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const {
+  return {0, row_height_};
+}
+
+int ColumnDelegate::LeastHeight(const QFontMetrics& font) {
+  return font.height() + kRowPadding;
+}
+
+bool ColumnDelegate::SetRowHeight(int height) {
+  return std::exchange(row_height_, height) != height;
 }
 
 }  // namespace platform

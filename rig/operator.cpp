@@ -117,10 +117,18 @@ void Operator::DoubleClickLine(const QString& list, int line) {
 }
 
 void Operator::DragLine(const QString& list, int from, int to) {
-  QWidget* view = Find<QListWidget>(list).viewport();
+  auto& box = Find<QListWidget>(list);
+  QWidget* view = box.viewport();
   const QPoint start = LineCentre(list, from);
   QTest::mousePress(view, Qt::LeftButton, {}, start);
-  const QPoint end = LineCentre(list, to);
+  // Held above or below the list, a drag scrolls it.
+  const auto place = [&] { return box.visualItemRect(box.item(to)).center(); };
+  const QPoint outside(start.x(), to < from ? -10 : view->height() + 10);
+  if (!view->rect().contains(place())) {
+    QTest::mouseMove(view, outside);
+    WaitUntil([&] { return view->rect().contains(place()); }, 30000);
+  }
+  const QPoint end = place();
   QTest::mouseMove(view, (start + end) / 2);
   QTest::mouseMove(view, end);
   QTest::mouseRelease(view, Qt::LeftButton, {}, end);

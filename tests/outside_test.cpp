@@ -26,7 +26,7 @@ constexpr int kStartLimit = 20000;  // ms
 constexpr int kEndLimit = 5000;
 
 // Height of a line in the step list at the program's font.
-constexpr int kLineHeight = 18;
+constexpr int kLineHeight = 19;
 
 class Outside : public testing::Test {
  protected:

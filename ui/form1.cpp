@@ -9,6 +9,7 @@
 #include <QLocale>
 #include <QMenuBar>
 #include <QScreen>
+#include <QShortcut>
 #include <QStyle>
 #include <span>
 
@@ -209,6 +210,15 @@ void Form1::OnClick(PushButton* button, Handler handler) {
   connect(button, &QPushButton::clicked, wiring_.get(), handler);
 }
 
+void Form1::PressByKey(const QKeySequence& keys, PushButton& button) {
+  auto* shortcut = new QShortcut(keys, &button);
+  shortcut->setAutoRepeat(false);
+  connect(shortcut, &QShortcut::activated, wiring_.get(), [&button] {
+    button.setFocus(Qt::ShortcutFocusReason);  // a text field commits its entry first
+    button.click();
+  });
+}
+
 void Form1::ConnectEditing() {
   Handlers& h = *handlers_;
   for (int i = 0; i < kChannels; ++i) {
@@ -237,6 +247,10 @@ void Form1::ConnectEditing() {
           [&h](int line) { h.step_list.ListSequence_MouseUp(line); });
   connect(controls_->ListSequence, &ListBox::DblClick, wiring_.get(),
           [&h] { h.step_list.ListSequence_DblClick(); });
+  connect(controls_->ListSequence, &ListBox::MoveLine, wiring_.get(),
+          [&h](int from, int to) { h.step_list.ListSequence_MoveLine(from, to); });
+  PressByKey(Qt::ALT | Qt::Key_Right, *controls_->CommandUp);
+  PressByKey(Qt::ALT | Qt::Key_Left, *controls_->CommandDwn);
 }
 
 void Form1::ConnectLink() {

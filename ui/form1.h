@@ -49,6 +49,7 @@ class Form1 : public QMainWindow {
   void DressControls();
   template <class Handler>
   void OnClick(platform::PushButton* button, Handler handler);
+  void PressByKey(const QKeySequence& keys, platform::PushButton& button);
   void ConnectEditing();
   void ConnectLink();
   void ConnectFlash();

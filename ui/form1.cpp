@@ -263,7 +263,7 @@ void Form1::ConnectLink() {
     h.pc_emulator.MSComm1_PortLost();
     h.board_playback.MSComm1_PortLost();
     h.live_control.MSComm1_PortLost();
-    h.serial_port.MSComm1_PortLost();
+    h.serial_port.MSComm1_PortLost(h.link.ReadMode());
   });
   connect(&h.main_on_off.Button(), &CWButton::toggled, wiring_.get(),
           [&h](bool on) { h.live_control.CWButtonMainOnOff_ValueChanged(on); });

@@ -34,7 +34,7 @@ LineColours ColoursOf(const LineState& state, const QPalette& palette) {
 
 void DrawDropMark(QPainter& painter, const QRect& lines, int y, const QPalette& palette) {
   constexpr int kReach = 2;  // pixels above and below the middle of the bar
-  const int middle = std::clamp(y, lines.top() + kReach, lines.bottom() - kReach);
+  const int middle = std::clamp(y, lines.top() + 1, lines.bottom() - 1);
   const QRect bar(lines.left(), middle - kReach, lines.width(), 2 * kReach + 1);
   // Two colours, so that it is seen on a selected line and on others.
   painter.fillRect(bar, palette.color(QPalette::Base));

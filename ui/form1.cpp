@@ -198,11 +198,12 @@ void Form1::DressControls() {
                        angle->width() - 1, Qt::AlignHCenter});
   }
   const int right = columns.back().left + columns.back().width;
-  const platform::ListColumn mark = {right + 110, 70, Qt::AlignLeft};
+  const platform::ListColumn mark = {right + 110, 70, Qt::AlignLeft, true};
   columns.push_back({right + 10, 80, Qt::AlignRight});
   columns.push_back(mark);
   columns.push_back(mark);
   controls_->ListSequence->SetColumns(std::move(columns));
+  controls_->ListSequence->SetLineNumbers(true);
 }
 
 template <class Handler>

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QEventLoop>
+#include <QKeyEvent>
 #include <QWindow>
 
 #include "platform/dialog_parent.h"
@@ -67,6 +68,10 @@ void ModalMessageBox::Show(const QString& text, const QString& title) {
 }
 
 bool ModalMessageBox::eventFilter(QObject* target, QEvent* event) {
+  // A key that was held when the box came up would close it unread.
+  if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->isAutoRepeat()) {
+    return true;
+  }
   if (!IsInput(event->type()) || !open_.back() || BelongsTo(target, *open_.back())) return false;
   if (event->type() == QEvent::MouseButtonPress) QApplication::beep();
   return true;

@@ -22,6 +22,11 @@ class Hands : public WindowTest {
     control.setFocus();
     return control;
   }
+  // Controls get the focus in the active window only.
+  bool Activate(QWidget& window) {
+    window.activateWindow();
+    return hands->WaitUntil([&] { return QApplication::activeWindow() == &window; });
+  }
   static void Wheel(QWidget& control, int notches) {
     const QPointF place = control.rect().center();
     QWheelEvent wheel(place, control.mapToGlobal(place), {}, {0, 120 * notches}, {}, {}, {}, false);
@@ -171,7 +176,7 @@ TEST_F(Hands, KeyThatOpensTheInterpolationDoesNotPressItsDefaultButton) {
   Select(1);
   QTest::keyPress(&Focus("CommandInterpolate"), Qt::Key_Return);
   auto& dialog = hands->Find<QDialog>("DialogInterp");
-  ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+  ASSERT_TRUE(Activate(dialog));
   QTest::simulateEvent(&hands->Find<QWidget>("CWNumEditInterp"), true, Qt::Key_Return, {}, "\r",
                        true);
   EXPECT_TRUE(dialog.isVisible());
@@ -214,7 +219,7 @@ TEST_F(Hands, InterpolationDialogByKeyboard) {
   Select(1);
   hands->Click("CommandInterpolate");
   auto& dialog = hands->Find<QDialog>("DialogInterp");
-  ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+  ASSERT_TRUE(Activate(dialog));
   const QStringList stops = {"OKButton", "CancelButton", "OptionINterp_0", "OptionINterp_1",
                              "CWNumEditInterp"};
   // Also once an option is chosen.

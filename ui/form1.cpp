@@ -186,6 +186,8 @@ void Form1::DressControls() {
     slide->SetScaleMaximum(255);
     slide->SetValue(kCentre);
   }
+  // Also while a message or a file dialog is open.
+  controls_->Quit->setShortcutContext(Qt::ApplicationShortcut);
   controls_->Echo->setFocusPolicy(Qt::StrongFocus);
   for (PushButton* button :
        {controls_->CommandFlash, controls_->CommandRead, controls_->CommandErase}) {

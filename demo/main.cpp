@@ -16,6 +16,7 @@
 #include "board/board_window.h"
 #include "board/simulated_board.h"
 #include "demo/tour.h"
+#include "platform/end_signals.h"
 #include "platform/events.h"
 #include "platform/file_dialog.h"
 #include "platform/hi_timer.h"
@@ -70,6 +71,7 @@ void WriteLog(const simboard::SimulatedBoard& board, const QString& path) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  platform::EndSignals end_signals;
   QApplication application(argc, argv);
   QCommandLineParser parser;
   const QCommandLineOption tour(QStringLiteral("tour"),
@@ -98,6 +100,8 @@ int main(int argc, char** argv) {
   pelmora::Form1 form({events, message_box, file_dialog, timer, ports});
   simboard::BoardWindow board_window(board);
   QObject::connect(&events, &platform::Events::Ended, &application, [] { QApplication::exit(0); });
+  QObject::connect(&end_signals, &platform::EndSignals::Requested, &form, &QWidget::close);
+  end_signals.Watch();
   form.show();
   PlaceBeside(board_window, form);
   board_window.show();

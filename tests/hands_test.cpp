@@ -5,11 +5,14 @@
 #include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QSpinBox>
 #include <QWheelEvent>
 #include <QtTest/QTest>
 
 #include "platform/cw_slide.h"
+#include "platform/message_box.h"
 #include "tests/window_fixture.h"
 
 namespace pelmora {
@@ -237,6 +240,52 @@ TEST_F(Hands, InterpolationDialogByKeyboard) {
   EXPECT_EQ(label.pos(), QPoint(112, 80));
   EXPECT_GE(label.width(), label.sizeHint().width());
   EXPECT_LE(label.geometry().right(), dialog.width());
+}
+
+// With the message boxes of the program itself.
+class HandsOnMessages : public Hands {
+ protected:
+  HandsOnMessages() {
+    form = std::make_unique<Form1>(Surroundings{events, real_, files, timer, ports});
+    hands = std::make_unique<demo::Operator>(*form);
+    form->show();
+    EXPECT_TRUE(Activate(*form));
+  }
+  ~HandsOnMessages() override {
+    hands.reset();
+    form.reset();
+  }
+  // Does `work` in the message box that opens next.
+  void InBox(std::function<void(QMessageBox&)> work) {
+    hands->When([this] { return form->findChild<QMessageBox*>() != nullptr; },
+                [this, work = std::move(work)] {
+                  auto* message = form->findChild<QMessageBox*>();
+                  ASSERT_TRUE(Activate(*message));
+                  work(*message);
+                });
+  }
+
+ private:
+  platform::ModalMessageBox real_{events};
+};
+
+TEST_F(HandsOnMessages, CtrlQEndsTheProgram) {
+  Connect();
+  InBox([](QMessageBox& message) { QTest::keyClick(&message, Qt::Key_Q, Qt::ControlModifier); });
+  hands->Find<QPushButton>("CommandErase").click();
+  EXPECT_TRUE(events.Ending());
+  ExpectSent({7, 0});
+}
+
+TEST_F(HandsOnMessages, HeldKeyDoesNotCloseTheMessageUnread) {
+  InBox([](QMessageBox& message) {
+    QWidget* button = message.button(QMessageBox::Ok);
+    QTest::simulateEvent(button, true, Qt::Key_Return, {}, "\r", true);
+    EXPECT_TRUE(message.isVisible());
+    QTest::keyClick(button, Qt::Key_Return);
+    EXPECT_FALSE(message.isVisible());
+  });
+  hands->Click("CWButtonMainOnOff");
 }
 
 }  // namespace

@@ -1,4 +1,6 @@
-// A vertical fader with a caption, which the toolkit's slider has not. It holds whole numbers.
+// A vertical fader with a caption, which the toolkit's slider has not, and which moves for an
+// operator who means it: the wheel moves it only when it has the focus, by 1 a notch, and pressing
+// its handle grabs it also when that press, by taking the focus, has let another control move it.
 #pragma once
 
 #include <QSlider>
@@ -25,8 +27,18 @@ class CWSlide : public QSlider {
   void SetCaption(const QString& caption);
   QString Caption() const { return caption_; }
 
+ protected:
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
+
  private:
+  QRect Handle() const;
+
   QString caption_;
+  QPoint grab_shift_;    // how far the handle was moved by the press that grabbed it
+  int wheel_angle_ = 0;  // of a notch that is not complete yet
 };
 
 }  // namespace platform

@@ -174,6 +174,13 @@ void Form1::DressControls() {
     slide->SetScaleMaximum(255);
     slide->SetValue(kCentre);
   }
+  // Also while a message or a file dialog is open.
+  controls_->Quit->setShortcutContext(Qt::ApplicationShortcut);
+  controls_->Echo->setFocusPolicy(Qt::StrongFocus);
+  for (PushButton* button :
+       {controls_->CommandFlash, controls_->CommandRead, controls_->CommandErase}) {
+    button->SetDoubleClickPressesOnce(true);
+  }
   CWNumEdit& duration = *controls_->CWNumEditTimeStep;
   duration.SetScale(kShortestDuration, kLongestDuration, kDurationStep, kFastDurationStep);
   duration.SetUnit(QStringLiteral(" ms"));

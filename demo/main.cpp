@@ -102,6 +102,7 @@ int main(int argc, char** argv) {
   QObject::connect(&events, &platform::Events::Ended, &application, [] { QApplication::exit(0); });
   QObject::connect(&end_signals, &platform::EndSignals::Requested, &form, &QWidget::close);
   end_signals.Watch();
+  form.PlaceOn(QApplication::primaryScreen()->availableGeometry());
   form.show();
   PlaceBeside(board_window, form);
   board_window.show();

@@ -4,6 +4,7 @@
 
 #include <QAction>
 #include <QMainWindow>
+#include <QRect>
 #include <memory>
 #include <vector>
 
@@ -33,6 +34,11 @@ class Form1 : public QMainWindow {
  public:
   explicit Form1(const Surroundings& surroundings);
   ~Form1() override;
+
+  // Centres the window on the usable part of a screen, in pixels. One that is too small for it
+  // shows the client area in a view that can be scrolled. To be called once, before the window is
+  // shown.
+  void PlaceOn(const QRect& screen);
 
   // The shared data, for tests that look behind the controls.
   const Declaration& Data() const;

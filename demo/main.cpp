@@ -45,7 +45,7 @@ class DemoPorts : public platform::PortDirectory {
   const platform::MachinePorts machine_;
 };
 
-// Beside the program's window where the screen has room.
+// Beside the program's window where the screen has space.
 void PlaceBeside(QWidget& board_window, QWidget& form) {
   const QRect screen = form.screen()->availableGeometry();
   const int together = form.width() + board_window.width();

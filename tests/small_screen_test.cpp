@@ -35,7 +35,9 @@ TEST_F(SmallScreen, LetsEveryControlBeReached) {
     EXPECT_TRUE(IsWhollySeen(*form->menuBar()));
     EXPECT_EQ(form->minimumSize(), form->maximumSize());
     for (const char* item : {"FreshProg", "Emu", "Serial"}) hands->Find<QAction>(item).trigger();
-    auto& view = *form->findChild<QScrollArea*>();
+    auto* found = form->findChild<QScrollArea*>();
+    ASSERT_NE(found, nullptr);
+    auto& view = *found;
     EXPECT_EQ(view.widget()->size(), QSize(849, 674));
     EXPECT_EQ(view.verticalScrollBar()->maximum(), 674 - view.viewport()->height());
     EXPECT_EQ(view.horizontalScrollBar()->maximum(), std::max(0, 849 - view.viewport()->width()));

@@ -1,9 +1,9 @@
 #include <QCoreApplication>
+#include <QPushButton>
 #include <functional>
 
-#include "bench/program_window.h"
+#include "bench/connected_program.h"
 #include "bench/rows.h"
-#include "platform/list_box.h"
 
 namespace bench {
 namespace {
@@ -17,25 +17,24 @@ struct Timings {
 };
 
 // Each command on the line in the middle of a list that has `lines` lines before and after.
-Timings Edit(ProgramWindow& program, int lines) {
-  program.Load(lines);
-  auto& list = program.Find<platform::ListBox>("ListSequence");
+Timings Edit(ConnectedProgram& program, int lines) {
+  program.Load(rig::FilledSequences(1, lines, 5));
   const auto time = [&](const char* button) {
     const auto start = Clock::now();
-    program.Click(button);
+    program.hands->Find<QPushButton>(button).click();
     const double taken = Milliseconds(Clock::now() - start);
     QCoreApplication::processEvents();
     return taken;
   };
   Timings timings;
   for (int i = 0; i < kRounds; ++i) {
-    list.SetListIndex(lines / 2);
+    program.Select(lines / 2);
     timings.remove.push_back(time("CommandRem"));
     timings.replace.push_back(time("CommandReplace"));
     timings.add.push_back(time("CommandAdd"));
     timings.up.push_back(time("CommandUp"));
     timings.breakpoint.push_back(time("CommandBrk"));
-    if (list.ListCount() != lines) qFatal("an editing command went wrong");
+    if (program.Lines().size() != lines) qFatal("an editing command went wrong");
   }
   return timings;
 }
@@ -43,7 +42,7 @@ Timings Edit(ProgramWindow& program, int lines) {
 }  // namespace
 
 void AddEditingRows(Report& report) {
-  ProgramWindow program(simboard::Pace::kUnpaced);
+  ConnectedProgram program(simboard::Pace::kUnpaced);
   const Timings long_list = Edit(program, kLongList);
   const Timings short_list = Edit(program, kShortList);
   const auto add = [&](const char* what, std::vector<double> Timings::*which) {

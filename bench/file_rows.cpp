@@ -1,7 +1,8 @@
 #include <QCoreApplication>
 #include <QFile>
+#include <QTemporaryDir>
 
-#include "bench/program_window.h"
+#include "bench/connected_program.h"
 #include "bench/rows.h"
 
 namespace bench {
@@ -20,13 +21,19 @@ double Time(Work work) {
 }  // namespace
 
 void AddFileRows(Report& report) {
-  ProgramWindow program(simboard::Pace::kUnpaced);
-  program.Load(kLargest);
+  ConnectedProgram program(simboard::Pace::kUnpaced);
+  const QTemporaryDir folder;
+  QFile file(folder.filePath(QStringLiteral("sequences.dat")));
+  const auto warning = QStringLiteral("Out of memory: too many steps. Max # of bytes is 24064!");
+  program.ExpectMessage(warning);
+  program.Load(rig::FilledSequences(1, kLargest, 5));
+  program.files.answer = file.fileName();
   std::vector<double> saves, writes, loads, reads;
   for (int i = 0; i < kRounds; ++i) {
-    QFile file(program.File());
     QByteArray content;
-    saves.push_back(Time([&] { program.Save(); }));
+    program.ExpectMessage(warning);
+    program.box.Expect("Save", "Data Saved!");
+    saves.push_back(Time([&] { program.Trigger("SaveBuffer"); }));
     reads.push_back(Time([&] {
       if (!file.open(QIODevice::ReadOnly)) qFatal("the file is gone");
       content = file.readAll();
@@ -38,7 +45,9 @@ void AddFileRows(Report& report) {
       }
       file.close();
     }));
-    loads.push_back(Time([&] { program.LoadAgain(); }));
+    program.ExpectMessage(warning);
+    program.box.Expect("Load", "Data Loaded!");
+    loads.push_back(Time([&] { program.Trigger("LoadBuffer"); }));
     QCoreApplication::processEvents();
   }
   report.Add("saving the largest file, median", Median(saves), "writing its bytes", Median(writes),

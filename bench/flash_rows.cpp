@@ -1,10 +1,10 @@
-#include <time.h>
-
+#include <QPushButton>
 #include <QTimer>
 #include <algorithm>
 
-#include "bench/program_window.h"
+#include "bench/connected_program.h"
 #include "bench/rows.h"
+#include "rig/processor_time.h"
 
 namespace bench {
 namespace {
@@ -37,60 +37,59 @@ class PauseWatch {
   double longest_ = 0;
 };
 
-void AddProgramming(ProgramWindow& program, Report& report) {
-  program.Board().ClearLog();
+void Click(ConnectedProgram& program, const char* button) {
+  program.hands->Find<QPushButton>(button).click();
+}
+
+void AddProgramming(ConnectedProgram& program, Report& report) {
+  program.board.ClearLog();
   const PauseWatch pauses;
   const auto start = Clock::now();
-  program.Click("CommandFlash");
-  program.RequireMessage("Data Flash Programmed!");
+  program.ExpectMessage("Data Flash Erased");
+  program.ExpectMessage("Data Flash Programmed!");
+  Click(program, "CommandFlash");
   const int sent = 1 + 1 + kHeader + kStepData;
-  if (!program.Board().WaitForBytes(static_cast<std::size_t>(sent), std::chrono::seconds(1))) {
+  if (!program.board.WaitForBytes(static_cast<std::size_t>(sent), std::chrono::seconds(1))) {
     qFatal("the board misses bytes");
   }
   // The sender waits for each acknowledgement: of the erase, the header and every whole block.
   const int acknowledgements = 2 + kStepData / kBlock;
   report.Add("programming a full flash",
-             Milliseconds(program.Board().Log().back().when - start) / 1000, "the line's own time",
+             Milliseconds(program.board.Log().back().when - start) / 1000, "the line's own time",
              (sent + acknowledgements) * kByteTime / 1000, "s");
   report.Add("  longest pause of the window meanwhile", pauses.Longest(),
              "a block's time on the line", kBlock * kByteTime, "ms");
 }
 
-void AddReading(ProgramWindow& program, Report& report) {
+void AddReading(ConnectedProgram& program, Report& report) {
   const PauseWatch pauses;
+  program.ExpectMessage("Data Flash Read!");
   const auto start = Clock::now();
-  program.Click("CommandRead");
+  Click(program, "CommandRead");
   const auto end = Clock::now();
-  program.RequireMessage("Data Flash Read!");
   report.Add("reading a full flash", Milliseconds(end - start) / 1000, "the line's own time",
              (1 + kHeader + kStepData) * kByteTime / 1000, "s");
   report.Add("  longest pause of the window meanwhile", pauses.Longest(),
              "a block's time on the line", kBlock * kByteTime, "ms");
 }
 
-double ProcessorTime() {
-  timespec time{};
-  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-  return static_cast<double>(time.tv_sec) * 1000 + static_cast<double>(time.tv_nsec) / 1e6;
-}
-
-void AddWaiting(ProgramWindow& program, Report& report) {
-  program.Board().SetFaults({.silent = true});
-  QTimer::singleShot(kWait, Qt::PreciseTimer, &program.Find<QPushButton>("Command1"),
+void AddWaiting(ConnectedProgram& program, Report& report) {
+  program.board.SetFaults({.silent = true});
+  QTimer::singleShot(kWait, Qt::PreciseTimer, &program.hands->Find<QPushButton>("Command1"),
                      &QPushButton::click);
-  const double used = ProcessorTime();
+  const double used = rig::ProcessorMilliseconds();
   const auto start = Clock::now();
-  program.Click("CommandRead");
-  program.RequireMessage("Reading Error!");
-  report.Add("processor time of a wait for a silent board", ProcessorTime() - used,
+  program.ExpectMessage("Reading Error!");
+  Click(program, "CommandRead");
+  report.Add("processor time of a wait for a silent board", rig::ProcessorMilliseconds() - used,
              "the time waited", Milliseconds(Clock::now() - start), "ms");
 }
 
 }  // namespace
 
 void AddFlashRows(Report& report) {
-  ProgramWindow program(simboard::Pace::k9600);
-  program.Load(kFullFlash);
+  ConnectedProgram program(simboard::Pace::k9600);
+  program.Load(rig::FilledSequences(1, kFullFlash, 5));
   AddProgramming(program, report);
   AddReading(program, report);
   AddWaiting(program, report);

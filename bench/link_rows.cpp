@@ -4,7 +4,7 @@
 #include <QCoreApplication>
 #include <array>
 
-#include "bench/program_window.h"
+#include "bench/connected_program.h"
 #include "bench/rows.h"
 #include "platform/cw_slide.h"
 
@@ -26,16 +26,16 @@ double UntilReceived(simboard::SimulatedBoard& board, Send send) {
 }  // namespace
 
 void AddLinkRows(Report& report) {
-  ProgramWindow program(simboard::Pace::kUnpaced);
+  ConnectedProgram program(simboard::Pace::kUnpaced);
   simboard::SimulatedBoard other(simboard::Pace::kUnpaced);
   const int line = open(other.DevicePath().c_str(), O_RDWR | O_NOCTTY);
   if (line < 0) qFatal("the bare line can't be opened");
-  auto& slide = program.Find<platform::CWSlide>("CWSlide1_3");
+  auto& slide = program.hands->Find<platform::CWSlide>("CWSlide1_3");
   std::vector<double> moves;
   std::vector<double> writes;
   for (int i = 0; i < kMoves; ++i) {
     const auto position = static_cast<std::uint8_t>(i % 256);
-    moves.push_back(UntilReceived(program.Board(), [&] { slide.SetValue(position); }));
+    moves.push_back(UntilReceived(program.board, [&] { slide.SetValue(position); }));
     const std::array<std::uint8_t, 2> bytes = {11, position};
     writes.push_back(UntilReceived(other, [&] {
       if (write(line, bytes.data(), bytes.size()) != 2) qFatal("the bare line takes nothing");

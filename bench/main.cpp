@@ -4,7 +4,6 @@
 #include <cstdio>
 
 #include "bench/rows.h"
-#include "ui/look.h"
 
 namespace {
 
@@ -24,7 +23,6 @@ int main(int argc, char** argv) {
     return bench::PaintOneWindow(QString::fromLocal8Bit(argv[2]), argc, argv);
   }
   QApplication application(argc, argv);
-  pelmora::SetUpLook(application);
   bench::Report report;
   bench::AddStartUpRows(report);
   bench::AddLinkRows(report);

@@ -4,12 +4,12 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QProgressBar>
+#include <QRadioButton>
 #include <QScrollBar>
 #include <QVBoxLayout>
 #include <algorithm>
 
 #include "board/flash_gauge.h"
-#include "board/lamp.h"
 #include "board/servo_view.h"
 #include "board/window_look.h"
 
@@ -24,6 +24,18 @@ QLabel { color: %text; background: transparent; }
 QLabel#caption { color: %quiet; }
 QProgressBar { background: %track; border: none; border-radius: 2px; }
 QProgressBar::chunk { background: %accent; border-radius: 2px; }
+QRadioButton { color: %text; spacing: 12px; }
+QRadioButton::indicator { width: 14px; height: 14px; border-radius: 8px; }
+QRadioButton::indicator:unchecked { border: 1px solid %edge; background: %lamp; }
+QRadioButton::indicator:checked { border: 1px solid %lit; background:
+    qradialgradient(cx: 0.4, cy: 0.35, radius: 0.7, fx: 0.4, fy: 0.35, stop: 0 %card,
+                    stop: 0.35 %lit); }
+QFrame#flash { background: %card; border: 1px solid %edge; border-radius: 8px; }
+QFrame#flash QProgressBar, QFrame#flash QProgressBar::chunk { border-radius: 4px; }
+QLabel[holds] { border-radius: 5px; }
+QLabel[holds="empty"] { background: %back; color: %quiet; }
+QLabel[holds="held"] { background: %pale; }
+QLabel[holds="playing"] { background: %accent; color: %card; }
 QListWidget { background: %card; color: %text; border: 1px solid %edge; border-radius: 8px;
               padding: 6px 4px; outline: 0; }
 QListWidget::item { padding: 3px 6px; border: none; }
@@ -41,7 +53,10 @@ QString StyleSheet() {
                                      {"%accent", look::kAccent},
                                      {"%card", look::kCard},
                                      {"%edge", look::kCardEdge},
-                                     {"%lamp", look::kLampOff}}) {
+                                     {"%lamp", look::kLampOff},
+                                     {"%lit", look::kLampOn},
+                                     {"%back", look::kBackground},
+                                     {"%pale", look::kAccentPale}}) {
     style.replace(QLatin1String(name), colour.name());
   }
   return style;
@@ -73,8 +88,12 @@ BoardWindow::~BoardWindow() {
 }
 
 void BoardWindow::BuildParts() {
-  lamp_ = new Lamp(QStringLiteral("PC control"), this);
-  lamp_->setFixedSize(170, 30);
+  pc_control_ = new QRadioButton(this);
+  pc_control_->setAccessibleName(QStringLiteral("PC control"));
+  pc_control_->setFont(look::Letters(14, QFont::Bold));
+  pc_control_->setFixedSize(170, 30);
+  pc_control_->setAutoExclusive(false);
+  pc_control_->setEnabled(false);
   activity_ = new QLabel(this);
   activity_->setFont(look::Letters(14));
   activity_->setAccessibleName(QStringLiteral("Activity"));
@@ -122,7 +141,7 @@ void BoardWindow::BuildParts() {
   whole->setHorizontalSpacing(12);
   whole->setVerticalSpacing(8);
   auto* top = new QHBoxLayout;
-  top->addWidget(lamp_);
+  top->addWidget(pc_control_);
   top->addLayout(doing, 1);
   whole->addLayout(top, 0, 0);
   whole->addWidget(caption, 0, 1, Qt::AlignLeft | Qt::AlignVCenter);
@@ -148,7 +167,9 @@ void BoardWindow::Refresh() {
   since_refresh_.start();
   const State state = board_.Snapshot();
   for (std::size_t i = 0; i < servos_.size(); ++i) servos_[i]->Show(state.positions[i]);
-  lamp_->Show(state.pc_control);
+  pc_control_->setChecked(state.pc_control);
+  pc_control_->setText(state.pc_control ? QStringLiteral("PC control on")
+                                        : QStringLiteral("PC control off"));
   QString activity = QString::fromStdString(state.activity);
   activity.replace(0, 1, activity.at(0).toUpper());
   activity_->setText(activity);

@@ -11,11 +11,11 @@
 class QLabel;
 class QListWidget;
 class QProgressBar;
+class QRadioButton;
 
 namespace simboard {
 
 class FlashGauge;
-class Lamp;
 class ServoView;
 
 // Twelve servos seen from above, the PC control lamp, what the board is doing, its flash and its
@@ -40,7 +40,7 @@ class BoardWindow : public QWidget {
   QTimer refresh_timer_;
   QElapsedTimer since_refresh_;
   std::array<ServoView*, 12> servos_{};
-  Lamp* lamp_ = nullptr;
+  QRadioButton* pc_control_ = nullptr;  // a lamp: nobody can press it
   QLabel* activity_ = nullptr;
   QProgressBar* transfer_ = nullptr;
   FlashGauge* gauge_ = nullptr;

@@ -1,7 +1,10 @@
 #include "board/flash_gauge.h"
 
-#include <QPainter>
-#include <QStringList>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QProgressBar>
+#include <QStyle>
+#include <QVBoxLayout>
 
 #include "board/window_look.h"
 
@@ -12,86 +15,65 @@ constexpr int kFlashSize = 24064;
 
 }  // namespace
 
-FlashGauge::FlashGauge(QWidget* parent) : QWidget(parent) {
+FlashGauge::FlashGauge(QWidget* parent)
+    : QFrame(parent), fill_text_(new QLabel(this)), fill_(new QProgressBar(this)) {
+  setObjectName(QStringLiteral("flash"));
   setAccessibleName(QStringLiteral("Flash"));
-  Show(0, {}, -1);
+  auto* title = new QLabel(QStringLiteral("Flash"), this);
+  title->setFont(look::Letters(13, QFont::Bold));
+  fill_text_->setFont(look::Letters(13));
+  fill_text_->setObjectName(QStringLiteral("caption"));
+  fill_->setAccessibleName(QStringLiteral("Flash in use"));
+  fill_->setRange(0, kFlashSize);
+  fill_->setTextVisible(false);
+  fill_->setFixedHeight(8);
+
+  auto* captions = new QHBoxLayout;
+  captions->addWidget(title);
+  captions->addStretch();
+  captions->addWidget(fill_text_);
+  auto* row = new QHBoxLayout;
+  row->setSpacing(5);
+  for (QLabel*& sequence : sequences_) {
+    sequence = new QLabel(this);
+    sequence->setAlignment(Qt::AlignCenter);
+    sequence->setFixedHeight(40);
+    row->addWidget(sequence, 1);
+  }
+  auto* whole = new QVBoxLayout(this);
+  whole->setContentsMargins(14, 8, 14, 10);
+  whole->setSpacing(8);
+  whole->addLayout(captions);
+  whole->addWidget(fill_);
+  whole->addLayout(row);
 }
 
 void FlashGauge::Show(int bytes, const std::array<int, 16>& sequence_steps, int playing_sequence) {
-  if (bytes == bytes_ && sequence_steps == sequence_steps_ &&
-      playing_sequence == playing_sequence_) {
-    return;
-  }
-  bytes_ = bytes;
-  sequence_steps_ = sequence_steps;
-  playing_sequence_ = playing_sequence;
-  fill_text_ = QStringLiteral("%1 of %2 bytes, %3 %")
-                   .arg(bytes)
-                   .arg(kFlashSize)
-                   .arg(100.0 * bytes / kFlashSize, 0, 'f', 1);
-  QStringList held{fill_text_};
-  for (std::size_t i = 0; i < sequence_steps.size(); ++i) {
-    if (sequence_steps[i] == 0) continue;
-    held << QStringLiteral("sequence %1: %2 steps").arg(i).arg(sequence_steps[i]);
-  }
-  setAccessibleDescription(held.join(QStringLiteral("; ")));
-  update();
-}
-
-void FlashGauge::paintEvent(QPaintEvent*) {
-  QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(QPen(look::kCardEdge, 1));
-  painter.setBrush(look::kCard);
-  painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 8, 8);
-
-  const QRectF inside = QRectF(rect()).adjusted(14, 9, -14, -10);
-  painter.setPen(look::kText);
-  painter.setFont(look::Letters(13, QFont::Bold));
-  painter.drawText(inside, Qt::AlignLeft | Qt::AlignTop, QStringLiteral("Flash"));
-  painter.setPen(look::kQuietText);
-  painter.setFont(look::Letters(13));
-  painter.drawText(inside, Qt::AlignRight | Qt::AlignTop, fill_text_);
-
-  QRectF bar(inside.left(), inside.top() + 21, inside.width(), 9);
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(look::kTrack);
-  painter.drawRoundedRect(bar, 4.5, 4.5);
-  if (bytes_ > 0) {
-    painter.setClipRect(QRectF(
-        bar.topLeft(), QSizeF(std::max(2.0, bar.width() * bytes_ / kFlashSize), bar.height())));
-    painter.setBrush(look::kAccent);
-    painter.drawRoundedRect(bar, 4.5, 4.5);
-    painter.setClipping(false);
-  }
-
-  const qreal gap = 5;
-  const qreal width = (inside.width() - 15 * gap) / 16;
-  for (std::size_t i = 0; i < sequence_steps_.size(); ++i) {
-    PaintSequence(painter, i,
-                  QRectF(inside.left() + static_cast<qreal>(i) * (width + gap), bar.bottom() + 10,
-                         width, inside.bottom() - bar.bottom() - 10));
+  fill_text_->setText(QStringLiteral("%1 of %2 bytes, %3 %")
+                          .arg(bytes)
+                          .arg(kFlashSize)
+                          .arg(100.0 * bytes / kFlashSize, 0, 'f', 1));
+  fill_->setValue(bytes);
+  for (std::size_t i = 0; i < sequences_.size(); ++i) {
+    ShowSequence(i, sequence_steps[i], static_cast<int>(i) == playing_sequence);
   }
 }
 
-void FlashGauge::PaintSequence(QPainter& painter, std::size_t sequence, const QRectF& cell) const {
-  const int steps = sequence_steps_[sequence];
-  const bool playing = static_cast<int>(sequence) == playing_sequence_;
-  painter.setPen(playing ? QPen(look::kAccent.darker(120), 1) : QPen(Qt::NoPen));
-  painter.setBrush(playing ? look::kAccent : steps > 0 ? look::kAccentPale : look::kBackground);
-  painter.drawRoundedRect(cell, 5, 5);
-
-  QRectF number = cell;
-  number.setHeight(cell.height() * 0.48);
-  QRectF count = cell;
-  count.setTop(number.bottom() - 2);
-  painter.setPen(playing ? look::kAccentPale : look::kQuietText);
-  painter.setFont(look::Letters(11));
-  painter.drawText(number, Qt::AlignHCenter | Qt::AlignBottom, QString::number(sequence));
-  painter.setPen(playing ? look::kCard : steps > 0 ? look::kText : look::kLampOff);
-  painter.setFont(look::Letters(14, QFont::Bold));
-  painter.drawText(count, Qt::AlignCenter,
-                   steps > 0 ? QString::number(steps) : QStringLiteral("–"));
+void FlashGauge::ShowSequence(std::size_t sequence, int steps, bool playing) {
+  QLabel& label = *sequences_[sequence];
+  const QString text = QStringLiteral(
+                           "<span style='font-size:11px'>%1</span><br>"
+                           "<b style='font-size:14px'>%2</b>")
+                           .arg(sequence)
+                           .arg(steps > 0 ? QString::number(steps) : QStringLiteral("–"));
+  const char* state = playing ? "playing" : steps > 0 ? "held" : "empty";
+  if (label.text() == text && label.property("holds") == QLatin1String(state)) return;
+  label.setText(text);
+  label.setAccessibleName(QStringLiteral("Sequence %1: %2 steps").arg(sequence).arg(steps));
+  label.setProperty("holds", QLatin1String(state));
+  // A style sheet looks at properties only when the widget is polished.
+  label.style()->unpolish(&label);
+  label.style()->polish(&label);
 }
 
 }  // namespace simboard

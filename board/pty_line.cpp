@@ -5,6 +5,7 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <system_error>
@@ -48,9 +49,9 @@ PtyLine::~PtyLine() {
   close(slave_);
 }
 
-bool PtyLine::Read(std::vector<std::uint8_t>& bytes) {
+bool PtyLine::Read(std::vector<std::uint8_t>& bytes, std::size_t limit) {
   std::array<std::uint8_t, 4096> chunk;
-  const ssize_t count = read(master_, chunk.data(), chunk.size());
+  const ssize_t count = read(master_, chunk.data(), std::min(chunk.size(), limit));
   if (count < 0) return errno == EAGAIN || errno == EINTR;
   bytes.insert(bytes.end(), chunk.begin(), chunk.begin() + count);
   return count > 0;

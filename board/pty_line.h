@@ -23,9 +23,9 @@ class PtyLine {
   // For poll(): the line can be read or written.
   int Descriptor() const { return master_; }
 
-  // Takes the bytes that are waiting, none as a rule, without waiting for more. False when the line
-  // is broken.
-  bool Read(std::vector<std::uint8_t>& bytes);
+  // Appends up to `limit` (above 0) of the bytes that are waiting, none as a rule, without waiting
+  // for more. False when the line is broken.
+  bool Read(std::vector<std::uint8_t>& bytes, std::size_t limit);
   // Writes as many bytes as the line takes without waiting, and says how many.
   std::size_t Write(std::span<const std::uint8_t> bytes);
 

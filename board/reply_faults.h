@@ -12,7 +12,6 @@ namespace simboard {
 class ReplyFaults {
  public:
   void Set(const Faults& faults);
-  bool Silent() const { return faults_.silent; }
   std::chrono::milliseconds Delay() const { return faults_.reply_delay; }
 
   // The bytes that go out instead of a reply, none when it is swallowed.

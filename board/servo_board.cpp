@@ -106,9 +106,9 @@ void ServoBoard::TakeDataByte(std::uint8_t byte) {
 }
 
 void ServoBoard::StoreBlock() {
-  const std::size_t room = StoredImage::kCapacity - flash_.data.size();
+  const std::size_t space = StoredImage::kCapacity - flash_.data.size();
   flash_.data.insert(flash_.data.end(), taken_.begin(),
-                     taken_.begin() + static_cast<std::ptrdiff_t>(std::min(room, taken_.size())));
+                     taken_.begin() + static_cast<std::ptrdiff_t>(std::min(space, taken_.size())));
   taken_.clear();
 }
 
@@ -131,7 +131,6 @@ void ServoBoard::ShowStep(TimePoint start) {
 void ServoBoard::Move(std::size_t channel, std::uint8_t position) {
   positions_[channel] = position;
   journal_.NoteMove(static_cast<int>(channel), position);
-  ++commands_received_;
   Expect(Expecting::kCommand, 0);
 }
 
@@ -144,7 +143,6 @@ void ServoBoard::Expect(Expecting what, std::uint8_t code) {
 
 void ServoBoard::Done(std::string words) {
   journal_.Note(std::move(words));
-  ++commands_received_;
   Expect(Expecting::kCommand, 0);
 }
 

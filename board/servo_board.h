@@ -87,8 +87,6 @@ class ServoBoard {
   std::optional<Transfer> Programming() const;
   bool TakingHeader() const { return expecting_ == Expecting::kHeader; }
   const CommandJournal& Journal() const { return journal_; }
-  // Whole commands so far, unknown codes included.
-  std::uint64_t CommandsReceived() const { return commands_received_; }
 
  private:
   enum class Expecting { kCommand, kSequence, kPosition, kHeader, kData };
@@ -122,7 +120,6 @@ class ServoBoard {
 
   std::vector<Reply> replies_;
   CommandJournal journal_;
-  std::uint64_t commands_received_ = 0;
 
   static constexpr std::array<std::uint8_t, kChannels> Centred() {
     std::array<std::uint8_t, kChannels> positions{};

@@ -3,20 +3,32 @@
 //
 // The board lives on a thread of its own, which sleeps while nothing happens on the line. Every
 // function here may be called from any thread, unless it says otherwise.
+//
+// On a paced line the board takes bytes out of the terminal only as fast as they arrive, but for a
+// few that a serial chip would hold: the others wait in the terminal, which then takes no more, as
+// they would wait in the driver of a real port.
 #pragma once
 
 #include <array>
 #include <chrono>
+#include <condition_variable>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <functional>
 #include <memory>
+#include <mutex>
+#include <optional>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "board/faults.h"
 #include "board/line_clock.h"
+#include "board/outbox.h"
+#include "board/pty_line.h"
+#include "board/reply_faults.h"
+#include "board/servo_board.h"
 
 namespace simboard {
 
@@ -35,11 +47,9 @@ struct State {
   int transfer_total = 0;            // the whole reply of a read. Both 0 when none is running.
   int playing_sequence = -1;         // 0..15, or -1 when the board plays nothing
   int playing_step = 0;              // counted from 0
-  std::uint64_t commands_received =
-      0;  // whole commands since the board was made, unknown codes too
 };
 
-// A byte that came from the PC, and when the board took it.
+// A byte that came from the PC, and when it had arrived at the board.
 struct LoggedByte {
   std::uint8_t byte;
   std::chrono::steady_clock::time_point when;
@@ -47,11 +57,6 @@ struct LoggedByte {
 
 class SimulatedBoard {
  public:
-  using Pace = simboard::Pace;
-  using State = simboard::State;
-  using LoggedByte = simboard::LoggedByte;
-  using Faults = simboard::Faults;
-
   // Makes the pseudo terminal and starts the board: flash empty, servos at centre, PC control off.
   // Throws std::system_error when the machine has no pseudo terminal to give.
   explicit SimulatedBoard(Pace pace);
@@ -102,8 +107,54 @@ class SimulatedBoard {
   void SetFlash(const std::vector<std::uint8_t>& header, const std::vector<std::uint8_t>& data);
 
  private:
-  class Impl;
-  std::unique_ptr<Impl> impl_;
+  using TimePoint = std::chrono::steady_clock::time_point;
+
+  // A byte that was taken from the line and is on its way to the board.
+  struct ArrivingByte {
+    std::uint8_t byte;
+    TimePoint sent;
+  };
+
+  // On the board's thread, with the mutex held.
+  void Run();
+  void Work();
+  void Sleep(std::unique_lock<std::mutex>& lock);
+  bool CanTake() const;
+  void TakeFromLine();
+  void Deliver(TimePoint now);
+  void SendDue(TimePoint now);
+  std::optional<TimePoint> NextDue() const;
+
+  // On any thread, with the mutex held.
+  std::string Activity() const;
+  void HangUp(std::unique_lock<std::mutex>& lock);
+  void PowerOff();
+  void NoteChange();
+  void Wake();
+
+  const Pace pace_;
+  mutable std::mutex mutex_;  // guards everything down to the listener
+  ServoBoard board_;
+  ReplyFaults faults_;
+  Outbox outbox_;
+  LineClock arriving_clock_;
+  std::deque<ArrivingByte> arriving_;
+  std::unique_ptr<PtyLine> line_;
+  // Unplugged, but not yet closed: poll() keeps a terminal alive, so only the thread can hang it
+  // up.
+  std::unique_ptr<PtyLine> retired_line_;
+  std::condition_variable retired_;
+  std::vector<LoggedByte> log_;
+  mutable std::condition_variable logged_;
+  bool stopping_ = false;
+  bool changes_ = false;
+  mutable bool listener_told_ = false;
+
+  std::mutex listener_mutex_;
+  std::function<void()> changed_;
+
+  int wake_ = -1;
+  std::thread thread_;
 };
 
 }  // namespace simboard

@@ -15,15 +15,15 @@ bool FitsTable(const EditRow& row) {
 
 }  // namespace
 
-int StoredSteps(const Declaration& data, std::size_t sequence) {
-  return std::clamp<int>(data.SeqSteps[sequence], 0, kSteps);
+int StoredSteps(const SequenceTable& table, std::size_t sequence) {
+  return std::clamp<int>(table.SeqSteps[sequence], 0, kSteps);
 }
 
-void ClearTable(Declaration& data) {
-  data.TotalBytes = 0;
-  data.SeqSteps.fill(0);
-  data.SeqOffset.fill(0);
-  data.SeqTable.fill({});
+void ClearTable(SequenceTable& table) {
+  table.TotalBytes = 0;
+  table.SeqSteps.fill(0);
+  table.SeqOffset.fill(0);
+  table.SeqTable.fill({});
 }
 
 void ClearBreakFlags(Declaration& data) {
@@ -57,14 +57,14 @@ bool StoreEditBuffer(Declaration& data, int line_count) {
   return true;
 }
 
-void ComputeFlashFigures(Declaration& data) {
+void ComputeFlashFigures(SequenceTable& table) {
   std::int32_t total = 0;
   for (std::size_t sequence = 0; sequence < kSequences; ++sequence) {
-    const std::int32_t steps = data.SeqSteps[sequence];
-    data.SeqOffset[sequence] = steps == 0 ? 0 : total;
+    const std::int32_t steps = table.SeqSteps[sequence];
+    table.SeqOffset[sequence] = steps == 0 ? 0 : total;
     total += steps * kStepBytes;
   }
-  data.TotalBytes = total;
+  table.TotalBytes = total;
 }
 
 }  // namespace pelmora

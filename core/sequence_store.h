@@ -10,10 +10,10 @@ namespace pelmora {
 
 // The number of steps of `sequence` (0..15) that the table can give: its step count, held to
 // 0..256.
-int StoredSteps(const Declaration& data, std::size_t sequence);
+int StoredSteps(const SequenceTable& table, std::size_t sequence);
 
-// Empties all 16 sequences and the flash figures. Leaves `CurSeq` and the edit buffer alone.
-void ClearTable(Declaration& data);
+// Empties all 16 sequences and the flash figures.
+void ClearTable(SequenceTable& table);
 
 // Sets the breakpoint flag of all 256 edit buffer rows to 0.
 void ClearBreakFlags(Declaration& data);
@@ -28,6 +28,6 @@ int LoadEditBuffer(Declaration& data);
 bool StoreEditBuffer(Declaration& data, int line_count);
 
 // Recomputes `TotalBytes` and every `SeqOffset` from the step counts.
-void ComputeFlashFigures(Declaration& data);
+void ComputeFlashFigures(SequenceTable& table);
 
 }  // namespace pelmora

@@ -14,36 +14,11 @@
 #include <QTimer>
 
 #include "board/board_window.h"
-#include "board/simulated_board.h"
 #include "demo/tour.h"
 #include "platform/end_signals.h"
-#include "platform/events.h"
-#include "platform/file_dialog.h"
-#include "platform/hi_timer.h"
-#include "platform/message_box.h"
-#include "platform/port_directory.h"
-#include "ui/form1.h"
-#include "ui/look.h"
+#include "rig/program_with_board.h"
 
 namespace {
-
-// The simulated board on the first entry, the machine's ports on the others. The tour leaves the
-// machine's ports alone: it sees only the board.
-class DemoPorts : public platform::PortDirectory {
- public:
-  DemoPorts(const simboard::SimulatedBoard& board, bool board_only)
-      : board_(board), board_only_(board_only) {}
-
-  QString DeviceFor(int number) const override {
-    if (number == 1) return QString::fromStdString(board_.DevicePath());
-    return board_only_ ? QString() : machine_.DeviceFor(number);
-  }
-
- private:
-  const simboard::SimulatedBoard& board_;
-  const bool board_only_;
-  const platform::MachinePorts machine_;
-};
 
 // Beside the program's window where the screen has space.
 void PlaceBeside(QWidget& board_window, QWidget& form) {
@@ -87,34 +62,32 @@ int main(int argc, char** argv) {
   parser.addHelpOption();
   parser.process(application);
 
-  pelmora::SetUpLook(application);
-  simboard::SimulatedBoard board(simboard::SimulatedBoard::Pace::k9600);
-  simboard::Faults faults;
-  faults.silent = parser.isSet(silent);
-  board.SetFaults(faults);
-  const DemoPorts ports(board, parser.isSet(tour));
-  platform::Events events;
-  platform::ModalMessageBox message_box(events);
-  platform::ModalFileDialog file_dialog(events);
-  platform::SystemHiTimer timer;
-  pelmora::Form1 form({events, message_box, file_dialog, timer, ports});
-  simboard::BoardWindow board_window(board);
-  QObject::connect(&events, &platform::Events::Ended, &application, [] { QApplication::exit(0); });
-  QObject::connect(&end_signals, &platform::EndSignals::Requested, &form, &QWidget::close);
+  // The tour leaves the machine's ports alone: it sees only the board.
+  const rig::Genuine genuine{.message_boxes = true,
+                             .file_dialogs = true,
+                             .timer = true,
+                             .other_ports = !parser.isSet(tour)};
+  const auto complain = [](const QString& problem) { qFatal("%s", qPrintable(problem)); };
+  rig::ProgramWithBoard program(complain, simboard::Pace::k9600, genuine);
+  program.board.SetFaults({.silent = parser.isSet(silent)});
+  simboard::BoardWindow board_window(program.board);
+  QObject::connect(&program.events, &platform::Events::Ended, &application,
+                   [] { QApplication::exit(0); });
+  QObject::connect(&end_signals, &platform::EndSignals::Requested, program.form.get(),
+                   &QWidget::close);
   end_signals.Watch();
-  form.PlaceOn(QApplication::primaryScreen()->availableGeometry());
-  form.show();
-  PlaceBeside(board_window, form);
+  program.form->PlaceOn(QApplication::primaryScreen()->availableGeometry());
+  PlaceBeside(board_window, *program.form);
   board_window.show();
-  form.activateWindow();
+  program.form->activateWindow();
   if (parser.isSet(tour)) {
-    QTimer::singleShot(0, &form, [&] {
+    QTimer::singleShot(0, program.form.get(), [&] {
       const QDir pictures(QDir(parser.value(tour)).absolutePath());
-      demo::Tour(form, board_window, board, pictures).Go();
-      form.close();
+      demo::Tour(program, board_window, pictures).Go();
+      program.form->close();
     });
   }
   const int status = application.exec();
-  if (parser.isSet(log)) WriteLog(board, parser.value(log));
+  if (parser.isSet(log)) WriteLog(program.board, parser.value(log));
   return status;
 }

@@ -17,13 +17,13 @@
 
 namespace demo {
 
-Tour::Tour(QWidget& window, QWidget& board_window, simboard::SimulatedBoard& board,
-           const QDir& folder)
-    : window_(window),
+Tour::Tour(rig::ProgramWithBoard& program, QWidget& board_window, const QDir& folder)
+    : program_(program),
+      window_(*program.form),
       board_window_(board_window),
-      board_(board),
+      board_(program.board),
       folder_(folder),
-      operator_(window) {}
+      operator_(*program.hands) {}
 
 void Tour::Go() {
   operator_.Wait(300);
@@ -138,11 +138,12 @@ void Tour::Program() {
   Picture("debug panels");
   Say("presses \"Program  Seq.\"");
   AnswerNextMessage("Data Flash Erased");
-  auto& bar = operator_.Find<QProgressBar>("ProgressBarFlash");
-  operator_.When([&bar] { return bar.isVisible() && bar.value() > bar.maximum() / 2; },
-                 [this] { Picture("programming"); });
-  operator_.When([&bar] { return bar.isVisible() && bar.value() > bar.maximum() * 2 / 3; },
-                 [this] { AnswerNextMessage("Data Flash Programmed!", "programmed"); });
+  operator_.When(
+      [this] { return program_.BarShown() && program_.Bar() > program_.BarMaximum() / 2; },
+      [this] { Picture("programming"); });
+  operator_.When(
+      [this] { return program_.BarShown() && program_.Bar() > program_.BarMaximum() * 2 / 3; },
+      [this] { AnswerNextMessage("Data Flash Programmed!", "programmed"); });
   operator_.Click("CommandFlash");
   SayReceived();
   Expect(board_.Snapshot().sequence_steps[0] == 83, "the board holds the 83 steps of sequence 0");
@@ -153,10 +154,10 @@ void Tour::ReadBack() {
   Say("presses \"Clear All\", and then \"Read Seq.\"");
   operator_.Click("CommandClearAll");
   Expect(operator_.ReadLines("ListSequence").isEmpty(), "the list is empty");
-  auto& bar = operator_.Find<QProgressBar>("ProgressBarFlash");
-  operator_.When([&bar] { return bar.isVisible() && bar.value() > bar.maximum() / 2; },
-                 [this] { Picture("reading back"); });
-  operator_.When([this] { return OpenMessage() != nullptr; },
+  operator_.When(
+      [this] { return program_.BarShown() && program_.Bar() > program_.BarMaximum() / 2; },
+      [this] { Picture("reading back"); });
+  operator_.When([this] { return rig::OpenMessage() != nullptr; },
                  [this] { AnswerNextMessage("Data Flash Read!", "read back"); });
   operator_.Click("CommandRead");
   Expect(operator_.ReadLines("ListSequence") == before, "the same steps have come back");
@@ -199,7 +200,7 @@ void Tour::PlayFromPc() {
 void Tour::PlayOnBoard() {
   Say("writes the new sequence into the flash");
   AnswerNextMessage("Data Flash Erased");
-  operator_.When([this] { return operator_.Find<QProgressBar>("ProgressBarFlash").isVisible(); },
+  operator_.When([this] { return program_.BarShown(); },
                  [this] { AnswerNextMessage("Data Flash Programmed!"); });
   operator_.Click("CommandFlash");
   Say("turns \"Real Emu\" On: the board plays sequence 2 by itself");
@@ -222,14 +223,14 @@ void Tour::SaveAndLoad() {
   const QStringList before = operator_.ReadLines("ListSequence");
   Say("saves all sequences in a file");
   AnswerFileDialog(folder_.filePath("sequences"), "save dialog");
-  operator_.When([] { return OpenMessage() != nullptr; },
+  operator_.When([] { return rig::OpenMessage() != nullptr; },
                  [this] { AnswerNextMessage("Data Saved!"); });
   operator_.ChooseMenu("SaveBuffer");
   Expect(QFile::exists(path), "the file is there");
   Say("clears everything and loads the file");
   operator_.Click("CommandClearAll");
   AnswerFileDialog(path, "load dialog");
-  operator_.When([] { return OpenMessage() != nullptr; },
+  operator_.When([] { return rig::OpenMessage() != nullptr; },
                  [this] { AnswerNextMessage("Data Loaded!"); });
   operator_.ChooseMenu("LoadBuffer");
   operator_.Click("CommandMoreSeq");
@@ -249,11 +250,11 @@ void Tour::Erase() {
 void Tour::PullTheAdapter() {
   Say("loses the adapter, which somebody pulls");
   bool told = false;
-  operator_.When([] { return OpenMessage() != nullptr; },
+  operator_.When([] { return rig::OpenMessage() != nullptr; },
                  [this, &told] {
-                   QTextStream(stdout) << "  the program says: " << MessageText() << '\n';
+                   QTextStream(stdout) << "  the program says: " << rig::MessageText() << '\n';
                    Picture("adapter pulled");
-                   AnswerMessage();
+                   rig::AnswerMessage();
                    told = true;
                  });
   board_.Unplug();
@@ -272,12 +273,12 @@ void Tour::Quit() {
 }
 
 void Tour::AnswerNextMessage(const QString& text, const QString& picture) {
-  operator_.When([] { return OpenMessage() != nullptr; },
+  operator_.When([] { return rig::OpenMessage() != nullptr; },
                  [this, text, picture] {
-                   QTextStream(stdout) << "  the program says: " << MessageText() << '\n';
-                   Expect(text.isEmpty() || MessageText() == text, "the message is: " + text);
+                   QTextStream(stdout) << "  the program says: " << rig::MessageText() << '\n';
+                   Expect(text.isEmpty() || rig::MessageText() == text, "the message is: " + text);
                    if (!picture.isEmpty()) Picture(picture);
-                   AnswerMessage();
+                   rig::AnswerMessage();
                  });
 }
 

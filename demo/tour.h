@@ -6,15 +6,14 @@
 #include <QString>
 #include <QWidget>
 
-#include "board/simulated_board.h"
-#include "demo/operator.h"
+#include "rig/program_with_board.h"
 
 namespace demo {
 
 class Tour {
  public:
-  // Pictures of `window` and of the board's window go into `folder`, numbered in order.
-  Tour(QWidget& window, QWidget& board_window, simboard::SimulatedBoard& board, const QDir& folder);
+  // Pictures of the program and of the board's window go into `folder`, numbered in order.
+  Tour(rig::ProgramWithBoard& program, QWidget& board_window, const QDir& folder);
 
   // Goes through all stages. Ends the process when the program does not do what the operator
   // expects.
@@ -47,11 +46,12 @@ class Tour {
   // Works the file dialog that opens next.
   void AnswerFileDialog(const QString& path, const QString& picture);
 
+  rig::ProgramWithBoard& program_;
   QWidget& window_;
   QWidget& board_window_;
   simboard::SimulatedBoard& board_;
   const QDir folder_;
-  Operator operator_;
+  rig::Operator& operator_;
   int pictures_ = 0;
 };
 

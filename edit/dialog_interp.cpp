@@ -1,11 +1,9 @@
 #include "edit/dialog_interp.h"
 
 #include <algorithm>
-#include <string>
 #include <utility>
 
 #include "core/interpolation.h"
-#include "core/step_line.h"
 #include "platform/held_keys.h"
 #include "platform/option_button.h"
 #include "platform/push_button.h"
@@ -35,7 +33,7 @@ DialogInterp::DialogInterp(const InterpolationParts& parts, std::vector<QWidget*
   setAttribute(Qt::WA_DeleteOnClose);
   setFixedSize(Pixels(5625), Pixels(2070));
   // A window of its own would not share the size that the main window's captions were fitted to.
-  setFont(parts_.list_sequence.font());
+  setFont(locked_.back()->font());
   BuildControls();
   connect(this, &QDialog::finished, this, &DialogInterp::Form_Unload);
   connect(&parts_.events, &platform::Events::Ended, this, &QDialog::reject);
@@ -80,8 +78,8 @@ void DialogInterp::Form_Load() {
   for (QWidget* widget : locked_) widget->setEnabled(false);
   setEnabled(true);
   CWNumEditInterp->SetValue(0);
-  const int selected = parts_.list_sequence.ListIndex();
-  if (selected == parts_.list_sequence.ListCount() - 1) {
+  const int selected = parts_.edited.ListIndex();
+  if (selected == parts_.edited.ListCount() - 1) {
     OptionINterp[0]->setChecked(true);
     OptionINterp[1]->setEnabled(false);
   } else if (selected == 0) {
@@ -102,9 +100,9 @@ void DialogInterp::OKButton_Click() {
   }
   const bool with_previous = OptionINterp[0]->isChecked();
   if (!with_previous && !OptionINterp[1]->isChecked()) return;
-  const int selected = parts_.list_sequence.ListIndex();
+  const int selected = parts_.edited.ListIndex();
   const int source = with_previous ? selected - 1 : selected;
-  const int lines = parts_.list_sequence.ListCount();
+  const int lines = parts_.edited.ListCount();
   // Playback or a read that was under way may have changed selection and list since the dialog
   // opened.
   if (source < 0 || source + 1 >= lines) {
@@ -113,7 +111,8 @@ void DialogInterp::OKButton_Click() {
                             kNoteTitle);
     return;
   }
-  if (StepTimeTooShort(ReadLine(source)[kDurationColumn], count)) {
+  const EditRow& from = parts_.edited.Row(source);
+  if (StepTimeTooShort(from[kDurationColumn], count)) {
     parts_.message_box.Show(QStringLiteral("Number of Steps too high for selected Step Time!"),
                             kNoteTitle);
     return;
@@ -122,41 +121,15 @@ void DialogInterp::OKButton_Click() {
     parts_.message_box.Show(TooManyLinesText(), kNoteTitle);
     return;
   }
-  Replace(source, count);
+  parts_.edited.Replace(source, Interpolate(from, parts_.edited.Row(source + 1), count));
   accept();
-}
-
-// Replaces line `source` by `count` lines on the way to the line after it.
-void DialogInterp::Replace(int source, int count) {
-  const std::vector<EditRow> rows = Interpolate(ReadLine(source), ReadLine(source + 1), count);
-  parts_.list_sequence.RemoveItem(source);
-  int line = source;
-  for (const EditRow& row : rows) {
-    std::array<std::string, kChannels> angles;
-    for (std::size_t ch = 0; ch < kChannels; ++ch) {
-      angles[ch] = AngleField(row[ch], parts_.sequence_data.DecimalPoint());
-    }
-    parts_.list_sequence.InsertItem(
-        line++, QString::fromStdString(EditorLine(angles, row[kDurationColumn])));
-  }
-  parts_.list_sequence.SetListIndex(source);
-  parts_.label_step.setText(StepCaption(source));
-  parts_.sequence_data.RebuildEditBuffer();
-  parts_.sequence_data.MatchBreakFlags();
-}
-
-EditRow DialogInterp::ReadLine(int line) const {
-  EditRow row{};
-  ReadStepLine(parts_.list_sequence.List(line).toStdString(), parts_.sequence_data.DecimalPoint(),
-               row);
-  return row;
 }
 
 Interpolation::Interpolation(const InterpolationParts& parts, std::vector<QWidget*> locked)
     : parts_(parts), locked_(std::move(locked)) {}
 
 void Interpolation::CommandInterpolate_Click() {
-  if (parts_.list_sequence.ListCount() < 2 || parts_.list_sequence.ListIndex() < 0) return;
+  if (parts_.edited.ListCount() < 2 || parts_.edited.ListIndex() < 0) return;
   if (dialog_ && dialog_->isVisible()) return;
   // One that was closed inside an operation's wait has not been deleted yet.
   delete dialog_.data();

@@ -9,19 +9,16 @@
 #include <vector>
 
 #include "core/declaration.h"
-#include "edit/sequence_data.h"
+#include "edit/edited_sequence.h"
 #include "platform/cw_num_edit.h"
 #include "platform/events.h"
-#include "platform/list_box.h"
 #include "platform/message_box.h"
 
 namespace pelmora {
 
 // What the dialog works on. All of it outlives the dialog.
 struct InterpolationParts {
-  SequenceData& sequence_data;
-  platform::ListBox& list_sequence;
-  QLabel& label_step;
+  EditedSequence& edited;
   platform::MessageBox& message_box;
   platform::Events& events;
 };
@@ -39,9 +36,6 @@ class DialogInterp : public QDialog {
   void OKButton_Click();
   void CancelButton_Click() { reject(); }
   void Form_Unload();
-
-  void Replace(int source, int count);
-  EditRow ReadLine(int line) const;
 
   const InterpolationParts parts_;
   const std::vector<QWidget*> locked_;

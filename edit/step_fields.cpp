@@ -3,11 +3,9 @@
 #include <QRegularExpression>
 #include <algorithm>
 #include <optional>
-#include <utility>
 
 #include "core/number_text.h"
 #include "core/step_line.h"
-#include "edit/sequence_data.h"
 
 namespace pelmora {
 namespace {
@@ -33,14 +31,9 @@ std::optional<double> ReadOffset(const QString& text, const std::string& decimal
 
 }  // namespace
 
-StepFields::StepFields(const Declaration& data, LiveControl& live_control,
-                       const EditorControls& controls, const platform::ListBox& list_sequence,
-                       std::string decimal_point)
-    : data_(data),
-      live_control_(live_control),
-      controls_(controls),
-      list_sequence_(list_sequence),
-      decimal_point_(std::move(decimal_point)) {}
+StepFields::StepFields(EditedSequence& edited, LiveControl& live_control,
+                       const EditorControls& controls)
+    : edited_(edited), live_control_(live_control), controls_(controls) {}
 
 void StepFields::CWSlide1_ValueChanged(int channel, int position) {
   live_control_.SendPosition(channel, position);
@@ -51,7 +44,7 @@ void StepFields::ShowPosition(int channel, int position) {
   const auto i = static_cast<std::size_t>(channel);
   controls_.Text1[i]->setText(QString::number(position - kCentre));
   controls_.Text1[i + kChannels]->setText(
-      QString::fromStdString(AngleField(position, decimal_point_)));
+      QString::fromStdString(AngleField(position, edited_.DecimalPoint())));
 }
 
 void StepFields::Text1_KeyPress(int index, int& key) {
@@ -72,7 +65,7 @@ void StepFields::Text1_LostFocus(int index) {
 void StepFields::Commit(int channel) {
   const auto i = static_cast<std::size_t>(channel);
   platform::CWSlide& slide = *controls_.CWSlide1[i];
-  if (const auto offset = ReadOffset(controls_.Text1[i]->text(), decimal_point_)) {
+  if (const auto offset = ReadOffset(controls_.Text1[i]->text(), edited_.DecimalPoint())) {
     slide.SetValue(RoundHalfEven(*offset + kCentre).value_or(slide.Value()));
   }
   // A slider that stays where it is raises no event; the field must show its offset all the same
@@ -87,13 +80,12 @@ void StepFields::CommandUpdate_Click() {
 void StepFields::ShowSelectedStep(int step) {
   if (step < 0 || step >= kSteps) return;
   for (std::size_t ch = 0; ch < kChannels; ++ch) {
-    const int row = list_sequence_.ListIndex();
-    if (row < 0 || row >= kSteps) return;
-    controls_.CWSlide1[ch]->SetValue(data_.EditBuffer[static_cast<std::size_t>(row)][ch]);
+    const int line = edited_.ListIndex();
+    if (line < 0) return;
+    controls_.CWSlide1[ch]->SetValue(edited_.Row(line)[ch]);
   }
-  controls_.CWNumEditTimeStep->SetValue(
-      data_.EditBuffer[static_cast<std::size_t>(step)][kDurationColumn]);
-  controls_.LabelStep->setText(StepCaption(list_sequence_.ListIndex()));
+  controls_.CWNumEditTimeStep->SetValue(edited_.Row(step)[kDurationColumn]);
+  edited_.NameStep();
 }
 
 std::array<std::string, kChannels> StepFields::AngleFields() const {

@@ -2,15 +2,14 @@
 // and the step duration. The step being composed is what these controls show.
 #pragma once
 
-#include <QLabel>
 #include <array>
 #include <string>
 
 #include "core/declaration.h"
+#include "edit/edited_sequence.h"
 #include "link/live_control.h"
 #include "platform/cw_num_edit.h"
 #include "platform/cw_slide.h"
-#include "platform/list_box.h"
 #include "platform/text_field.h"
 
 namespace pelmora {
@@ -20,13 +19,11 @@ struct EditorControls {
   std::array<platform::CWSlide*, kChannels> CWSlide1;
   std::array<platform::TextField*, 2 * kChannels> Text1;
   platform::CWNumEdit* CWNumEditTimeStep;
-  QLabel* LabelStep;
 };
 
 class StepFields {
  public:
-  StepFields(const Declaration& data, LiveControl& live_control, const EditorControls& controls,
-             const platform::ListBox& list_sequence, std::string decimal_point);
+  StepFields(EditedSequence& edited, LiveControl& live_control, const EditorControls& controls);
 
   // The slider reaction, whoever changed the value: sends the position, then shows it as offset and
   // angle.
@@ -54,11 +51,9 @@ class StepFields {
   void Commit(int channel);
   void ShowPosition(int channel, int position);
 
-  const Declaration& data_;
+  EditedSequence& edited_;
   LiveControl& live_control_;
   const EditorControls controls_;
-  const platform::ListBox& list_sequence_;
-  const std::string decimal_point_;
 };
 
 }  // namespace pelmora

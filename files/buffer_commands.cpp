@@ -3,9 +3,10 @@
 #include <QFileInfo>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <optional>
 
-#include "files/buffer_file.h"
+#include "core/buffer_file.h"
 #include "files/save_file.h"
 
 namespace pelmora {
@@ -19,28 +20,30 @@ constexpr char kFilter[] =
     "Data Files (*.dat)|*.dat|Text Files"
     "(*.txt)|*.txt|All Files (*.*)|*.*";
 
+// The content of a buffer file; null when it can't be read as one.
+std::unique_ptr<SequenceTable> Read(const QString& path) {
+  // A device or a pipe could keep the window waiting for ever.
+  if (!QFileInfo(path).isFile()) return nullptr;
+  std::ifstream file(std::filesystem::path(path.toStdU16String()), std::ios::binary);
+  auto table = std::make_unique<SequenceTable>();
+  if (!file || !ParseBufferFile(file, *table)) return nullptr;
+  return table;
+}
+
 }  // namespace
 
-BufferCommands::BufferCommands(Declaration& data, SequenceData& sequence_data, StepList& step_list,
-                               platform::ListBox& list_sequence, QLabel& label_seq,
-                               platform::FileDialog& common_dialog,
+BufferCommands::BufferCommands(EditedSequence& edited, platform::FileDialog& common_dialog,
                                platform::MessageBox& message_box)
-    : data_(data),
-      sequence_data_(sequence_data),
-      step_list_(step_list),
-      list_sequence_(list_sequence),
-      label_seq_(label_seq),
-      common_dialog_(common_dialog),
-      message_box_(message_box) {}
+    : edited_(edited), common_dialog_(common_dialog), message_box_(message_box) {}
 
 void BufferCommands::SaveBuffer_Click() {
-  ++data_.SaveCounter;
-  sequence_data_.ResetBreakPoints();
-  if (!sequence_data_.BufferToData()) return;
+  ++SaveCounter;
+  edited_.ResetBreakPoints();
+  if (!edited_.BufferToData()) return;
   const std::optional<QString> path = common_dialog_.ShowSave(
-      {kFilter, QStringLiteral(".dat"), QStringLiteral("Sequences %1").arg(data_.SaveCounter)});
+      {kFilter, QStringLiteral(".dat"), QStringLiteral("Sequences %1").arg(SaveCounter)});
   if (!path) return;
-  if (const std::optional<QString> reason = SaveFile(*path, FormatBufferFile(data_))) {
+  if (const std::optional<QString> reason = SaveFile(*path, FormatBufferFile(edited_.Data()))) {
     message_box_.Show(
         QStringLiteral("The sequences could not be saved in %1: %2").arg(*path, *reason),
         kSaveTitle);
@@ -50,28 +53,16 @@ void BufferCommands::SaveBuffer_Click() {
 }
 
 void BufferCommands::LoadBuffer_Click() {
-  sequence_data_.ResetBreakPoints();
-  step_list_.CommandClearAll_Click();
+  edited_.ClearAll();
   const std::optional<QString> path = common_dialog_.ShowOpen({kFilter, QString(), QString()});
   if (!path) return;
-  list_sequence_.Clear();
-  if (!Load(*path)) {
-    message_box_.Show(QStringLiteral("Format Error! Data Not Loaded!"), kLoadTitle);
-    step_list_.CommandClearAll_Click();
+  if (const auto table = Read(*path)) {
+    edited_.TakeTable(*table);
+    message_box_.Show(QStringLiteral("Data Loaded!"), kLoadTitle);
     return;
   }
-  data_.CurSeq = 0;
-  sequence_data_.OffsetCalc();
-  sequence_data_.DataToBuffer();
-  label_seq_.setText(SequenceCaption(0));
-  message_box_.Show(QStringLiteral("Data Loaded!"), kLoadTitle);
-}
-
-bool BufferCommands::Load(const QString& path) {
-  // A device or a pipe could keep the window waiting for ever.
-  if (!QFileInfo(path).isFile()) return false;
-  std::ifstream file(std::filesystem::path(path.toStdU16String()), std::ios::binary);
-  return file && ParseBufferFile(file, data_);
+  message_box_.Show(QStringLiteral("Format Error! Data Not Loaded!"), kLoadTitle);
+  edited_.ClearAll();
 }
 
 }  // namespace pelmora

@@ -1,23 +1,22 @@
 // "Save Buffer" and "Load Buffer": all sequences to and from a text file.
 #pragma once
 
-#include <QLabel>
 #include <QString>
+#include <cstdint>
 
-#include "core/declaration.h"
-#include "edit/sequence_data.h"
-#include "edit/step_list.h"
+#include "edit/edited_sequence.h"
 #include "platform/file_dialog.h"
-#include "platform/list_box.h"
 #include "platform/message_box.h"
 
 namespace pelmora {
 
 class BufferCommands {
  public:
-  BufferCommands(Declaration& data, SequenceData& sequence_data, StepList& step_list,
-                 platform::ListBox& list_sequence, QLabel& label_seq,
-                 platform::FileDialog& common_dialog, platform::MessageBox& message_box);
+  BufferCommands(EditedSequence& edited, platform::FileDialog& common_dialog,
+                 platform::MessageBox& message_box);
+
+  // Start-up: no save yet.
+  void Form_Load() { SaveCounter = 0; }
 
   // Stores the current sequence, asks for a file and writes the whole table into it. A failure
   // after the dialog is reported with its reason.
@@ -28,15 +27,11 @@ class BufferCommands {
   void LoadBuffer_Click();
 
  private:
-  bool Load(const QString& path);
-
-  Declaration& data_;
-  SequenceData& sequence_data_;
-  StepList& step_list_;
-  platform::ListBox& list_sequence_;
-  QLabel& label_seq_;
+  EditedSequence& edited_;
   platform::FileDialog& common_dialog_;
   platform::MessageBox& message_box_;
+  // Saves of this run; the next one proposes its number in the file's name.
+  std::int16_t SaveCounter = 0;
 };
 
 }  // namespace pelmora

@@ -1,23 +1,26 @@
 // "Erease": erases the board's flash and waits until the board confirms it.
 #pragma once
 
-#include "flash/flash_parts.h"
+#include "link/board_operation.h"
 
 namespace pelmora {
 
+inline constexpr char kAbortedText[] = "Operation Aborted!";
+
 class EraseFlash {
  public:
-  explicit EraseFlash(const FlashParts& parts) : parts_(parts) {}
+  explicit EraseFlash(BoardLink& link) : link_(link) {}
 
   // The button.
   void CommandErase_Click() { Erase(); }
 
   // The whole operation, its message box included; the first step of programming. Returns when the
-  // board has confirmed (true) or the wait was cut short. There is no time-out.
-  bool Erase();
+  // board has confirmed, when the wait was aborted (the message says so), or, without a message,
+  // when another erase has taken this one's place. There is no time-out.
+  BoardOperation::Answer Erase();
 
  private:
-  const FlashParts parts_;
+  BoardLink& link_;
 };
 
 }  // namespace pelmora

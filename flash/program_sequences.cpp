@@ -2,13 +2,18 @@
 
 #include <algorithm>
 
-#include "core/flash_image.h"
-#include "edit/sequence_data.h"
+#include "core/board_codec.h"
 
 namespace pelmora {
 namespace {
 
-constexpr int kBlockBytes = 256;
+using Answer = BoardOperation::Answer;
+
+// A slider or a playback sends its bytes whenever it moves, and the board takes what comes for step
+// data.
+constexpr char kDisturbedText[] =
+    "Something else was sent to the board while its flash was written: a slider moved, or a "
+    "playback or a switch was used. The flash is not what the sequences are. Program again.";
 
 // The bar moves about a hundred times in a transfer of `total` bytes: once in so many bytes.
 int ProgressInterval(int total) {
@@ -17,96 +22,54 @@ int ProgressInterval(int total) {
 
 }  // namespace
 
-ProgramSequences::ProgramSequences(const FlashParts& parts, EraseFlash& erase_flash)
-    : parts_(parts), erase_flash_(erase_flash) {}
-
 void ProgramSequences::CommandFlash_Click() {
-  if (!parts_.serial_port.RequireConnection() || RefuseOversize()) return;
-  Declaration& data = parts_.data;
+  if (!link_.Port().RequireConnection() || RefuseOversize()) return;
+  const Outcome outcome = Transfer();
+  if (!outcome.text.isEmpty()) link_.Say(outcome.text);
+  if (outcome.disturbed) link_.Say(kDisturbedText);
+}
+
+ProgramSequences::Outcome ProgramSequences::Transfer() {
   // Begun before the erase: a connection made anew during its wait is not the one that was erased.
-  BoardWait wait = parts_.BeginWait();
-  data.ProgramMode = true;
-  parts_.Echo.clear();
-  if (!erase_flash_.Erase()) {
-    data.ProgramMode = false;
-    return;
-  }
-  data.AbortRequest = false;
+  BoardOperation operation(link_, Mode::kProgram);
+  link_.Echo().clear();
+  const Answer erased = erase_flash_.Erase();
+  if (erased == Answer::kAborted) return {};
   // The sequences may have grown during the erase.
-  if (RefuseOversize()) {
-    data.ProgramMode = false;
-    return;
+  if (RefuseOversize()) return {};
+  // Never send to a board that was not erased: another program may have run during the erase, or
+  // the port have been reopened while its message was open.
+  if (erased == Answer::kTakenOver || !operation.ModeSet() || operation.Aborted()) {
+    return {kAbortedText};
   }
-  parts_.Command1.setEnabled(true);
-  parts_.ProgressBarFlash.SetValue(0);
-  parts_.ProgressBarFlash.show();
-  parts_.ProgressBarFlash.SetScaleMaximum(data.TotalBytes - 1);
-  EncodeSteps(data);
-  const int total = data.TotalBytes;
-  if (SendHeader(wait) == Transfer::kCut) {
-    End(kAbortedText);
-    return;
-  }
+  const int total = edited_.Data().TotalBytes;
+  operation.BeginTransfer(total - 1);
+  EncodeSteps(edited_.Data(), link_.FlashImage());
+  operation.Send(ProgramCommand(edited_.Data()));
+  if (operation.WaitForAck() != Answer::kReceived) return {kAbortedText};
   int last_sent = 0;
-  if (SendStepData(wait, total, last_sent) == Transfer::kCut) {
-    End(kAbortedText + QString::number(last_sent));
-    return;
-  }
-  End(QStringLiteral("Data Flash Programmed!"));
+  if (!SendStepData(operation, total, last_sent))
+    return {kAbortedText + QString::number(last_sent)};
+  return {QStringLiteral("Data Flash Programmed!"), operation.Disturbed()};
 }
 
 bool ProgramSequences::RefuseOversize() {
-  if (HeaderFits(parts_.data)) return false;
-  parts_.Say(CapacityText());
+  if (HeaderFits(edited_.Data())) return false;
+  link_.Say(CapacityText());
   return true;
 }
 
-ProgramSequences::Transfer ProgramSequences::SendHeader(BoardWait& wait) {
-  // While the erase's message was open, the board may have made place for another one.
-  if (wait.Cut()) return Transfer::kCut;
-  parts_.board.Send(Command::kProgram);
-  for (const std::uint8_t byte : EncodeHeader(parts_.data)) parts_.board.Send(byte);
-  // No acknowledgement can be taken between the last send and here.
-  parts_.data.AckReceived = false;
-  do {
-    if (parts_.data.AckReceived) return Transfer::kDone;
-  } while (wait.Turn());
-  return Transfer::kCut;
-}
-
-// `last_sent` is the index of the last step-data byte written. No acknowledgement is awaited for a
-// last block that is shorter than the others.
-ProgramSequences::Transfer ProgramSequences::SendStepData(BoardWait& wait, int total,
-                                                          int& last_sent) {
-  Declaration& data = parts_.data;
+// False when the transfer was aborted; `last_sent` is the index of the last byte written. No
+// acknowledgement is awaited for a last block that is shorter than the others.
+bool ProgramSequences::SendStepData(BoardOperation& operation, int total, int& last_sent) {
   for (int i = 0; i < total; ++i) {
-    data.AckReceived = false;
-    parts_.board.Send(data.FlashImage[static_cast<std::size_t>(i / kStepBytes)]
-                                     [static_cast<std::size_t>(i % kStepBytes)]);
+    operation.Send(std::array{StagedByte(link_.FlashImage(), i)});
     last_sent = i;
-    if (i % ProgressInterval(data.TotalBytes) == 0) parts_.ProgressBarFlash.SetValue(i);
-    if ((i + 1) % kBlockBytes != 0) continue;
-    while (!data.AckReceived) {
-      if (!wait.Turn()) return Transfer::kCut;
-    }
+    if (i % ProgressInterval(edited_.Data().TotalBytes) == 0) link_.Bar().SetValue(i);
+    if ((i + 1) % kBlockBytes == 0 && operation.WaitForAck() != Answer::kReceived) return false;
   }
-  if (!wait.Cut()) return Transfer::kDone;
-  // The line failed while the last bytes were written; the turn lets that be said first.
-  wait.Turn(platform::Events::Idle::kReturn);
-  return Transfer::kCut;
-}
-
-void ProgramSequences::End(const QString& text) {
-  parts_.data.ProgramMode = false;
-  parts_.data.AbortRequest = false;
-  parts_.Command1.setEnabled(false);
-  parts_.ProgressBarFlash.hide();
-  parts_.Say(text);
-}
-
-void ProgramSequences::Command1_Click() {
-  parts_.data.AbortRequest = true;
-  parts_.Command1.setEnabled(false);
+  // The line may have failed while the last bytes were written.
+  return !operation.Aborted();
 }
 
 }  // namespace pelmora

@@ -1,20 +1,16 @@
 // "Read Seq.": fetches the 16 sequences from the board's flash and makes them the program's.
 #pragma once
 
-#include <QLabel>
 #include <QString>
 
-#include "edit/sequence_data.h"
-#include "edit/step_list.h"
-#include "flash/flash_parts.h"
-#include "platform/list_box.h"
+#include "edit/edited_sequence.h"
+#include "link/board_operation.h"
 
 namespace pelmora {
 
 class ReadBack {
  public:
-  ReadBack(const FlashParts& parts, SequenceData& sequence_data, StepList& step_list,
-           platform::ListBox& list_sequence, QLabel& label_seq);
+  ReadBack(BoardLink& link, EditedSequence& edited);
 
   // Clears all sequences (before the port is looked at), asks the board for its flash and waits
   // while the receive handler takes the reply; then rebuilds the table and shows sequence 0.
@@ -23,16 +19,10 @@ class ReadBack {
   void CommandRead_Click();
 
  private:
-  bool Receive();
-  void ShowFirstSequence();
-  void End(const QString& text);
-  void Fail(const QString& text);
+  QString Transfer();
 
-  const FlashParts parts_;
-  SequenceData& sequence_data_;
-  StepList& step_list_;
-  platform::ListBox& list_sequence_;
-  QLabel& label_seq_;
+  BoardLink& link_;
+  EditedSequence& edited_;
 };
 
 }  // namespace pelmora

@@ -2,15 +2,15 @@
 #include <memory>
 #include <sstream>
 
+#include "core/buffer_file.h"
 #include "core/sequence_store.h"
-#include "files/buffer_file.h"
 #include "fuzz/require.h"
 
 using namespace pelmora;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-  static auto first = std::make_unique<Declaration>();
-  static auto second = std::make_unique<Declaration>();
+  static auto first = std::make_unique<SequenceTable>();
+  static auto second = std::make_unique<SequenceTable>();
   ClearTable(*first);
   std::istringstream file(std::string(bytes, bytes + size));
   if (!ParseBufferFile(file, *first)) return 0;

@@ -1,24 +1,18 @@
 #include "link/live_control.h"
 
+#include "core/board_codec.h"
+
 namespace pelmora {
-namespace {
 
-// Channels 8..11 are not numbered on from the first eight.
-constexpr int kLowChannels = 8;
-
-}  // namespace
-
-LiveControl::LiveControl(BoardProtocol& board, ConnectedSwitch& main_on_off,
+LiveControl::LiveControl(SerialPort& serial_port, ConnectedSwitch& main_on_off,
                          platform::CWButton& button_real_emu, platform::CWButton& button_emu_pc)
-    : board_(board),
+    : serial_port_(serial_port),
       main_on_off_(main_on_off),
       button_real_emu_(button_real_emu),
       button_emu_pc_(button_emu_pc) {}
 
 void LiveControl::SendPosition(int channel, int position) {
-  const Command base = channel < kLowChannels ? Command::kPosition : Command::kPositionHigh;
-  board_.Send(static_cast<std::uint8_t>(static_cast<int>(base) + channel));
-  board_.Send(static_cast<std::uint8_t>(position));
+  serial_port_.Send(PositionCommand(channel, position));
 }
 
 void LiveControl::CWButtonMainOnOff_ValueChanged(bool on) {
@@ -31,15 +25,15 @@ void LiveControl::CWButtonMainOnOff_ValueChanged(bool on) {
 }
 
 void LiveControl::CommandStart_Click() {
-  board_.Send(Command::kPcControlOn);
+  serial_port_.Send(PcControlOnCommand());
 }
 
 void LiveControl::CommandStop_Click() {
-  board_.Send(Command::kPcControlOff);
+  serial_port_.Send(PcControlOffCommand());
 }
 
 void LiveControl::Resetting_Click() {
-  board_.Send(Command::kReset);
+  serial_port_.Send(ResetCommand());
   main_on_off_.Button().SetValue(false);
   button_real_emu_.SetValue(false);
   button_emu_pc_.SetValue(false);

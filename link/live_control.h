@@ -1,15 +1,15 @@
 // Moving the servos live, the "PC Control Enable" switch and the menu "Reset".
 #pragma once
 
-#include "link/board_protocol.h"
 #include "link/connected_switch.h"
+#include "link/serial_port.h"
 #include "platform/cw_button.h"
 
 namespace pelmora {
 
 class LiveControl {
  public:
-  LiveControl(BoardProtocol& board, ConnectedSwitch& main_on_off,
+  LiveControl(SerialPort& serial_port, ConnectedSwitch& main_on_off,
               platform::CWButton& button_real_emu, platform::CWButton& button_emu_pc);
 
   // Sends a channel's (0..11) position byte (0..255) if the port is open. The first thing that a
@@ -31,7 +31,7 @@ class LiveControl {
   void MSComm1_PortLost();
 
  private:
-  BoardProtocol& board_;
+  SerialPort& serial_port_;
   ConnectedSwitch& main_on_off_;
   platform::CWButton& button_real_emu_;
   platform::CWButton& button_emu_pc_;

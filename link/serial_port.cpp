@@ -1,6 +1,18 @@
 #include "link/serial_port.h"
 
+#include "core/declaration.h"
+
 namespace pelmora {
+namespace {
+
+// The receive buffer: while no read is running, and for the whole reply of a full flash.
+constexpr int kIdleBufferBytes = 20000;
+constexpr int kReadBufferBytes = kHeaderBytes + kFlashCapacity;
+
+// A code and a position for every channel.
+constexpr int kPoseBytes = 2 * kChannels;
+
+}  // namespace
 
 SerialPort::SerialPort(platform::MSComm& comm, platform::DropDownList& combo_port,
                        platform::MessageBox& message_box)
@@ -33,22 +45,50 @@ bool SerialPort::SetupPort() {
 }
 
 void SerialPort::SetIdleReceive() {
-  comm_.SetInputLen(0);
-  comm_.Input();
-  comm_.SetInBufferSize(kIdleBufferBytes);
-  comm_.SetInputLen(1);
-  comm_.SetRThreshold(1);
+  SetReceive(kIdleBufferBytes, 1);
 }
 
-void SerialPort::MSComm1_PortLost() {
+void SerialPort::SetReadReceive() {
+  SetReceive(kReadBufferBytes, kHeaderBytes);
+}
+
+void SerialPort::SetReceive(int buffer_bytes, int event_bytes) {
+  comm_.SetInputLen(0);
+  comm_.Input();
+  comm_.SetInBufferSize(buffer_bytes);
+  comm_.SetInputLen(event_bytes);
+  comm_.SetRThreshold(event_bytes);
+}
+
+void SerialPort::PollReceive() {
+  comm_.SetRThreshold(0);
+  comm_.SetInputLen(0);
+}
+
+void SerialPort::Send(std::span<const std::uint8_t> bytes) {
+  for (const std::uint8_t byte : bytes) {
+    if (!comm_.PortOpen()) return;
+    TxBuffer[0] = byte;
+    comm_.Output(TxBuffer);
+    ++bytes_sent_;
+  }
+}
+
+std::chrono::milliseconds SerialPort::TimeUntilReady() const {
+  return comm_.TimeUntilLeft(kPoseBytes);
+}
+
+void SerialPort::MSComm1_PortLost(bool reading) {
   const QString entry = combo_port_.currentText();
   combo_port_.setEnabled(true);
   combo_port_.setCurrentIndex(-1);
   message_box_.Show(
       QStringLiteral("The connection on %1 (%2) is lost: the adapter was pulled or the "
-                     "line hung up.\n\nYour sequences are untouched. Choose a "
-                     "port to connect again.")
-          .arg(entry, comm_.LastDevice()),
+                     "line hung up.\n\n%3 Choose a port to connect again.")
+          .arg(entry, comm_.LastDevice(),
+               QLatin1String(reading ? "Your sequences were cleared when the read began; undo "
+                                       "(Ctrl+Z) brings them back."
+                                     : "Your sequences are untouched.")),
       kProgramTitle);
 }
 

@@ -1,6 +1,11 @@
 // The serial port that the operator chooses: opening it with the board's line settings, losing it,
-// and the test for a connection that every board operation begins with.
+// the test for a connection that every board operation begins with, and the bytes sent over it.
 #pragma once
+
+#include <array>
+#include <chrono>
+#include <cstdint>
+#include <span>
 
 #include "platform/drop_down_list.h"
 #include "platform/message_box.h"
@@ -11,9 +16,6 @@ namespace pelmora {
 // Title of the messages about editing, the link and the flash.
 inline constexpr char kProgramTitle[] = "Program";
 
-// The receive buffer while no read is running, in bytes.
-inline constexpr int kIdleBufferBytes = 20000;
-
 class SerialPort {
  public:
   SerialPort(platform::MSComm& comm, platform::DropDownList& combo_port,
@@ -23,25 +25,48 @@ class SerialPort {
   // a message says why and the list stays open for another choice.
   void ComboPort_Click();
 
-  // The open port has failed: unlocks the list and says so.
-  void MSComm1_PortLost();
+  // The open port has failed: unlocks the list and says so. `reading`: a read had begun, which has
+  // emptied the sequences.
+  void MSComm1_PortLost(bool reading);
 
   // "Connected" means that the port is open; the board itself is not asked.
   bool Connected() const { return comm_.PortOpen(); }
 
-  // `Connected`; otherwise shows "No Connection Available!" first, but for a loss whose own message
-  // is about to come.
+  // True when a port is open. Otherwise false, with "No Connection Available!", unless a loss is
+  // about to be reported.
   bool RequireConnection();
 
-  // What waits is discarded; then one receive event and one byte for each received byte.
+  // Writes the bytes of a command, each as its own write, if the port is open; otherwise nothing
+  // happens.
+  void Send(std::span<const std::uint8_t> bytes);
+
+  // How many bytes have been sent in this run. An operation tells by it whether others have sent
+  // bytes meanwhile.
+  std::uint64_t BytesSent() const { return bytes_sent_; }
+
+  // How long the line needs until no more than one pose (a position of every channel) has not left
+  // yet; 0 when it is ready for the next one. Whoever sends pose after pose waits for that, so that
+  // the board never goes on for long after the operator has stopped.
+  std::chrono::milliseconds TimeUntilReady() const;
+
+  // The receive settings. Each begins with what waits being discarded.
+  // While no operation reads: one receive event and one byte for each received byte.
   void SetIdleReceive();
+  // For the reply to a read: one event for the whole header, and room for all that follows it.
+  void SetReadReceive();
+
+  // From now on no receive event comes and the next `Input` takes everything that has arrived.
+  void PollReceive();
 
  private:
   bool SetupPort();
+  void SetReceive(int buffer_bytes, int event_bytes);
 
   platform::MSComm& comm_;
   platform::DropDownList& combo_port_;
   platform::MessageBox& message_box_;
+  std::array<std::uint8_t, 1> TxBuffer{};  // the one byte being written
+  std::uint64_t bytes_sent_ = 0;
 };
 
 }  // namespace pelmora

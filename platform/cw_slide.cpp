@@ -10,6 +10,7 @@
 namespace platform {
 namespace {
 
+constexpr int kFollowMilliseconds = 5;
 constexpr int kNotch = 120;  // what the toolkit counts for a notch of the wheel
 
 QMouseEvent Shifted(const QMouseEvent& event, const QPoint& shift) {
@@ -27,6 +28,8 @@ CWSlide::CWSlide(QWidget* parent) : QSlider(Qt::Vertical, parent) {
   setPageStep(10);
   // It takes the focus of a click itself, once it knows what was pressed.
   setFocusPolicy(Qt::TabFocus);
+  setTracking(false);
+  connect(this, &QSlider::sliderMoved, this, &CWSlide::Follow);
 }
 
 void CWSlide::SetScaleMaximum(int maximum) {
@@ -37,6 +40,26 @@ void CWSlide::SetCaption(const QString& caption) {
   caption_ = caption;
   setAccessibleName(caption);
   update();
+}
+
+// The value takes the place of the dragged handle, now or a moment later.
+void CWSlide::Follow() {
+  if (MayChange && !MayChange()) {
+    if (!follow_timer_.isActive()) {
+      follow_timer_.start(kFollowMilliseconds, Qt::PreciseTimer, this);
+    }
+    return;
+  }
+  follow_timer_.stop();
+  if (sliderPosition() != value()) triggerAction(SliderMove);
+}
+
+void CWSlide::timerEvent(QTimerEvent* event) {
+  if (event->timerId() == follow_timer_.timerId()) {
+    Follow();
+  } else {
+    QSlider::timerEvent(event);
+  }
 }
 
 QRect CWSlide::Handle() const {

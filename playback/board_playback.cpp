@@ -1,20 +1,24 @@
 #include "playback/board_playback.h"
 
+#include "core/board_codec.h"
+
 namespace pelmora {
 
-BoardPlayback::BoardPlayback(const Declaration& data, BoardProtocol& board,
+BoardPlayback::BoardPlayback(const EditedSequence& edited, SerialPort& serial_port,
                              ConnectedSwitch& real_emu, platform::CWButton& button_emu_pc)
-    : data_(data), board_(board), real_emu_(real_emu), button_emu_pc_(button_emu_pc) {}
+    : edited_(edited),
+      serial_port_(serial_port),
+      real_emu_(real_emu),
+      button_emu_pc_(button_emu_pc) {}
 
 void BoardPlayback::CWButtonRealEmu_ValueChanged(bool on) {
   if (!real_emu_.Accept()) return;
   button_emu_pc_.setEnabled(!on);
   if (on) {
-    board_.Send(Command::kPlay);
-    board_.Send(data_.CurSeq);
+    serial_port_.Send(PlayCommand(edited_.Data().CurSeq));
   } else {
     real_emu_.Button().setEnabled(true);
-    board_.Send(Command::kStop);
+    serial_port_.Send(StopCommand());
   }
 }
 

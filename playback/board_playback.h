@@ -1,16 +1,16 @@
 // "Real Emu": the board plays the current sequence from its own flash.
 #pragma once
 
-#include "core/declaration.h"
-#include "link/board_protocol.h"
+#include "edit/edited_sequence.h"
 #include "link/connected_switch.h"
+#include "link/serial_port.h"
 #include "platform/cw_button.h"
 
 namespace pelmora {
 
 class BoardPlayback {
  public:
-  BoardPlayback(const Declaration& data, BoardProtocol& board, ConnectedSwitch& real_emu,
+  BoardPlayback(const EditedSequence& edited, SerialPort& serial_port, ConnectedSwitch& real_emu,
                 platform::CWButton& button_emu_pc);
 
   // On: tells the board to play sequence `CurSeq`; "PC Emu" is locked meanwhile. Off: tells it to
@@ -20,8 +20,8 @@ class BoardPlayback {
   void MSComm1_PortLost();
 
  private:
-  const Declaration& data_;
-  BoardProtocol& board_;
+  const EditedSequence& edited_;
+  SerialPort& serial_port_;
   ConnectedSwitch& real_emu_;
   platform::CWButton& button_emu_pc_;
 };

@@ -2,37 +2,33 @@
 // playback halts on them; "Continue" and "Repeat" go on.
 #pragma once
 
-#include "core/declaration.h"
-#include "edit/sequence_data.h"
+#include "edit/edited_sequence.h"
 #include "edit/step_fields.h"
-#include "platform/list_box.h"
 #include "playback/pc_emulator.h"
 
 namespace pelmora {
 
 class Breakpoints {
  public:
-  Breakpoints(Declaration& data, SequenceData& sequence_data, StepFields& step_fields,
-              platform::ListBox& list_sequence, PcEmulator& pc_emulator);
+  Breakpoints(EditedSequence& edited, StepFields& step_fields, PcEmulator& pc_emulator)
+      : edited_(edited), step_fields_(step_fields), pc_emulator_(pc_emulator) {}
 
   // "Set/Reset Break" on the selected line.
-  void CommandBrk_Click();
+  void CommandBrk_Click() { edited_.ToggleBreak(); }
   // "Reset  All Break".
-  void CommandResBrk_Click();
+  void CommandResBrk_Click() { edited_.ResetBreakPoints(); }
 
   // "Continue": the step halted on stays for one more full duration, then playback goes on. Pressed
   // while playback runs it starts the wait anew.
-  void CommandContinue_Click();
+  void CommandContinue_Click() { pc_emulator_.HoldSelectedStep(); }
 
   // "Repeat": goes back to the nearest earlier breakpoint (or the first line), shows it, and plays
   // from there.
   void CommandRepeat_Click();
 
  private:
-  Declaration& data_;
-  SequenceData& sequence_data_;
+  EditedSequence& edited_;
   StepFields& step_fields_;
-  platform::ListBox& list_sequence_;
   PcEmulator& pc_emulator_;
 };
 

@@ -2,12 +2,10 @@
 
 namespace pelmora {
 
-PcEmulator::PcEmulator(const Declaration& data, StepList& step_list,
-                       platform::ListBox& list_sequence, platform::HiTimer& timer,
+PcEmulator::PcEmulator(EditedSequence& edited, StepList& step_list, platform::HiTimer& timer,
                        ConnectedSwitch& emu_pc, platform::CWButton& button_real_emu)
-    : data_(data),
+    : edited_(edited),
       step_list_(step_list),
-      list_sequence_(list_sequence),
       timer_(timer),
       emu_pc_(emu_pc),
       button_real_emu_(button_real_emu) {}
@@ -19,28 +17,30 @@ void PcEmulator::CWButtonEmuPC_ValueChanged(bool on) {
     emu_pc_.Button().setEnabled(true);
     timer_.SetEnabled(false);
   }
-  if (list_sequence_.ListIndex() < 0 && list_sequence_.ListCount() > 0) {
-    list_sequence_.SetListIndex(0);
-  }
-  if (list_sequence_.ListIndex() < 0) return;
+  if (edited_.ListIndex() < 0 && edited_.ListCount() > 0) edited_.Select(0);
+  if (edited_.ListIndex() < 0) return;
   timer_.SetInterval(SelectedDuration());
   timer_.SetEnabled(on);
 }
 
 void PcEmulator::HiTimer1_Timer() {
-  if (!Playing() || list_sequence_.ListCount() == 0) {
+  if (!Playing() || edited_.ListCount() == 0) {
     timer_.SetEnabled(false);
     emu_pc_.Button().SetValue(false);
     return;
   }
+  // All channels of a step take longer on the line than the shortest step lasts.
+  if (const auto wait = emu_pc_.Port().TimeUntilReady(); wait.count() > 0) {
+    timer_.SetInterval(static_cast<int>(wait.count()));
+    return;
+  }
   step_list_.CommandUp_Click();
   timer_.SetInterval(SelectedDuration());
-  const auto row = static_cast<std::size_t>(list_sequence_.ListIndex());
-  if (data_.EditBuffer[row][kBreakColumn] > 0) timer_.SetEnabled(false);
+  if (edited_.Row(edited_.ListIndex())[kBreakColumn] > 0) timer_.SetEnabled(false);
 }
 
 void PcEmulator::HoldSelectedStep() {
-  if (!Playing() || list_sequence_.ListIndex() < 0) return;
+  if (!Playing() || edited_.ListIndex() < 0) return;
   timer_.SetInterval(SelectedDuration());
   timer_.SetEnabled(true);
 }
@@ -52,8 +52,7 @@ void PcEmulator::MSComm1_PortLost() {
 }
 
 int PcEmulator::SelectedDuration() const {
-  const auto row = static_cast<std::size_t>(list_sequence_.ListIndex());
-  return data_.EditBuffer[row][kDurationColumn];
+  return edited_.Row(edited_.ListIndex())[kDurationColumn];
 }
 
 }  // namespace pelmora

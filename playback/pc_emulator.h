@@ -2,27 +2,26 @@
 // sliders, and those move the servos. The selected line is the playback position.
 #pragma once
 
-#include "core/declaration.h"
+#include "edit/edited_sequence.h"
 #include "edit/step_list.h"
 #include "link/connected_switch.h"
 #include "platform/cw_button.h"
 #include "platform/hi_timer.h"
-#include "platform/list_box.h"
 
 namespace pelmora {
 
 class PcEmulator {
  public:
-  PcEmulator(const Declaration& data, StepList& step_list, platform::ListBox& list_sequence,
-             platform::HiTimer& timer, ConnectedSwitch& emu_pc,
-             platform::CWButton& button_real_emu);
+  PcEmulator(EditedSequence& edited, StepList& step_list, platform::HiTimer& timer,
+             ConnectedSwitch& emu_pc, platform::CWButton& button_real_emu);
 
   // On: the selected step (line 0 if none is) is held for its duration, then playback goes on with
   // the next one. Off: playback stops where it is.
   void CWButtonEmuPC_ValueChanged(bool on);
 
   // The tick: shows the next step and holds it for its duration, or halts on it when it has a
-  // breakpoint.
+  // breakpoint. While the line has not carried the steps before it waits for that instead: every
+  // step is shown, and playback goes as fast as the line.
   void HiTimer1_Timer();
 
   // Waits out the selected step's duration, then plays on. Nothing happens when no line is selected
@@ -37,9 +36,8 @@ class PcEmulator {
  private:
   int SelectedDuration() const;
 
-  const Declaration& data_;
+  EditedSequence& edited_;
   StepList& step_list_;
-  platform::ListBox& list_sequence_;
   platform::HiTimer& timer_;
   ConnectedSwitch& emu_pc_;
   platform::CWButton& button_real_emu_;

@@ -1,7 +1,6 @@
 // "Save Buffer" and "Load Buffer" on the real window: files, messages, and what a failure leaves.
 #include <sys/stat.h>
 
-#include <QAction>
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -12,24 +11,8 @@ namespace {
 
 constexpr char kFormatError[] = "Format Error! Data Not Loaded!";
 
-QByteArray Sequences(int first, int last) {
-  QByteArray lines;
-  for (int s = first; s <= last; ++s) lines += "Sequence " + QByteArray::number(s) + "\r\n";
-  return lines;
-}
-
-QByteArray Repeat(const QByteArray& text, int times) {
-  return text.repeated(times);
-}
-
-QByteArray ExampleFile() {
-  return "Index\r\n 2 \r\n" + Repeat(" 0 \r\n", 2) + " 1 \r\n" + Repeat(" 0 \r\n", 12) +
-         "Sequence 0\r\n" + Repeat("128\t", 12) + "100\t\r\n255\t" + Repeat("128\t", 11) +
-         "1000\t\r\n" + Sequences(1, 3) + Repeat("0\t", 12) + "5120\t\r\n" + Sequences(4, 15);
-}
-
 QByteArray EmptyFile() {
-  return "Index\r\n" + Repeat(" 0 \r\n", 16) + Sequences(0, 15);
+  return QByteArray::fromStdString(FileOf({}));
 }
 
 class BufferCommands : public WindowTest {
@@ -50,12 +33,12 @@ class BufferCommands : public WindowTest {
   void Save(const QString& path, const QString& message) {
     files.answer = path;
     box.Expect("Save", message);
-    hands->Find<QAction>("SaveBuffer").trigger();
+    Trigger("SaveBuffer");
   }
   void Load(const QString& path, const QString& message) {
     files.answer = path;
     box.Expect("Load", message);
-    hands->Find<QAction>("LoadBuffer").trigger();
+    Trigger("LoadBuffer");
   }
 
   // Two steps in sequence 0, one in sequence 3, which stays the current one.
@@ -86,7 +69,7 @@ class BufferCommands : public WindowTest {
 TEST_F(BufferCommands, TheWorkedFileThereAndBack) {
   ComposeExample();
   Save(Path("a.dat"), "Data Saved!");
-  EXPECT_EQ(Content(Path("a.dat")), ExampleFile());
+  EXPECT_EQ(Content(Path("a.dat")).toStdString(), ExampleFile());
   ASSERT_EQ(files.requests.size(), 1U);
   EXPECT_EQ(files.requests[0].filter,
             "Data Files (*.dat)|*.dat|Text Files(*.txt)|*.txt|All Files (*.*)|*.*");
@@ -107,7 +90,7 @@ TEST_F(BufferCommands, TheWorkedFileThereAndBack) {
   EXPECT_EQ(hands->Read("LabelByte"), "42 bytes");
   EXPECT_EQ(Data().SeqOffset[3], 28);
   Save(Path("b.dat"), "Data Saved!");
-  EXPECT_EQ(Content(Path("b.dat")), ExampleFile());
+  EXPECT_EQ(Content(Path("b.dat")).toStdString(), ExampleFile());
 }
 
 TEST_F(BufferCommands, EverySaveCountsAndStores) {
@@ -154,7 +137,7 @@ TEST_F(BufferCommands, AFailedSaveSaysWhy) {
 TEST_F(BufferCommands, ABadFileLeavesTheTableEmpty) {
   const QString pipe = Path("pipe");
   ASSERT_EQ(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
-  const QByteArray example = ExampleFile();
+  const auto example = QByteArray::fromStdString(ExampleFile());
   const QString paths[] = {
       Make("lower", "i" + example.mid(1)),
       Make("cut", example.chopped(20)),
@@ -190,11 +173,11 @@ TEST_F(BufferCommands, ACancelledLoadLeavesEverythingEmptyWithoutAWord) {
 }
 
 TEST_F(BufferCommands, EveryTableComesBack) {
-  QByteArray file = "Index\r\n" + Repeat(" 256 \r\n", 16);
+  QByteArray file = "Index\r\n" + QByteArray(" 256 \r\n").repeated(16);
   unsigned value = 1;
   const auto next = [&value] { return value = value * 1103515245U + 12345U, value >> 16; };
   for (int s = 0; s < kSequences; ++s) {
-    file += Sequences(s, s);
+    file += "Sequence " + QByteArray::number(s) + "\r\n";
     for (int step = 0; step < kSteps; ++step) {
       for (int i = 0; i < kChannels; ++i) file += QByteArray::number(next() & 255U) + '\t';
       file += QByteArray::number(static_cast<std::int16_t>(next())) + "\t\r\n";
@@ -212,12 +195,12 @@ TEST_F(BufferCommands, LoadingWhilePlaybackRuns) {
   ComposeExample();
   Connect();
   hands->Click("CWButtonEmuPC");
-  files.answer = Make("a", ExampleFile());
+  files.answer = Make("a", QByteArray::fromStdString(ExampleFile()));
   box.Expect("Load", "Data Loaded!", [this] {
     timer.Elapse();
     EXPECT_EQ(Selected(), 0);
   });
-  hands->Find<QAction>("LoadBuffer").trigger();
+  Trigger("LoadBuffer");
   timer.Elapse();
   EXPECT_EQ(Selected(), 1);
   EXPECT_EQ(timer.Interval(), 1000);
@@ -226,7 +209,7 @@ TEST_F(BufferCommands, LoadingWhilePlaybackRuns) {
     EXPECT_EQ(hands->Read("CWButtonEmuPC"), "Off");
   });
   files.answer = Path("none");
-  hands->Find<QAction>("LoadBuffer").trigger();
+  Trigger("LoadBuffer");
   EXPECT_FALSE(timer.Enabled());
   EXPECT_TRUE(Enabled("CWButtonRealEmu"));
 }

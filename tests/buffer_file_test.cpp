@@ -1,5 +1,5 @@
 // Buffer files, byte by byte, and everything else that an operator may pick in the dialog.
-#include "files/buffer_file.h"
+#include "core/buffer_file.h"
 
 #include <gtest/gtest.h>
 
@@ -9,8 +9,12 @@
 #include <random>
 #include <sstream>
 
+#include "rig/sequences.h"
+
 namespace pelmora {
 namespace {
+
+using rig::ExampleFile;
 
 std::string Repeat(const std::string& text, int times) {
   std::string all;
@@ -18,24 +22,15 @@ std::string Repeat(const std::string& text, int times) {
   return all;
 }
 
-std::string Sequences(int first, int last, const std::string& end) {
+std::string Titles(int first, int last, const std::string& end) {
   std::string lines;
   for (int s = first; s <= last; ++s) lines += "Sequence " + std::to_string(s) + end;
   return lines;
 }
 
-std::string ExampleFile(const std::string& end = "\r\n") {
-  return "Index" + end + " 2 " + end + Repeat(" 0 " + end, 2) + " 1 " + end +
-         Repeat(" 0 " + end, 12) + "Sequence 0" + end +  //
-         Repeat("128\t", 12) + "100\t" + end +           //
-         "255\t" + Repeat("128\t", 11) + "1000\t" + end + Sequences(1, 3, end) + Repeat("0\t", 12) +
-         "5120\t" + end + Sequences(4, 15, end);
-}
-
 // A file of one step, which stands on line 19.
 std::string OneStep(const std::string& step_line) {
-  return "Index\n1\n" + Repeat("0\n", 15) + "Sequence 0\n" + step_line + "\n" +
-         Sequences(1, 15, "\n");
+  return "Index\n1\n" + Repeat("0\n", 15) + "Sequence 0\n" + step_line + "\n" + Titles(1, 15, "\n");
 }
 
 std::string With(std::string text, const std::string& old, const std::string& replacement) {
@@ -63,7 +58,7 @@ TEST(BufferFile, WorkedExampleBothWays) {
   EXPECT_EQ(data->SeqTable[3].Duration[0], 5120);
   EXPECT_EQ(FormatBufferFile(*data), ExampleFile());
   EXPECT_EQ(FormatBufferFile(Declaration{}),
-            "Index\r\n" + Repeat(" 0 \r\n", 16) + Sequences(0, 15, "\r\n"));
+            "Index\r\n" + Repeat(" 0 \r\n", 16) + Titles(0, 15, "\r\n"));
 }
 
 TEST(BufferFile, FullTablesComeBackInEveryLocale) {
@@ -144,7 +139,7 @@ TEST(BufferFile, LinesOfAFile) {
   for (const int steps : {256, 257, 300}) {
     const std::string full = "Index\n" + std::to_string(steps) + "\n" + Repeat("0\n", 15) +
                              "Sequence 0\n" + Repeat(Repeat("0\t", 12) + "20\n", steps) +
-                             Sequences(1, 15, "\n");
+                             Titles(1, 15, "\n");
     EXPECT_EQ(Parses(full), steps == 256) << steps;
   }
 }

@@ -86,7 +86,7 @@ class StepList : public WindowTest {
   // Every line's number, as its first angle says.
   QString Order() const {
     QString order;
-    for (const QString& angle : FirstAngles()) order += angle.section(' ', 0, 0);
+    for (const QString& line : Lines()) order += line.section(' ', 0, 0);
     return order;
   }
   void ExpectRowsMatchLines() const {
@@ -286,9 +286,7 @@ class CommaLocale : public WindowTest {
 
 TEST_F(CommaLocale, FieldsLinesAndReadingBackUseTheComma) {
   const Locale german;
-  form = std::make_unique<Form1>(Surroundings{events, box, files, timer, ports});
-  hands = std::make_unique<demo::Operator>(*form);
-  form->show();
+  Restart();
   AddStep(0, 129, 12340);
   EXPECT_EQ(hands->Read("Text1_12"), "0,5 °");
   EXPECT_EQ(hands->Read("CWNumEditTimeStep"), "12340 ms");

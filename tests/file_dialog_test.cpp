@@ -20,13 +20,7 @@ class FileDialog : public WindowTest {
  protected:
   FileDialog() {
     QDir(folder_.path()).mkdir("sub");
-    form = std::make_unique<Form1>(Surroundings{events, box, dialog_, timer, ports});
-    hands = std::make_unique<demo::Operator>(*form);
-    form->show();
-  }
-  ~FileDialog() override {
-    hands.reset();
-    form.reset();
+    Restart({.file_dialogs = true});
   }
 
   QFileDialog* Open() const { return form->findChild<QFileDialog*>("FileDialog"); }
@@ -60,7 +54,6 @@ class FileDialog : public WindowTest {
   }
 
   QTemporaryDir folder_;
-  platform::ModalFileDialog dialog_{events};
 };
 
 TEST_F(FileDialog, SaveProposesANameAndCompletesIt) {

@@ -61,7 +61,7 @@ std::array<std::uint8_t, 66> AllOnes() {
 }
 
 // The program holds 600 bytes of steps, less the 12 that are no whole step: two blocks and a rest.
-FlashSequences Loaded() {
+Sequences Loaded() {
   return RandomSequences(20, 42);
 }
 
@@ -100,10 +100,6 @@ class FaultTest : public FlashTest {
         form->close();
         return;
     }
-  }
-
-  void FillFlash(const FlashSequences& sequences) {
-    board.SetFlash(HeaderOf(sequences), StepDataOf(sequences));
   }
 
   void ExpectAllOperationsToWork() {
@@ -358,7 +354,7 @@ TEST_P(CorruptedHeader, StallsUntilTheWaitIsCut) {
       stalled = true;
       hands->When([this] { return hands->Read("Echo") == "Error!"; },
                   [this] {
-                    EXPECT_TRUE(Data().ReadMode);
+                    EXPECT_TRUE(Reading());
                     Do(GetParam(), kReadingErrorText);
                   });
     });
@@ -395,8 +391,8 @@ TEST_F(FlashData, StepCountsBeyondTheTableAreCutHoweverTheReadFails) {
 // The longest duration that a step can have is 1638 ticks.
 TEST_F(FlashData, ADurationTooLongEndsTheDecodingThere) {
   Connect();
-  FlashSequences sequences = RandomSequences(21, 50);
-  const std::vector<FlashStep> before = sequences[4];
+  Sequences sequences = RandomSequences(21, 50);
+  const std::vector<Step> before = sequences[4];
   sequences[5] = {{{1, 2, 3}, 1638}, {{4, 5, 6}, 1639}, {{7, 8, 9}, 5}};
   FillFlash(sequences);
   ExpectMessage(kReadingErrorText);
@@ -404,13 +400,13 @@ TEST_F(FlashData, ADurationTooLongEndsTheDecodingThere) {
   EXPECT_EQ(Table()[4], before);
   EXPECT_EQ(Table()[5][0], sequences[5][0]);
   EXPECT_EQ(Table()[5][1].ticks, 0);
-  EXPECT_EQ(Table()[5][2], (FlashStep{{}, 0}));
+  EXPECT_EQ(Table()[5][2], (Step{{}, 0}));
   EXPECT_TRUE(Lines().isEmpty());
 }
 
 TEST_F(FlashData, RowsThatDidNotComeAreThoseOfTheImageBefore) {
   Connect();
-  const FlashSequences former = RandomSequences(22, 10);
+  const Sequences former = RandomSequences(22, 10);
   FillFlash(former);
   ExpectMessage(kReadText);
   Read();
@@ -427,44 +423,39 @@ TEST_F(FlashData, RowsThatDidNotComeAreThoseOfTheImageBefore) {
   EXPECT_TRUE(std::ranges::equal(Table()[3][0].positions, std::span(old).subspan(4 * 14, 12)));
 }
 
-// The operator ends the program while a message of an operation is open.
-class EndsInAMessage : public FaultTest {};
+struct Ending {
+  const char* name;
+  Operation operation;
+  Faults faults;
+  const char* message;
+};
 
-TEST_F(EndsInAMessage, NothingMoreIsSentOrSaid) {
-  struct Case {
-    Operation operation;
-    Faults faults;
-    const char* message;
-    std::size_t sent;
-  };
-  const Case cases[] = {
-      {kErase, {}, kErasedText, 1},
-      {kProgram, {}, kErasedText, 1},
-      {kRead, {}, kReadText, 1},
-      {kRead, {.lying_header = AllOnes()}, kCorruptedText, 1},
-      {kRead, {.lying_header = Lie({{1, 0}})}, kNothingText, 1},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.message);
-    platform::Events fresh;
-    ScriptedMessageBox scripted(fresh);
-    form = std::make_unique<Form1>(Surroundings{fresh, scripted, files, timer, ports});
-    hands = std::make_unique<demo::Operator>(*form);
-    form->show();
-    Trigger("FreshProg");
-    FillFlash(ExampleSequences());
-    board.SetFaults(c.faults);
-    Connect();
-    scripted.Expect("Program", c.message, [this] { Trigger("Quit"); });
-    Start(c.operation);
-    EXPECT_TRUE(fresh.Ending());
-    EXPECT_EQ(scripted.Outstanding(), 0U);
-    EXPECT_EQ(Sent(c.sent + 1).size(), c.sent + 1);
-    ExpectAtRest();
-    hands.reset();
-    form.reset();
-  }
+void PrintTo(const Ending& ending, std::ostream* out) {
+  *out << ending.name;
 }
+
+// The operator ends the program while a message of an operation is open.
+class EndsInAMessage : public FaultTest, public testing::WithParamInterface<Ending> {};
+
+TEST_P(EndsInAMessage, NothingMoreIsSentOrSaid) {
+  FillFlash(ExampleSequences());
+  board.SetFaults(GetParam().faults);
+  Connect();
+  ExpectMessage(GetParam().message, [this] { Trigger("Quit"); });
+  Start(GetParam().operation);
+  EXPECT_TRUE(events.Ending());
+  EXPECT_EQ(Sent(2).size(), 2U);
+  ExpectAtRest();
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , EndsInAMessage,
+    testing::Values(Ending{"erased", kErase, {}, kErasedText},
+                    Ending{"erased_to_program", kProgram, {}, kErasedText},
+                    Ending{"read", kRead, {}, kReadText},
+                    Ending{"corrupted", kRead, {.lying_header = AllOnes()}, kCorruptedText},
+                    Ending{"nothing", kRead, Lies({{1, 0}}), kNothingText}),
+    [](const auto& test) { return std::string(test.param.name); });
 
 }  // namespace
 }  // namespace pelmora

@@ -1,10 +1,8 @@
 // Erasing, programming and reading back with a sound board: the bytes on the line, the waits and
 // what the window shows in them, and what the operator may do meanwhile.
-#include <time.h>
-
-#include <QProgressBar>
 #include <QtTest/QTest>
 
+#include "rig/processor_time.h"
 #include "tests/flash_fixture.h"
 
 namespace pelmora {
@@ -13,7 +11,7 @@ namespace {
 using simboard::Faults;
 
 // 128 steps: seven whole blocks, the last one acknowledged like the others.
-FlashSequences SevenBlocks() {
+Sequences SevenBlocks() {
   return RandomSequences(7, 128);
 }
 
@@ -31,13 +29,7 @@ TEST_F(Flash, WithoutAPortOnlyTheReadClears) {
 }
 
 TEST_F(Flash, ExampleGoesOverTheLineAndComesBack) {
-  const Bytes image =
-      Hex("00 2A  00 02 00 00  00 00 00 00  00 00 00 00  00 01 00 1C "
-          "00 00 00 00  00 00 00 00  00 00 00 00  00 00 00 00  00 00 00 00  00 00 00 00 "
-          "00 00 00 00  00 00 00 00  00 00 00 00  00 00 00 00  00 00 00 00  00 00 00 00 "
-          "80 80 80 80 80 80 80 80 80 80 80 80  00 05 "
-          "FF 80 80 80 80 80 80 80 80 80 80 80  00 32 "
-          "00 00 00 00 00 00 00 00 00 00 00 00  01 00");
+  const Bytes image = ExampleImage();
   Load(ExampleSequences());
   Connect();
   board.Send({77});
@@ -59,6 +51,7 @@ TEST_F(Flash, ExampleGoesOverTheLineAndComesBack) {
   EXPECT_EQ(Lines().size(), 2);
   EXPECT_TRUE(Lines()[1].startsWith("63.5 °\t0 °\t")) << Lines()[1].toStdString();
   EXPECT_EQ(hands->Read("LabelSeq"), "Sequence N° 0");
+  EXPECT_EQ(hands->Read("LabelStep"), "Step N° ...");
   EXPECT_EQ(Data().TotalBytes, 42);
   ExpectAtRest();
 }
@@ -71,7 +64,7 @@ TEST_F(Flash, SixteenSequencesSurviveAPowerCycle) {
   Connect();
   for (const auto& [seed, steps] : kCases) {
     SCOPED_TRACE(seed);
-    const FlashSequences sequences = RandomSequences(seed, steps);
+    const Sequences sequences = RandomSequences(seed, steps);
     Load(sequences);
     ExpectMessage(kErasedText);
     ExpectMessage(kProgrammedText);
@@ -99,8 +92,8 @@ TEST_F(Flash, AnEmptyTableIsAHeaderOfZeros) {
 }
 
 TEST_F(Flash, AnImageThatTheHeaderCannotHoldIsRefusedBeforeTheErase) {
-  const FlashSequences kept = RandomSequences(8, 3);
-  board.SetFlash(HeaderOf(kept), StepDataOf(kept));
+  const Sequences kept = RandomSequences(8, 3);
+  FillFlash(kept);
   Connect();
   for (const int steps : {2340, 2341}) {
     const QString warning = "Out of memory: too many steps. Max # of bytes is 24064!";
@@ -124,7 +117,7 @@ TEST_F(Flash, OnlyTheAcknowledgementEndsAWait) {
                   hands->Click("Echo");
                   board.Send({byte});
                   EXPECT_TRUE(hands->WaitUntil([this] { return hands->Read("Echo") == "Error!"; }));
-                  EXPECT_FALSE(Data().AckReceived);
+                  EXPECT_FALSE(Acknowledged());
                 }
                 board.Send({255});
               });
@@ -134,7 +127,7 @@ TEST_F(Flash, OnlyTheAcknowledgementEndsAWait) {
 }
 
 TEST_F(Flash, AReadThatOverflowsEndsByItselfOnceTheCapacityHasCome) {
-  const FlashSequences sequences = RandomSequences(13, 1718);
+  const Sequences sequences = RandomSequences(13, 1718);
   Bytes header = HeaderOf(sequences);
   board.SetFlash(header, StepDataOf(sequences));
   Connect();
@@ -152,7 +145,7 @@ TEST_F(Flash, AReadThatOverflowsEndsByItselfOnceTheCapacityHasCome) {
 
 // What stands on the line and in the window in each wait, with acknowledgements given by hand.
 TEST_F(Flash, ProgrammingWaitsForEveryWholeBlock) {
-  const FlashSequences sequences = SevenBlocks();
+  const Sequences sequences = SevenBlocks();
   Load(sequences);
   Connect();
   board.SetFaults({.silent = true});
@@ -162,8 +155,8 @@ TEST_F(Flash, ProgrammingWaitsForEveryWholeBlock) {
                 [&] {
                   waits.append(QString("%1 %2%3 %4 %5 %6")
                                    .arg(board.Log().size())
-                                   .arg(Data().EraseMode ? "E" : "")
-                                   .arg(Data().ProgramMode ? "P" : "")
+                                   .arg(Erasing() ? "E" : "")
+                                   .arg(Programming() ? "P" : "")
                                    .arg(Enabled("Command1") ? "abort" : "-")
                                    .arg(BarShown() ? "bar" : "-")
                                    .arg(Bar()));
@@ -187,10 +180,8 @@ TEST_F(Flash, ProgrammingWaitsForEveryWholeBlock) {
 TEST_F(Flash, TheBarMovesAHundredTimesInAFullTransfer) {
   Load(RandomSequences(10, 1718));
   Connect();
-  auto& bar = hands->Find<QProgressBar>("ProgressBarFlash");
   std::vector<int> values;
-  QObject::connect(&bar, &QProgressBar::valueChanged, form.get(),
-                   [&](int value) { values.push_back(value); });
+  WatchBar([&](int value) { values.push_back(value); });
   ExpectMessage(kErasedText);
   ExpectMessage(kProgrammedText);
   Program();
@@ -208,22 +199,17 @@ TEST_F(Flash, TheBarMovesAHundredTimesInAFullTransfer) {
 TEST_F(Flash, ASilentBoardCostsNoProcessorTime) {
   Connect();
   board.SetFaults({.silent = true});
-  const auto used = [] {
-    timespec time{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) * 1000 + static_cast<double>(time.tv_nsec) / 1e6;
-  };
   double before = 0;
   QElapsedTimer clock;
   hands->When([this] { return BytesSent(1); },
               [&] {
-                before = used();
+                before = ProcessorMilliseconds();
                 clock.start();
               });
   hands->When([&] { return clock.isValid() && clock.elapsed() >= 400; },
               [&] {
                 // The operator's own looking every 3 ms is in it.
-                EXPECT_LT(used() - before, 100.0);
+                EXPECT_LT(ProcessorMilliseconds() - before, 100.0);
                 Abort();
               });
   ExpectMessage(kReadingErrorText);
@@ -242,7 +228,7 @@ class InsideAWait : public FlashTest {
 };
 
 TEST_F(InsideAWait, EditingChangesNothingOfWhatIsSent) {
-  const FlashSequences sequences = SevenBlocks();
+  const Sequences sequences = SevenBlocks();
   Connect();
   for (const auto& [acks, sent] : {std::pair{1, 68U}, {2, 68U + 256U}}) {
     SCOPED_TRACE(acks);
@@ -269,13 +255,14 @@ TEST_F(InsideAWait, AnAbortEndsTheInnerOperationOnly) {
   Load(ExampleSequences());
   Connect();
   ProgramUntil(1, 68, [this] {
-    hands->When([this] { return BytesSent(69) && Data().EraseMode; }, [this] { Abort(); });
+    hands->When([this] { return BytesSent(69) && Erasing(); }, [this] { Abort(); });
     ExpectMessage(kAbortText);
     Erase();
-    EXPECT_FALSE(Data().EraseMode);
-    EXPECT_TRUE(Data().ProgramMode);
+    EXPECT_FALSE(Erasing());
+    EXPECT_TRUE(Programming());
     EXPECT_FALSE(Enabled("Command1"));
     ExpectMessage(kProgrammedText);
+    ExpectMessage(kDisturbedText);
     board.Send({255});
   });
   Program();
@@ -285,8 +272,8 @@ TEST_F(InsideAWait, AnAbortEndsTheInnerOperationOnly) {
 }
 
 TEST_F(InsideAWait, AReadInsideAReadServesBoth) {
-  const FlashSequences sequences = RandomSequences(11, 40);
-  board.SetFlash(HeaderOf(sequences), StepDataOf(sequences));
+  const Sequences sequences = RandomSequences(11, 40);
+  FillFlash(sequences);
   Connect();
   board.SetFaults({.cut_reply_at = 40});
   hands->When(
@@ -299,7 +286,7 @@ TEST_F(InsideAWait, AReadInsideAReadServesBoth) {
         board.SetFaults({});
         ExpectMessage(kReadText);
         Read();
-        EXPECT_FALSE(Data().ReadMode);
+        EXPECT_FALSE(Reading());
         ExpectMessage(kReadText);
       });
   Read();
@@ -358,8 +345,8 @@ TEST_F(InsideAWait, EchoDecidesWhatAnAbortedReadKeeps) {
 }
 
 TEST_F(InsideAWait, AClickIntoEchoLosesStepData) {
-  const FlashSequences sequences = RandomSequences(12, 100);
-  board.SetFlash(HeaderOf(sequences), StepDataOf(sequences));
+  const Sequences sequences = RandomSequences(12, 100);
+  FillFlash(sequences);
   Connect();
   board.SetFaults({.cut_reply_at = 66 + 700});
   hands->When([this] { return Bar() == 700; },

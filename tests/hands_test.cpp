@@ -248,14 +248,8 @@ TEST_F(Hands, InterpolationDialogByKeyboard) {
 class HandsOnMessages : public Hands {
  protected:
   HandsOnMessages() {
-    form = std::make_unique<Form1>(Surroundings{events, real_, files, timer, ports});
-    hands = std::make_unique<demo::Operator>(*form);
-    form->show();
+    Restart({.message_boxes = true});
     EXPECT_TRUE(Activate(*form));
-  }
-  ~HandsOnMessages() override {
-    hands.reset();
-    form.reset();
   }
   // Does `work` in the message box that opens next.
   void InBox(std::function<void(QMessageBox&)> work) {
@@ -266,9 +260,6 @@ class HandsOnMessages : public Hands {
                   work(*message);
                 });
   }
-
- private:
-  platform::ModalMessageBox real_{events};
 };
 
 TEST_F(HandsOnMessages, CtrlQEndsTheProgram) {

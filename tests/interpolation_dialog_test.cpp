@@ -307,10 +307,8 @@ TEST_F(Interpolate, PlaybackThatMovesTheSelectionIsTakenIntoAccount) {
 
 TEST_F(Interpolate, WritesAnglesWithTheLocalesComma) {
   QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
-  form = std::make_unique<Form1>(Surroundings{events, box, files, timer, ports});
+  Restart();
   QLocale::setDefault(QLocale::c());
-  hands = std::make_unique<demo::Operator>(*form);
-  form->show();
   Compose("129/100 149/100");
   Open(0);
   Ask(kNext, 4);

@@ -72,12 +72,7 @@ TEST_F(Port, LostWhileOpenIsSaidOnceAndNothingComposedIsLost) {
   hands->Click("CWButtonMainOnOff");
   ExpectSent({1});
   bool told = false;
-  const QString device = QString::fromStdString(board.DevicePath());
-  box.Expect("Program",
-             "The connection on Comm1 (" + device +
-                 ") is lost: the adapter was pulled or the line hung up.\n\nYour "
-                 "sequences are untouched. Choose a port to connect again.",
-             [&] { told = true; });
+  ExpectLoss([&] { told = true; });
   board.Unplug();
   EXPECT_TRUE(hands->WaitUntil([&] { return told; }));
   QTest::qWait(50);
@@ -110,9 +105,20 @@ TEST_F(Live, SliderSendsCodeAndPositionOfItsChannel) {
 
 TEST_F(Live, BytesLeaveInsideTheHandler) {
   Connect();
-  hands->Find<platform::CWSlide>("CWSlide1_3").SetValue(5);
+  SetSlider(3, 5);
   // No event is processed between the assignment and this look at the other end.
   EXPECT_TRUE(board.WaitForBytes(2, std::chrono::milliseconds(1000)));
+}
+
+TEST_F(Live, KeysMoveASliderByOneAndByTen) {
+  Connect();
+  auto& slider = hands->Find<QWidget>("CWSlide1_0");
+  slider.setFocus();
+  QTest::keyClick(&slider, Qt::Key_PageUp);
+  QTest::keyClick(&slider, Qt::Key_Down);
+  ExpectSent({8, 138, 8, 137});
+  EXPECT_EQ(hands->Read("Text1_0"), "9");
+  EXPECT_EQ(hands->Read("Text1_12"), Local("4.5 °"));
 }
 
 TEST_F(Live, ADragSendsOnePairForEachReportedValue) {
@@ -130,7 +136,7 @@ TEST_F(Live, ADragSendsOnePairForEachReportedValue) {
 TEST_F(Live, ShowingAStepSendsOnlyTheChannelsThatChange) {
   AddStep(2, 128, 100);
   AddStep(9, 10, 200);
-  hands->Find<platform::CWSlide>("CWSlide1_2").SetValue(250);
+  SetSlider(2, 250);
   hands->Click("CommandAdd");
   Connect();
   hands->Click("CommandUp");

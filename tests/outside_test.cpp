@@ -15,21 +15,21 @@
 #include <QThread>
 #include <optional>
 #include <string_view>
-#include <vector>
 
 #include "board/simulated_board.h"
+#include "rig/bytes.h"
 #include "ui/inventory.h"
 
 namespace pelmora {
 namespace {
 
-using Bytes = std::vector<std::uint8_t>;
+using rig::Bytes;
 
 constexpr int kStartLimit = 20000;  // ms
 constexpr int kEndLimit = 5000;
 
 // Height of a line in the step list at the program's font.
-constexpr int kLineHeight = 18;
+constexpr int kLineHeight = 19;
 
 class Outside : public testing::Test {
  protected:

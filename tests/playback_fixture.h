@@ -2,7 +2,6 @@
 // test drives.
 #pragma once
 
-#include <QAction>
 #include <vector>
 
 #include "tests/window_fixture.h"
@@ -13,16 +12,6 @@ inline constexpr char kEmuPC[] = "CWButtonEmuPC";
 inline constexpr char kRealEmu[] = "CWButtonRealEmu";
 
 class Playback : public WindowTest {
- public:
-  using WindowTest::board;
-  using WindowTest::box;
-  using WindowTest::Data;
-  using WindowTest::hands;
-  using WindowTest::Select;
-  using WindowTest::timer;
-
-  void Trigger(const QString& menu_item) { hands->Find<QAction>(menu_item).trigger(); }
-
  protected:
   // Channel 0 of step `step` of a composed sequence.
   static std::uint8_t Position(int step) { return static_cast<std::uint8_t>(100 + step); }

@@ -117,10 +117,7 @@ TEST_F(Playback, WithoutAPortNothingChanges) {
 }
 
 TEST_F(Playback, TheSystemTimersTicksComeWithTheStepsDurations) {
-  platform::SystemHiTimer real;
-  form = std::make_unique<Form1>(Surroundings{events, box, files, real, ports});
-  hands = std::make_unique<demo::Operator>(*form);
-  form->show();
+  Restart({.timer = true});
   Compose({100, 200, 60});
   using Clock = std::chrono::steady_clock;
   const auto before = Clock::now();
@@ -142,8 +139,6 @@ TEST_F(Playback, TheSystemTimersTicksComeWithTheStepsDurations) {
   const std::size_t played = board.Received().size();
   QTest::qWait(50);
   EXPECT_EQ(board.Received().size(), played);
-  hands.reset();
-  form.reset();
 }
 
 class BoardPlays : public Playback {};
@@ -168,8 +163,10 @@ TEST_F(BoardPlays, TheCurrentSequence) {
 TEST_F(BoardPlays, OnWhileTheOperatorWorks) {
   hands->ChooseMenu("Emu");
   Connect();
+  board.SetFlash(HeaderOf(ExampleSequences()), StepDataOf(ExampleSequences()));
   hands->Click(kRealEmu);
   ExpectSent({3, 0});
+  EXPECT_EQ(board.Snapshot().playing_sequence, 0);
   hands->Click("CommandMoreSeq");
   hands->ChooseMenu("Emu");  // hides the panel
   ExpectSent({});
@@ -291,11 +288,7 @@ void DuringFlash(Playback& test, const char* button, const std::vector<const cha
   test.board.SetFaults(slow);
   std::size_t waits = 0;
   for (std::size_t left = messages.size(); left > 0; --left) {
-    const auto waiting = [&test, left] {
-      const Declaration& data = test.Data();
-      const bool flash = data.EraseMode || data.ProgramMode || data.ReadMode;
-      return flash && test.box.Outstanding() == left;
-    };
+    const auto waiting = [&test, left] { return test.Waiting() && test.box.Outstanding() == left; };
     test.hands->When(waiting, [&test, &waits] {
       test.timer.Elapse();
       test.timer.Elapse();
@@ -343,6 +336,7 @@ TEST_P(Disturbed, GoesOnOrStopsAndLeavesNothingLocked) {
   ExpectTick(1);
   GetParam().happen(*this);
   for (int tick = 0; tick < 5; ++tick) {
+    LetLineRest();
     timer.Elapse();
     if (!timer.Enabled()) continue;
     EXPECT_TRUE(On(kEmuPC));

@@ -12,13 +12,15 @@
 
 #include "board/outbox.h"
 #include "board/simulated_board.h"
+#include "rig/processor_time.h"
+#include "rig/sequences.h"
 
 using namespace std::chrono_literals;
 
 namespace simboard {
 namespace {
 
-using Bytes = std::vector<std::uint8_t>;
+using namespace rig;
 using Clock = std::chrono::steady_clock;
 
 // The PC's end of the line.
@@ -64,19 +66,6 @@ class Pc {
   int fd_;
 };
 
-Bytes Counting(std::size_t size) {
-  Bytes bytes(size);
-  for (std::size_t i = 0; i < size; ++i) bytes[i] = static_cast<std::uint8_t>(i % 253);
-  return bytes;
-}
-
-Bytes ReplyHeader(std::size_t bytes) {
-  Bytes header(66, 0);
-  header[0] = static_cast<std::uint8_t>(bytes / 256);
-  header[1] = static_cast<std::uint8_t>(bytes % 256);
-  return header;
-}
-
 double MillisecondsSince(Clock::time_point start) {
   return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
 }
@@ -88,10 +77,10 @@ TEST(PtyLine, EchoesNothingAndTranslatesNothing) {
   Pc pc(board);
   Bytes all(256);
   for (std::size_t i = 0; i < 256; ++i) all[i] = static_cast<std::uint8_t>(i);
-  board.SetFlash(ReplyHeader(256), all);
+  board.SetFlash(HeaderFor(256), all);
   pc.Write({6});
   EXPECT_EQ(pc.ReadAll(), [&] {
-    Bytes reply = ReplyHeader(256);
+    Bytes reply = HeaderFor(256);
     reply.insert(reply.end(), all.begin(), all.end());
     return reply;
   }());
@@ -109,7 +98,7 @@ TEST(PtyLine, ProgramsAndReadsAFullFlash) {
   Pc pc(board);
   const Bytes data = Counting(24064);
   pc.Write({2});
-  pc.Write(ReplyHeader(data.size()));
+  pc.Write(HeaderFor(data.size()));
   ASSERT_EQ(pc.Read(1), Bytes{255});
   for (auto block = data.begin(); block != data.end(); block += 256) {
     pc.Write(Bytes(block, block + 256));
@@ -176,12 +165,43 @@ TEST(PtyLine, KeepsThePaceOf9600BaudInBothDirectionsAtOnce) {
   }
 }
 
+// The system's own buffers hold up to 21 KB for a terminal that nobody reads.
+TEST(PtyLine, SlowLineLeavesInTheTerminalWhatItHasNotCarriedYet) {
+  SimulatedBoard board(Pace::k9600);
+  const int line = open(board.DevicePath().c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK);
+  ASSERT_GE(line, 0);
+  const Bytes block(2000, 0x55);
+  constexpr std::size_t kBuffers = 24'000;
+  std::size_t accepted = 0;
+  const auto start = Clock::now();
+  const double before = ProcessorMilliseconds();
+  while (MillisecondsSince(start) < 500) {
+    const ssize_t count = write(line, block.data(), block.size());
+    if (count > 0) accepted += static_cast<std::size_t>(count);
+    std::this_thread::sleep_for(10ms);
+  }
+  EXPECT_LT(ProcessorMilliseconds() - before, 100) << "a line that is busy costs little";
+  const std::vector<LoggedByte> log = board.Log();
+  const double elapsed = MillisecondsSince(start);
+  EXPECT_GE(accepted, 2 * block.size());
+  EXPECT_LT(accepted, kBuffers + log.size());
+  EXPECT_LE(static_cast<double>(log.size()), elapsed / kByteMilliseconds);
+  EXPECT_GE(static_cast<double>(log.size()), 0.5 * 500 / kByteMilliseconds);
+  // Each byte bears the time at which it has arrived, whenever the board came to look at it.
+  ASSERT_GE(log.size(), 100U);
+  for (std::size_t i = 1; i < 100; ++i) {
+    EXPECT_GE(log[i].when - log[i - 1].when, 1145us) << "byte " << i;
+  }
+  EXPECT_GE(log.front().when - start, 1145us);
+  close(line);
+}
+
 TEST(PtyLine, SlowLineDoesNotDriftOverAcknowledgedBlocks) {
   SimulatedBoard board(Pace::k9600);
   Pc pc(board);
   const auto start = Clock::now();
   pc.Write({2});
-  pc.Write(ReplyHeader(1024));
+  pc.Write(HeaderFor(1024));
   ASSERT_EQ(pc.Read(1), Bytes{255});
   for (int block = 0; block < 4; ++block) {
     pc.Write(Bytes(256, 1));
@@ -196,7 +216,7 @@ TEST(PtyLine, FaultsDistortTheReplies) {
   std::array<std::uint8_t, 66> lie{};
   lie.fill(255);
   const Bytes honest = [] {
-    Bytes reply = ReplyHeader(4);
+    Bytes reply = HeaderFor(4);
     reply.insert(reply.end(), {1, 2, 3, 4});
     return reply;
   }();
@@ -251,7 +271,7 @@ TEST(PtyLine, LateAcknowledgementCostsTheBoardNoProgram) {
   board.SetFaults({.reply_delay = 1200ms});
   const auto start = Clock::now();
   pc.Write({2});
-  pc.Write(ReplyHeader(3));
+  pc.Write(HeaderFor(3));
   ASSERT_EQ(pc.Read(1), Bytes{255});
   EXPECT_GE(MillisecondsSince(start), 1200);
   pc.Write({1, 2, 3});
@@ -262,7 +282,7 @@ TEST(PtyLine, LateAcknowledgementCostsTheBoardNoProgram) {
 TEST(PtyLine, FallsSilentInTheMiddleOfAReply) {
   SimulatedBoard board(Pace::k9600);
   Pc pc(board);
-  board.SetFlash(ReplyHeader(2000), Bytes(2000, 1));
+  board.SetFlash(HeaderFor(2000), Bytes(2000, 1));
   pc.Write({6});
   ASSERT_EQ(pc.Read(100).size(), 100u);
   EXPECT_EQ(board.Snapshot().activity.substr(0, 17), "sending its flash");
@@ -273,7 +293,7 @@ TEST(PtyLine, FallsSilentInTheMiddleOfAReply) {
 
 TEST(PtyLine, UnplugHangsUpAndReplugKeepsOnlyTheFlash) {
   SimulatedBoard board(Pace::kUnpaced);
-  board.SetFlash(ReplyHeader(3), {1, 2, 3});
+  board.SetFlash(HeaderFor(3), {1, 2, 3});
   {
     Pc pc(board);
     pc.Write({1, 8, 200});
@@ -297,7 +317,7 @@ TEST(PtyLine, PlaysAndReportsEveryLastChange) {
   SimulatedBoard board(Pace::kUnpaced);
   std::atomic<int> calls = 0;
   board.SetChanged([&calls] { ++calls; });
-  Bytes header = ReplyHeader(28);
+  Bytes header = HeaderFor(28);
   header[3] = 2;
   Bytes data(28, 10);
   data[12] = data[26] = 0;
@@ -332,13 +352,9 @@ TEST(PtyLine, IdleBoardCostsNothing) {
   // Nobody has the other end open, then somebody has and left again.
   { Pc pc(board); }
   std::this_thread::sleep_for(50ms);
-  timespec before{};
-  timespec after{};
-  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &before);
+  const double before = ProcessorMilliseconds();
   std::this_thread::sleep_for(1s);
-  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &after);
-  const double used = static_cast<double>(after.tv_sec - before.tv_sec) * 1000 +
-                      static_cast<double>(after.tv_nsec - before.tv_nsec) / 1e6;
+  const double used = ProcessorMilliseconds() - before;
   EXPECT_LT(used, 5) << "milliseconds of processor time in a second";
 }
 

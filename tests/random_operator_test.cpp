@@ -1,6 +1,5 @@
 // An operator who does anything at any time, with a board that misbehaves: after each action the
 // program must be in a state that makes sense. PELMORA_SEED and PELMORA_ACTIONS replay a run.
-#include <QAction>
 #include <QComboBox>
 #include <QDialog>
 #include <QElapsedTimer>
@@ -14,10 +13,6 @@
 #include <numeric>
 
 #include "core/step_line.h"
-#include "link/board_protocol.h"
-#include "platform/cw_slide.h"
-#include "platform/list_box.h"
-#include "platform/push_button.h"
 #include "tests/window_fixture.h"
 
 namespace pelmora {
@@ -29,19 +24,10 @@ constexpr int kGlance = 20;     // ms between his looks at what is going on
 constexpr int kPatience = 120;  // ms that the operator lets an operation wait
 constexpr int kLongPatience = 800;
 
-// Closes every message at once.
-class AnyMessage : public platform::MessageBox {
- public:
-  void Show(const QString& text, const QString&) override { last = text; }
-  QString last;
-};
-
 class RandomOperator : public WindowTest {
  protected:
   RandomOperator() {
-    form = std::make_unique<Form1>(Surroundings{events, any_message_, files, timer, ports});
-    hands = std::make_unique<demo::Operator>(*form);
-    form->show();
+    box.ExpectAnything();
     LosePatience();
   }
 
@@ -66,7 +52,7 @@ class RandomOperator : public WindowTest {
     switch (Random(16)) {
       case 0: {
         const int channel = Random(12);
-        hands->Find<platform::CWSlide>(QString("CWSlide1_%1").arg(channel)).SetValue(Random(256));
+        SetSlider(channel, Random(256));
         return QString("slider %1").arg(channel);
       }
       case 1: {
@@ -109,7 +95,7 @@ class RandomOperator : public WindowTest {
         return "pulls the adapter, perhaps";
       case 9: {
         files.answer = Random(3) == 0 ? std::nullopt : std::optional(folder_.filePath("file"));
-        hands->Find<QAction>(Random(2) == 0 ? "SaveBuffer" : "LoadBuffer").trigger();
+        Trigger(Random(2) == 0 ? "SaveBuffer" : "LoadBuffer");
         return "saves or loads";
       }
       case 10: {
@@ -127,7 +113,7 @@ class RandomOperator : public WindowTest {
         if (Random(8) == 0) Press("CommandClearAll");
         return "clears all, perhaps";
       case 12:
-        hands->Find<QAction>(Random(2) == 0 ? "Resetting" : "FreshProg").trigger();
+        Trigger(Random(2) == 0 ? "Resetting" : "FreshProg");
         return "resets or toggles a panel";
       default: {
         const char* button = buttons[static_cast<std::size_t>(Random(buttons.size()))];
@@ -173,8 +159,6 @@ class RandomOperator : public WindowTest {
     }
     board.SetFaults(faults);
   }
-
-  bool Waiting() const { return Data().EraseMode || Data().ProgramMode || Data().ReadMode; }
 
   // Called now and then, also inside waits: does something else in between, and ends a wait that
   // takes too long.
@@ -227,7 +211,7 @@ class RandomOperator : public WindowTest {
     }
     ASSERT_FALSE(Waiting());
     ASSERT_FALSE(Enabled("Command1"));
-    ASSERT_TRUE(hands->Find<QWidget>("ProgressBarFlash").isHidden());
+    ASSERT_FALSE(BarShown());
     ASSERT_TRUE(Enabled("ListSequence"));
     const bool pc = hands->Read("CWButtonEmuPC") == "On";
     const bool real = hands->Read("CWButtonRealEmu") == "On";
@@ -241,7 +225,6 @@ class RandomOperator : public WindowTest {
     board.ClearLog();
   }
 
-  AnyMessage any_message_;
   QRandomGenerator random_{kSeed};
   QTemporaryDir folder_;
   QElapsedTimer waiting_;

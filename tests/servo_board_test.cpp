@@ -7,39 +7,16 @@
 #include <string>
 #include <vector>
 
+#include "rig/sequences.h"
+
 using namespace std::chrono_literals;
 
 namespace simboard {
 namespace {
 
-using Bytes = std::vector<std::uint8_t>;
+using namespace rig;
 
-Bytes operator+(Bytes left, const Bytes& right) {
-  left.insert(left.end(), right.begin(), right.end());
-  return left;
-}
-
-// Sequence 0: two steps, all at 128 for 100 ms, then channel 0 at 255 for 1000 ms. Sequence 3: one
-// step, all at 0 for 5120 ms.
-const Bytes kHeader = {0x00, 0x2A,                                   //
-                       0,    2,    0, 0,    0, 0, 0, 0, 0, 0, 0, 0,  // sequences 0, 1, 2
-                       0,    1,    0, 0x1C,                          // sequence 3
-                       0,    0,    0, 0,    0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,  //
-                       0,    0,    0, 0,    0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,  //
-                       0,    0,    0, 0,    0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0};
-const Bytes kData = {
-    0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0x00, 0x05,
-    0xFF, 0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0x00, 0x32,
-    0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x01, 0x00,
-};
-
-// A header that announces so many bytes of step data, for no sequence.
-Bytes HeaderFor(std::size_t bytes) {
-  Bytes header(66, 0);
-  header[0] = static_cast<std::uint8_t>(bytes / 256);
-  header[1] = static_cast<std::uint8_t>(bytes % 256);
-  return header;
-}
+const Bytes kImage = ExampleImage();
 
 class ServoBoardTest : public testing::Test {
  protected:
@@ -58,7 +35,7 @@ class ServoBoardTest : public testing::Test {
     board_.Tick(now_);
   }
 
-  void ProgramExample() { ASSERT_EQ(Feed(Bytes{2} + kHeader + kData), Bytes{255}); }
+  void ProgramExample() { ASSERT_EQ(Feed(Bytes{2} + kImage), Bytes{255}); }
 
   ServoBoard board_;
   ServoBoard::TimePoint now_{1000s};
@@ -66,9 +43,9 @@ class ServoBoardTest : public testing::Test {
 
 TEST_F(ServoBoardTest, ProgrammedImageReadsBackByteForByteUntilErased) {
   ProgramExample();
-  EXPECT_EQ(Feed({6}), kHeader + kData);
+  EXPECT_EQ(Feed({6}), kImage);
   board_.PowerCycle();
-  EXPECT_EQ(Feed({6}), kHeader + kData);
+  EXPECT_EQ(Feed({6}), kImage);
   EXPECT_EQ(Feed({7}), Bytes{255});
   EXPECT_EQ(Feed({6}), Bytes(66, 0));
 }
@@ -150,7 +127,7 @@ TEST_F(ServoBoardTest, PlaysStepsForTheirTimeOverAndOver) {
 }
 
 TEST_F(ServoBoardTest, StepOfNoTicksLastsOneTick) {
-  Feed(Bytes{2} + kHeader + kData);
+  Feed(Bytes{2} + kImage);
   StoredImage image = board_.Flash();
   image.data[13] = 0;
   board_.SetFlash(image);
@@ -224,7 +201,7 @@ TEST_F(ServoBoardTest, DamagedImagesPlayOnlyWhatTheyHold) {
                         {"everything 255", {255, 255, 255, 255}, 0}}) {
     SCOPED_TRACE(c.what);
     StoredImage image;
-    image.data = kData;
+    image.data.assign(kImage.begin() + 66, kImage.end());
     std::ranges::copy(c.counts, image.header.begin() + 2);
     board_.SetFlash(image);
     EXPECT_EQ(board_.Flash().Steps(0), c.steps);
@@ -240,7 +217,6 @@ TEST_F(ServoBoardTest, KeepsAJournalInWords) {
                                             "Ch0 to 255 (63.5°)", "Ch3 to 128 (0°)",
                                             "unknown byte 0x55"};
   EXPECT_EQ(board_.Journal().Lines(), expected);
-  EXPECT_EQ(board_.CommandsReceived(), 6u);
   for (int i = 0; i < 1000; ++i) Feed({6});
   EXPECT_EQ(board_.Journal().Lines().size(), CommandJournal::kKept);
 }

@@ -15,8 +15,8 @@ namespace {
 class SmallScreen : public WindowTest {
  protected:
   void ShowOn(const QRect& screen) {
-    form = std::make_unique<Form1>(Surroundings{events, box, files, timer, ports});
-    hands = std::make_unique<demo::Operator>(*form);
+    Restart();
+    form->hide();
     form->PlaceOn(screen);
     form->show();
     form->activateWindow();

@@ -127,7 +127,7 @@ TEST_F(Ending, SendsOneStopByteOnQuitAndTwoOnClosing) {
 TEST_F(Ending, ClosingSendsTwoStopBytesAndThenNothing) {
   Connect();
   form->close();
-  hands->Find<platform::CWSlide>("CWSlide1_0").SetValue(1);
+  SetSlider(0, 1);
   ExpectSent({0, 0});
 }
 

@@ -7,14 +7,13 @@
 #include <QLayout>
 #include <QLocale>
 #include <QMenuBar>
+#include <QShortcut>
 #include <QStyle>
 #include <algorithm>
 #include <span>
-#include <string>
 
-#include "core/declaration.h"
 #include "edit/dialog_interp.h"
-#include "edit/sequence_data.h"
+#include "edit/edited_sequence.h"
 #include "edit/sequence_navigation.h"
 #include "edit/step_fields.h"
 #include "edit/step_list.h"
@@ -22,10 +21,11 @@
 #include "flash/erase_flash.h"
 #include "flash/program_sequences.h"
 #include "flash/read_back.h"
-#include "link/board_protocol.h"
+#include "link/board_operation.h"
 #include "link/connected_switch.h"
 #include "link/debug_panel.h"
 #include "link/live_control.h"
+#include "link/receive_handler.h"
 #include "link/serial_port.h"
 #include "platform/ms_comm.h"
 #include "platform/scroll_view.h"
@@ -64,70 +64,54 @@ void Colour(QLabel& label, const QColor& colour) {
 
 }  // namespace
 
-// The shared data and the handlers that work on it, in the order in which they need each other.
+// The handlers, in the order in which they need each other.
 struct Form1::Handlers {
   Handlers(const Surroundings& around, const Controls& controls, QWidget& form)
       : comm(around.ports),
-        decimal_point(QLocale().decimalPoint().toStdString()),
-        list(*controls.ListSequence),
-        labels{controls.LabelSeq, controls.LabelSeqEmu, controls.LabelStep, controls.CommandOffset,
-               controls.LabelOffset},
-        editor{controls.CWSlide1, controls.Text1, controls.CWNumEditTimeStep, controls.LabelStep},
         serial_port(comm, *controls.ComboPort, around.message_box),
-        board(data, comm, around.events, around.message_box, *controls.Echo,
-              *controls.ProgressBarFlash),
+        link({comm, serial_port, around.events, around.message_box, *controls.Command1,
+              *controls.ProgressBarFlash, *controls.Echo}),
+        receive(comm, link),
         debug_panel(comm, *controls.Echo),
         main_on_off(*controls.CWButtonMainOnOff, serial_port),
         real_emu(*controls.CWButtonRealEmu, serial_port),
         emu_pc(*controls.CWButtonEmuPC, serial_port),
-        live_control(board, main_on_off, real_emu.Button(), emu_pc.Button()),
-        sequence_data(data, list, *controls.LabelByte, around.message_box, decimal_point),
-        step_fields(data, live_control, editor, list, decimal_point),
-        step_list(data, sequence_data, step_fields, list, labels, around.message_box),
-        navigation(data, sequence_data, list, labels),
-        interpolation(
-            {sequence_data, list, *labels.LabelStep, around.message_box, around.events},
-            {&form, controls.FrameBuffEdit, controls.FrameMan, controls.FramePCEmu, &list}),
-        flash_parts{data,
-                    comm,
-                    around.events,
-                    around.message_box,
-                    serial_port,
-                    board,
-                    *controls.Echo,
-                    *controls.ProgressBarFlash,
-                    *controls.Command1},
-        erase(flash_parts),
-        program(flash_parts, erase),
-        read(flash_parts, sequence_data, step_list, list, *labels.LabelSeq),
-        pc_emulator(data, step_list, list, around.timer, emu_pc, real_emu.Button()),
-        breakpoints(data, sequence_data, step_fields, list, pc_emulator),
-        board_playback(data, board, real_emu, emu_pc.Button()),
-        buffer_commands(data, sequence_data, step_list, list, *labels.LabelSeq, around.file_dialog,
-                        around.message_box) {}
+        live_control(serial_port, main_on_off, real_emu.Button(), emu_pc.Button()),
+        edited(
+            {*controls.ListSequence, *controls.LabelSeq, *controls.LabelSeqEmu, *controls.LabelStep,
+             *controls.LabelByte, *controls.CommandOffset, *controls.LabelOffset},
+            around.message_box, QLocale().decimalPoint().toStdString()),
+        step_fields(edited, live_control,
+                    {controls.CWSlide1, controls.Text1, controls.CWNumEditTimeStep}),
+        step_list(edited, step_fields, around.message_box),
+        navigation(edited),
+        interpolation({edited, around.message_box, around.events},
+                      {&form, controls.FrameBuffEdit, controls.FrameMan, controls.FramePCEmu,
+                       controls.ListSequence}),
+        erase(link),
+        program(link, erase, edited),
+        read(link, edited),
+        pc_emulator(edited, step_list, around.timer, emu_pc, real_emu.Button()),
+        breakpoints(edited, step_fields, pc_emulator),
+        board_playback(edited, serial_port, real_emu, emu_pc.Button()),
+        buffer_commands(edited, around.file_dialog, around.message_box) {}
 
-  Declaration data;
   platform::MSComm comm;
-  const std::string decimal_point;
-  ListBox& list;
-  const SequenceLabels labels;
-  const EditorControls editor;
-
   SerialPort serial_port;
-  BoardProtocol board;
+  BoardLink link;
+  ReceiveHandler receive;
   DebugPanel debug_panel;
   ConnectedSwitch main_on_off;
   ConnectedSwitch real_emu;
   ConnectedSwitch emu_pc;
   LiveControl live_control;
 
-  SequenceData sequence_data;
+  EditedSequence edited;
   StepFields step_fields;
   StepList step_list;
   SequenceNavigation navigation;
   Interpolation interpolation;
 
-  const FlashParts flash_parts;
   EraseFlash erase;
   ProgramSequences program;
   ReadBack read;
@@ -168,6 +152,7 @@ Form1::~Form1() {
     field->KeyPress = nullptr;
     field->LostFocus = nullptr;
   }
+  for (CWSlide* slide : controls_->CWSlide1) slide->MayChange = nullptr;
   surroundings_.timer.SetEnabled(false);
   surroundings_.timer.Timer = nullptr;
 }
@@ -178,14 +163,19 @@ void Form1::PlaceOn(const QRect& screen) {
   const QSize client = centralWidget()->size();
   if (client.width() > limit.width() || client.height() > limit.height()) {
     setCentralWidget(new platform::ScrollView(takeCentralWidget(), limit, this));
+    layout()->activate();
   }
   QRect place = QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, sizeHint(), screen);
   place.moveTop(std::max(place.top(), screen.top() + kTitleBar));
   setGeometry(place);
 }
 
-const Declaration& Form1::Data() const {
-  return handlers_->data;
+const EditedSequence& Form1::Edited() const {
+  return handlers_->edited;
+}
+
+const BoardLink& Form1::Link() const {
+  return handlers_->link;
 }
 
 // What the inventory does not say: colours, scales, columns, entries.
@@ -229,11 +219,12 @@ void Form1::DressControls() {
          angle->width() - 1, Qt::AlignHCenter});
   }
   const int right = columns.back().left + columns.back().width;
-  const platform::ListColumn mark = {right + 110, 70, Qt::AlignLeft};
+  const platform::ListColumn mark = {right + 110, 70, Qt::AlignLeft, true};
   columns.push_back({right + 10, 80, Qt::AlignRight});
   columns.push_back(mark);
   columns.push_back(mark);
   controls_->ListSequence->SetColumns(std::move(columns));
+  controls_->ListSequence->SetLineNumbers(true);
 }
 
 template <class Handler>
@@ -241,11 +232,24 @@ void Form1::OnClick(PushButton* button, Handler handler) {
   connect(button, &QPushButton::clicked, wiring_.get(), handler);
 }
 
+void Form1::PressByKey(const QKeySequence& keys, PushButton& button) {
+  auto* shortcut = new QShortcut(keys, &button);
+  shortcut->setAutoRepeat(false);
+  connect(shortcut, &QShortcut::activated, wiring_.get(), [&button] {
+    button.setFocus(Qt::ShortcutFocusReason);  // a text field commits its entry first
+    button.click();
+  });
+}
+
 void Form1::ConnectEditing() {
   Handlers& h = *handlers_;
   for (int i = 0; i < kChannels; ++i) {
     connect(controls_->CWSlide1[static_cast<std::size_t>(i)], &CWSlide::valueChanged, wiring_.get(),
             [&h, i](int value) { h.step_fields.CWSlide1_ValueChanged(i, value); });
+    // A pointer reports more positions than the line can carry.
+    controls_->CWSlide1[static_cast<std::size_t>(i)]->MayChange = [&h] {
+      return h.serial_port.TimeUntilReady().count() == 0;
+    };
   }
   for (int i = 0; i < 2 * kChannels; ++i) {
     TextField& field = *controls_->Text1[static_cast<std::size_t>(i)];
@@ -263,25 +267,29 @@ void Form1::ConnectEditing() {
   OnClick(controls_->CommandMoreSeq, [&h] { h.navigation.CommandMoreSeq_Click(); });
   OnClick(controls_->CommandLessSeq, [&h] { h.navigation.CommandLessSeq_Click(); });
   OnClick(controls_->CommandInterpolate, [&h] { h.interpolation.CommandInterpolate_Click(); });
-  connect(&h.list, &ListBox::MouseDown, wiring_.get(),
+  connect(controls_->ListSequence, &ListBox::MouseDown, wiring_.get(),
           [&h](int line) { h.step_list.ListSequence_MouseDown(line); });
-  connect(&h.list, &ListBox::MouseUp, wiring_.get(),
+  connect(controls_->ListSequence, &ListBox::MouseUp, wiring_.get(),
           [&h](int line) { h.step_list.ListSequence_MouseUp(line); });
-  connect(&h.list, &ListBox::DblClick, wiring_.get(),
+  connect(controls_->ListSequence, &ListBox::DblClick, wiring_.get(),
           [&h] { h.step_list.ListSequence_DblClick(); });
+  connect(controls_->ListSequence, &ListBox::MoveLine, wiring_.get(),
+          [&h](int from, int to) { h.step_list.ListSequence_MoveLine(from, to); });
+  PressByKey(Qt::ALT | Qt::Key_Right, *controls_->CommandUp);
+  PressByKey(Qt::ALT | Qt::Key_Left, *controls_->CommandDwn);
 }
 
 void Form1::ConnectLink() {
   Handlers& h = *handlers_;
   connect(controls_->ComboPort, &DropDownList::Click, wiring_.get(),
           [&h] { h.serial_port.ComboPort_Click(); });
-  connect(&h.comm, &platform::MSComm::OnComm, wiring_.get(), [&h] { h.board.MSComm1_OnComm(); });
+  connect(&h.comm, &platform::MSComm::OnComm, wiring_.get(), [&h] { h.receive.MSComm1_OnComm(); });
   // The message comes last: nothing stands On or locked while it is open.
   connect(&h.comm, &platform::MSComm::PortLost, wiring_.get(), [&h] {
     h.pc_emulator.MSComm1_PortLost();
     h.board_playback.MSComm1_PortLost();
     h.live_control.MSComm1_PortLost();
-    h.serial_port.MSComm1_PortLost();
+    h.serial_port.MSComm1_PortLost(h.link.ReadMode());
   });
   connect(&h.main_on_off.Button(), &CWButton::toggled, wiring_.get(),
           [&h](bool on) { h.live_control.CWButtonMainOnOff_ValueChanged(on); });
@@ -294,7 +302,7 @@ void Form1::ConnectFlash() {
   OnClick(controls_->CommandErase, [&h] { h.erase.CommandErase_Click(); });
   OnClick(controls_->CommandFlash, [&h] { h.program.CommandFlash_Click(); });
   OnClick(controls_->CommandRead, [&h] { h.read.CommandRead_Click(); });
-  OnClick(controls_->Command1, [&h] { h.program.Command1_Click(); });
+  OnClick(controls_->Command1, [&h] { h.link.Command1_Click(); });
 }
 
 void Form1::ConnectPlayback() {
@@ -333,14 +341,10 @@ void Form1::ConnectPanelToggle(QAction* item, std::vector<QWidget*> panels) {
 
 void Form1::Form_Load() {
   Handlers& h = *handlers_;
-  h.data.SaveCounter = 0;
+  h.buffer_commands.Form_Load();
   surroundings_.timer.SetInterval(kStartInterval);
-  h.data.ReadMode = false;
-  h.data.ProgramMode = false;
-  h.data.AbortRequest = false;
-  h.data.EraseMode = false;
-  h.sequence_data.ResetBreakPoints();
-  h.sequence_data.DataInit();
+  h.link.Form_Load();
+  h.edited.Form_Load();
 }
 
 void Form1::closeEvent(QCloseEvent* event) {

@@ -26,8 +26,9 @@ struct Surroundings {
   const platform::PortDirectory& ports;
 };
 
+class BoardLink;
 struct Controls;
-struct Declaration;
+class EditedSequence;
 
 class Form1 : public QMainWindow {
   Q_OBJECT
@@ -36,12 +37,12 @@ class Form1 : public QMainWindow {
   ~Form1() override;
 
   // Centres the window on the usable part of a screen, in pixels. One that is too small for it
-  // shows the client area in a view that can be scrolled. To be called once, before the window is
-  // shown.
+  // shows the client area in a view that can be scrolled. To be called once.
   void PlaceOn(const QRect& screen);
 
-  // The shared data, for tests that look behind the controls.
-  const Declaration& Data() const;
+  // For tests that look behind the controls.
+  const EditedSequence& Edited() const;
+  const BoardLink& Link() const;
 
  protected:
   // Closing the window: `Form_Unload`, then `Form_Terminate`, then the end of the program.
@@ -53,6 +54,7 @@ class Form1 : public QMainWindow {
   void DressControls();
   template <class Handler>
   void OnClick(platform::PushButton* button, Handler handler);
+  void PressByKey(const QKeySequence& keys, platform::PushButton& button);
   void ConnectEditing();
   void ConnectLink();
   void ConnectFlash();

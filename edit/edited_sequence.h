@@ -1,0 +1,116 @@
+// The sequence that is being edited: the one owner of the step list, the edit buffer, `CurSeq`, the
+// breakpoints, and the labels that name sequence and step. Everybody else asks it, or calls one of
+// its operations; after each of them list, buffer, flags and marks agree.
+//
+// The list's lines are the master copy of the current sequence. The sequence table gets it when it
+// is stored (`BufferToData`).
+#pragma once
+
+#include <QLabel>
+#include <QString>
+#include <string>
+#include <vector>
+
+#include "core/board_codec.h"
+#include "core/declaration.h"
+#include "platform/list_box.h"
+#include "platform/message_box.h"
+
+namespace pelmora {
+
+struct SequenceControls {
+  platform::ListBox& ListSequence;
+  QLabel& LabelSeq;
+  QLabel& LabelSeqEmu;
+  QLabel& LabelStep;
+  QLabel& LabelByte;
+  QLabel& CommandOffset;  // "OffSet Seq. n", a label despite its name
+  QLabel& LabelOffset;
+};
+
+class EditedSequence {
+ public:
+  // `decimal_point` (UTF-8) is the one of the user's locale; angle texts are built and read with
+  // it.
+  EditedSequence(const SequenceControls& controls, platform::MessageBox& message_box,
+                 std::string decimal_point);
+
+  const Declaration& Data() const { return data_; }
+  const std::string& DecimalPoint() const { return decimal_point_; }
+  int ListCount() const { return controls_.ListSequence.ListCount(); }
+  // The selected line, -1 when none is.
+  int ListIndex() const { return controls_.ListSequence.ListIndex(); }
+  // The step of a line, 0 .. ListCount - 1.
+  const EditRow& Row(int line) const { return data_.EditBuffer[static_cast<std::size_t>(line)]; }
+
+  // Start-up: no breakpoints, an empty table.
+  void Form_Load();
+
+  // Stores the edit buffer as `CurSeq`, with as many steps as the list has lines, and runs
+  // `OffsetCalc`. False when a value does not fit the table: a message says so, nothing of the
+  // sequence is stored, and the caller must not throw the list away.
+  bool BufferToData();
+
+  // Clears every breakpoint of the current sequence, flags and marks.
+  void ResetBreakPoints();
+
+  // Selects a line, -1 for none.
+  void Select(int line) { controls_.ListSequence.SetListIndex(line); }
+  // `LabelStep` names the selected line.
+  void NameStep();
+
+  // Inserts a line below the selected one (at the top when none is selected), selects it and
+  // stores. Needs room: at most 255 lines. Clears the breakpoints.
+  void Insert(const std::string& line);
+  // Removes the selected line, selects the one that followed it (or else the last) and stores.
+  // Clears the breakpoints, even when no line is selected. Nothing happens on an empty list.
+  void Remove();
+  // Moves a line, with its breakpoint, to the place of another, and selects it. Doesn't store.
+  void Move(int from, int to);
+  // Puts steps, in their order, in the place of a line and selects the first. Doesn't store. The
+  // list must have room for them.
+  void Replace(int line, const std::vector<EditRow>& steps);
+  // Sets or clears the breakpoint of the selected line.
+  void ToggleBreak();
+
+  // Empties the current sequence. Doesn't store.
+  void Clear();
+  // Empties all 16 sequences and makes sequence 0 current. Loading a file and reading the flash
+  // begin with it.
+  void ClearAll();
+
+  // Stores the current sequence and shows another one, with nothing selected. A number outside
+  // 0..15 shows none, and neither does a sequence that can't be stored: leaving it would lose it.
+  void ShowSequence(int sequence);
+
+  // Makes a loaded table (every count 0..256) the program's and shows sequence 0.
+  void TakeTable(const SequenceTable& table);
+
+  // A read: its header has come, and announces `total_bytes` of step data. Takes the counts, held
+  // to what a sequence can have. False when a value makes no sense; those before it are taken.
+  bool TakeHeader(const FlashHeader& header, int total_bytes);
+  // A read: all of its step data has come. Places the rows by the counts of that header, whatever
+  // has become of the table meanwhile, and shows sequence 0. False when a step can't be stored:
+  // those before it are in the table, and the list stays as it was.
+  bool TakeReply(const FlashHeader& header, int total_bytes, const FlashRows& image);
+
+ private:
+  void DataInit();
+  void DataToBuffer();
+  void OffsetCalc();
+  void ReadLinesBack();
+  void ShowCurrentSequence();
+  void ShowOffset();
+
+  Declaration data_;
+  const SequenceControls controls_;
+  platform::MessageBox& message_box_;
+  const std::string decimal_point_;
+};
+
+// The warning that the sequences exceed the board's capacity.
+QString CapacityText();
+// "Impossible add other lines, ...", shown when a list would grow beyond 256 lines.
+QString TooManyLinesText();
+
+}  // namespace pelmora

@@ -1,0 +1,214 @@
+#include "rig/operator.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QElapsedTimer>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QStyle>
+#include <QStyleOptionSlider>
+#include <QTimer>
+#include <QtTest/QTest>
+#include <cstdlib>
+
+#include "platform/cw_slide.h"
+
+namespace rig {
+namespace {
+
+constexpr int kGlance = 3;  // ms
+
+QRect HandleOf(const QSlider& slide) {
+  QStyleOptionSlider option;
+  option.initFrom(&slide);
+  option.orientation = slide.orientation();
+  option.minimum = slide.minimum();
+  option.maximum = slide.maximum();
+  option.sliderPosition = option.sliderValue = slide.value();
+  option.upsideDown = slide.orientation() == Qt::Vertical;
+  option.subControls = QStyle::SC_All;
+  return slide.style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, &slide);
+}
+
+}  // namespace
+
+Operator::Operator(QWidget& window) : window_(window) {}
+
+void Operator::Click(const QString& name) {
+  auto& control = Find<QWidget>(name);
+  QTest::mouseClick(&control, Qt::LeftButton, {}, control.rect().center());
+}
+
+void Operator::MoveSlider(const QString& name, int value) {
+  auto& slide = Find<platform::CWSlide>(name);
+  const QPoint start = HandleOf(slide).center();
+  const int travel = slide.height() - HandleOf(slide).height();
+  const int range = slide.maximum() - slide.minimum();
+  const int distance = (slide.value() - value) * travel / range;
+  QTest::mousePress(&slide, Qt::LeftButton, {}, start);
+  constexpr int kStages = 4;
+  for (int stage = 1; stage <= kStages; ++stage) {
+    QTest::mouseMove(&slide, start + QPoint(0, distance * stage / kStages));
+  }
+  QTest::mouseRelease(&slide, Qt::LeftButton, {}, start + QPoint(0, distance));
+  while (slide.value() != value) {
+    QTest::keyClick(&slide, slide.value() < value ? Qt::Key_Up : Qt::Key_Down);
+  }
+}
+
+void Operator::Type(const QString& name, const QString& text, bool enter) {
+  auto& field = Find<QWidget>(name);
+  QTest::mouseClick(&field, Qt::LeftButton, {}, QPoint(8, field.height() / 2));
+  QWidget* target = &field;
+  if (auto* spin = qobject_cast<QSpinBox*>(&field)) {
+    spin->selectAll();
+    QTest::keyClicks(spin, text);
+  } else {
+    QTest::keyClick(target, Qt::Key_A, Qt::ControlModifier);
+    if (text.isEmpty()) QTest::keyClick(target, Qt::Key_Delete);
+    QTest::keyClicks(target, text);
+  }
+  if (enter) QTest::keyClick(target, Qt::Key_Return);
+}
+
+void Operator::Choose(const QString& name, const QString& entry) {
+  auto& combo = Find<QComboBox>(name);
+  QTest::mouseClick(&combo, Qt::LeftButton, {}, combo.rect().center());
+  QAbstractItemView* view = combo.view();
+  WaitUntil([view] { return view->isVisible(); });
+  const QModelIndex index = combo.model()->index(combo.findText(entry), 0);
+  // A click that comes at once would be taken for the one that opened the list.
+  Wait(QApplication::doubleClickInterval() + 50);
+  const QPoint place = view->visualRect(index).center();
+  QTest::mouseMove(view->viewport(), place);
+  QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, place);
+}
+
+void Operator::ChooseMenu(const QString& item) {
+  auto& action = Find<QAction>(item);
+  auto* menu = qobject_cast<QMenu*>(action.parent());
+  auto& bar = *window_.findChild<QMenuBar*>();
+  QTest::mouseClick(&bar, Qt::LeftButton, {}, bar.actionGeometry(menu->menuAction()).center());
+  WaitUntil([menu] { return menu->isVisible(); });
+  QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(&action).center());
+}
+
+QPoint Operator::LineCentre(const QString& list, int line) const {
+  auto& box = Find<QListWidget>(list);
+  box.scrollToItem(box.item(line));
+  return box.visualItemRect(box.item(line)).center();
+}
+
+void Operator::ClickLine(const QString& list, int line) {
+  QTest::mouseClick(Find<QListWidget>(list).viewport(), Qt::LeftButton, {}, LineCentre(list, line));
+}
+
+void Operator::DoubleClickLine(const QString& list, int line) {
+  ClickLine(list, line);
+  QTest::mouseDClick(Find<QListWidget>(list).viewport(), Qt::LeftButton, {},
+                     LineCentre(list, line));
+}
+
+void Operator::DragLine(const QString& list, int from, int to) {
+  auto& box = Find<QListWidget>(list);
+  QWidget* view = box.viewport();
+  const QPoint start = LineCentre(list, from);
+  QTest::mousePress(view, Qt::LeftButton, {}, start);
+  // Held above or below the list, a drag scrolls it.
+  const auto place = [&] { return box.visualItemRect(box.item(to)).center(); };
+  const QPoint outside(start.x(), to < from ? -10 : view->height() + 10);
+  if (!view->rect().contains(place())) {
+    QTest::mouseMove(view, outside);
+    WaitUntil([&] { return view->rect().contains(place()); }, 30000);
+  }
+  const QPoint end = place();
+  QTest::mouseMove(view, (start + end) / 2);
+  QTest::mouseMove(view, end);
+  QTest::mouseRelease(view, Qt::LeftButton, {}, end);
+}
+
+QString Operator::Read(const QString& name) const {
+  QWidget& control = Find<QWidget>(name);
+  if (auto* label = qobject_cast<QLabel*>(&control)) return label->text();
+  if (auto* field = qobject_cast<QLineEdit*>(&control)) return field->text();
+  if (auto* spin = qobject_cast<QSpinBox*>(&control)) return spin->text();
+  if (auto* combo = qobject_cast<QComboBox*>(&control)) return combo->currentText();
+  if (auto* button = qobject_cast<QPushButton*>(&control)) {
+    return QString::fromLatin1(button->isChecked() ? "On" : "Off");
+  }
+  if (auto* slide = qobject_cast<QSlider*>(&control)) return QString::number(slide->value());
+  throw std::runtime_error("nothing to read on " + name.toStdString());
+}
+
+QStringList Operator::ReadLines(const QString& list) const {
+  QStringList lines;
+  const auto& box = Find<QListWidget>(list);
+  for (int i = 0; i < box.count(); ++i) lines.append(box.item(i)->text());
+  return lines;
+}
+
+void Operator::When(std::function<bool()> condition, std::function<void()> action) {
+  plans_.push_back({std::move(condition), std::move(action)});
+  if (!looking_) LookAgain();
+}
+
+void Operator::LookAgain() {
+  // A timer does not fire inside its own slot, and a plan's action may wait: each look has its own.
+  looking_ = true;
+  QTimer::singleShot(kGlance, this, &Operator::Look);
+}
+
+void Operator::Look() {
+  looking_ = false;
+  if (plans_.empty()) return;
+  LookAgain();
+  for (auto plan = plans_.begin(); plan != plans_.end(); ++plan) {
+    if (!plan->condition()) continue;
+    const std::function<void()> action = std::move(plan->action);
+    plans_.erase(plan);
+    action();
+    return;
+  }
+}
+
+bool Operator::WaitUntil(const std::function<bool()>& condition, int limit_ms) {
+  QElapsedTimer clock;
+  clock.start();
+  while (!condition()) {
+    if (clock.elapsed() > limit_ms) return false;
+    QTest::qWait(2);
+  }
+  return true;
+}
+
+void Operator::Wait(int milliseconds) {
+  QTest::qWait(milliseconds);
+}
+
+QWidget* OpenMessage() {
+  QWidget* innermost = nullptr;
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    auto* box = qobject_cast<QMessageBox*>(window);
+    if (box && box->isVisible() && (!innermost || innermost->isAncestorOf(box))) innermost = box;
+  }
+  return innermost;
+}
+
+QString MessageText() {
+  auto* box = qobject_cast<QMessageBox*>(OpenMessage());
+  return box ? box->text() : QString();
+}
+
+void AnswerMessage() {
+  auto* box = qobject_cast<QMessageBox*>(OpenMessage());
+  if (box) QTest::mouseClick(box->button(QMessageBox::Ok), Qt::LeftButton);
+}
+
+}  // namespace rig

@@ -1,0 +1,84 @@
+// An operator made of software: works a window by its real controls, with mouse and keyboard
+// events. The tour and the tests use it; it calls no handler.
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QWidget>
+#include <functional>
+#include <list>
+#include <stdexcept>
+
+namespace rig {
+
+class Operator : public QObject {
+  Q_OBJECT
+ public:
+  explicit Operator(QWidget& window);
+
+  QWidget& Window() { return window_; }
+
+  // A control by its name; throws std::runtime_error when the window has none of that name and
+  // class.
+  template <class T>
+  T& Find(const QString& name) const {
+    if (T* control = window_.findChild<T*>(name)) return *control;
+    throw std::runtime_error("no such control: " + name.toStdString());
+  }
+
+  // Presses and releases the left mouse button on a control. Returns when the click's handler has.
+  void Click(const QString& name);
+
+  // Drags a fader with the mouse to about `value`, then goes the rest with the arrow keys.
+  void MoveSlider(const QString& name, int value);
+
+  // Clicks into a field, replaces its text by typing, and ends with Enter if told to.
+  void Type(const QString& name, const QString& text, bool enter = true);
+
+  // Opens a drop-down list and clicks its entry.
+  void Choose(const QString& name, const QString& entry);
+
+  // Opens a menu and clicks its item, given by object name.
+  void ChooseMenu(const QString& item);
+
+  // Clicks, double-clicks or drags in the list box.
+  void ClickLine(const QString& list, int line);
+  void DoubleClickLine(const QString& list, int line);
+  void DragLine(const QString& list, int from, int to);
+
+  // What a control shows: a label's, field's or list's text, a switch's "On" or "Off".
+  QString Read(const QString& name) const;
+  QStringList ReadLines(const QString& list) const;
+
+  // Does `action` as soon as `condition` holds: looked at every few milliseconds, also while a
+  // handler waits or a message box is open. Once.
+  void When(std::function<bool()> condition, std::function<void()> action);
+
+  // Lets the window live until `condition` holds; false when `limit_ms` passed before.
+  bool WaitUntil(const std::function<bool()>& condition, int limit_ms = 5000);
+
+  // Lets the window live for a while.
+  void Wait(int milliseconds);
+
+ private:
+  struct Plan {
+    std::function<bool()> condition;
+    std::function<void()> action;
+  };
+
+  void Look();
+  void LookAgain();
+  QPoint LineCentre(const QString& list, int line) const;
+
+  QWidget& window_;
+  std::list<Plan> plans_;
+  bool looking_ = false;
+};
+
+// The message box that is open now; null when none is.
+QWidget* OpenMessage();
+QString MessageText();
+// Presses the OK button of the open message box.
+void AnswerMessage();
+
+}  // namespace rig

@@ -1,0 +1,114 @@
+// The program's window with the simulated board on its first port, and everything that surrounds
+// the two. Tests, measurements and the demo are built on it.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <functional>
+#include <memory>
+
+#include "board/simulated_board.h"
+#include "edit/edited_sequence.h"
+#include "link/board_operation.h"
+#include "platform/events.h"
+#include "platform/file_dialog.h"
+#include "platform/hi_timer.h"
+#include "platform/message_box.h"
+#include "platform/port_directory.h"
+#include "rig/bytes.h"
+#include "rig/first_port.h"
+#include "rig/operator.h"
+#include "rig/scripted.h"
+#include "rig/sequences.h"
+#include "ui/form1.h"
+
+namespace rig {
+
+// Which of the surroundings are the program's own; the others are scripted.
+struct Genuine {
+  bool message_boxes = false;
+  bool file_dialogs = false;
+  bool timer = false;
+  bool other_ports = false;  // the entries behind the first one, which are empty otherwise
+};
+
+class ProgramWithBoard {
+ public:
+  // Opens the window in the program's own look, with no port chosen. `complain` is called for
+  // whatever goes otherwise than the caller says below.
+  ProgramWithBoard(Complaint complain, simboard::Pace pace, Genuine genuine = {});
+  ~ProgramWithBoard();
+  ProgramWithBoard(const ProgramWithBoard&) = delete;
+  ProgramWithBoard& operator=(const ProgramWithBoard&) = delete;
+
+  // Throws the window away and opens another one on the same board.
+  void Restart(Genuine genuine = {});
+
+  // Chooses "Comm1", which must not be open. Nothing is sent by it.
+  void Connect();
+
+  // All bytes that the board received since the last call, once `count` have come and the line has
+  // been quiet for a moment. Complains when they don't come.
+  Bytes Sent(std::size_t count);
+
+  void ExpectMessage(const QString& text, std::function<void()> meanwhile = {}) {
+    box.Expect("Program", text, std::move(meanwhile));
+  }
+  // The message that the board's port, open now, has been lost; it differs while a read is going
+  // on.
+  void ExpectLoss(std::function<void()> meanwhile = {});
+
+  // Waits until the line is free for the next pose: playback waits for that, too. The program
+  // counts by the line's true speed, also where the simulated line is faster.
+  void LetLineRest();
+
+  // Moves a slider to `position` in one go.
+  void SetSlider(int channel, int position);
+  // Adds a step with channel `channel` at `position`, the others as they stand.
+  void AddStep(int channel, int position, int duration_ms);
+  // Chooses a menu item without opening the menu.
+  void Trigger(const QString& item);
+  // Makes the sequences the program's, by a buffer file. The message that this is more than the
+  // board holds, if it is, has to be expected by the caller.
+  void Load(const Sequences& sequences);
+
+  const pelmora::Declaration& Data() const { return form->Edited().Data(); }
+  // The sequences that the program holds; complains of durations that are no whole ticks.
+  Sequences Table() const;
+  QStringList Lines() const { return hands->ReadLines("ListSequence"); }
+  int Selected() const;
+  void Select(int line);
+  bool Enabled(const QString& control) const;
+  // The bar of the flash operations: the step data that it shows, in bytes.
+  int Bar() const;
+  int BarMaximum() const;
+  bool BarShown() const;
+  // Calls `changed` at each move of the bar, until the window ends.
+  void WatchBar(std::function<void(int value)> changed);
+
+  // What the program waits for, if anything.
+  bool Erasing() const { return form->Link().EraseMode(); }
+  bool Programming() const { return form->Link().ProgramMode(); }
+  bool Reading() const { return form->Link().ReadMode(); }
+  bool Waiting() const { return Erasing() || Programming() || Reading(); }
+  bool Acknowledged() const { return form->Link().AckReceived(); }
+  bool AbortRequested() const { return form->Link().AbortRequest(); }
+
+  simboard::SimulatedBoard board;
+  platform::Events events;
+  ScriptedMessageBox box;
+  ScriptedFileDialog files;
+  ManualTimer timer;
+  platform::SystemHiTimer genuine_timer;
+  std::unique_ptr<pelmora::Form1> form;
+  std::unique_ptr<Operator> hands;
+
+ private:
+  const Complaint complain_;
+  platform::ModalMessageBox genuine_box_;
+  platform::ModalFileDialog genuine_files_;
+  const platform::MachinePorts machine_ports_;
+  std::unique_ptr<FirstPort> ports_;
+};
+
+}  // namespace rig

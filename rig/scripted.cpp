@@ -1,0 +1,48 @@
+#include "rig/scripted.h"
+
+#include <utility>
+
+namespace rig {
+namespace {
+
+QString Message(const QString& title, const QString& text) {
+  return title + ": " + text;
+}
+
+}  // namespace
+
+void ScriptedMessageBox::Expect(const QString& title, const QString& text,
+                                std::function<void()> meanwhile) {
+  expected_.push_back({Message(title, text), std::move(meanwhile)});
+}
+
+void ScriptedMessageBox::Show(const QString& text, const QString& title) {
+  if (events_.Ending() || anything_) return;
+  const QString message = Message(title, text);
+  if (expected_.empty()) return complain_("unexpected message: " + message);
+  const Expected expected = std::move(expected_.front());
+  expected_.pop_front();
+  if (message != expected.message) complain_(message + "\ninstead of\n" + expected.message);
+  if (expected.meanwhile) expected.meanwhile();
+}
+
+std::optional<QString> ScriptedFileDialog::ShowSave(const platform::FileRequest& request) {
+  requests.push_back(request);
+  return answer;
+}
+
+std::optional<QString> ScriptedFileDialog::ShowOpen(const platform::FileRequest& request) {
+  requests.push_back(request);
+  return answer;
+}
+
+void ManualTimer::SetEnabled(bool enabled) {
+  enabled_ = enabled;
+  if (enabled) ++starts_;
+}
+
+void ManualTimer::Elapse() {
+  if (enabled_ && Timer) Timer();
+}
+
+}  // namespace rig

@@ -1,0 +1,76 @@
+// What stands in for the operator's part: message boxes and file dialogs that are answered by a
+// script, and a timer that ticks when it is told to.
+#pragma once
+
+#include <QString>
+#include <cstddef>
+#include <deque>
+#include <functional>
+#include <optional>
+#include <vector>
+
+#include "platform/events.h"
+#include "platform/file_dialog.h"
+#include "platform/hi_timer.h"
+#include "platform/message_box.h"
+
+namespace rig {
+
+// Is told, in words, what went otherwise than the script says.
+using Complaint = std::function<void(const QString& problem)>;
+
+// Answers expected messages at once and complains of any other. Like the real one it shows nothing
+// once the program is ending.
+class ScriptedMessageBox : public platform::MessageBox {
+ public:
+  ScriptedMessageBox(const platform::Events& events, Complaint complain)
+      : events_(events), complain_(std::move(complain)) {}
+
+  // The next message must be this one; `meanwhile` is done while the box is open.
+  void Expect(const QString& title, const QString& text, std::function<void()> meanwhile = {});
+  // From now on any message will do.
+  void ExpectAnything() { anything_ = true; }
+  // Messages expected and not yet shown.
+  std::size_t Outstanding() const { return expected_.size(); }
+  void Show(const QString& text, const QString& title) override;
+
+ private:
+  struct Expected {
+    QString message;
+    std::function<void()> meanwhile;
+  };
+  const platform::Events& events_;
+  const Complaint complain_;
+  std::deque<Expected> expected_;
+  bool anything_ = false;
+};
+
+// Gives the prepared answer, which is to cancel unless set, and keeps what was asked.
+class ScriptedFileDialog : public platform::FileDialog {
+ public:
+  std::optional<QString> answer;
+  std::vector<platform::FileRequest> requests;
+
+  std::optional<QString> ShowSave(const platform::FileRequest& request) override;
+  std::optional<QString> ShowOpen(const platform::FileRequest& request) override;
+};
+
+// A timer for which time passes when the script says so.
+class ManualTimer : public platform::HiTimer {
+ public:
+  void SetInterval(int milliseconds) override { interval_ = milliseconds; }
+  int Interval() const override { return interval_; }
+  void SetEnabled(bool enabled) override;
+  bool Enabled() const override { return enabled_; }
+
+  // The interval has passed: ticks if the timer is enabled.
+  void Elapse();
+  int Starts() const { return starts_; }  // how often the wait was begun anew
+
+ private:
+  int interval_ = 0;
+  int starts_ = 0;
+  bool enabled_ = false;
+};
+
+}  // namespace rig

@@ -12,6 +12,7 @@ CWSlide::CWSlide(QWidget* parent) : QSlider(Qt::Vertical, parent) {
   setStyle(style);
   setSingleStep(1);
   setPageStep(10);
+  setAttribute(Qt::WA_Hover);
   setFocusPolicy(Qt::StrongFocus);
 }
 
@@ -22,6 +23,11 @@ void CWSlide::SetScaleMaximum(int maximum) {
 void CWSlide::SetCaption(const QString& caption) {
   caption_ = caption;
   setAccessibleName(caption);
+  update();
+}
+
+void CWSlide::SetAxis(int x) {
+  axis_ = x;
   update();
 }
 

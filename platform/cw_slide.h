@@ -25,8 +25,14 @@ class CWSlide : public QSlider {
   void SetCaption(const QString& caption);
   QString Caption() const { return caption_; }
 
+  // Where fader and caption stand: the axis's distance from the left edge in pixels, -1 for the
+  // middle.
+  void SetAxis(int x);
+  int Axis() const { return axis_; }
+
  private:
   QString caption_;
+  int axis_ = -1;
 };
 
 }  // namespace platform

@@ -11,6 +11,7 @@
 #include <QScreen>
 #include <QShortcut>
 #include <QStyle>
+#include <algorithm>
 #include <span>
 
 #include "edit/dialog_interp.h"
@@ -35,6 +36,7 @@
 #include "ui/controls.h"
 #include "ui/fit_font.h"
 #include "ui/inventory.h"
+#include "ui/look.h"
 
 namespace pelmora {
 namespace {
@@ -59,6 +61,18 @@ void Colour(QLabel& label, const QColor& colour) {
   QPalette palette = label.palette();
   palette.setColor(QPalette::WindowText, colour);
   label.setPalette(palette);
+}
+
+// The top of a text that stands in the middle of the control.
+int TextTop(const QWidget& control) {
+  return control.y() + (control.height() - control.fontMetrics().height() + 1) / 2;
+}
+
+// Draws the label's text at this height of its panel, so that it shares the baseline of the text
+// beside it.
+void PlaceText(QLabel& label, int top) {
+  label.setAlignment(Qt::AlignLeft | Qt::AlignTop);
+  label.setContentsMargins(0, std::max(0, top - label.y()), 0, 0);
 }
 
 }  // namespace
@@ -167,12 +181,20 @@ const BoardLink& Form1::Link() const {
 
 // What the inventory does not say: colours, scales, columns, entries.
 void Form1::DressControls() {
-  Colour(*controls_->LabelSeq, QColor(0xC8, 0x10, 0x10));
-  Colour(*controls_->LabelStep, QColor(0x00, 0x00, 0x80));
-  Colour(*controls_->Label1, QColor(0x00, 0x00, 0x80));
-  for (CWSlide* slide : controls_->CWSlide1) {
-    slide->SetScaleMaximum(255);
-    slide->SetValue(kCentre);
+  Colour(*controls_->LabelSeq, kSequenceColour);
+  Colour(*controls_->LabelStep, kStepColour);
+  Colour(*controls_->Label1, kStepColour);
+  PlaceText(*controls_->Label1, TextTop(*controls_->CWNumEditTimeStep));
+  PlaceText(*controls_->LabelByte, TextTop(*controls_->LabelByteCapt));
+  PlaceText(*controls_->LabelOffset, TextTop(*controls_->CommandOffset));
+  PlaceText(*controls_->LabelSeqEmu, TextTop(*controls_->CWButtonRealEmu));
+  controls_->LabelErase->setAlignment(Qt::AlignCenter);
+  for (std::size_t i = 0; i < kChannels; ++i) {
+    CWSlide& slide = *controls_->CWSlide1[i];
+    slide.SetScaleMaximum(255);
+    slide.SetValue(kCentre);
+    // Above the middle of its fields, which are wider.
+    slide.SetAxis(controls_->Text1[i]->geometry().center().x() - slide.x());
   }
   CWNumEdit& duration = *controls_->CWNumEditTimeStep;
   duration.SetScale(kShortestDuration, kLongestDuration, kDurationStep, kFastDurationStep);
@@ -188,6 +210,7 @@ void Form1::DressControls() {
     const QString device = surroundings_.ports.DeviceFor(number);
     return device.isEmpty() ? QStringLiteral("No serial port for this entry now") : device;
   };
+  combo_port.Pale = [this](int number) { return surroundings_.ports.DeviceFor(number).isEmpty(); };
 
   // A step reads as twelve channels under the sliders above; duration and break mark stand at the
   // right. Lines from the table have an empty field between those two.
@@ -277,6 +300,17 @@ void Form1::ConnectFlash() {
   OnClick(controls_->CommandFlash, [&h] { h.program.CommandFlash_Click(); });
   OnClick(controls_->CommandRead, [&h] { h.read.CommandRead_Click(); });
   OnClick(controls_->Command1, [&h] { h.link.Command1_Click(); });
+  h.link.ModeChanged = [this, &h] { ShowErasing(h.link.EraseMode()); };
+}
+
+// An erase has no bar: without this a board that is slow to answer looks like a dead button.
+void Form1::ShowErasing(bool erasing) {
+  controls_->LabelErase->setVisible(erasing);
+  if (erasing) {
+    setCursor(Qt::BusyCursor);
+  } else {
+    unsetCursor();
+  }
 }
 
 void Form1::ConnectPlayback() {
@@ -286,6 +320,7 @@ void Form1::ConnectPlayback() {
   connect(&h.real_emu.Button(), &CWButton::toggled, wiring_.get(),
           [&h](bool on) { h.board_playback.CWButtonRealEmu_ValueChanged(on); });
   surroundings_.timer.Timer = [&h] { h.pc_emulator.HiTimer1_Timer(); };
+  h.pc_emulator.StateChanged = [&h] { h.emu_pc.Button().SetWaiting(h.pc_emulator.Halted()); };
   OnClick(controls_->CommandBrk, [&h] { h.breakpoints.CommandBrk_Click(); });
   OnClick(controls_->CommandResBrk, [&h] { h.breakpoints.CommandResBrk_Click(); });
   OnClick(controls_->CommandContinue, [&h] { h.breakpoints.CommandContinue_Click(); });

@@ -54,8 +54,13 @@ class ProgramWithBoard {
   void ExpectMessage(const QString& text, std::function<void()> meanwhile = {}) {
     box.Expect("Program", text, std::move(meanwhile));
   }
-  // The message that the board's port, open now, has been lost.
+  // The message that the board's port, open now, has been lost; it differs while a read is going
+  // on.
   void ExpectLoss(std::function<void()> meanwhile = {});
+
+  // Waits until the line is free for the next pose: playback waits for that, too. The program
+  // counts by the line's true speed, also where the simulated line is faster.
+  void LetLineRest();
 
   // Moves a slider to `position` in one go.
   void SetSlider(int channel, int position);

@@ -221,11 +221,12 @@ void Form1::DressControls() {
                        angle->width() - 1, Qt::AlignHCenter});
   }
   const int right = columns.back().left + columns.back().width;
-  const platform::ListColumn mark = {right + 110, 70, Qt::AlignLeft};
+  const platform::ListColumn mark = {right + 110, 70, Qt::AlignLeft, true};
   columns.push_back({right + 10, 80, Qt::AlignRight});
   columns.push_back(mark);
   columns.push_back(mark);
   controls_->ListSequence->SetColumns(std::move(columns));
+  controls_->ListSequence->SetLineNumbers(true);
 }
 
 template <class Handler>
@@ -286,7 +287,7 @@ void Form1::ConnectLink() {
     h.pc_emulator.MSComm1_PortLost();
     h.board_playback.MSComm1_PortLost();
     h.live_control.MSComm1_PortLost();
-    h.serial_port.MSComm1_PortLost();
+    h.serial_port.MSComm1_PortLost(h.link.ReadMode());
   });
   connect(&h.main_on_off.Button(), &CWButton::toggled, wiring_.get(),
           [&h](bool on) { h.live_control.CWButtonMainOnOff_ValueChanged(on); });

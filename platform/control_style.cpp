@@ -15,6 +15,7 @@ namespace platform {
 namespace {
 
 constexpr int kListFrame = 2;  // pixels: the lines leave the frame's round corners free
+constexpr int kIcon = 32;      // pixels, in a message box
 constexpr int kArrow = 7;      // pixels, the width of an arrow
 
 ControlState StateOf(const QStyleOption& option) {
@@ -203,6 +204,7 @@ int ControlStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
   if (metric == PM_DefaultFrameWidth && qobject_cast<const QAbstractItemView*>(widget)) {
     return kListFrame;
   }
+  if (metric == PM_MessageBoxIconSize) return kIcon;
   return QProxyStyle::pixelMetric(metric, option, widget);
 }
 

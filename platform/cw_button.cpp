@@ -40,7 +40,8 @@ void CWButton::paintEvent(QPaintEvent*) {
   state.enabled = isEnabled();
   state.hovered = underMouse();
   state.pressed = isDown();
-  state.focused = hasFocus();
+  // Like the toolkit's buttons: a click needs no sign of the focus that it brings.
+  state.focused = hasFocus() && window()->testAttribute(Qt::WA_KeyboardFocusChange);
   state.on = isChecked();
   state.waiting = waiting_;
   const ControlColours colours = ButtonColoursOf(state, palette());

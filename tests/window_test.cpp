@@ -22,10 +22,11 @@ QString Plain(QString caption) {
   return caption.remove('&');
 }
 
-// Whether the control, being wider than its `place`, reaches into another of its panel.
+// Whether the control's line of text, being wider than its `place`, reaches into another control.
 bool ReachesIntoAnother(const QWidget& control, const QRect& place) {
   QRect more = control.geometry();
   more.setLeft(place.right() + 1);
+  more.setHeight(std::min(more.height(), control.fontMetrics().height()));
   return std::ranges::any_of(
       control.parentWidget()->findChildren<QWidget*>(Qt::FindDirectChildrenOnly),
       [&](const QWidget* other) {

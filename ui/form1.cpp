@@ -57,6 +57,8 @@ constexpr int kLongestDuration = 32767;  // what the sequence table can hold
 constexpr int kDurationStep = 20;        // one tick of the board
 constexpr int kFastDurationStep = 200;
 
+constexpr int kBytesIndent = 6;  // pixels; "OffSet Seq. 15" reaches up to the label beside it
+
 void Colour(QLabel& label, const QColor& colour) {
   QPalette palette = label.palette();
   palette.setColor(QPalette::WindowText, colour);
@@ -69,10 +71,10 @@ int TextTop(const QWidget& control) {
 }
 
 // Draws the label's text at this height of its panel, so that it shares the baseline of the text
-// beside it.
-void PlaceText(QLabel& label, int top) {
+// beside it, and `indent` pixels from its left edge.
+void PlaceText(QLabel& label, int top, int indent = 0) {
   label.setAlignment(Qt::AlignLeft | Qt::AlignTop);
-  label.setContentsMargins(0, std::max(0, top - label.y()), 0, 0);
+  label.setContentsMargins(indent, std::max(0, top - label.y()), 0, 0);
 }
 
 }  // namespace
@@ -185,8 +187,8 @@ void Form1::DressControls() {
   Colour(*controls_->LabelStep, kStepColour);
   Colour(*controls_->Label1, kStepColour);
   PlaceText(*controls_->Label1, TextTop(*controls_->CWNumEditTimeStep));
-  PlaceText(*controls_->LabelByte, TextTop(*controls_->LabelByteCapt));
-  PlaceText(*controls_->LabelOffset, TextTop(*controls_->CommandOffset));
+  PlaceText(*controls_->LabelByte, TextTop(*controls_->LabelByteCapt), kBytesIndent);
+  PlaceText(*controls_->LabelOffset, TextTop(*controls_->CommandOffset), kBytesIndent);
   PlaceText(*controls_->LabelSeqEmu, TextTop(*controls_->CWButtonRealEmu));
   controls_->LabelErase->setAlignment(Qt::AlignCenter);
   for (std::size_t i = 0; i < kChannels; ++i) {
@@ -321,7 +323,11 @@ void Form1::ConnectPlayback() {
   connect(&h.real_emu.Button(), &CWButton::toggled, wiring_.get(),
           [&h](bool on) { h.board_playback.CWButtonRealEmu_ValueChanged(on); });
   surroundings_.timer.Timer = [&h] { h.pc_emulator.HiTimer1_Timer(); };
-  h.pc_emulator.StateChanged = [&h] { h.emu_pc.Button().SetWaiting(h.pc_emulator.Halted()); };
+  h.pc_emulator.StateChanged = [this, &h] {
+    const bool halted = h.pc_emulator.Halted();
+    h.emu_pc.Button().SetWaiting(halted);
+    controls_->ListSequence->SetHalted(halted);
+  };
   OnClick(controls_->CommandBrk, [&h] { h.breakpoints.CommandBrk_Click(); });
   OnClick(controls_->CommandResBrk, [&h] { h.breakpoints.CommandResBrk_Click(); });
   OnClick(controls_->CommandContinue, [&h] { h.breakpoints.CommandContinue_Click(); });

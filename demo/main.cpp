@@ -17,6 +17,7 @@
 
 #include "board/board_window.h"
 #include "demo/tour.h"
+#include "platform/end_signals.h"
 #include "rig/program_with_board.h"
 
 namespace {
@@ -50,6 +51,7 @@ void WriteLog(const simboard::SimulatedBoard& board, const QString& path) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  platform::EndSignals end_signals;
   QApplication application(argc, argv);
   QCommandLineParser parser;
   const QCommandLineOption tour(QStringLiteral("tour"),
@@ -76,6 +78,9 @@ int main(int argc, char** argv) {
   simboard::BoardWindow board_window(program.board);
   QObject::connect(&program.events, &platform::Events::Ended, &application,
                    [] { QApplication::exit(0); });
+  QObject::connect(&end_signals, &platform::EndSignals::Requested, program.form.get(),
+                   &QWidget::close);
+  end_signals.Watch();
   board_window.show();
   if (QTest::qWaitForWindowExposed(program.form.get()) &&
       QTest::qWaitForWindowExposed(&board_window)) {

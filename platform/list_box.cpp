@@ -215,7 +215,7 @@ void ListBox::FollowPointer(int y) {
   if (!outside) {
     scroll_timer_.stop();
   } else if (!scroll_timer_.isActive()) {
-    scroll_timer_.start(kScrollMilliseconds, this);
+    scroll_timer_.start(kScrollMilliseconds, Qt::PreciseTimer, this);
   }
 }
 

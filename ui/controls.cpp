@@ -94,6 +94,7 @@ void MakeMenus(Controls& controls, QMenuBar& menu_bar) {
     item->setObjectName(QString::fromLatin1(row.item.name));
     item->setToolTip(QString::fromLatin1(row.tool_tip));
     item->setCheckable(row.checkable);
+    item->setAutoRepeat(false);
     if (*row.shortcut) item->setShortcut(QKeySequence(QString::fromLatin1(row.shortcut)));
     controls.*row.item.member = item;
   }

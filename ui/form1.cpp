@@ -169,6 +169,7 @@ Form1::~Form1() {
     field->KeyPress = nullptr;
     field->LostFocus = nullptr;
   }
+  for (CWSlide* slide : controls_->CWSlide1) slide->MayChange = nullptr;
   surroundings_.timer.SetEnabled(false);
   surroundings_.timer.Timer = nullptr;
 }
@@ -197,6 +198,13 @@ void Form1::DressControls() {
     slide.SetValue(kCentre);
     // Above the middle of its fields, which are wider.
     slide.SetAxis(controls_->Text1[i]->geometry().center().x() - slide.x());
+  }
+  // Also while a message or a file dialog is open.
+  controls_->Quit->setShortcutContext(Qt::ApplicationShortcut);
+  controls_->Echo->setFocusPolicy(Qt::StrongFocus);
+  for (PushButton* button :
+       {controls_->CommandFlash, controls_->CommandRead, controls_->CommandErase}) {
+    button->SetDoubleClickPressesOnce(true);
   }
   CWNumEdit& duration = *controls_->CWNumEditTimeStep;
   duration.SetScale(kShortestDuration, kLongestDuration, kDurationStep, kFastDurationStep);
@@ -250,6 +258,10 @@ void Form1::ConnectEditing() {
   for (int i = 0; i < kChannels; ++i) {
     connect(controls_->CWSlide1[static_cast<std::size_t>(i)], &CWSlide::valueChanged, wiring_.get(),
             [&h, i](int value) { h.step_fields.CWSlide1_ValueChanged(i, value); });
+    // A pointer reports more positions than the line can carry.
+    controls_->CWSlide1[static_cast<std::size_t>(i)]->MayChange = [&h] {
+      return h.serial_port.TimeUntilReady().count() == 0;
+    };
   }
   for (int i = 0; i < 2 * kChannels; ++i) {
     TextField& field = *controls_->Text1[static_cast<std::size_t>(i)];

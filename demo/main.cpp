@@ -71,6 +71,7 @@ int main(int argc, char** argv) {
   const rig::Genuine genuine{.message_boxes = true,
                              .file_dialogs = true,
                              .timer = true,
+                             .screen = QApplication::primaryScreen()->availableGeometry(),
                              .other_ports = !parser.isSet(tour)};
   const auto complain = [](const QString& problem) { qFatal("%s", qPrintable(problem)); };
   rig::ProgramWithBoard program(complain, simboard::Pace::k9600, genuine);

@@ -55,6 +55,7 @@ void ProgramWithBoard::Restart(Genuine genuine) {
   form = std::make_unique<pelmora::Form1>(
       pelmora::Surroundings{events, *message_box, *file_dialog, *hi_timer, *ports_});
   hands = std::make_unique<Operator>(*form);
+  if (genuine.screen.isValid()) form->PlaceOn(genuine.screen);
   form->show();
   form->activateWindow();
 }

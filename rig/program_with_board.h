@@ -2,6 +2,7 @@
 // the two. Tests, measurements and the demo are built on it.
 #pragma once
 
+#include <QRect>
 #include <QString>
 #include <QStringList>
 #include <functional>
@@ -29,6 +30,7 @@ struct Genuine {
   bool message_boxes = false;
   bool file_dialogs = false;
   bool timer = false;
+  QRect screen = {};         // the window is placed on it; without one it has its full size
   bool other_ports = false;  // the entries behind the first one, which are empty otherwise
 };
 

@@ -11,6 +11,7 @@
 
 #include "platform/control_look.h"
 #include "platform/drop_down_list.h"
+#include "platform/list_look.h"
 #include "platform/slide_style.h"
 #include "tests/window_fixture.h"
 #include "ui/look.h"
@@ -40,6 +41,12 @@ double Luminance(const QColor& colour) {
 double Contrast(const QColor& a, const QColor& b) {
   const auto [darker, lighter] = std::minmax({Luminance(a), Luminance(b)});
   return (lighter + 0.05) / (darker + 0.05);
+}
+
+void Check(const std::string& what, const QColor& mark, const QColor& ground, double floor) {
+  const double contrast = Contrast(mark, ground);
+  EXPECT_GE(contrast, floor) << what;
+  testing::Test::RecordProperty(what, std::to_string(contrast));
 }
 
 TEST(Contrast, IsTheGuidelines) {
@@ -131,10 +138,28 @@ TEST(Contrast, OfTextsAndMarksIsHighEnough) {
       {"tool tip", palette.color(QPalette::ToolTipText), palette.color(QPalette::ToolTipBase),
        kText},
   };
-  for (const Case& c : cases) {
-    const double contrast = Contrast(c.mark, c.ground);
-    EXPECT_GE(contrast, c.floor) << c.what;
-    RecordProperty(c.what, std::to_string(contrast));
+  for (const Case& c : cases) Check(c.what, c.mark, c.ground, c.floor);
+
+  struct LineCase {
+    const char* what;
+    platform::LineState state;
+  };
+  const LineCase lines[] = {
+      {"plain", {}},
+      {"striped", {.odd = true}},
+      {"dragged", {.dragged = true}},
+      {"selected", {.selected = true}},
+      {"halted", {.selected = true, .halted = true}},
+      {"disabled", {.odd = true, .enabled = false}},
+      {"selected, disabled", {.selected = true, .enabled = false}},
+      {"halted, disabled", {.selected = true, .halted = true, .enabled = false}},
+  };
+  for (const LineCase& c : lines) {
+    const platform::LineColours line = ColoursOf(c.state, palette);
+    const std::string name = std::string("line of the list, ") + c.what;
+    Check(name + ": text", line.text, line.ground, kText);
+    Check(name + ": \"BREAK!\"", line.strong, line.ground, kText);
+    Check(name + ": number", line.number, line.ground, kText);
   }
 }
 

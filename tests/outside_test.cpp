@@ -300,7 +300,7 @@ TEST_F(Outside, TheProgramItselfComposesAndProgramsOverAPinnedPort) {
   Click(Place("CommandFlash"));
   AnswerMessage();  // "Data Flash Erased"
   AnswerMessage();  // "Data Flash Programmed!"
-  Key("ctrl+q");
+  kill(static_cast<pid_t>(program_.processId()), SIGTERM);
   ExpectEnd();
 
   Bytes expected = {1, 8, 138, 8, 108, 7, 2, 0, 28, 0, 2, 0, 0};
@@ -310,7 +310,7 @@ TEST_F(Outside, TheProgramItselfComposesAndProgramsOverAPinnedPort) {
     expected.insert(expected.end(), 11, 128);
     expected.insert(expected.end(), {0, 50});
   }
-  expected.push_back(0);
+  expected.insert(expected.end(), {0, 0});
   EXPECT_TRUE(board.WaitForBytes(expected.size(), std::chrono::seconds(2)));
   EXPECT_EQ(board.Received(), expected);
 }

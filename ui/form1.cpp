@@ -3,7 +3,6 @@
 #include <QCloseEvent>
 #include <QFrame>
 #include <QGroupBox>
-#include <QGuiApplication>
 #include <QLabel>
 #include <QLayout>
 #include <QLocale>
@@ -30,6 +29,7 @@
 #include "link/receive_handler.h"
 #include "link/serial_port.h"
 #include "platform/ms_comm.h"
+#include "platform/scroll_view.h"
 #include "playback/board_playback.h"
 #include "playback/breakpoints.h"
 #include "playback/pc_emulator.h"
@@ -49,6 +49,7 @@ using platform::ListBox;
 using platform::PushButton;
 using platform::TextField;
 
+constexpr int kTitleBar = 40;  // pixels that a window manager's frame takes at the top, at the most
 constexpr int kPorts = 8;
 constexpr int kStartInterval = 20;    // ms, of the playback timer
 constexpr int kStartDuration = 1000;  // ms, of the step being composed
@@ -159,8 +160,6 @@ Form1::Form1(const Surroundings& surroundings)
   ConnectPlayback();
   ConnectMenus();
   Form_Load();
-  const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
-  setGeometry(QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, sizeHint(), screen));
 }
 
 Form1::~Form1() {
@@ -180,6 +179,18 @@ const EditedSequence& Form1::Edited() const {
 
 const BoardLink& Form1::Link() const {
   return handlers_->link;
+}
+
+void Form1::PlaceOn(const QRect& screen) {
+  QSize limit = screen.size();
+  limit.rheight() -= kTitleBar + menuBar()->sizeHint().height();
+  const QSize client = centralWidget()->size();
+  if (client.width() > limit.width() || client.height() > limit.height()) {
+    setCentralWidget(new platform::ScrollView(takeCentralWidget(), limit, this));
+  }
+  QRect place = QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, sizeHint(), screen);
+  place.moveTop(std::max(place.top(), screen.top() + kTitleBar));
+  setGeometry(place);
 }
 
 // What the inventory does not say: colours, scales, columns, entries.
@@ -227,8 +238,9 @@ void Form1::DressControls() {
   const QRect list = controls_->ListSequence->geometry();
   std::vector<platform::ListColumn> columns;
   for (const TextField* angle : std::span(controls_->Text1).last<kChannels>()) {
-    columns.push_back({angle->mapTo(centralWidget(), QPoint()).x() - list.left(),
-                       angle->width() - 1, Qt::AlignHCenter});
+    columns.push_back(
+        {angle->mapTo(controls_->ListSequence->parentWidget(), QPoint()).x() - list.left(),
+         angle->width() - 1, Qt::AlignHCenter});
   }
   const int right = columns.back().left + columns.back().width;
   const platform::ListColumn mark = {right + 110, 70, Qt::AlignLeft, true};

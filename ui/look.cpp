@@ -21,7 +21,7 @@ QIcon WindowIcon() {
 
 QPalette ProgramPalette() {
   const QColor text(0x1F, 0x29, 0x33);
-  const QColor faded(0x74, 0x7F, 0x8B);
+  const QColor faded(0x70, 0x7B, 0x87);
   QPalette palette;
   palette.setColor(QPalette::Window, QColor(0xEE, 0xF1, 0xF5));
   palette.setColor(QPalette::WindowText, text);

@@ -1,5 +1,6 @@
 // The program: the main window on the machine's serial ports.
 #include <QApplication>
+#include <QScreen>
 
 #include "platform/end_signals.h"
 #include "platform/events.h"
@@ -23,6 +24,7 @@ int main(int argc, char** argv) {
   QObject::connect(&events, &platform::Events::Ended, &application, [] { QApplication::exit(0); });
   QObject::connect(&end_signals, &platform::EndSignals::Requested, &form, &QWidget::close);
   end_signals.Watch();
+  form.PlaceOn(QApplication::primaryScreen()->availableGeometry());
   form.show();
   return application.exec();
 }

@@ -197,6 +197,7 @@ TEST_F(Look, ControlsAreDrawnInTheirColours) {
   ExpectDrawn("CWButtonMainOnOff", {button.face, button.edge});
   ExpectDrawn("Text1_3", {field.face, field.edge});
   ExpectDrawn("Text1_15", {display.face});
+  EXPECT_NE(display.face, field.face) << "a display looks like a field to type in";
   ExpectDrawn("CWNumEditTimeStep", {field.face, field.edge});
   ExpectDrawn("CWSlide1_3", {fader.tick, fader.major_tick, fader.groove, fader.groove_edge,
                              fader.accent, fader.handle, fader.handle_edge});

@@ -36,6 +36,7 @@
 #include "ui/controls.h"
 #include "ui/fit_font.h"
 #include "ui/inventory.h"
+#include "ui/look.h"
 
 namespace pelmora {
 namespace {
@@ -57,10 +58,24 @@ constexpr int kLongestDuration = 32767;  // what the sequence table can hold
 constexpr int kDurationStep = 20;        // one tick of the board
 constexpr int kFastDurationStep = 200;
 
+constexpr int kBytesIndent = 6;  // pixels; "OffSet Seq. 15" reaches up to the label beside it
+
 void Colour(QLabel& label, const QColor& colour) {
   QPalette palette = label.palette();
   palette.setColor(QPalette::WindowText, colour);
   label.setPalette(palette);
+}
+
+// The top of a text that stands in the middle of the control.
+int TextTop(const QWidget& control) {
+  return control.y() + (control.height() - control.fontMetrics().height() + 1) / 2;
+}
+
+// Draws the label's text at this height of its panel, so that it shares the baseline of the text
+// beside it, and `indent` pixels from its left edge.
+void PlaceText(QLabel& label, int top, int indent = 0) {
+  label.setAlignment(Qt::AlignLeft | Qt::AlignTop);
+  label.setContentsMargins(indent, std::max(0, top - label.y()), 0, 0);
 }
 
 }  // namespace
@@ -180,12 +195,20 @@ void Form1::PlaceOn(const QRect& screen) {
 
 // What the inventory does not say: colours, scales, columns, entries.
 void Form1::DressControls() {
-  Colour(*controls_->LabelSeq, QColor(0xC8, 0x10, 0x10));
-  Colour(*controls_->LabelStep, QColor(0x00, 0x00, 0x80));
-  Colour(*controls_->Label1, QColor(0x00, 0x00, 0x80));
-  for (CWSlide* slide : controls_->CWSlide1) {
-    slide->SetScaleMaximum(255);
-    slide->SetValue(kCentre);
+  Colour(*controls_->LabelSeq, kSequenceColour);
+  Colour(*controls_->LabelStep, kStepColour);
+  Colour(*controls_->Label1, kStepColour);
+  PlaceText(*controls_->Label1, TextTop(*controls_->CWNumEditTimeStep));
+  PlaceText(*controls_->LabelByte, TextTop(*controls_->LabelByteCapt), kBytesIndent);
+  PlaceText(*controls_->LabelOffset, TextTop(*controls_->CommandOffset), kBytesIndent);
+  PlaceText(*controls_->LabelSeqEmu, TextTop(*controls_->CWButtonRealEmu));
+  controls_->LabelErase->setAlignment(Qt::AlignCenter);
+  for (std::size_t i = 0; i < kChannels; ++i) {
+    CWSlide& slide = *controls_->CWSlide1[i];
+    slide.SetScaleMaximum(255);
+    slide.SetValue(kCentre);
+    // Above the middle of its fields, which are wider.
+    slide.SetAxis(controls_->Text1[i]->geometry().center().x() - slide.x());
   }
   // Also while a message or a file dialog is open.
   controls_->Quit->setShortcutContext(Qt::ApplicationShortcut);
@@ -208,6 +231,7 @@ void Form1::DressControls() {
     const QString device = surroundings_.ports.DeviceFor(number);
     return device.isEmpty() ? QStringLiteral("No serial port for this entry now") : device;
   };
+  combo_port.Pale = [this](int number) { return surroundings_.ports.DeviceFor(number).isEmpty(); };
 
   // A step reads as twelve channels under the sliders above; duration and break mark stand at the
   // right. Lines from the table have an empty field between those two.
@@ -303,6 +327,17 @@ void Form1::ConnectFlash() {
   OnClick(controls_->CommandFlash, [&h] { h.program.CommandFlash_Click(); });
   OnClick(controls_->CommandRead, [&h] { h.read.CommandRead_Click(); });
   OnClick(controls_->Command1, [&h] { h.link.Command1_Click(); });
+  h.link.ModeChanged = [this, &h] { ShowErasing(h.link.EraseMode()); };
+}
+
+// An erase has no bar: without this a board that is slow to answer looks like a dead button.
+void Form1::ShowErasing(bool erasing) {
+  controls_->LabelErase->setVisible(erasing);
+  if (erasing) {
+    setCursor(Qt::BusyCursor);
+  } else {
+    unsetCursor();
+  }
 }
 
 void Form1::ConnectPlayback() {
@@ -312,6 +347,11 @@ void Form1::ConnectPlayback() {
   connect(&h.real_emu.Button(), &CWButton::toggled, wiring_.get(),
           [&h](bool on) { h.board_playback.CWButtonRealEmu_ValueChanged(on); });
   surroundings_.timer.Timer = [&h] { h.pc_emulator.HiTimer1_Timer(); };
+  h.pc_emulator.StateChanged = [this, &h] {
+    const bool halted = h.pc_emulator.Halted();
+    h.emu_pc.Button().SetWaiting(halted);
+    controls_->ListSequence->SetHalted(halted);
+  };
   OnClick(controls_->CommandBrk, [&h] { h.breakpoints.CommandBrk_Click(); });
   OnClick(controls_->CommandResBrk, [&h] { h.breakpoints.CommandResBrk_Click(); });
   OnClick(controls_->CommandContinue, [&h] { h.breakpoints.CommandContinue_Click(); });

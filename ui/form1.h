@@ -65,6 +65,7 @@ class Form1 : public QMainWindow {
   void Form_Unload();
   void Form_Terminate();
   void Quit_Click();
+  void ShowErasing(bool erasing);
   void ConnectPanelToggle(QAction* item, std::vector<QWidget*> panels);
   void EndProgram();
 

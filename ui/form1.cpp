@@ -50,9 +50,7 @@ using platform::TextField;
 constexpr int kPorts = 8;
 constexpr int kStartInterval = 20;    // ms, of the playback timer
 constexpr int kStartDuration = 1000;  // ms, of the step being composed
-constexpr int kShortestDuration = 20;
-constexpr int kLongestDuration = 32767;  // what the sequence table can hold
-constexpr int kDurationStep = 20;        // one tick of the board
+constexpr int kDurationStep = 20;     // one tick of the board
 constexpr int kFastDurationStep = 200;
 
 void Colour(QLabel& label, const QColor& colour) {

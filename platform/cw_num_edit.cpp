@@ -1,7 +1,10 @@
 #include "platform/cw_num_edit.h"
 
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <algorithm>
+
+#include "platform/undo_keys.h"
 
 namespace platform {
 namespace {
@@ -19,6 +22,7 @@ CWNumEdit::CWNumEdit(QWidget* parent) : QSpinBox(parent) {
   setCorrectionMode(CorrectToNearestValue);
   // The value changes when an entry is complete, not with each of its digits.
   setKeyboardTracking(false);
+  connect(this, &QSpinBox::editingFinished, this, [this] { lineEdit()->setModified(false); });
 }
 
 int CWNumEdit::Value() {
@@ -54,6 +58,10 @@ QAbstractSpinBox::StepEnabled CWNumEdit::stepEnabled() const {
   if (value() - singleStep() >= minimum()) enabled |= StepDownEnabled;
   if (value() + singleStep() <= maximum()) enabled |= StepUpEnabled;
   return enabled;
+}
+
+bool CWNumEdit::event(QEvent* event) {
+  return TakeUndoKeys(*lineEdit(), *event) || QSpinBox::event(event);
 }
 
 void CWNumEdit::keyPressEvent(QKeyEvent* event) {

@@ -16,8 +16,10 @@
 #include "edit/dialog_interp.h"
 #include "edit/edited_sequence.h"
 #include "edit/sequence_navigation.h"
+#include "edit/step_clipboard.h"
 #include "edit/step_fields.h"
 #include "edit/step_list.h"
+#include "edit/undo_commands.h"
 #include "files/buffer_commands.h"
 #include "flash/erase_flash.h"
 #include "flash/program_sequences.h"
@@ -35,6 +37,7 @@
 #include "ui/controls.h"
 #include "ui/fit_font.h"
 #include "ui/inventory.h"
+#include "ui/list_menu.h"
 
 namespace pelmora {
 namespace {
@@ -81,6 +84,8 @@ struct Form1::Handlers {
         step_fields(edited, live_control,
                     {controls.CWSlide1, controls.Text1, controls.CWNumEditTimeStep}),
         step_list(edited, step_fields, around.message_box),
+        step_clipboard(edited, around.message_box),
+        undo(edited, link),
         navigation(edited),
         interpolation({edited, around.message_box, around.events},
                       {&form, controls.FrameBuffEdit, controls.FrameMan, controls.FramePCEmu,
@@ -106,6 +111,8 @@ struct Form1::Handlers {
   EditedSequence edited;
   StepFields step_fields;
   StepList step_list;
+  StepClipboard step_clipboard;
+  UndoCommands undo;
   SequenceNavigation navigation;
   Interpolation interpolation;
 
@@ -247,6 +254,8 @@ void Form1::ConnectEditing() {
           [&h] { h.step_list.ListSequence_DblClick(); });
   connect(controls_->ListSequence, &ListBox::MoveLine, wiring_.get(),
           [&h](int from, int to) { h.step_list.ListSequence_MoveLine(from, to); });
+  new ListMenu(*controls_->ListSequence, {h.edited, h.undo, h.step_clipboard, h.step_list},
+               wiring_.get());
   PressByKey(Qt::ALT | Qt::Key_Right, *controls_->CommandUp);
   PressByKey(Qt::ALT | Qt::Key_Left, *controls_->CommandDwn);
 }

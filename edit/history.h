@@ -27,7 +27,7 @@ class History {
 
   // The time during which something changes the sequences. Changes made while one is open belong
   // to the outermost: together they are one step, under its name. A change that leaves all
-  // sequences as they were is no step.
+  // sequences as they were, and the same one on the screen, is no step.
   class Change {
    public:
     // `name` is what follows "Undo" and "Redo". `selected` is the line to be selected after an

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "core/step_line.h"
+
 namespace pelmora {
 namespace {
 
@@ -10,40 +12,18 @@ std::shared_ptr<const Part> Shared(const Part& now, const std::shared_ptr<const 
   return former && *former == now ? former : std::make_shared<const Part>(now);
 }
 
-bool IsCurrent(const SequenceState& state, std::size_t sequence) {
-  return state.CurSeq == sequence;
+bool SameStoredSequence(const SequenceState& one, const SequenceState& other, std::size_t i) {
+  if (one.SeqSteps[i] != other.SeqSteps[i]) return false;
+  const SequenceRecord& a = *one.SeqTable[i];
+  const SequenceRecord& b = *other.SeqTable[i];
+  const int steps = one.SeqSteps[i];
+  return std::equal(a.Position.begin(), a.Position.begin() + steps, b.Position.begin()) &&
+         std::equal(a.Duration.begin(), a.Duration.begin() + steps, b.Duration.begin());
 }
 
-int StepsOf(const SequenceState& state, std::size_t sequence) {
-  return IsCurrent(state, sequence) ? static_cast<int>(state.Lines.size())
-                                    : state.SeqSteps[sequence];
-}
-
-// Positions and duration; no breakpoint.
-EditRow StepOf(const SequenceState& state, std::size_t sequence, std::size_t step) {
-  EditRow row{};
-  if (IsCurrent(state, sequence)) {
-    row = (*state.EditBuffer)[step];
-    row[kBreakColumn] = 0;
-  } else {
-    const SequenceRecord& record = *state.SeqTable[sequence];
-    std::ranges::copy(record.Position[step], row.begin());
-    row[kDurationColumn] = record.Duration[step];
-  }
-  return row;
-}
-
-bool SameSequence(const SequenceState& one, const SequenceState& other, std::size_t sequence) {
-  const int steps = StepsOf(one, sequence);
-  if (steps != StepsOf(other, sequence)) return false;
-  if (!IsCurrent(one, sequence) && !IsCurrent(other, sequence) &&
-      one.SeqTable[sequence] == other.SeqTable[sequence]) {
-    return true;
-  }
-  for (std::size_t step = 0; step < static_cast<std::size_t>(steps); ++step) {
-    if (StepOf(one, sequence, step) != StepOf(other, sequence, step)) return false;
-  }
-  return true;
+bool SameButForMark(const QString& one, const QString& other) {
+  return one == other ||
+         WithoutBreakMarks(one.toStdString()) == WithoutBreakMarks(other.toStdString());
 }
 
 }  // namespace
@@ -73,10 +53,11 @@ void PutBack(const SequenceState& state, Declaration& data) {
 }
 
 bool SameSequences(const SequenceState& one, const SequenceState& other) {
+  if (one.CurSeq != other.CurSeq) return false;
   for (std::size_t i = 0; i < kSequences; ++i) {
-    if (!SameSequence(one, other, i)) return false;
+    if (i != one.CurSeq && !SameStoredSequence(one, other, i)) return false;
   }
-  return true;
+  return std::ranges::equal(one.Lines, other.Lines, SameButForMark);
 }
 
 }  // namespace pelmora

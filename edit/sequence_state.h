@@ -33,8 +33,8 @@ SequenceState StateOf(const Declaration& data, const SequenceState* former);
 // Makes `data` what it was.
 void PutBack(const SequenceState& state, Declaration& data);
 
-// Whether both hold the same 16 sequences, the current one as its list stands. Which one is
-// current, the selection and the breakpoints don't count, nor what lies beyond the last steps.
+// Whether both hold the same 16 sequences and show the same one, whose lines are what counts. The
+// selection and the breakpoints don't count, nor does what lies beyond the last steps.
 bool SameSequences(const SequenceState& one, const SequenceState& other);
 
 }  // namespace pelmora

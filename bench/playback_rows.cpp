@@ -12,9 +12,10 @@
 namespace bench {
 namespace {
 
-constexpr int kTick = 20;     // ms
-constexpr int kTicks = 1000;  // of the long measurement
-constexpr int kStall = 70;    // ms
+constexpr int kTick = 20;            // ms
+constexpr int kTicks = 1000;         // of the long measurement
+constexpr int kStall = 70;           // ms
+constexpr double kLongPlay = 30000;  // ms
 constexpr int kTicksBeforeStall = 10;
 constexpr int kTicksAfterStall = 50;
 
@@ -81,6 +82,38 @@ void Play(ConnectedProgram& program, TickLog& log) {
   timer.Timer = tick;
 }
 
+// Two steps of 20 ms that differ in so many channels.
+rig::Sequences TwoSteps(std::size_t channels) {
+  rig::Sequences sequences;
+  for (const int position : {100, 150}) {
+    rig::Step step{};
+    step.positions.fill(128);
+    std::fill_n(step.positions.begin(), channels, static_cast<std::uint8_t>(position));
+    step.ticks = 1;
+    sequences[0].push_back(step);
+  }
+  return sequences;
+}
+
+// How long the board goes on after "PC Emu" has been switched Off, having played steps that take
+// longer on the line than they last.
+double GoesOnAfterOff() {
+  ConnectedProgram program(simboard::Pace::k9600, {.timer = true});
+  program.Load(TwoSteps(12));
+  auto& play = program.hands->Find<platform::CWButton>("CWButtonEmuPC");
+  play.click();
+  const auto start = Clock::now();
+  Live([&] { return Milliseconds(Clock::now() - start) > kLongPlay; });
+  play.click();
+  const auto off = Clock::now();
+  std::size_t taken = 0;
+  do {
+    taken = program.board.Log().size();
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+  } while (program.board.Log().size() != taken);
+  return Milliseconds(program.board.Log().back().when - off);
+}
+
 void RunBare(Qt::TimerType type, TickLog& log) {
   QTimer timer;
   timer.setTimerType(type);
@@ -99,7 +132,7 @@ void AddPlaybackRows(Report& report) {
   } kBareTimers[] = {{Qt::PreciseTimer, "the toolkit's precise timer"},
                      {Qt::CoarseTimer, "the toolkit's coarse timer"}};
   ConnectedProgram program(simboard::Pace::kUnpaced, {.timer = true});
-  program.Load(rig::FilledSequences(1, 2, 1));
+  program.Load(TwoSteps(6));  // the line carries them in time
   TickLog even(kTicks);
   TickLog stalled(kTicksBeforeStall + kTicksAfterStall, kTicksBeforeStall);
   Play(program, even);
@@ -122,6 +155,8 @@ void AddPlaybackRows(Report& report) {
     report.Add("  longest", std::ranges::max(intervals), name, std::ranges::max(bare_intervals),
                "ms");
   }
+  report.Add("after 30 s of 20 ms steps of all channels the board goes on for", GoesOnAfterOff(),
+             "a pose's time on the line", 24 * 11 / 9.6, "ms");
 }
 
 }  // namespace bench

@@ -8,8 +8,8 @@
 namespace pelmora {
 namespace {
 
-constexpr std::string_view kDegreeSign = "\u00B0";
-constexpr std::string_view kMilliseconds = "ms";
+constexpr std::string_view kAngleUnit = "\u00B0";
+constexpr std::string_view kDurationUnit = "ms";
 constexpr int kFields = kChannels + 1;
 constexpr int kHighestPosition = 255;
 constexpr double kLowestAngle = -kCentre / 2.0;
@@ -58,7 +58,7 @@ std::optional<std::string> ReadLine(std::string_view line, std::string_view deci
     }
   }
   for (std::size_t ch = 0; ch < kChannels; ++ch) {
-    const std::optional<double> angle = Number(fields[ch], kDegreeSign, decimal_point);
+    const std::optional<double> angle = Number(fields[ch], kAngleUnit, decimal_point);
     if (!angle) return AngleFault(ch, "no number");
     if (*angle < kLowestAngle || *angle > kHighestAngle) {
       return AngleFault(ch, "outside " + AngleText(0, decimal_point) + " to " +
@@ -67,7 +67,7 @@ std::optional<std::string> ReadLine(std::string_view line, std::string_view deci
     row[ch] = static_cast<std::int32_t>(std::floor(*angle * 2 + kCentre));
   }
   const std::optional<double> duration =
-      Number(fields[kDurationColumn], kMilliseconds, decimal_point);
+      Number(fields[kDurationColumn], kDurationUnit, decimal_point);
   if (!duration) return "the duration is no number";
   if (*duration < kShortestDuration || *duration > kLongestDuration) {
     return "the duration is outside " + std::to_string(kShortestDuration) + " to " +

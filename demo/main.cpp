@@ -15,6 +15,7 @@
 
 #include "board/board_window.h"
 #include "demo/tour.h"
+#include "platform/end_signals.h"
 #include "rig/program_with_board.h"
 
 namespace {
@@ -45,6 +46,7 @@ void WriteLog(const simboard::SimulatedBoard& board, const QString& path) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  platform::EndSignals end_signals;
   QApplication application(argc, argv);
   QCommandLineParser parser;
   const QCommandLineOption tour(QStringLiteral("tour"),
@@ -64,6 +66,7 @@ int main(int argc, char** argv) {
   const rig::Genuine genuine{.message_boxes = true,
                              .file_dialogs = true,
                              .timer = true,
+                             .screen = QApplication::primaryScreen()->availableGeometry(),
                              .other_ports = !parser.isSet(tour)};
   const auto complain = [](const QString& problem) { qFatal("%s", qPrintable(problem)); };
   rig::ProgramWithBoard program(complain, simboard::Pace::k9600, genuine);
@@ -71,6 +74,9 @@ int main(int argc, char** argv) {
   simboard::BoardWindow board_window(program.board);
   QObject::connect(&program.events, &platform::Events::Ended, &application,
                    [] { QApplication::exit(0); });
+  QObject::connect(&end_signals, &platform::EndSignals::Requested, program.form.get(),
+                   &QWidget::close);
+  end_signals.Watch();
   PlaceBeside(board_window, *program.form);
   board_window.show();
   program.form->activateWindow();

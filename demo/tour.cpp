@@ -283,7 +283,7 @@ void Tour::AnswerNextMessage(const QString& text, const QString& picture) {
 }
 
 void Tour::AnswerFileDialog(const QString& path, const QString& picture) {
-  const auto dialog = [] { return qobject_cast<QFileDialog*>(QApplication::activeModalWidget()); };
+  const auto dialog = [this] { return window_.findChild<QFileDialog*>("FileDialog"); };
   operator_.When([dialog] { return dialog() && dialog()->isVisible(); },
                  [this, dialog, path, picture] {
                    Picture(picture);

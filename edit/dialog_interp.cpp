@@ -4,6 +4,8 @@
 #include <utility>
 
 #include "core/interpolation.h"
+#include "platform/held_keys.h"
+#include "platform/option_button.h"
 #include "platform/push_button.h"
 #include "platform/twips.h"
 
@@ -50,7 +52,7 @@ void DialogInterp::BuildControls() {
                                            QStringLiteral("Interpolation With &Next Step")};
   for (std::size_t i = 0; i < OptionINterp.size(); ++i) {
     const int index = static_cast<int>(i);
-    OptionINterp[i] = new QRadioButton(captions[i], this);
+    OptionINterp[i] = new platform::OptionButton(captions[i], this);
     OptionINterp[i]->setObjectName(QStringLiteral("OptionINterp_%1").arg(index));
     OptionINterp[i]->setGeometry(Twips(360, 120 + 420 * index, 3015, 435));
   }
@@ -58,14 +60,16 @@ void DialogInterp::BuildControls() {
   CWNumEditInterp->setObjectName(QStringLiteral("CWNumEditInterp"));
   CWNumEditInterp->setGeometry(Twips(360, 1140, 1095, 315));
   CWNumEditInterp->SetScale(kLowestCount, kHighestCount, 1, kFastIncrement);
+  CWNumEditInterp->SetOutOfRange(platform::CWNumEdit::OutOfRange::kRefuse);
   auto* label = new QLabel(QStringLiteral("Number of &Interpolation Steps"), this);
   label->setObjectName(QStringLiteral("Label1"));
-  label->setGeometry(Twips(1680, 1140, 2295, 315));
-  // The caption may be wider than its place; there is room to the right.
+  label->setGeometry(Twips(1680, 1200, 2295, 315));
+  // The caption may be wider than its place; to the right of it is nothing.
   label->resize(std::max(label->width(), label->sizeHint().width()), label->height());
   label->setBuddy(CWNumEditInterp);
   CWNumEditInterp->setAccessibleName(QStringLiteral("Number of Interpolation Steps"));
 
+  new platform::IgnoreHeldKeys(this);
   connect(ok, &QPushButton::clicked, this, &DialogInterp::OKButton_Click);
   connect(cancel, &QPushButton::clicked, this, &DialogInterp::CancelButton_Click);
 }

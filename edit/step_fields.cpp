@@ -1,5 +1,6 @@
 #include "edit/step_fields.h"
 
+#include <QRegularExpression>
 #include <algorithm>
 #include <optional>
 
@@ -15,6 +16,18 @@ constexpr int kMinus = '-';
 
 constexpr double kLowestOffset = -128;
 constexpr double kHighestOffset = 127;
+
+// A typed offset, cut to the range. Nothing when the text is no number.
+std::optional<double> ReadOffset(const QString& text, const std::string& decimal_point) {
+  if (text.isEmpty()) return 0;
+  if (const std::optional<double> offset = ParseNumber(text.toStdString(), decimal_point)) {
+    return std::clamp(*offset, kLowestOffset, kHighestOffset);
+  }
+  // Hundreds of digits are more than a number type holds.
+  static const QRegularExpression long_number(QStringLiteral("^ *-?[0-9]+ *$"));
+  if (!long_number.match(text).hasMatch()) return std::nullopt;
+  return text.contains('-') ? kLowestOffset : kHighestOffset;
+}
 
 }  // namespace
 
@@ -52,12 +65,8 @@ void StepFields::Text1_LostFocus(int index) {
 void StepFields::Commit(int channel) {
   const auto i = static_cast<std::size_t>(channel);
   platform::CWSlide& slide = *controls_.CWSlide1[i];
-  const QString text = controls_.Text1[i]->text();
-  const std::optional<double> offset =
-      text.isEmpty() ? 0 : ParseNumber(text.toStdString(), edited_.DecimalPoint());
-  if (offset) {
-    const double clamped = std::clamp(*offset, kLowestOffset, kHighestOffset);
-    slide.SetValue(RoundHalfEven(clamped + kCentre).value_or(slide.Value()));
+  if (const auto offset = ReadOffset(controls_.Text1[i]->text(), edited_.DecimalPoint())) {
+    slide.SetValue(RoundHalfEven(*offset + kCentre).value_or(slide.Value()));
   }
   // A slider that stays where it is raises no event; the field must show its offset all the same
   // ("05", an empty field, a text that is no number).

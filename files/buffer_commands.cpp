@@ -1,19 +1,13 @@
 #include "files/buffer_commands.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
-#include <QFile>
 #include <QFileInfo>
-#include <cerrno>
 #include <filesystem>
 #include <fstream>
 #include <memory>
 #include <optional>
-#include <string>
-#include <string_view>
 
 #include "core/buffer_file.h"
+#include "files/save_file.h"
 
 namespace pelmora {
 namespace {
@@ -25,26 +19,6 @@ constexpr char kLoadTitle[] = "Load";
 constexpr char kFilter[] =
     "Data Files (*.dat)|*.dat|Text Files"
     "(*.txt)|*.txt|All Files (*.*)|*.*";
-
-// Writes the file. The reason when that fails; what was written so far stays in the file.
-std::optional<QString> Write(const QString& path, std::string_view content) {
-  // Non-blocking: a pipe that nobody reads would keep the window waiting for ever.
-  const int file = open(QFile::encodeName(path).constData(),
-                        O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_CLOEXEC, 0666);
-  if (file < 0) return qt_error_string(errno);
-  std::optional<QString> reason;
-  // QFile forgets the reason when a part could still be written, as on a disk that becomes full.
-  while (!content.empty() && !reason) {
-    const ssize_t written = write(file, content.data(), content.size());
-    if (written >= 0) {
-      content.remove_prefix(static_cast<std::size_t>(written));
-    } else if (errno != EINTR) {
-      reason = qt_error_string(errno);
-    }
-  }
-  if (close(file) != 0 && !reason) reason = qt_error_string(errno);
-  return reason;
-}
 
 // The content of a buffer file; null when it can't be read as one.
 std::unique_ptr<SequenceTable> Read(const QString& path) {
@@ -69,7 +43,7 @@ void BufferCommands::SaveBuffer_Click() {
   const std::optional<QString> path = common_dialog_.ShowSave(
       {kFilter, QStringLiteral(".dat"), QStringLiteral("Sequences %1").arg(SaveCounter)});
   if (!path) return;
-  if (const std::optional<QString> reason = Write(*path, FormatBufferFile(edited_.Data()))) {
+  if (const std::optional<QString> reason = SaveFile(*path, FormatBufferFile(edited_.Data()))) {
     message_box_.Show(
         QStringLiteral("The sequences could not be saved in %1: %2").arg(*path, *reason),
         kSaveTitle);

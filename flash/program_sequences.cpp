@@ -9,6 +9,12 @@ namespace {
 
 using Answer = BoardOperation::Answer;
 
+// A slider or a playback sends its bytes whenever it moves, and the board takes what comes for step
+// data.
+constexpr char kDisturbedText[] =
+    "Something else was sent to the board while its flash was written: a slider moved, or a "
+    "playback or a switch was used. The flash is not what the sequences are. Program again.";
+
 // The bar moves about a hundred times in a transfer of `total` bytes: once in so many bytes.
 int ProgressInterval(int total) {
   return std::max(1, (total - 1) / 100 + 1);
@@ -18,32 +24,33 @@ int ProgressInterval(int total) {
 
 void ProgramSequences::CommandFlash_Click() {
   if (!link_.Port().RequireConnection() || RefuseOversize()) return;
-  const QString outcome = Transfer();
-  if (!outcome.isEmpty()) link_.Say(outcome);
+  const Outcome outcome = Transfer();
+  if (!outcome.text.isEmpty()) link_.Say(outcome.text);
+  if (outcome.disturbed) link_.Say(kDisturbedText);
 }
 
-// What there is to say at the end, empty when it has been said.
-QString ProgramSequences::Transfer() {
+ProgramSequences::Outcome ProgramSequences::Transfer() {
   // Begun before the erase: a connection made anew during its wait is not the one that was erased.
   BoardOperation operation(link_, Mode::kProgram);
   link_.Echo().clear();
   const Answer erased = erase_flash_.Erase();
-  if (erased == Answer::kAborted) return QString();
+  if (erased == Answer::kAborted) return {};
   // The sequences may have grown during the erase.
-  if (RefuseOversize()) return QString();
+  if (RefuseOversize()) return {};
   // Never send to a board that was not erased: another program may have run during the erase, or
   // the port have been reopened while its message was open.
   if (erased == Answer::kTakenOver || !operation.ModeSet() || operation.Aborted()) {
-    return kAbortedText;
+    return {kAbortedText};
   }
   const int total = edited_.Data().TotalBytes;
   operation.BeginTransfer(total - 1);
   EncodeSteps(edited_.Data(), link_.FlashImage());
   operation.Send(ProgramCommand(edited_.Data()));
-  if (operation.WaitForAck() != Answer::kReceived) return kAbortedText;
+  if (operation.WaitForAck() != Answer::kReceived) return {kAbortedText};
   int last_sent = 0;
-  if (!SendStepData(operation, total, last_sent)) return kAbortedText + QString::number(last_sent);
-  return QStringLiteral("Data Flash Programmed!");
+  if (!SendStepData(operation, total, last_sent))
+    return {kAbortedText + QString::number(last_sent)};
+  return {QStringLiteral("Data Flash Programmed!"), operation.Disturbed()};
 }
 
 bool ProgramSequences::RefuseOversize() {

@@ -20,7 +20,12 @@ class ProgramSequences {
   void CommandFlash_Click();
 
  private:
-  QString Transfer();
+  struct Outcome {
+    QString text;  // empty when everything has been said
+    bool disturbed = false;
+  };
+
+  Outcome Transfer();
   bool SendStepData(BoardOperation& operation, int total, int& last_sent);
   bool RefuseOversize();
 

@@ -19,6 +19,7 @@ class ConnectedSwitch {
   void DropToOff();
 
   platform::CWButton& Button() { return button_; }
+  SerialPort& Port() { return serial_port_; }
 
  private:
   platform::CWButton& button_;

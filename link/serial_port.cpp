@@ -9,6 +9,9 @@ namespace {
 constexpr int kIdleBufferBytes = 20000;
 constexpr int kReadBufferBytes = kHeaderBytes + kFlashCapacity;
 
+// A code and a position for every channel.
+constexpr int kPoseBytes = 2 * kChannels;
+
 }  // namespace
 
 SerialPort::SerialPort(platform::MSComm& comm, platform::DropDownList& combo_port,
@@ -71,15 +74,21 @@ void SerialPort::Send(std::span<const std::uint8_t> bytes) {
   }
 }
 
-void SerialPort::MSComm1_PortLost() {
+std::chrono::milliseconds SerialPort::TimeUntilReady() const {
+  return comm_.TimeUntilLeft(kPoseBytes);
+}
+
+void SerialPort::MSComm1_PortLost(bool reading) {
   const QString entry = combo_port_.currentText();
   combo_port_.setEnabled(true);
   combo_port_.setCurrentIndex(-1);
   message_box_.Show(
       QStringLiteral("The connection on %1 (%2) is lost: the adapter was pulled or the "
-                     "line hung up.\n\nYour sequences are untouched. Choose a "
-                     "port to connect again.")
-          .arg(entry, comm_.LastDevice()),
+                     "line hung up.\n\n%3 Choose a port to connect again.")
+          .arg(entry, comm_.LastDevice(),
+               QLatin1String(reading ? "Your sequences were cleared when the read began; undo "
+                                       "(Ctrl+Z) brings them back."
+                                     : "Your sequences are untouched.")),
       kProgramTitle);
 }
 

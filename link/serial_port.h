@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <chrono>
 #include <cstdint>
 #include <span>
 
@@ -24,8 +25,9 @@ class SerialPort {
   // a message says why and the list stays open for another choice.
   void ComboPort_Click();
 
-  // The open port has failed: unlocks the list and says so.
-  void MSComm1_PortLost();
+  // The open port has failed: unlocks the list and says so. `reading`: a read had begun, which has
+  // emptied the sequences.
+  void MSComm1_PortLost(bool reading);
 
   // "Connected" means that the port is open; the board itself is not asked.
   bool Connected() const { return comm_.PortOpen(); }
@@ -41,6 +43,11 @@ class SerialPort {
   // How many bytes have been sent in this run. An operation tells by it whether others have sent
   // bytes meanwhile.
   std::uint64_t BytesSent() const { return bytes_sent_; }
+
+  // How long the line needs until no more than one pose (a position of every channel) has not left
+  // yet; 0 when it is ready for the next one. Whoever sends pose after pose waits for that, so that
+  // the board never goes on for long after the operator has stopped.
+  std::chrono::milliseconds TimeUntilReady() const;
 
   // The receive settings. Each begins with what waits being discarded.
   // While no operation reads: one receive event and one byte for each received byte.

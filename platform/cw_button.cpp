@@ -41,9 +41,8 @@ void DrawLamp(QPainter& painter, const QRectF& lamp, bool on, const QColor& lit,
 
 }  // namespace
 
-CWButton::CWButton(const QString& caption, QWidget* parent) : QPushButton(caption, parent) {
+CWButton::CWButton(const QString& caption, QWidget* parent) : PushButton(caption, parent) {
   setCheckable(true);
-  setFocusPolicy(Qt::StrongFocus);
   setAttribute(Qt::WA_Hover);
   // During a click the button does not show its new state until the click's handlers are done, and
   // a handler may open a message box.

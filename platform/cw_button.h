@@ -1,11 +1,11 @@
 // A two-state switch that looks On or Off at a glance.
 #pragma once
 
-#include <QPushButton>
+#include "platform/push_button.h"
 
 namespace platform {
 
-class CWButton : public QPushButton {
+class CWButton : public PushButton {
   Q_OBJECT
  public:
   explicit CWButton(const QString& caption, QWidget* parent = nullptr);

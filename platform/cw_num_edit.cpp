@@ -2,27 +2,35 @@
 
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QRegularExpression>
+#include <QWheelEvent>
 #include <algorithm>
+#include <cmath>
 
 #include "platform/undo_keys.h"
 
 namespace platform {
 namespace {
 
-bool IsAsciiNumber(QStringView text) {
-  if (text.startsWith('-')) text = text.mid(1);
-  return !text.isEmpty() &&
-         std::ranges::all_of(text, [](QChar c) { return c >= u'0' && c <= u'9'; });
+constexpr qsizetype kMostDigits = 15;  // that a double holds exactly
+
+// What an entry may look like while it is typed: sign, whole digits, separator and further digits.
+QRegularExpressionMatch Split(const QString& number) {
+  static const QRegularExpression form(QStringLiteral("^(-?)0*([0-9]*)(\\.[0-9]*)?$"));
+  return form.match(number);
 }
 
 }  // namespace
 
 CWNumEdit::CWNumEdit(QWidget* parent) : QSpinBox(parent) {
   setLocale(QLocale::c());
+  setFocusPolicy(Qt::StrongFocus);
   setCorrectionMode(CorrectToNearestValue);
   // The value changes when an entry is complete, not with each of its digits.
   setKeyboardTracking(false);
   connect(this, &QSpinBox::editingFinished, this, [this] { lineEdit()->setModified(false); });
+  connect(lineEdit(), &QLineEdit::cursorPositionChanged, this,
+          [this](int, int position) { KeepCaretBeforeUnit(position); });
 }
 
 int CWNumEdit::Value() {
@@ -40,13 +48,11 @@ void CWNumEdit::SetUnit(const QString& unit) {
   setSuffix(unit);
 }
 
-bool CWNumEdit::Step(int difference) {
+void CWNumEdit::Step(int difference) {
   interpretText();
   const qint64 target = qint64{value()} + difference;
-  if (target < minimum() || target > maximum()) return false;
-  setValue(static_cast<int>(target));
+  setValue(static_cast<int>(std::clamp<qint64>(target, minimum(), maximum())));
   selectAll();
-  return true;
 }
 
 void CWNumEdit::stepBy(int steps) {
@@ -54,9 +60,10 @@ void CWNumEdit::stepBy(int steps) {
 }
 
 QAbstractSpinBox::StepEnabled CWNumEdit::stepEnabled() const {
+  const int typed = valueFromText(text());
   StepEnabled enabled = StepNone;
-  if (value() - singleStep() >= minimum()) enabled |= StepDownEnabled;
-  if (value() + singleStep() <= maximum()) enabled |= StepUpEnabled;
+  if (typed > minimum()) enabled |= StepDownEnabled;
+  if (typed < maximum()) enabled |= StepUpEnabled;
   return enabled;
 }
 
@@ -73,9 +80,26 @@ void CWNumEdit::keyPressEvent(QKeyEvent* event) {
   QSpinBox::keyPressEvent(event);
 }
 
+void CWNumEdit::wheelEvent(QWheelEvent* event) {
+  if (hasFocus()) {
+    QSpinBox::wheelEvent(event);
+  } else {
+    event->ignore();
+  }
+}
+
+// Behind the unit no digit can be typed.
+void CWNumEdit::KeepCaretBeforeUnit(int position) {
+  const auto last = static_cast<int>(lineEdit()->text().size() - suffix().size());
+  if (position > last && lineEdit()->text().endsWith(suffix()) && !lineEdit()->hasSelectedText()) {
+    lineEdit()->setCursorPosition(last);
+  }
+}
+
+// The number in a text of the field, with "." as its separator.
 QString CWNumEdit::Number(QString text) const {
   if (text.endsWith(suffix())) text.chop(suffix().size());
-  return text.trimmed();
+  return text.trimmed().replace(QLocale().decimalPoint(), QLatin1String("."));
 }
 
 QString CWNumEdit::textFromValue(int value) const {
@@ -84,24 +108,26 @@ QString CWNumEdit::textFromValue(int value) const {
 
 int CWNumEdit::valueFromText(const QString& text) const {
   const QString number = Number(text);
-  if (!IsAsciiNumber(number)) return value();
-  bool fits = false;
-  const int typed = number.toInt(&fits);
-  if (!fits) return number.startsWith('-') ? minimum() : maximum();
-  return std::clamp(typed, minimum(), maximum());
+  const QRegularExpressionMatch parts = Split(number);
+  const bool any_digit = std::ranges::any_of(number, [](QChar c) { return c.isDigit(); });
+  if (!parts.hasMatch() || !any_digit) return value();
+  const QString digits = parts.captured(2);
+  const QString fraction = parts.captured(3).left(kMostDigits);
+  const bool negative = !parts.captured(1).isEmpty();
+  if (digits.size() > kMostDigits) return negative ? minimum() : maximum();
+  const double typed = QString('0' + digits + fraction).toDouble() * (negative ? -1 : 1);
+  return static_cast<int>(std::clamp<double>(std::nearbyint(typed), minimum(), maximum()));
 }
 
-// The toolkit refuses the digit that takes an entry above the range and turns an unfinished one
-// into the minimum; here any number can be typed, and it is corrected when the entry is complete.
 QValidator::State CWNumEdit::validate(QString& text, int&) const {
   const QString number = Number(text);
-  if (number.isEmpty() || (number == "-" && minimum() < 0)) return QValidator::Intermediate;
-  if (!IsAsciiNumber(number)) return QValidator::Invalid;
-  if (number.startsWith('-') && minimum() >= 0) return QValidator::Invalid;
-  bool fits = false;
-  const int typed = number.toInt(&fits);
-  return fits && typed >= minimum() && typed <= maximum() ? QValidator::Acceptable
-                                                          : QValidator::Intermediate;
+  if (number.isEmpty()) return QValidator::Intermediate;
+  const QRegularExpressionMatch parts = Split(number);
+  if (!parts.hasMatch() || (minimum() >= 0 && number.startsWith('-'))) return QValidator::Invalid;
+  bool whole = false;
+  const int typed = number.toInt(&whole);
+  if (whole && typed >= minimum() && typed <= maximum()) return QValidator::Acceptable;
+  return out_of_range_ == OutOfRange::kRefuse ? QValidator::Invalid : QValidator::Intermediate;
 }
 
 void CWNumEdit::fixup(QString& text) const {

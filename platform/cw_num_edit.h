@@ -1,5 +1,6 @@
 // A numeric field that shows its whole-number value followed by a unit, e.g. "1000 ms", always in
-// plain digits whatever the locale.
+// plain digits whatever the locale. The toolkit's own refuses the digit that takes an entry above
+// the range, takes no decimal separator, steps by the wheel without the focus and has no page step.
 #pragma once
 
 #include <QSpinBox>
@@ -9,6 +10,12 @@ namespace platform {
 class CWNumEdit : public QSpinBox {
   Q_OBJECT
  public:
+  // What becomes of a typed number outside the range.
+  enum class OutOfRange {
+    kClamp,   // the nearest bound, once the entry is complete
+    kRefuse,  // the key that would make it is ignored
+  };
+
   explicit CWNumEdit(QWidget* parent = nullptr);
 
   // The value, with an entry that is still being typed taken into account.
@@ -18,11 +25,13 @@ class CWNumEdit : public QSpinBox {
   // setting the value already held raises nothing.
   void SetValue(int value) { setValue(value); }
 
-  // Range and steps: arrow keys and buttons step by `increment`, page keys by `fast_increment`; a
-  // step that would leave the range is not made. A typed entry counts when the field is left,
-  // Enter is pressed or the value is asked for: a number outside the range is clamped to it, and
-  // where there is no number the value stays as it was.
+  // Range and steps: arrow keys, buttons and the wheel (in the field that has the focus) step by
+  // `increment`, page keys by `fast_increment`, and stop at the bounds. A typed entry counts when
+  // the field is left, Enter is pressed or the value is asked for. It is rounded to a whole number,
+  // halves to the even one; "." and the locale's separator are both taken. Where there is no number
+  // the value stays as it was.
   void SetScale(int minimum, int maximum, int increment, int fast_increment);
+  void SetOutOfRange(OutOfRange out_of_range) { out_of_range_ = out_of_range; }
 
   // The unit shown behind the number, its leading blank included (" ms").
   void SetUnit(const QString& unit);
@@ -31,6 +40,7 @@ class CWNumEdit : public QSpinBox {
   bool event(QEvent* event) override;
   void stepBy(int steps) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
   QString textFromValue(int value) const override;
   int valueFromText(const QString& text) const override;
   StepEnabled stepEnabled() const override;
@@ -39,8 +49,10 @@ class CWNumEdit : public QSpinBox {
 
  private:
   QString Number(QString text) const;
-  bool Step(int difference);
+  void Step(int difference);
+  void KeepCaretBeforeUnit(int position);
 
+  OutOfRange out_of_range_ = OutOfRange::kClamp;
   int fast_increment_ = 10;
 };
 

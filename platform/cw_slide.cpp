@@ -1,10 +1,24 @@
 #include "platform/cw_slide.h"
 
+#include <QMouseEvent>
+#include <QStyleOptionSlider>
+#include <QWheelEvent>
 #include <algorithm>
 
 #include "platform/slide_style.h"
 
 namespace platform {
+namespace {
+
+constexpr int kFollowMilliseconds = 5;
+constexpr int kNotch = 120;  // what the toolkit counts for a notch of the wheel
+
+QMouseEvent Shifted(const QMouseEvent& event, const QPoint& shift) {
+  return {event.type(),   event.position() + shift, event.globalPosition() + shift,
+          event.button(), event.buttons(),          event.modifiers()};
+}
+
+}  // namespace
 
 CWSlide::CWSlide(QWidget* parent) : QSlider(Qt::Vertical, parent) {
   auto* style = new SlideStyle;
@@ -12,7 +26,10 @@ CWSlide::CWSlide(QWidget* parent) : QSlider(Qt::Vertical, parent) {
   setStyle(style);
   setSingleStep(1);
   setPageStep(10);
-  setFocusPolicy(Qt::StrongFocus);
+  // It takes the focus of a click itself, once it knows what was pressed.
+  setFocusPolicy(Qt::TabFocus);
+  setTracking(false);
+  connect(this, &QSlider::sliderMoved, this, &CWSlide::Follow);
 }
 
 void CWSlide::SetScaleMaximum(int maximum) {
@@ -23,6 +40,63 @@ void CWSlide::SetCaption(const QString& caption) {
   caption_ = caption;
   setAccessibleName(caption);
   update();
+}
+
+// The value takes the place of the dragged handle, now or a moment later.
+void CWSlide::Follow() {
+  if (MayChange && !MayChange()) {
+    if (!follow_timer_.isActive()) {
+      follow_timer_.start(kFollowMilliseconds, Qt::PreciseTimer, this);
+    }
+    return;
+  }
+  follow_timer_.stop();
+  if (sliderPosition() != value()) triggerAction(SliderMove);
+}
+
+void CWSlide::timerEvent(QTimerEvent* event) {
+  if (event->timerId() == follow_timer_.timerId()) {
+    Follow();
+  } else {
+    QSlider::timerEvent(event);
+  }
+}
+
+QRect CWSlide::Handle() const {
+  QStyleOptionSlider option;
+  initStyleOption(&option);
+  return style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, this);
+}
+
+void CWSlide::mousePressEvent(QMouseEvent* event) {
+  const QRect pressed = Handle();
+  setFocus(Qt::MouseFocusReason);
+  const bool on_handle = pressed.contains(event->position().toPoint());
+  grab_shift_ = on_handle ? Handle().topLeft() - pressed.topLeft() : QPoint();
+  QMouseEvent shifted = Shifted(*event, grab_shift_);
+  QSlider::mousePressEvent(&shifted);
+}
+
+void CWSlide::mouseMoveEvent(QMouseEvent* event) {
+  QMouseEvent shifted = Shifted(*event, grab_shift_);
+  QSlider::mouseMoveEvent(&shifted);
+}
+
+void CWSlide::mouseReleaseEvent(QMouseEvent* event) {
+  QMouseEvent shifted = Shifted(*event, grab_shift_);
+  QSlider::mouseReleaseEvent(&shifted);
+}
+
+void CWSlide::wheelEvent(QWheelEvent* event) {
+  if (!hasFocus()) {
+    event->ignore();
+    return;
+  }
+  wheel_angle_ += event->angleDelta().y();
+  const int notches = wheel_angle_ / kNotch;
+  wheel_angle_ %= kNotch;
+  setValue(value() + notches);
+  event->accept();
 }
 
 }  // namespace platform

@@ -3,13 +3,17 @@
 #include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QScrollBar>
 #include <QWheelEvent>
 #include <algorithm>
 
+#include "platform/list_look.h"
+
 namespace platform {
 namespace {
 
+constexpr int kNumberMargin = 6;         // pixels between a line's number and the scroll bar
 constexpr int kScrollMilliseconds = 60;  // per line, while a drag is held above or below the list
 
 // A line whose tabs are read out as pauses.
@@ -32,7 +36,6 @@ ListBox::ListBox(QWidget* parent) : QListWidget(parent), delegate_(new ColumnDel
   setSelectionMode(SingleSelection);
   setEditTriggers(NoEditTriggers);
   setUniformItemSizes(true);
-  setAlternatingRowColors(true);
   setVerticalScrollMode(ScrollPerItem);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setBackgroundRole(QPalette::Base);
@@ -90,6 +93,24 @@ void ListBox::SetColumns(std::vector<ListColumn> columns) {
   viewport()->update();
 }
 
+void ListBox::SetLineNumbers(bool shown) {
+  numbers_ = shown;
+  PlaceNumbers();
+}
+
+void ListBox::SetHalted(bool halted) {
+  delegate_->SetHalted(halted);
+  viewport()->update();
+}
+
+// Clear of the scroll bar, also while there is none.
+void ListBox::PlaceNumbers() {
+  const int scroll_bar = verticalScrollBar()->sizeHint().width();
+  const int edge = width() - 2 * frameWidth() - scroll_bar - kNumberMargin;
+  delegate_->SetNumberEdge(numbers_ ? edge : -1);
+  viewport()->update();
+}
+
 // The lines share the list's height, so that none is cut at the bottom. What the division leaves
 // over goes above and below them.
 void ListBox::FitRows() {
@@ -104,6 +125,7 @@ void ListBox::FitRows() {
 
 void ListBox::resizeEvent(QResizeEvent* event) {
   FitRows();
+  PlaceNumbers();
   QListWidget::resizeEvent(event);
 }
 
@@ -193,13 +215,52 @@ void ListBox::FollowPointer(int y) {
   if (!outside) {
     scroll_timer_.stop();
   } else if (!scroll_timer_.isActive()) {
-    scroll_timer_.start(kScrollMilliseconds, this);
+    scroll_timer_.start(kScrollMilliseconds, Qt::PreciseTimer, this);
   }
 }
 
 void ListBox::ShowDrag() {
   SetListIndex(gesture_.To());
+  delegate_->SetDragged(gesture_.From());
   viewport()->setCursor(Qt::ClosedHandCursor);
+  viewport()->update();
+}
+
+void ListBox::HideDrag() {
+  scroll_timer_.stop();
+  delegate_->SetDragged(-1);
+  viewport()->unsetCursor();
+  viewport()->update();
+}
+
+void ListBox::paintEvent(QPaintEvent* event) {
+  QListWidget::paintEvent(event);
+  if (!gesture_.Dragging() || gesture_.To() == gesture_.From()) return;
+  const QRect line = visualItemRect(item(gesture_.To()));
+  const int between = gesture_.To() < gesture_.From() ? line.top() : line.bottom() + 1;
+  QPainter painter(viewport());
+  DrawDropMark(painter, viewport()->rect(), between, palette());
+}
+
+// The toolkit shows the focus on a line only; an empty list shows it, too.
+bool ListBox::event(QEvent* event) {
+  const bool done = QListWidget::event(event);
+  if (event->type() == QEvent::Paint && hasFocus()) {
+    QPainter painter(this);
+    painter.setPen(palette().color(QPalette::Highlight));
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+  }
+  return done;
+}
+
+void ListBox::focusInEvent(QFocusEvent* event) {
+  QListWidget::focusInEvent(event);
+  update();
+}
+
+void ListBox::focusOutEvent(QFocusEvent* event) {
+  QListWidget::focusOutEvent(event);
+  update();
 }
 
 void ListBox::timerEvent(QTimerEvent* event) {
@@ -224,15 +285,13 @@ void ListBox::wheelEvent(QWheelEvent* event) {
 void ListBox::LinesChange() {
   if (!gesture_.OnLine()) return;
   gesture_.LoseLine();
-  scroll_timer_.stop();
-  viewport()->unsetCursor();
+  HideDrag();
 }
 
 void ListBox::EndGesture() {
   if (!gesture_.Running()) return;
   gesture_.End();
-  scroll_timer_.stop();
-  viewport()->unsetCursor();
+  HideDrag();
   BringIntoView(ListIndex());
 }
 

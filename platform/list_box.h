@@ -41,6 +41,10 @@ class ListBox : public QListWidget {
   // The columns for the fields of a line, left to right; an empty field draws nothing and fields
   // beyond the last column are not drawn.
   void SetColumns(std::vector<ListColumn> columns);
+  // Each line's index stands at its right end. Off at the start.
+  void SetLineNumbers(bool shown);
+  // What walks through the lines has halted: the selected line is amber. Off at the start.
+  void SetHalted(bool halted);
 
   void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
 
@@ -77,9 +81,14 @@ class ListBox : public QListWidget {
   void changeEvent(QEvent* event) override;
   void hideEvent(QHideEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
+  bool event(QEvent* event) override;
 
  private:
   void FitRows();
+  void PlaceNumbers();
   int LineAt(int y) const;
   int NearestLine(int y) const;
   int TopLine() const;
@@ -87,6 +96,7 @@ class ListBox : public QListWidget {
   void Press(QMouseEvent* event);
   void FollowPointer(int y);
   void ShowDrag();
+  void HideDrag();
   void LinesChange();
   void EndGesture();
   bool TakeKey(const QKeyEvent& event);
@@ -95,6 +105,7 @@ class ListBox : public QListWidget {
   ColumnDelegate* delegate_;
   ListGesture gesture_;
   QBasicTimer scroll_timer_;
+  bool numbers_ = false;
   int rows_ = 1;         // as many lines as are in view
   int pressed_top_ = 0;  // the first line in view when a button last went down
 };

@@ -1,6 +1,7 @@
 // The columns of a list box and the drawing of its lines.
 #pragma once
 
+#include <QFontMetrics>
 #include <QStyledItemDelegate>
 #include <vector>
 
@@ -11,16 +12,23 @@ struct ListColumn {
   int left;
   int width;
   Qt::Alignment alignment;
+  bool strong = false;  // bold and in a colour of its own, not to be overlooked
 };
 
 // Draws a line of tab-separated fields, each in its column; without columns the whole line as it
-// is.
+// is. Blanks at the ends of a field are not drawn, and several in a row are drawn as one, so that
+// equal fields look the same whoever wrote them.
 class ColumnDelegate : public QStyledItemDelegate {
  public:
   using QStyledItemDelegate::QStyledItemDelegate;
 
   // The lefts here count from the left edge of the lines, without the frame.
   void SetColumns(std::vector<ListColumn> columns) { columns_ = std::move(columns); }
+  // The line's index is drawn, ending at `right`; -1: it is not drawn.
+  void SetNumberEdge(int right) { number_edge_ = right; }
+  // See LineState: the line being dragged, -1 when none is; whether the selected one is halted.
+  void SetDragged(int line) { dragged_ = line; }
+  void SetHalted(bool halted) { halted_ = halted; }
 
   // The height that a line needs at least, in pixels.
   static int LeastHeight(const QFontMetrics& font);
@@ -34,6 +42,9 @@ class ColumnDelegate : public QStyledItemDelegate {
  private:
   std::vector<ListColumn> columns_;
   int row_height_ = 1;
+  int number_edge_ = -1;
+  int dragged_ = -1;
+  bool halted_ = false;
 };
 
 }  // namespace platform

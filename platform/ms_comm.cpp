@@ -1,10 +1,13 @@
 #include "platform/ms_comm.h"
 
+#include <QFileInfo>
 #include <QPointer>
 #include <QSerialPort>
 #include <QStringList>
 #include <algorithm>
+#include <optional>
 
+#include "platform/port_lock.h"
 #include "platform/serial_line.h"
 
 namespace platform {
@@ -28,14 +31,19 @@ bool MSComm::Open() {
     error_ = "there is no serial port for this entry";
     return false;
   }
+  // A link and its target are one port, with one lock.
+  const QString own_name = QFileInfo(device_).canonicalFilePath();
+  const QString device = own_name.isEmpty() ? device_ : own_name;
   auto port = std::make_unique<QSerialPort>();
-  port->setPortName(device_);
-  if (!ApplyLineSettings(*port, settings_)) {
+  port->setPortName(device);
+  const std::optional<LineBacklog::Clock::duration> byte_time = ApplyLineSettings(*port, settings_);
+  if (!byte_time) {
     error_ = "the line settings \"" + settings_ + "\" are not understood";
     return false;
   }
+  RemoveStaleLock(device);
   if (!port->open(QIODevice::ReadWrite)) {
-    error_ = OpenFailureReason(device_, port->error() == QSerialPort::PermissionError,
+    error_ = OpenFailureReason(device, port->error() == QSerialPort::PermissionError,
                                port->errorString());
     return false;
   }
@@ -43,6 +51,8 @@ bool MSComm::Open() {
   received_.clear();
   overrun_ = false;
   ++session_;
+  byte_time_ = *byte_time;
+  backlog_.Start(byte_time_);
   port_ = std::move(port);
   connect(port_.get(), &QSerialPort::readyRead, this, &MSComm::Receive);
   connect(port_.get(), &QSerialPort::errorOccurred, this, &MSComm::Fail);
@@ -53,7 +63,17 @@ void MSComm::Close() {
   if (!port_) return;
   const std::unique_ptr<QSerialPort> port = std::move(port_);
   port->disconnect(this);
-  DrainAndClose(*port);
+  DrainAndClose(*port, backlog_);
+}
+
+int MSComm::OutBufferCount() const {
+  if (!port_) return 0;
+  return std::max(backlog_.Bytes(LineBacklog::Clock::now()), UnsentBytes(*port_));
+}
+
+std::chrono::milliseconds MSComm::TimeUntilLeft(int bytes) const {
+  return std::chrono::ceil<std::chrono::milliseconds>(std::max(0, OutBufferCount() - bytes) *
+                                                      byte_time_);
 }
 
 void MSComm::SetRThreshold(int bytes) {
@@ -77,6 +97,7 @@ void MSComm::ClearInBuffer() {
 
 void MSComm::Output(std::span<const std::uint8_t> bytes) {
   if (!port_ || bytes.empty()) return;
+  backlog_.Write(static_cast<int>(bytes.size()), LineBacklog::Clock::now());
   port_->write(reinterpret_cast<const char*>(bytes.data()), static_cast<qint64>(bytes.size()));
   // A flush into a full queue counts as an error of the port; the rest leaves by itself instead.
   if (port_ && AcceptsBytes(*port_)) port_->flush();

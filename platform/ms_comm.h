@@ -5,10 +5,12 @@
 #include <QByteArray>
 #include <QObject>
 #include <QString>
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <span>
 
+#include "platform/line_backlog.h"
 #include "platform/port_directory.h"
 
 class QSerialPort;
@@ -39,7 +41,8 @@ class MSComm : public QObject {
   // Opens port `CommPort` and discards what was waiting in it. False when that fails; `LastError`
   // then has the reason and `LastDevice` the device ("" when the entry stands for none).
   bool Open();
-  // Waits, for a bounded time, until what was written has left, then closes. No `PortLost`.
+  // Waits until what was written has left, then closes; gives up when no byte has left for a
+  // second. No `PortLost`.
   void Close();
 
   QString LastDevice() const { return device_; }
@@ -74,6 +77,12 @@ class MSComm : public QObject {
   // the system does not take at once follows by itself. Nothing happens when the port is closed.
   void Output(std::span<const std::uint8_t> bytes);
 
+  // Bytes written that have not left yet: those queued here, those that the system holds, and those
+  // that the line can't have carried yet by its speed. 0 when the port is closed.
+  int OutBufferCount() const;
+  // How long it takes until at most `bytes` have not left yet.
+  std::chrono::milliseconds TimeUntilLeft(int bytes) const;
+
   // The reason of the `OnComm` being handled.
   int CommEvent() const { return comm_event_; }
 
@@ -93,6 +102,8 @@ class MSComm : public QObject {
   const PortDirectory& ports_;
   std::unique_ptr<QSerialPort> port_;  // null unless open
   std::unique_ptr<QSerialPort> lost_;  // failed, waiting to be closed
+  LineBacklog backlog_;
+  LineBacklog::Clock::duration byte_time_{};
   QByteArray received_;
   QString settings_;
   QString device_;

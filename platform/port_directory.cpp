@@ -1,5 +1,6 @@
 #include "platform/port_directory.h"
 
+#include <fcntl.h>
 #include <grp.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -9,6 +10,9 @@
 #include <QFile>
 #include <QFileInfo>
 #include <algorithm>
+#include <cerrno>
+
+#include "platform/port_lock.h"
 
 namespace platform {
 namespace {
@@ -29,6 +33,41 @@ QString GroupWithAccess(const QString& device) {
   if ((node.st_mode & kReadWrite) != kReadWrite) return QString();
   const struct group* entry = getgrgid(node.st_gid);
   return entry == nullptr ? QString() : QString::fromLocal8Bit(entry->gr_name);
+}
+
+bool IsTerminal(const QString& device) {
+  const QByteArray path = QFile::encodeName(device);
+  struct stat node {};
+  if (stat(path.constData(), &node) != 0 || !S_ISCHR(node.st_mode)) return false;
+  const int descriptor = open(path.constData(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+  // A port that another program holds for itself can't be opened, and is one.
+  if (descriptor < 0) return errno != ENXIO && errno != ENODEV;
+  const bool terminal = isatty(descriptor) == 1;
+  close(descriptor);
+  return terminal;
+}
+
+QString LockReason(const QString& device) {
+  const PortLock lock = LockOf(device);
+  const QString who =
+      lock.owner == "root" ? lock.owner : QStringLiteral("\"%1\" or root").arg(lock.owner);
+  switch (lock.state) {
+    case PortLock::State::kStale:
+      return QStringLiteral(
+                 "its lock file %1 was left by a program that has ended; %2 may remove it")
+          .arg(lock.file, who);
+    case PortLock::State::kUnclear:
+      return QStringLiteral(
+                 "its lock file %1 doesn't say which program made it; when none is using "
+                 "the port, %2 may remove it")
+          .arg(lock.file, who);
+    case PortLock::State::kFree:
+      if (lock.file.isEmpty()) return "there is no folder in which its lock file can be written";
+      break;
+    case PortLock::State::kHeld:
+      break;
+  }
+  return "another program is using it";
 }
 
 }  // namespace
@@ -60,8 +99,8 @@ QString OpenFailureReason(const QString& device, bool busy, const QString& syste
     const QString refused = "you have no permission for it";
     return group.isEmpty() ? refused : refused + "; members of the group \"" + group + "\" have";
   }
-  if (busy) return "another program is using it";
-  return system_reason;
+  if (!IsTerminal(device)) return "it is no serial port";
+  return busy ? LockReason(device) : system_reason;
 }
 
 }  // namespace platform

@@ -28,9 +28,10 @@ class MachinePorts : public PortDirectory {
 // that this user may not open.
 QStringList LinuxPorts(const QString& sys_class_tty);
 
-// Why a device could not be opened, in plain words: no such device, no permission and the group
-// that gives it, in use, or the system's own reason. `system_reason` is used when nothing else
-// fits; `busy` says that the system called it taken.
+// Why a device could not be opened, in plain words: no such device, no serial port, no permission
+// and the group that gives it, a lock and whose it is, or the system's own reason. `device` is its
+// own name, not a link's. `system_reason` is used when nothing else fits; `busy` says that the
+// system called it taken.
 QString OpenFailureReason(const QString& device, bool busy, const QString& system_reason);
 
 }  // namespace platform

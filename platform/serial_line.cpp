@@ -4,43 +4,40 @@
 #include <poll.h>
 #include <sys/ioctl.h>
 
-#include <QDeadlineTimer>
 #include <QSerialPort>
 #include <QStringList>
 #include <QThread>
-#include <algorithm>
+#include <chrono>
 
 namespace platform {
 namespace {
 
-constexpr int kDrainMilliseconds = 1000;
+constexpr std::chrono::milliseconds kPatience{1000};  // without a byte leaving
 constexpr int kTurnMilliseconds = 2;
-
-// True while the operating system or the transmitter still holds bytes of the port.
-bool Sending(QSerialPort& port) {
-  int queued = 0;
-  if (ioctl(port.handle(), TIOCOUTQ, &queued) != 0) return false;
-  if (queued > 0) return true;
-  unsigned int transmitter = 0;
-  if (ioctl(port.handle(), TIOCSERGETLSR, &transmitter) == 0) {
-    return (transmitter & TIOCSER_TEMT) == 0;
-  }
-  return false;
-}
 
 }  // namespace
 
-bool ApplyLineSettings(QSerialPort& port, const QString& settings) {
+int UnsentBytes(const QSerialPort& port) {
+  int queued = 0;
+  if (ioctl(port.handle(), TIOCOUTQ, &queued) != 0) queued = 0;
+  unsigned int transmitter = TIOCSER_TEMT;
+  ioctl(port.handle(), TIOCSERGETLSR, &transmitter);
+  if (queued == 0 && (transmitter & TIOCSER_TEMT) == 0) queued = 1;
+  return static_cast<int>(port.bytesToWrite()) + queued;
+}
+
+std::optional<LineBacklog::Clock::duration> ApplyLineSettings(QSerialPort& port,
+                                                              const QString& settings) {
   const QStringList fields = settings.split(',');
-  if (fields.size() != 4) return false;
+  if (fields.size() != 4) return std::nullopt;
   const int baud = fields[0].trimmed().toInt();
   const QString parity = fields[1].trimmed().toUpper();
   const int data_bits = fields[2].trimmed().toInt();
   const int stop_bits = fields[3].trimmed().toInt();
   if (baud <= 0 || data_bits < 5 || data_bits > 8 || (stop_bits != 1 && stop_bits != 2)) {
-    return false;
+    return std::nullopt;
   }
-  if (parity != "N" && parity != "E" && parity != "O") return false;
+  if (parity != "N" && parity != "E" && parity != "O") return std::nullopt;
   port.setBaudRate(baud);
   port.setParity(parity == "N"   ? QSerialPort::NoParity
                  : parity == "E" ? QSerialPort::EvenParity
@@ -48,7 +45,8 @@ bool ApplyLineSettings(QSerialPort& port, const QString& settings) {
   port.setDataBits(static_cast<QSerialPort::DataBits>(data_bits));
   port.setStopBits(static_cast<QSerialPort::StopBits>(stop_bits));
   port.setFlowControl(QSerialPort::NoFlowControl);
-  return true;
+  const int bits = 1 + data_bits + (parity == "N" ? 0 : 1) + stop_bits;
+  return std::chrono::nanoseconds(std::chrono::seconds(bits)) / baud;
 }
 
 bool AcceptsBytes(QSerialPort& port) {
@@ -58,19 +56,27 @@ bool AcceptsBytes(QSerialPort& port) {
 
 // `close()` drops unwritten bytes and restores the old line settings at once, garbling bytes still
 // being sent. Drain first.
-void DrainAndClose(QSerialPort& port) {
-  const QDeadlineTimer deadline(kDrainMilliseconds);
-  while (port.bytesToWrite() > 0 && !deadline.hasExpired()) {
-    const int turn = static_cast<int>(std::clamp<qint64>(deadline.remainingTime(), 1, 50));
-    if (!port.waitForBytesWritten(turn) && port.error() != QSerialPort::TimeoutError) break;
-  }
-  bool sending = Sending(port);
-  while (sending && !deadline.hasExpired()) {
-    QThread::msleep(kTurnMilliseconds);
-    sending = Sending(port);
+void DrainAndClose(QSerialPort& port, const LineBacklog& backlog) {
+  using Clock = LineBacklog::Clock;
+  int unsent = UnsentBytes(port);
+  Clock::time_point last_left = Clock::now();
+  while (true) {
+    const Clock::time_point now = Clock::now();
+    const int left = UnsentBytes(port);
+    const int on_the_line = backlog.Bytes(now);
+    if (left == 0 && on_the_line == 0) break;
+    if (left < unsent || on_the_line > 0) last_left = now;
+    if (now - last_left > kPatience) break;
+    unsent = left;
+    if (port.bytesToWrite() == 0) {
+      QThread::msleep(kTurnMilliseconds);
+    } else if (!port.waitForBytesWritten(kTurnMilliseconds) &&
+               port.error() != QSerialPort::TimeoutError) {
+      break;
+    }
   }
   // The system itself would wait for a stuck line when the port is closed.
-  if (sending) port.clear(QSerialPort::Output);
+  if (UnsentBytes(port) > 0) port.clear(QSerialPort::Output);
   port.close();
 }
 

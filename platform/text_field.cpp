@@ -13,13 +13,20 @@ constexpr int kBackspace = 8;
 constexpr int kEnter = 13;
 
 bool IsChord(const QKeyEvent& event) {
-  // Control and Alt together are how some systems report AltGr, which types characters.
-  const auto chord = event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
-  return chord != 0 && chord != (Qt::ControlModifier | Qt::AltModifier);
+  return (event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) != 0;
 }
 
-bool IsControl(QChar c) {
-  return c.unicode() < 32 || c.unicode() == 127;
+// The toolkit inserts the letter of Alt+Z; of chords with Control, and Shift perhaps, it inserts
+// none and some are its clipboard shortcuts.
+bool IsTypedByToolkit(const QKeyEvent& event) {
+  return IsChord(event) &&
+         (event.modifiers() & ~(Qt::ControlModifier | Qt::ShiftModifier)) != Qt::NoModifier;
+}
+
+// The key types characters; the control characters of Enter, Tab or Ctrl+V are none.
+bool IsTyping(const QKeyEvent& event) {
+  return std::ranges::any_of(event.text(),
+                             [](QChar c) { return c.unicode() >= 32 && c.unicode() != 127; });
 }
 
 }  // namespace
@@ -39,20 +46,32 @@ bool TextField::event(QEvent* event) {
 }
 
 void TextField::keyPressEvent(QKeyEvent* event) {
+  const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (isReadOnly() && event->key() == Qt::Key_Space && !IsChord(*event)) {
+    if (!event->isAutoRepeat()) emit Click();
+    event->accept();
+    return;
+  }
   bool discarded = false;
-  if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+  if (enter) {
     discarded = Discards(kEnter);
   } else if (event->key() == Qt::Key_Backspace) {
     discarded = Discards(kBackspace);
-  } else if (const QString typed = event->text();
-             !IsChord(*event) && !typed.isEmpty() && !std::ranges::any_of(typed, IsControl)) {
-    discarded = std::ranges::any_of(typed, [this](QChar c) { return Discards(c.unicode()); });
+  } else if (IsTyping(*event)) {
+    if (IsTypedByToolkit(*event)) {
+      event->ignore();
+      return;
+    }
+    discarded = !IsChord(*event) && std::ranges::any_of(event->text(), [this](QChar c) {
+      return Discards(c.unicode());
+    });
   }
   if (discarded) {
     event->accept();
     return;
   }
   QLineEdit::keyPressEvent(event);
+  if (enter) selectAll();
 }
 
 void TextField::focusOutEvent(QFocusEvent* event) {

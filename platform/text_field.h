@@ -13,7 +13,9 @@ class TextField : public QLineEdit {
 
   // Called for each character key before the field takes it, with the key's code: the character's
   // code, 8 for Backspace, 13 for Enter. Setting the code to 0 discards the key. Keys that move
-  // the cursor or the focus, Delete and the clipboard shortcuts do not come here.
+  // the cursor or the focus, Delete and the clipboard shortcuts do not come here. Characters typed
+  // with Control, Alt or Super held never get into the field. After Enter all of the text is
+  // selected, so that the next entry replaces it.
   std::function<void(int& key)> KeyPress;
 
   // Called when the keyboard focus has moved from this field to another control of the window (not
@@ -21,7 +23,7 @@ class TextField : public QLineEdit {
   std::function<void()> LostFocus;
 
  signals:
-  // A mouse click into the field.
+  // A mouse click into the field, or Space in one that is read-only.
   void Click();
 
  protected:

@@ -29,6 +29,11 @@ void PcEmulator::HiTimer1_Timer() {
     emu_pc_.Button().SetValue(false);
     return;
   }
+  // All channels of a step take longer on the line than the shortest step lasts.
+  if (const auto wait = emu_pc_.Port().TimeUntilReady(); wait.count() > 0) {
+    timer_.SetInterval(static_cast<int>(wait.count()));
+    return;
+  }
   step_list_.CommandUp_Click();
   timer_.SetInterval(SelectedDuration());
   if (edited_.Row(edited_.ListIndex())[kBreakColumn] > 0) timer_.SetEnabled(false);

@@ -20,7 +20,8 @@ class PcEmulator {
   void CWButtonEmuPC_ValueChanged(bool on);
 
   // The tick: shows the next step and holds it for its duration, or halts on it when it has a
-  // breakpoint.
+  // breakpoint. While the line has not carried the steps before it waits for that instead: every
+  // step is shown, and playback goes as fast as the line.
   void HiTimer1_Timer();
 
   // Waits out the selected step's duration, then plays on. Nothing happens when no line is selected

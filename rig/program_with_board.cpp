@@ -55,6 +55,7 @@ void ProgramWithBoard::Restart(Genuine genuine) {
   form = std::make_unique<pelmora::Form1>(
       pelmora::Surroundings{events, *message_box, *file_dialog, *hi_timer, *ports_});
   hands = std::make_unique<Operator>(*form);
+  if (genuine.screen.isValid()) form->PlaceOn(genuine.screen);
   form->show();
   form->activateWindow();
 }
@@ -77,10 +78,18 @@ Bytes ProgramWithBoard::Sent(std::size_t count) {
 }
 
 void ProgramWithBoard::ExpectLoss(std::function<void()> meanwhile) {
+  const QString sequences = Reading() ? "Your sequences were cleared when the read began; undo "
+                                        "(Ctrl+Z) brings them back."
+                                      : "Your sequences are untouched.";
   ExpectMessage("The connection on Comm1 (" + QString::fromStdString(board.DevicePath()) +
-                    ") is lost: the adapter was pulled or the line hung up.\n\nYour sequences are "
-                    "untouched. Choose a port to connect again.",
+                    ") is lost: the adapter was pulled or the line hung up.\n\n" + sequences +
+                    " Choose a port to connect again.",
                 std::move(meanwhile));
+}
+
+void ProgramWithBoard::LetLineRest() {
+  const auto ready = [this] { return form->Link().Port().TimeUntilReady().count() == 0; };
+  if (!hands->WaitUntil(ready)) complain_("the line is never free");
 }
 
 void ProgramWithBoard::SetSlider(int channel, int position) {

@@ -2,6 +2,7 @@
 // the two. Tests, measurements and the demo are built on it.
 #pragma once
 
+#include <QRect>
 #include <QString>
 #include <QStringList>
 #include <functional>
@@ -29,6 +30,7 @@ struct Genuine {
   bool message_boxes = false;
   bool file_dialogs = false;
   bool timer = false;
+  QRect screen = {};         // the window is placed on it; without one it has its full size
   bool other_ports = false;  // the entries behind the first one, which are empty otherwise
 };
 
@@ -54,8 +56,13 @@ class ProgramWithBoard {
   void ExpectMessage(const QString& text, std::function<void()> meanwhile = {}) {
     box.Expect("Program", text, std::move(meanwhile));
   }
-  // The message that the board's port, open now, has been lost.
+  // The message that the board's port, open now, has been lost; it differs while a read is going
+  // on.
   void ExpectLoss(std::function<void()> meanwhile = {});
+
+  // Waits until the line is free for the next pose: playback waits for that, too. The program
+  // counts by the line's true speed, also where the simulated line is faster.
+  void LetLineRest();
 
   // Moves a slider to `position` in one go.
   void SetSlider(int channel, int position);

@@ -82,6 +82,7 @@ TEST_F(ControlsTest, EachChangeOfAValueIsAnnouncedOnceInsideTheAssignment) {
       {"number Enter alone", [&] { QTest::keyClick(&number, Qt::Key_Return); }, -1},
       {"number cut", [&] { number.SetValue(99999); }, 32767},
       {"number near the end", [&] { number.SetValue(32760); }, 32760},
+      {"number step stops at the end", [&] { number.stepUp(); }, 32767},
       {"number step above the range", [&] { number.stepUp(); }, -1},
   };
   for (const Case& c : cases) {

@@ -23,9 +23,7 @@ class FileDialog : public WindowTest {
     Restart({.file_dialogs = true});
   }
 
-  static QFileDialog* Open() {
-    return qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
-  }
+  QFileDialog* Open() const { return form->findChild<QFileDialog*>("FileDialog"); }
 
   // Chooses a menu item and does `work` in the dialog that it opens.
   void InDialog(const char* item, const std::function<void(QFileDialog&)>& work) {
@@ -34,7 +32,7 @@ class FileDialog : public WindowTest {
       worked = true;
       work(*Open());
     };
-    hands->When([] { return Open() != nullptr; }, do_work);
+    hands->When([this] { return Open() != nullptr; }, do_work);
     hands->ChooseMenu(item);
     EXPECT_TRUE(worked);
     EXPECT_EQ(Open(), nullptr);
@@ -73,12 +71,51 @@ TEST_F(FileDialog, SaveProposesANameAndCompletesIt) {
   EXPECT_EQ(Files(), QStringList{"Sequences 1.dat"});
 
   Touch("bare");
-  box.Expect("Save", "Data Saved!");
-  InDialog("SaveBuffer", [](QFileDialog& dialog) { Enter(dialog, "bare"); });
-  box.Expect("Save", "Data Saved!");
-  InDialog("SaveBuffer", [](QFileDialog& dialog) { Enter(dialog, "b.txt"); });
-  EXPECT_EQ(Files(), QStringList({"Sequences 1.dat", "b.txt", "bare", "bare.dat"}));
+  struct Case {
+    int type;  // entry of the list of file types
+    const char* typed;
+    const char* file;
+  };
+  const Case cases[] = {{0, "bare", "bare.dat"},
+                        {0, "b.txt", "b.txt"},
+                        {0, "C.DAT", "C.DAT"},
+                        {0, "Walk v1.2", "Walk v1.2.dat"},
+                        {2, "Walk v1.2", "Walk v1.2"},
+                        {2, "all", "all.dat"},
+                        {0, "\"a\" \"b\"", "\"a\" \"b\".dat"},
+                        {1, "d.dat", "d.dat"}};
+  QStringList expected = {"Sequences 1.dat", "bare"};
+  for (const Case& c : cases) {
+    box.Expect("Save", "Data Saved!");
+    InDialog("SaveBuffer", [&c](QFileDialog& dialog) {
+      auto& types = *dialog.findChild<QComboBox*>("fileTypeCombo");
+      types.setCurrentIndex(c.type);
+      emit types.activated(c.type);
+      Enter(dialog, c.typed);
+    });
+    expected.append(c.file);
+    expected.sort();
+    QStringList found = Files();
+    found.sort();
+    EXPECT_EQ(found, expected) << c.typed;
+  }
   EXPECT_EQ(QFile(Path("bare")).size(), 0);
+}
+
+TEST_F(FileDialog, LoadsTheFileThatIsMeant) {
+  AddStep(0, 200, 100);
+  box.Expect("Save", "Data Saved!");
+  InDialog("SaveBuffer", [this](QFileDialog& dialog) {
+    dialog.setDirectory(folder_.path());
+    Enter(dialog, "quo\"te");
+  });
+  for (const char* name : {"none.dat", "none/a.dat"}) {
+    box.Expect("Load", "Format Error! Data Not Loaded!");
+    InDialog("LoadBuffer", [name](QFileDialog& dialog) { Enter(dialog, name); });
+  }
+  box.Expect("Load", "Data Loaded!");
+  InDialog("LoadBuffer", [](QFileDialog& dialog) { Enter(dialog, "quo\"te.dat"); });
+  EXPECT_EQ(Lines().size(), 1);
 }
 
 TEST_F(FileDialog, ReplacesAFileWithoutAQuestionAndOpensInTheFolderUsedLast) {
@@ -129,8 +166,16 @@ TEST_F(FileDialog, AllFilesAreShownAlsoThoseWithoutADot) {
   EXPECT_TRUE(Lines().isEmpty());
 }
 
-TEST_F(FileDialog, ClosesAsCancelledWhenTheProgramEnds) {
-  InDialog("SaveBuffer", [this](QFileDialog&) { events.End(); });
+TEST_F(FileDialog, ClosesAsCancelledWithTheMainWindow) {
+  InDialog("SaveBuffer", [this](QFileDialog& dialog) {
+    hands->Click("CommandAdd");
+    EXPECT_TRUE(Lines().isEmpty());
+    EXPECT_TRUE(dialog.isVisible());
+    // Behind a modal window it could not be closed by its close button.
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+    form->close();
+    EXPECT_TRUE(events.Ending());
+  });
   EXPECT_EQ(Files(), QStringList{});
   hands->ChooseMenu("SaveBuffer");  // and none opens any more
 }

@@ -12,6 +12,9 @@ inline constexpr char kReadText[] = "Data Flash Read!";
 inline constexpr char kNothingText[] = "Nothing to Read!";
 inline constexpr char kReadingErrorText[] = "Reading Error!";
 inline constexpr char kAbortText[] = "Operation Aborted!";  // may be followed by a number
+inline constexpr char kDisturbedText[] =
+    "Something else was sent to the board while its flash was written: a slider moved, or a "
+    "playback or a switch was used. The flash is not what the sequences are. Program again.";
 inline constexpr char kCorruptedText[] = "Impossible to Load Sequences! Flash memory corrupted.";
 
 class FlashTest : public WindowTest {

@@ -262,6 +262,7 @@ TEST_F(InsideAWait, AnAbortEndsTheInnerOperationOnly) {
     EXPECT_TRUE(Programming());
     EXPECT_FALSE(Enabled("Command1"));
     ExpectMessage(kProgrammedText);
+    ExpectMessage(kDisturbedText);
     board.Send({255});
   });
   Program();

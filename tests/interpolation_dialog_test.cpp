@@ -171,7 +171,13 @@ TEST_F(Interpolate, TheCountKeepsToItsRange) {
     const char* typed;
     const char* count;
   };
-  for (const Case& c : {Case{"0", "1"}, {"100", "100"}, {"101", "100"}, {"7", "7"}, {"", "7"}}) {
+  for (const Case& c : {Case{"0", "1"},
+                        {"100", "100"},
+                        {"101", "10"},
+                        {"-3", "3"},
+                        {"2.5", "25"},
+                        {"7", "7"},
+                        {"", "7"}}) {
     hands->Type("CWNumEditInterp", c.typed, false);
     QTest::keyClick(&hands->Find<QWidget>("CWNumEditInterp"), Qt::Key_Tab);
     EXPECT_EQ(hands->Read("CWNumEditInterp"), c.count) << c.typed;

@@ -11,6 +11,8 @@
 #include <QTest>
 #include <QWheelEvent>
 
+#include "platform/list_look.h"
+
 namespace platform {
 namespace {
 
@@ -227,10 +229,16 @@ TEST_F(ListBoxTest, HeldOutsideItScrollsOneLineIn60Milliseconds) {
   EXPECT_TRUE(QTest::qWaitFor([&] { return list.ListIndex() == 39; }));
   Move({20, -20});
   EXPECT_TRUE(QTest::qWaitFor([&] { return list.ListIndex() == 0; }));
+  Release(On(0));
+  Press(On(LineUnder({20, Bottom()})));
+  Move({20, 260});
+  EXPECT_TRUE(QTest::qWaitFor([&] { return Top() > 2; })) << "straight out of the last line";
+  Move({20, 20});
+  const int held = list.ListIndex();
   list.hide();  // the release never comes
   list.show();
-  Move(On(3));
-  EXPECT_EQ(list.ListIndex(), 0);
+  Move({20, 100});
+  EXPECT_EQ(list.ListIndex(), held);
 }
 
 TEST_F(ListBoxTest, EscapeGivesADragUp) {
@@ -371,6 +379,154 @@ TEST_F(ListBoxTest, AMenuIsWantedByARightClickAndItsKey) {
   EXPECT_EQ(Happened(), "menu");
   list.Clear();
   EXPECT_EQ(right_click({20, 20}, {20, 20}), "down -1, up -1, menu");
+}
+
+TEST_F(ListBoxTest, PagesTurnWhenTheSelectionLeavesThem) {
+  list.resize(300, 18 * 13);
+  const int rows = LineUnder({20, Bottom()}) + 1;
+  int turns = 0;
+  for (int line = 1; line < 40; ++line) {
+    const int top = Top();
+    list.SetListIndex(line);
+    EXPECT_TRUE(list.viewport()->rect().contains(On(line))) << line;
+    if (Top() == top) continue;
+    ++turns;
+    EXPECT_EQ(line, top + rows) << "no page turns before its last line";
+    EXPECT_TRUE((Top() - top) % 2 == 0 || Top() == 40 - rows) << "stripes stay where they are";
+  }
+  EXPECT_LE(turns, 40 / (rows - 2));
+  list.SetListIndex(10);
+  EXPECT_GT(LineUnder({20, Bottom()}), 10) << "backwards the new page ends below the line";
+  EXPECT_LT(Top(), 10 - rows / 2);
+  for (const int lines_in_view : {1, 2, 3}) {
+    list.resize(300, lines_in_view * 19);
+    for (const int line : {0, 39, 20, 21, 19}) {
+      list.SetListIndex(line);
+      list.scrollToTop();
+      list.SetListIndex(line);
+      EXPECT_TRUE(list.viewport()->rect().contains(On(line))) << lines_in_view << ' ' << line;
+    }
+  }
+}
+
+TEST_F(ListBoxTest, LinesAreWholeAtEveryHeight) {
+  for (int height = 150; height < 220; ++height) {
+    list.resize(300, height);
+    for (const int line : {0, 39}) {
+      list.SetListIndex(line);
+      const int lowest = LineUnder({20, Bottom()});
+      EXPECT_EQ(list.visualItemRect(list.item(lowest)).bottom(), Bottom()) << height;
+    }
+  }
+  QFont large = list.font();
+  large.setPixelSize(30);
+  list.setFont(large);
+  EXPECT_GE(list.visualItemRect(list.item(39)).height(), 30);
+}
+
+class ListLook : public ListBoxTest {
+ protected:
+  ListLook() {
+    list.SetColumns({{4, 60, Qt::AlignLeft}, {64, 80, Qt::AlignRight}, {160, 60, {}, true}});
+    list.SetListIndex(-1);
+    list.clearFocus();
+  }
+  QImage Lines() { return list.viewport()->grab().toImage(); }
+  // What is drawn of a line between two columns of pixels.
+  QImage Part(int line, int left, int right) {
+    const QRect row = list.visualItemRect(list.item(line));
+    return Lines().copy(QRect(left, row.top(), right - left, row.height()));
+  }
+  QColor Ground(int line) { return Part(line, 2, 3).pixelColor(0, 9); }
+  int Count(const QImage& image, const QColor& colour) {
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y) {
+      for (int x = 0; x < image.width(); ++x) count += image.pixelColor(x, y) == colour;
+    }
+    return count;
+  }
+  LineColours Colours(const LineState& state) { return ColoursOf(state, list.palette()); }
+};
+
+TEST_F(ListLook, StripesBelongToTheLines) {
+  EXPECT_EQ(Ground(0), QColor(Qt::white));
+  EXPECT_NE(Ground(1), Ground(0));
+  const QColor fifth = Ground(5);
+  Wheel({20, 20}, 1);
+  EXPECT_NE(Top(), 0);
+  EXPECT_EQ(Ground(5), fifth);
+}
+
+TEST_F(ListLook, EqualFieldsStandUnderEachOther) {
+  list.SetList(0, "a\t100 ms");
+  list.SetList(2, "a\t100  ms\t");
+  list.SetList(4, "b\t10 ms");
+  EXPECT_EQ(Part(0, 0, 150), Part(2, 0, 150));
+  EXPECT_NE(Part(0, 64, 150), Part(4, 64, 150));
+}
+
+TEST_F(ListLook, AStrongColumnAndTheNumberStandOut) {
+  list.SetList(0, "a\tb\tSTOP");
+  list.SetListIndex(0);
+  EXPECT_GT(Count(Part(0, 160, 220), Colours({.selected = true}).strong), 0);
+  list.SetListIndex(-1);
+  EXPECT_GT(Count(Part(0, 160, 220), Colours({}).strong), 0);
+  EXPECT_EQ(Count(Part(0, 0, 150), Colours({}).strong), 0);
+  const int right = list.viewport()->width();
+  EXPECT_EQ(Count(Part(2, 224, right), Colours({}).ground), (right - 224) * Part(2, 0, 1).height());
+  list.SetLineNumbers(true);
+  EXPECT_GT(Count(Part(2, 224, right), Colours({}).number), 0);
+  EXPECT_NE(Part(2, 224, right), Part(4, 224, right));
+  list.SetList(4, "a");
+  const QImage long_list = Part(4, 0, 280);
+  while (list.ListCount() > 6) list.RemoveItem(6);
+  EXPECT_EQ(Part(4, 0, 280), long_list) << "the numbers stand clear of the scroll bar's place";
+}
+
+TEST_F(ListLook, HaltedDisabledAndFocusedLists) {
+  list.SetListIndex(1);
+  const QColor selected = Ground(1);
+  list.SetHalted(true);
+  EXPECT_EQ(Ground(1), Colours({.selected = true, .halted = true}).ground);
+  EXPECT_EQ(Ground(0), QColor(Qt::white));
+  list.SetHalted(false);
+  EXPECT_EQ(Ground(1), selected);
+  list.setEnabled(false);
+  EXPECT_EQ(Ground(1), Colours({.selected = true, .enabled = false}).ground);
+  EXPECT_EQ(Ground(0), QColor(Qt::white));
+  list.setEnabled(true);
+  list.Clear();
+  const QColor unfocused = list.grab().toImage().pixelColor(0, 100);
+  list.setFocus();
+  EXPECT_NE(list.grab().toImage().pixelColor(0, 100), unfocused);
+}
+
+TEST_F(ListLook, ADragShowsWhatItDoes) {
+  const auto dark_rows = [this] {  // rows of pixels that the mark fills
+    QList<int> rows;
+    const QImage image = Lines();
+    for (int y = 0; y < image.height(); ++y) {
+      if (Count(image.copy(0, y, 280, 1), list.palette().color(QPalette::Text)) > 270) rows += y;
+    }
+    return rows;
+  };
+  const QColor ground = Ground(2);
+  Press(On(2));
+  EXPECT_EQ(list.viewport()->cursor().shape(), Qt::ArrowCursor);
+  EXPECT_TRUE(dark_rows().isEmpty());
+  Move(On(5));
+  EXPECT_EQ(Ground(2), Colours({.dragged = true}).ground);
+  EXPECT_EQ(list.viewport()->cursor().shape(), Qt::ClosedHandCursor);
+  EXPECT_TRUE(dark_rows().contains(list.visualItemRect(list.item(5)).bottom())) << "below 5";
+  Move(On(1));
+  EXPECT_TRUE(dark_rows().contains(list.visualItemRect(list.item(1)).top())) << "above 1";
+  Move(On(2));
+  EXPECT_TRUE(dark_rows().isEmpty()) << "it goes nowhere";
+  Move(On(4));
+  Release(On(4));
+  EXPECT_EQ(Ground(2), ground);
+  EXPECT_EQ(list.viewport()->cursor().shape(), Qt::ArrowCursor);
+  EXPECT_TRUE(dark_rows().isEmpty());
 }
 
 }  // namespace

@@ -1,7 +1,10 @@
 // The program driven from outside its process: real pointer and keyboard events on a virtual X
 // server.
 #include <gtest/gtest.h>
+#include <signal.h>
 
+#include <QDir>
+#include <QDirIterator>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QPoint>
@@ -233,6 +236,48 @@ TEST_F(Outside, QuitEndsTheProgramAtOnceWhileAnEraseWaitsForASilentBoard) {
   EXPECT_EQ(Received(), (QList<int>{7, 0}));
 }
 
+TEST_F(Outside, SignalsEndTheProgramAsClosingTheWindowDoes) {
+  struct Case {
+    int signal;
+    bool waiting;  // for a board that stays silent
+  };
+  for (const Case& c : {Case{SIGINT, false}, Case{SIGHUP, false}, Case{SIGTERM, true}}) {
+    StartDemo(c.waiting ? QStringList("--silent") : QStringList());
+    ChoosePort("Home");
+    if (c.waiting) {
+      Key("alt+v");
+      Key("f");
+      Click(Place("CommandErase"));
+    }
+    kill(static_cast<pid_t>(program_.processId()), c.signal);
+    ExpectEnd();
+    EXPECT_EQ(Received(), c.waiting ? QList<int>({7, 0, 0}) : QList<int>({0, 0})) << c.signal;
+  }
+}
+
+TEST_F(Outside, NothingPersistsButTheSavedFile) {
+  const QString home = folder_.filePath("home");
+  QDir().mkpath(home);
+  environment_.insert("HOME", home);
+  for (const char* place : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"}) {
+    environment_.remove(place);
+  }
+  Start(PELMORA, {});
+  Key("ctrl+s");
+  XDoTool({"windowfocus", "--sync", FindWindow("^Save As$")});
+  XDoTool({"key", "ctrl+a"});
+  XDoTool({"type", "--", home + "/a"});
+  Key("Return");
+  XDoTool({"windowfocus", "--sync", FindWindow("^Save$")});
+  Key("ctrl+q");  // while the message is open
+  ExpectEnd();
+  QStringList files;
+  QDirIterator file(home, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+  while (file.hasNext()) files.append(QDir(home).relativeFilePath(file.next()));
+  files.removeIf([](const QString& name) { return name.startsWith(".cache/fontconfig/"); });
+  EXPECT_EQ(files, QStringList("a.dat"));
+}
+
 // The program itself, not the demo, on a board that a link /dev/comm8 pins to its last entry.
 // PELMORA_PROGRAM names another one to drive, for example the installed one.
 TEST_F(Outside, TheProgramItselfComposesAndProgramsOverAPinnedPort) {
@@ -255,7 +300,7 @@ TEST_F(Outside, TheProgramItselfComposesAndProgramsOverAPinnedPort) {
   Click(Place("CommandFlash"));
   AnswerMessage();  // "Data Flash Erased"
   AnswerMessage();  // "Data Flash Programmed!"
-  Key("ctrl+q");
+  kill(static_cast<pid_t>(program_.processId()), SIGTERM);
   ExpectEnd();
 
   Bytes expected = {1, 8, 138, 8, 108, 7, 2, 0, 28, 0, 2, 0, 0};
@@ -265,7 +310,7 @@ TEST_F(Outside, TheProgramItselfComposesAndProgramsOverAPinnedPort) {
     expected.insert(expected.end(), 11, 128);
     expected.insert(expected.end(), {0, 50});
   }
-  expected.push_back(0);
+  expected.insert(expected.end(), {0, 0});
   EXPECT_TRUE(board.WaitForBytes(expected.size(), std::chrono::seconds(2)));
   EXPECT_EQ(board.Received(), expected);
 }

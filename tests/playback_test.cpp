@@ -336,6 +336,7 @@ TEST_P(Disturbed, GoesOnOrStopsAndLeavesNothingLocked) {
   ExpectTick(1);
   GetParam().happen(*this);
   for (int tick = 0; tick < 5; ++tick) {
+    LetLineRest();
     timer.Elapse();
     if (!timer.Enabled()) continue;
     EXPECT_TRUE(On(kEmuPC));

@@ -91,6 +91,7 @@ void MakeMenus(Controls& controls, QMenuBar& menu_bar) {
     QAction* item = menu->addAction(QString::fromLatin1(row.caption));
     item->setObjectName(QString::fromLatin1(row.item.name));
     item->setCheckable(row.checkable);
+    item->setAutoRepeat(false);
     if (*row.shortcut) item->setShortcut(QKeySequence(QString::fromLatin1(row.shortcut)));
     controls.*row.item.member = item;
   }

@@ -3,7 +3,6 @@
 #include <QCloseEvent>
 #include <QFrame>
 #include <QGroupBox>
-#include <QGuiApplication>
 #include <QLabel>
 #include <QLayout>
 #include <QLocale>
@@ -11,6 +10,7 @@
 #include <QScreen>
 #include <QShortcut>
 #include <QStyle>
+#include <algorithm>
 #include <span>
 
 #include "edit/dialog_interp.h"
@@ -31,6 +31,7 @@
 #include "link/receive_handler.h"
 #include "link/serial_port.h"
 #include "platform/ms_comm.h"
+#include "platform/scroll_view.h"
 #include "playback/board_playback.h"
 #include "playback/breakpoints.h"
 #include "playback/pc_emulator.h"
@@ -50,6 +51,7 @@ using platform::ListBox;
 using platform::PushButton;
 using platform::TextField;
 
+constexpr int kTitleBar = 40;  // pixels that a window manager's frame takes at the top, at the most
 constexpr int kPorts = 8;
 constexpr int kStartInterval = 20;    // ms, of the playback timer
 constexpr int kStartDuration = 1000;  // ms, of the step being composed
@@ -148,8 +150,6 @@ Form1::Form1(const Surroundings& surroundings)
   ConnectPlayback();
   ConnectMenus();
   Form_Load();
-  const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
-  setGeometry(QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, sizeHint(), screen));
 }
 
 Form1::~Form1() {
@@ -158,6 +158,7 @@ Form1::~Form1() {
     field->KeyPress = nullptr;
     field->LostFocus = nullptr;
   }
+  for (CWSlide* slide : controls_->CWSlide1) slide->MayChange = nullptr;
   surroundings_.timer.SetEnabled(false);
   surroundings_.timer.Timer = nullptr;
 }
@@ -170,6 +171,18 @@ const BoardLink& Form1::Link() const {
   return handlers_->link;
 }
 
+void Form1::PlaceOn(const QRect& screen) {
+  QSize limit = screen.size();
+  limit.rheight() -= kTitleBar + menuBar()->sizeHint().height();
+  const QSize client = centralWidget()->size();
+  if (client.width() > limit.width() || client.height() > limit.height()) {
+    setCentralWidget(new platform::ScrollView(takeCentralWidget(), limit, this));
+  }
+  QRect place = QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, sizeHint(), screen);
+  place.moveTop(std::max(place.top(), screen.top() + kTitleBar));
+  setGeometry(place);
+}
+
 // What the inventory does not say: colours, scales, columns, entries.
 void Form1::DressControls() {
   Colour(*controls_->LabelSeq, QColor(0xC8, 0x10, 0x10));
@@ -178,6 +191,13 @@ void Form1::DressControls() {
   for (CWSlide* slide : controls_->CWSlide1) {
     slide->SetScaleMaximum(255);
     slide->SetValue(kCentre);
+  }
+  // Also while a message or a file dialog is open.
+  controls_->Quit->setShortcutContext(Qt::ApplicationShortcut);
+  controls_->Echo->setFocusPolicy(Qt::StrongFocus);
+  for (PushButton* button :
+       {controls_->CommandFlash, controls_->CommandRead, controls_->CommandErase}) {
+    button->SetDoubleClickPressesOnce(true);
   }
   CWNumEdit& duration = *controls_->CWNumEditTimeStep;
   duration.SetScale(kShortestDuration, kLongestDuration, kDurationStep, kFastDurationStep);
@@ -199,15 +219,17 @@ void Form1::DressControls() {
   const QRect list = controls_->ListSequence->geometry();
   std::vector<platform::ListColumn> columns;
   for (const TextField* angle : std::span(controls_->Text1).last<kChannels>()) {
-    columns.push_back({angle->mapTo(centralWidget(), QPoint()).x() - list.left(),
-                       angle->width() - 1, Qt::AlignHCenter});
+    columns.push_back(
+        {angle->mapTo(controls_->ListSequence->parentWidget(), QPoint()).x() - list.left(),
+         angle->width() - 1, Qt::AlignHCenter});
   }
   const int right = columns.back().left + columns.back().width;
-  const platform::ListColumn mark = {right + 110, 70, Qt::AlignLeft};
+  const platform::ListColumn mark = {right + 110, 70, Qt::AlignLeft, true};
   columns.push_back({right + 10, 80, Qt::AlignRight});
   columns.push_back(mark);
   columns.push_back(mark);
   controls_->ListSequence->SetColumns(std::move(columns));
+  controls_->ListSequence->SetLineNumbers(true);
 }
 
 template <class Handler>
@@ -229,6 +251,10 @@ void Form1::ConnectEditing() {
   for (int i = 0; i < kChannels; ++i) {
     connect(controls_->CWSlide1[static_cast<std::size_t>(i)], &CWSlide::valueChanged, wiring_.get(),
             [&h, i](int value) { h.step_fields.CWSlide1_ValueChanged(i, value); });
+    // A pointer reports more positions than the line can carry.
+    controls_->CWSlide1[static_cast<std::size_t>(i)]->MayChange = [&h] {
+      return h.serial_port.TimeUntilReady().count() == 0;
+    };
   }
   for (int i = 0; i < 2 * kChannels; ++i) {
     TextField& field = *controls_->Text1[static_cast<std::size_t>(i)];
@@ -270,7 +296,7 @@ void Form1::ConnectLink() {
     h.pc_emulator.MSComm1_PortLost();
     h.board_playback.MSComm1_PortLost();
     h.live_control.MSComm1_PortLost();
-    h.serial_port.MSComm1_PortLost();
+    h.serial_port.MSComm1_PortLost(h.link.ReadMode());
   });
   connect(&h.main_on_off.Button(), &CWButton::toggled, wiring_.get(),
           [&h](bool on) { h.live_control.CWButtonMainOnOff_ValueChanged(on); });

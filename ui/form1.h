@@ -4,6 +4,7 @@
 
 #include <QAction>
 #include <QMainWindow>
+#include <QRect>
 #include <memory>
 #include <vector>
 
@@ -38,6 +39,11 @@ class Form1 : public QMainWindow {
   // For tests that look behind the controls.
   const EditedSequence& Edited() const;
   const BoardLink& Link() const;
+
+  // Centres the window on the usable part of a screen, in pixels. One that is too small for it
+  // shows the client area in a view that can be scrolled. To be called once, before the window is
+  // shown.
+  void PlaceOn(const QRect& screen);
 
  protected:
   // Closing the window: `Form_Unload`, then `Form_Terminate`, then the end of the program.

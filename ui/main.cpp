@@ -1,6 +1,8 @@
 // The program: the main window on the machine's serial ports.
 #include <QApplication>
+#include <QScreen>
 
+#include "platform/end_signals.h"
 #include "platform/events.h"
 #include "platform/file_dialog.h"
 #include "platform/hi_timer.h"
@@ -10,6 +12,7 @@
 #include "ui/look.h"
 
 int main(int argc, char** argv) {
+  platform::EndSignals end_signals;
   QApplication application(argc, argv);
   pelmora::SetUpLook(application);
   platform::Events events;
@@ -19,6 +22,9 @@ int main(int argc, char** argv) {
   const platform::MachinePorts ports;
   pelmora::Form1 form({events, message_box, file_dialog, timer, ports});
   QObject::connect(&events, &platform::Events::Ended, &application, [] { QApplication::exit(0); });
+  QObject::connect(&end_signals, &platform::EndSignals::Requested, &form, &QWidget::close);
+  end_signals.Watch();
+  form.PlaceOn(QApplication::primaryScreen()->availableGeometry());
   form.show();
   return application.exec();
 }

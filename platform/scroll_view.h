@@ -1,0 +1,19 @@
+// A view of controls that are together larger than the screen. Unlike the toolkit's it takes no
+// focus itself, and it scrolls to the control that gets the focus by any key, not only by Tab.
+#pragma once
+
+#include <QScrollArea>
+
+namespace platform {
+
+class ScrollView : public QScrollArea {
+  Q_OBJECT
+ public:
+  // Shows `content` in its own size, in a view of at most `limit` pixels, its scroll bars included.
+  ScrollView(QWidget* content, const QSize& limit, QWidget* parent = nullptr);
+
+ private:
+  void Follow(QWidget* focus);
+};
+
+}  // namespace platform

@@ -1,0 +1,285 @@
+// The operator's hands: keys that are held or pressed with others, the wheel, double clicks and
+// presses that take the focus from an entry.
+#include <QAccessible>
+#include <QAction>
+#include <QDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QWheelEvent>
+#include <QtTest/QTest>
+
+#include "platform/cw_slide.h"
+#include "platform/message_box.h"
+#include "tests/window_fixture.h"
+
+namespace pelmora {
+namespace {
+
+class Hands : public WindowTest {
+ protected:
+  QWidget& Focus(const char* name) {
+    auto& control = hands->Find<QWidget>(name);
+    control.setFocus();
+    return control;
+  }
+  // Controls get the focus in the active window only.
+  bool Activate(QWidget& window) {
+    window.activateWindow();
+    return hands->WaitUntil([&] { return QApplication::activeWindow() == &window; });
+  }
+  static void Wheel(QWidget& control, int notches) {
+    const QPointF place = control.rect().center();
+    QWheelEvent wheel(place, control.mapToGlobal(place), {}, {0, 120 * notches}, {}, {}, {}, false);
+    QApplication::sendEvent(&control, &wheel);
+  }
+  // The keyboard repeats a key that is held.
+  static void Hold(QWidget& control, Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+    const QString text = key == Qt::Key_Space ? " " : key == Qt::Key_Return ? "\r" : "";
+    QTest::simulateEvent(&control, true, key, modifiers, text, false);
+    for (int i = 0; i < 5; ++i) {
+      QTest::simulateEvent(&control, true, key, modifiers, text, true);
+    }
+    QTest::simulateEvent(&control, false, key, modifiers, text, false);
+  }
+};
+
+TEST_F(Hands, KeysHeldWithALetterLeaveTheEntryAlone) {
+  hands->Type("Text1_3", "4", false);
+  auto& field = hands->Find<QWidget>("Text1_3");
+  const Qt::KeyboardModifiers chords[] = {Qt::AltModifier, Qt::MetaModifier,
+                                          Qt::ControlModifier | Qt::AltModifier,
+                                          Qt::AltModifier | Qt::ShiftModifier};
+  for (const auto held : chords) {
+    for (const char letter : {'z', '7', ' ', '.'}) QTest::keyClick(&field, letter, held);
+  }
+  EXPECT_EQ(hands->Read("Text1_3"), "4");
+  QTest::keyClicks(&field, "2");
+  QTest::keyClick(&field, Qt::Key_Return);
+  EXPECT_EQ(hands->Read("CWSlide1_3"), "170");
+  QTest::keyClicks(&field, "-7");  // Enter has selected the text
+  QTest::keyClick(&field, Qt::Key_Return);
+  EXPECT_EQ(hands->Read("CWSlide1_3"), "121");
+}
+
+TEST_F(Hands, OffsetsOfAnyLengthAreClamped) {
+  const QPair<QString, const char*> cases[] = {{QString(400, '9'), "127"},
+                                               {"-" + QString(400, '9'), "-128"},
+                                               {QString(400, '0') + "5", "5"}};
+  for (const auto& [typed, offset] : cases) {
+    hands->Find<QLineEdit>("Text1_0").setText(typed);
+    QTest::keyClick(&Focus("Text1_0"), Qt::Key_Return);
+    EXPECT_EQ(hands->Read("Text1_0"), offset);
+  }
+}
+
+TEST_F(Hands, WheelMovesTheFaderThatHasTheFocusOnly) {
+  auto& fader = hands->Find<platform::CWSlide>("CWSlide1_3");
+  Focus("CommandAdd");
+  Wheel(fader, 1);
+  Wheel(hands->Find<QWidget>("CWNumEditTimeStep"), 1);
+  EXPECT_EQ(fader.Value(), 128);
+  EXPECT_EQ(hands->Read("CWNumEditTimeStep"), "1000 ms");
+  EXPECT_FALSE(fader.hasFocus());
+  fader.setFocus();
+  Wheel(fader, 1);
+  EXPECT_EQ(fader.Value(), 129);
+  Wheel(fader, -3);
+  EXPECT_EQ(fader.Value(), 126);
+}
+
+TEST_F(Hands, PressThatCommitsAnOffsetGrabsTheHandleThatItMoves) {
+  hands->Type("Text1_3", "60", false);
+  auto& fader = hands->Find<platform::CWSlide>("CWSlide1_3");
+  // The centre lies half-way between the caption and the lower end.
+  const QPoint handle(fader.width() / 2, (fader.fontMetrics().height() + fader.height()) / 2);
+  QTest::mousePress(&fader, Qt::LeftButton, {}, handle);
+  EXPECT_EQ(fader.Value(), 188);
+  EXPECT_TRUE(fader.isSliderDown());
+  EXPECT_TRUE(fader.hasFocus());
+  QTest::mouseMove(&fader, handle - QPoint(0, 20));
+  QTest::mouseRelease(&fader, Qt::LeftButton, {}, handle - QPoint(0, 20));
+  EXPECT_NEAR(fader.Value(), 188 + 21, 2);
+}
+
+TEST_F(Hands, DurationTakesSeparatorsRoundsAndStopsAtItsBounds) {
+  struct Case {
+    const char* typed;
+    Qt::Key key;
+    const char* shown;
+  };
+  const Case cases[] = {
+      {"1000.6", Qt::Key_Return, "1001 ms"},  {"1000.5", Qt::Key_Return, "1000 ms"},
+      {"1001.50", Qt::Key_Return, "1002 ms"}, {"1200.", Qt::Key_Return, "1200 ms"},
+      {"50x.0", Qt::Key_Return, "50 ms"},     {".6", Qt::Key_Return, "20 ms"},
+      {"30", Qt::Key_Down, "20 ms"},          {"150", Qt::Key_PageDown, "20 ms"},
+      {"32760", Qt::Key_Up, "32767 ms"},      {"32600", Qt::Key_PageUp, "32767 ms"},
+      {"1000", Qt::Key_Up, "1020 ms"},
+  };
+  auto& duration = hands->Find<QSpinBox>("CWNumEditTimeStep");
+  for (const Case& c : cases) {
+    hands->Type("CWNumEditTimeStep", c.typed, false);
+    QTest::keyClick(&duration, c.key);
+    EXPECT_EQ(duration.text(), c.shown) << c.typed;
+  }
+  hands->Type("CWNumEditTimeStep", QString("9").repeated(400));
+  EXPECT_EQ(duration.text(), "32767 ms");
+  hands->Type("CWNumEditTimeStep", "70");
+  Wheel(duration, -5);
+  EXPECT_EQ(duration.text(), "20 ms");
+
+  QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+  hands->Type("CWNumEditTimeStep", "40,6");
+  EXPECT_EQ(duration.text(), "41 ms");
+  hands->Type("CWNumEditTimeStep", "40.6");
+  EXPECT_EQ(duration.text(), "41 ms");
+  QLocale::setDefault(QLocale::c());
+}
+
+TEST_F(Hands, CaretStaysBeforeTheUnit) {
+  auto& duration = hands->Find<QSpinBox>("CWNumEditTimeStep");
+  QWidget* edit = duration.findChild<QLineEdit*>();
+  QTest::mouseClick(edit, Qt::LeftButton, {}, QPoint(edit->width() - 4, edit->height() / 2));
+  QTest::keyClicks(&duration, "5");
+  QTest::keyClick(&duration, Qt::Key_End);
+  QTest::keyClicks(&duration, "6");
+  QTest::keyClick(&duration, Qt::Key_Return);
+  EXPECT_EQ(duration.text(), "32767 ms") << "a digit was refused";
+}
+
+TEST_F(Hands, HeldKeyPressesOnce) {
+  const auto add = [this](int steps) {
+    while (Lines().size() < steps) hands->Click("CommandAdd");
+  };
+  // Enter, Space and the mnemonic, on a button and on a switch.
+  Connect();
+  for (const auto& [key, modifiers] :
+       {QPair<Qt::Key, Qt::KeyboardModifiers>{Qt::Key_Return, {}},
+        QPair<Qt::Key, Qt::KeyboardModifiers>{Qt::Key_Space, {}},
+        QPair<Qt::Key, Qt::KeyboardModifiers>{Qt::Key_R, Qt::AltModifier}}) {
+    add(10);
+    Hold(Focus("CommandRem"), key, modifiers);
+    EXPECT_EQ(Lines().size(), 9) << key;
+  }
+  for (const auto& [key, modifiers] :
+       {QPair<Qt::Key, Qt::KeyboardModifiers>{Qt::Key_Return, {}},
+        QPair<Qt::Key, Qt::KeyboardModifiers>{Qt::Key_Space, {}},
+        QPair<Qt::Key, Qt::KeyboardModifiers>{Qt::Key_O, Qt::AltModifier}}) {
+    Hold(Focus("CWButtonMainOnOff"), key, modifiers);
+    EXPECT_EQ(hands->Read("CWButtonMainOnOff"), "On") << key;
+    hands->Click("CWButtonMainOnOff");
+    ExpectSent({1, 0});
+  }
+  Hold(Focus("CommandAdd"), Qt::Key_S, Qt::ControlModifier);
+  EXPECT_EQ(files.requests.size(), 1U);
+}
+
+TEST_F(Hands, KeyThatOpensTheInterpolationDoesNotPressItsDefaultButton) {
+  for (int i = 0; i < 3; ++i) hands->Click("CommandAdd");
+  Select(1);
+  QTest::keyPress(&Focus("CommandInterpolate"), Qt::Key_Return);
+  auto& dialog = hands->Find<QDialog>("DialogInterp");
+  ASSERT_TRUE(Activate(dialog));
+  QTest::simulateEvent(&hands->Find<QWidget>("CWNumEditInterp"), true, Qt::Key_Return, {}, "\r",
+                       true);
+  EXPECT_TRUE(dialog.isVisible());
+}
+
+TEST_F(Hands, DoubleClickOnAFlashButtonIsOnePress) {
+  Connect();
+  hands->ChooseMenu("FreshProg");
+  ExpectMessage("Data Flash Erased");
+  const auto double_click = [](QWidget& button) {
+    QTest::mouseClick(&button, Qt::LeftButton);
+    QTest::mouseDClick(&button, Qt::LeftButton);
+    QTest::mouseRelease(&button, Qt::LeftButton);
+  };
+  double_click(hands->Find<QWidget>("CommandErase"));
+  ExpectSent({7});
+  // Other buttons take a quick second press.
+  for (int i = 0; i < 3; ++i) hands->Click("CommandAdd");
+  double_click(hands->Find<QWidget>("CommandRem"));
+  EXPECT_EQ(Lines().size(), 1);
+}
+
+TEST_F(Hands, EchoIsReachedWithTabAndClearedBySpace) {
+  Connect();
+  hands->Find<QAction>("Serial").trigger();
+  board.Send({65});
+  ASSERT_TRUE(hands->WaitUntil([this] { return hands->Read("Echo") == "65"; }));
+  QTest::keyClick(&Focus("CWButtonMainOnOff"), Qt::Key_Tab);
+  auto& echo = hands->Find<QWidget>("Echo");
+  EXPECT_TRUE(echo.hasFocus());
+  QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(&echo);
+  EXPECT_EQ(spoken->text(QAccessible::Name), "Last received");
+  EXPECT_EQ(spoken->text(QAccessible::Value), "65");
+  QTest::keyClick(&echo, Qt::Key_Space);
+  EXPECT_EQ(hands->Read("Echo"), "");
+}
+
+TEST_F(Hands, InterpolationDialogByKeyboard) {
+  for (int i = 0; i < 3; ++i) hands->Click("CommandAdd");
+  Select(1);
+  hands->Click("CommandInterpolate");
+  auto& dialog = hands->Find<QDialog>("DialogInterp");
+  ASSERT_TRUE(Activate(dialog));
+  const QStringList stops = {"OKButton", "CancelButton", "OptionINterp_0", "OptionINterp_1",
+                             "CWNumEditInterp"};
+  // Also once an option is chosen.
+  for (const char* option : {"", "OptionINterp_0", "OptionINterp_1"}) {
+    if (*option) hands->Click(option);
+    Focus("OKButton");
+    for (const QString& stop : stops) {
+      EXPECT_EQ(dialog.focusWidget()->objectName(), stop) << option;
+      QTest::keyClick(dialog.focusWidget(), Qt::Key_Tab);
+    }
+    EXPECT_EQ(dialog.focusWidget()->objectName(), "OKButton");
+  }
+
+  auto& label = *dialog.findChild<QLabel*>("Label1");
+  EXPECT_EQ(label.pos(), QPoint(112, 80));
+  EXPECT_GE(label.width(), label.sizeHint().width());
+  EXPECT_LE(label.geometry().right(), dialog.width());
+}
+
+// With the message boxes of the program itself.
+class HandsOnMessages : public Hands {
+ protected:
+  HandsOnMessages() {
+    Restart({.message_boxes = true});
+    EXPECT_TRUE(Activate(*form));
+  }
+  // Does `work` in the message box that opens next.
+  void InBox(std::function<void(QMessageBox&)> work) {
+    hands->When([this] { return form->findChild<QMessageBox*>() != nullptr; },
+                [this, work = std::move(work)] {
+                  auto* message = form->findChild<QMessageBox*>();
+                  ASSERT_TRUE(Activate(*message));
+                  work(*message);
+                });
+  }
+};
+
+TEST_F(HandsOnMessages, CtrlQEndsTheProgram) {
+  Connect();
+  InBox([](QMessageBox& message) { QTest::keyClick(&message, Qt::Key_Q, Qt::ControlModifier); });
+  hands->Find<QPushButton>("CommandErase").click();
+  EXPECT_TRUE(events.Ending());
+  ExpectSent({7, 0});
+}
+
+TEST_F(HandsOnMessages, HeldKeyDoesNotCloseTheMessageUnread) {
+  InBox([](QMessageBox& message) {
+    QWidget* button = message.button(QMessageBox::Ok);
+    QTest::simulateEvent(button, true, Qt::Key_Return, {}, "\r", true);
+    EXPECT_TRUE(message.isVisible());
+    QTest::keyClick(button, Qt::Key_Return);
+    EXPECT_FALSE(message.isVisible());
+  });
+  hands->Click("CWButtonMainOnOff");
+}
+
+}  // namespace
+}  // namespace pelmora

@@ -1,0 +1,251 @@
+// What the operator presses inside the waits of the flash operations: a read shows what the board
+// holds all the same, and every wait can be ended.
+#include <QFile>
+#include <QTemporaryDir>
+#include <QtTest/QTest>
+
+#include "tests/flash_fixture.h"
+
+namespace pelmora {
+namespace {
+
+using namespace std::chrono_literals;
+
+struct Pressed {
+  const char* name;
+  std::function<void(ProgramWithBoard&)> press;
+};
+
+void PrintTo(const Pressed& pressed, std::ostream* out) {
+  *out << pressed.name;
+}
+
+class DuringStepData : public FlashTest, public testing::WithParamInterface<Pressed> {};
+
+const QTemporaryDir& Folder() {
+  static const QTemporaryDir folder;
+  return folder;
+}
+
+// The announced data is short of its last byte while the operator is at work.
+TEST_P(DuringStepData, TheTableIsTheBoardsAfterwards) {
+  const Sequences sequences = RandomSequences(31, 120);
+  const Bytes data = StepDataOf(sequences);
+  FillFlash(sequences);
+  Connect();
+  board.SetFaults({.cut_reply_at = 66 + data.size() - 1});
+  const int nearly = static_cast<int>(data.size()) - 1;
+  hands->When([this, nearly] { return Bar() == nearly; },
+              [&] {
+                GetParam().press(*this);
+                ExpectMessage(kReadText);
+                board.Send({data.back()});
+              });
+  Read();
+  EXPECT_EQ(Table(), sequences);
+  EXPECT_EQ(Lines().size(), static_cast<int>(sequences[0].size()));
+  EXPECT_EQ(hands->Read("LabelSeq"), "Sequence N° 0");
+  ExpectAtRest();
+}
+
+void LoadAnotherFile(ProgramWithBoard& t) {
+  QFile file(Folder().filePath("other.dat"));
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  file.write(QByteArray::fromStdString(ExampleFile()));
+  file.close();
+  t.files.answer = file.fileName();
+  t.box.Expect("Load", "Data Loaded!");
+  t.Trigger("LoadBuffer");
+}
+
+const Pressed kPressed[] = {
+    {"NextSequence", [](ProgramWithBoard& t) { t.hands->Click("CommandMoreSeq"); }},
+    {"Add", [](ProgramWithBoard& t) { t.AddStep(3, 200, 100); }},
+    {"ClearAll", [](ProgramWithBoard& t) { t.hands->Click("CommandClearAll"); }},
+    {"SaveCancelled", [](ProgramWithBoard& t) { t.Trigger("SaveBuffer"); }},
+    {"LoadCancelled", [](ProgramWithBoard& t) { t.Trigger("LoadBuffer"); }},
+    {"Load", LoadAnotherFile},
+};
+
+INSTANTIATE_TEST_SUITE_P(Pressed, DuringStepData, testing::ValuesIn(kPressed),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+class NestedOperations : public FlashTest {
+ protected:
+  void ExpectAbortOffered() {
+    EXPECT_TRUE(hands->WaitUntil([this] { return Enabled("Command1"); }));
+  }
+};
+
+TEST_F(NestedOperations, ASaveDuringAReadWritesNoCountBeyondWhatASequenceHolds) {
+  const QString path = Folder().filePath("counts.dat");
+  std::array<std::uint8_t, 66> lie{0, 28, 1, 44};  // 300 steps in sequence 0
+  Connect();
+  board.SetFlash(HeaderFor(28), Bytes(28));
+  board.SetFaults({.cut_reply_at = 70, .lying_header = lie});
+  hands->When([this] { return Bar() == 4; },
+              [&] {
+                hands->Click("CommandMoreSeq");
+                hands->Click("CommandLessSeq");
+                files.answer = path;
+                box.Expect("Save", "Data Saved!");
+                Trigger("SaveBuffer");
+                ExpectMessage(kReadingErrorText);
+                Abort();
+              });
+  Read();
+  QFile file(path);
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  for (int line = 0; line < 17; ++line) EXPECT_LE(file.readLine().trimmed().toInt(), 256);
+}
+
+// A read that was aborted inside the first one's wait has set the line up for single bytes.
+TEST_F(NestedOperations, LessDataThanAnnouncedIsNoSuccess) {
+  FillFlash(ExampleSequences());
+  Connect();
+  board.SetFaults({.cut_reply_at = 80});
+  hands->When([this] { return Bar() == 14; },
+              [this] {
+                board.SetFaults({.silent = true});
+                hands->When([this] { return BytesSent(2); }, [this] { Abort(); });
+                ExpectMessage(kReadingErrorText, [this] {
+                  ExpectMessage(kCorruptedText, [this] {
+                    hands->When([this] { return hands->Read("Echo") == "Error!"; },
+                                [this] { Abort(); });
+                    ExpectMessage(kReadingErrorText);
+                  });
+                  board.Send(Bytes(42, 1));
+                  QTest::qSleep(50);  // all of it is here before the first read looks again
+                });
+                Read();
+              });
+  Read();
+  ExpectAtRest();
+}
+
+TEST_F(NestedOperations, AProgramPressedInsideAnothersEraseTakesItsPlace) {
+  Load(ExampleSequences());
+  Connect();
+  board.SetFaults({.silent = true});
+  hands->When([this] { return BytesSent(1); },
+              [this] {
+                hands->When([this] { return BytesSent(2); },
+                            [this] {
+                              board.SetFaults({.silent_after_acks = 1});
+                              board.Send({255});
+                            });
+                ExpectMessage(kErasedText);
+                ExpectMessage(kProgrammedText);
+                ExpectMessage(kAbortText);
+                Program();
+              });
+  Program();
+  ExpectSent(Bytes{7, 7, 2} + HeaderOf(ExampleSequences()) + StepDataOf(ExampleSequences()));
+  EXPECT_EQ(board.FlashData(), StepDataOf(ExampleSequences()));
+  ExpectAtRest();
+}
+
+TEST_F(NestedOperations, AnEraseInsideAnotherIsTheOneThatSpeaks) {
+  Connect();
+  board.SetFaults({.silent = true});
+  hands->When([this] { return BytesSent(1); },
+              [this] {
+                hands->When([this] { return BytesSent(2); }, [this] { board.Send({255}); });
+                ExpectMessage(kErasedText);
+                Erase();
+              });
+  Erase();
+  EXPECT_EQ(box.Outstanding(), 0U);
+  ExpectAtRest();
+}
+
+// Each outer wait is shown again, and can be ended, once the inner operation has.
+TEST_F(NestedOperations, TheOuterWaitOffersAbortAgain) {
+  struct Case {
+    const char* outer;
+    int acks;
+    std::size_t sent;
+    std::vector<const char*> before, after;
+  };
+  const Case cases[] = {
+      {"CommandFlash", 1, 68, {kErasedText}, {kAbortText}},
+      {"CommandFlash", 2, 68 + 256, {kErasedText}, {"Operation Aborted!255"}},
+      {"CommandRead", 0, 1, {}, {kReadingErrorText}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.outer);
+    Load(RandomSequences(33, 40));
+    if (Enabled("ComboPort")) Connect();
+    board.ClearLog();
+    board.SetFaults({.silent = c.acks == 0, .silent_after_acks = c.acks});
+    for (const char* message : c.before) ExpectMessage(message);
+    hands->When(
+        [this, &c] { return BytesSent(c.sent); },
+        [this, &c] {
+          hands->When([this, &c] { return BytesSent(c.sent + 1); }, [this] { Abort(); });
+          ExpectMessage(kReadingErrorText);
+          board.SetFaults({.silent = true});
+          // An operation of its own kind inside, aborted by the operator.
+          hands->When(
+              [this] { return Enabled("Command1") && BarShown() && box.Outstanding() == 0; },
+              [this, &c] {
+                for (const char* message : c.after) ExpectMessage(message);
+                Abort();
+              });
+          Read();
+        });
+    hands->Click(c.outer);
+    ExpectAtRest();
+    // The board gives the unfinished program up.
+    ExpectLoss();
+    board.Unplug();
+    EXPECT_TRUE(hands->WaitUntil([this] { return Enabled("ComboPort"); }));
+    board.Replug();
+  }
+}
+
+// The reply to the inner read swallows the erase's answer; by itself an erase can't be aborted.
+TEST_F(NestedOperations, AnEraseWhoseAnswerIsGoneCanBeAborted) {
+  Connect();
+  board.SetFaults({.silent = true});
+  hands->When([this] { return BytesSent(1); },
+              [this] {
+                EXPECT_FALSE(Enabled("Command1"));
+                hands->When([this] { return BytesSent(2); }, [this] { Abort(); });
+                ExpectMessage(kReadingErrorText, [this] {
+                  hands->When([this] { return Enabled("Command1"); },
+                              [this] {
+                                ExpectMessage(kAbortText);
+                                EXPECT_FALSE(BarShown());
+                                Abort();
+                              });
+                });
+                Read();
+              });
+  Erase();
+  ExpectAtRest();
+}
+
+TEST_F(NestedOperations, BytesOfOthersInATransferAreTold) {
+  Load(ExampleSequences());
+  Connect();
+  for (const bool moved : {true, false}) {
+    board.SetFaults({.silent_after_acks = 1});
+    hands->When([this] { return BytesSent(68); },
+                [this, moved] {
+                  if (moved) SetSlider(2, 77);
+                  board.Send({255});
+                });
+    ExpectMessage(kErasedText);
+    ExpectMessage(kProgrammedText);
+    if (moved) ExpectMessage(kDisturbedText);
+    Program();
+    EXPECT_EQ(box.Outstanding(), 0U);
+    board.SetFaults({});
+    board.SetFlash(Bytes(66), {});
+    Sent(0);
+  }
+}
+
+}  // namespace
+}  // namespace pelmora

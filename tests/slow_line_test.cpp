@@ -1,0 +1,101 @@
+// The program on a line of its true speed: what the operator stops, stops on the board at once.
+#include <gtest/gtest.h>
+
+#include <QElapsedTimer>
+#include <QtTest/QTest>
+
+#include "platform/cw_slide.h"
+#include "rig/program_with_board.h"
+
+namespace pelmora {
+namespace {
+
+using namespace rig;
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+
+class SlowLine : public testing::Test, public ProgramWithBoard {
+ protected:
+  SlowLine()
+      : ProgramWithBoard([](const QString& problem) { ADD_FAILURE() << problem.toStdString(); },
+                         simboard::Pace::k9600, {.timer = true}) {}
+
+  // Plays two poses of all channels, 20 ms each.
+  void PlayFullPoses() {
+    Sequences sequences;
+    for (const int position : {10, 200}) {
+      Step step{};
+      step.positions.fill(static_cast<std::uint8_t>(position));
+      step.ticks = 1;
+      sequences[0].push_back(step);
+    }
+    Load(sequences);
+    Connect();
+    hands->Click("CWButtonEmuPC");
+  }
+
+  // The bytes of the line, once it has been silent for a while.
+  std::vector<simboard::LoggedByte> Log() {
+    std::size_t count = 0;
+    do {
+      count = board.Log().size();
+      QTest::qWait(150);
+    } while (board.Log().size() != count);
+    return board.Log();
+  }
+};
+
+// All channels take 27.5 ms on the line: without waiting for it the board would be 0.7 s behind
+// after two seconds.
+TEST_F(SlowLine, OffActsOnTheBoardWithinATenthOfASecond) {
+  PlayFullPoses();
+  QTest::qWait(2000);
+  hands->Click("CWButtonEmuPC");
+  const auto off = Clock::now();
+  const auto log = Log();
+  EXPECT_LT(log.back().when - off, 100ms);
+  // Every change was sent, in order, as fast as the line carries them.
+  ASSERT_EQ(log.size() % 24, 0U);
+  EXPECT_GT(log.size() / 24, 60U);
+  for (std::size_t i = 0; i < log.size(); ++i) {
+    const std::size_t channel = i % 24 / 2;
+    const std::size_t code = channel < 8 ? 8 + channel : 32 + channel;
+    ASSERT_EQ(log[i].byte, i % 2 == 0 ? code : i / 24 % 2 == 0 ? 200 : 10) << i;
+  }
+}
+
+TEST_F(SlowLine, QuitSendsItsStopByteBehindAFewBytesAndWaitsForIt) {
+  PlayFullPoses();
+  QTest::qWait(1000);
+  const auto quit = Clock::now();
+  Trigger("Quit");
+  const auto log = Log();
+  EXPECT_EQ(log.back().byte, 0);
+  EXPECT_EQ(log.size() % 24, 1U) << "no command is cut short";
+  EXPECT_LT(log.back().when - quit, 100ms);
+}
+
+TEST_F(SlowLine, AFaderDraggedAsFastAsCanBeKeepsUpWithThePointer) {
+  Connect();
+  auto& slide = hands->Find<platform::CWSlide>("CWSlide1_4");
+  const QPoint handle(slide.width() / 2, slide.height() / 2 + 8);
+  QTest::mousePress(&slide, Qt::LeftButton, {}, handle);
+  ASSERT_TRUE(slide.isSliderDown());
+  QElapsedTimer clock;
+  clock.start();
+  for (int report = 0; clock.elapsed() < 600; ++report) {
+    QTest::mouseMove(&slide, handle + QPoint(0, report % 200 - 100));
+    QTest::qWait(1);
+    ASSERT_LT(form->Link().Port().TimeUntilReady(), 10ms) << "more than a pose has piled up";
+  }
+  QTest::mouseMove(&slide, handle + QPoint(0, 37));
+  QTest::mouseRelease(&slide, Qt::LeftButton, {}, handle + QPoint(0, 37));
+  const auto released = Clock::now();
+  const auto log = Log();
+  EXPECT_LT(log.back().when - released, 100ms);
+  EXPECT_EQ(log.back().byte, slide.value());
+  EXPECT_GT(log.size(), 200U) << "the servo follows all the time";
+}
+
+}  // namespace
+}  // namespace pelmora

@@ -1,6 +1,7 @@
 // Undo and redo on the real window, by their keys.
 #include <QAction>
 #include <QClipboard>
+#include <QDialog>
 #include <QGuiApplication>
 #include <QMenu>
 #include <QPushButton>

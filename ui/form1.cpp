@@ -16,8 +16,10 @@
 #include "edit/dialog_interp.h"
 #include "edit/edited_sequence.h"
 #include "edit/sequence_navigation.h"
+#include "edit/step_clipboard.h"
 #include "edit/step_fields.h"
 #include "edit/step_list.h"
+#include "edit/undo_commands.h"
 #include "files/buffer_commands.h"
 #include "flash/erase_flash.h"
 #include "flash/program_sequences.h"
@@ -36,6 +38,7 @@
 #include "ui/controls.h"
 #include "ui/fit_font.h"
 #include "ui/inventory.h"
+#include "ui/list_menu.h"
 #include "ui/look.h"
 
 namespace pelmora {
@@ -53,9 +56,7 @@ constexpr int kTitleBar = 40;  // pixels that a window manager's frame takes at 
 constexpr int kPorts = 8;
 constexpr int kStartInterval = 20;    // ms, of the playback timer
 constexpr int kStartDuration = 1000;  // ms, of the step being composed
-constexpr int kShortestDuration = 20;
-constexpr int kLongestDuration = 32767;  // what the sequence table can hold
-constexpr int kDurationStep = 20;        // one tick of the board
+constexpr int kDurationStep = 20;     // one tick of the board
 constexpr int kFastDurationStep = 200;
 
 constexpr int kBytesIndent = 6;  // pixels; "OffSet Seq. 15" reaches up to the label beside it
@@ -100,6 +101,8 @@ struct Form1::Handlers {
         step_fields(edited, live_control,
                     {controls.CWSlide1, controls.Text1, controls.CWNumEditTimeStep}),
         step_list(edited, step_fields, around.message_box),
+        step_clipboard(edited, around.message_box),
+        undo(edited, link),
         navigation(edited),
         interpolation({edited, around.message_box, around.events},
                       {&form, controls.FrameBuffEdit, controls.FrameMan, controls.FramePCEmu,
@@ -125,6 +128,8 @@ struct Form1::Handlers {
   EditedSequence edited;
   StepFields step_fields;
   StepList step_list;
+  StepClipboard step_clipboard;
+  UndoCommands undo;
   SequenceNavigation navigation;
   Interpolation interpolation;
 
@@ -299,6 +304,8 @@ void Form1::ConnectEditing() {
           [&h] { h.step_list.ListSequence_DblClick(); });
   connect(controls_->ListSequence, &ListBox::MoveLine, wiring_.get(),
           [&h](int from, int to) { h.step_list.ListSequence_MoveLine(from, to); });
+  new ListMenu(*controls_->ListSequence, {h.edited, h.undo, h.step_clipboard, h.step_list},
+               wiring_.get());
   PressByKey(Qt::ALT | Qt::Key_Right, *controls_->CommandUp);
   PressByKey(Qt::ALT | Qt::Key_Left, *controls_->CommandDwn);
 }

@@ -1,17 +1,12 @@
 #include "ui/form1.h"
 
 #include <QCloseEvent>
-#include <QFrame>
-#include <QGroupBox>
-#include <QLabel>
 #include <QLayout>
 #include <QLocale>
 #include <QMenuBar>
-#include <QScreen>
 #include <QShortcut>
 #include <QStyle>
 #include <algorithm>
-#include <span>
 
 #include "edit/dialog_interp.h"
 #include "edit/edited_sequence.h"
@@ -36,16 +31,15 @@
 #include "playback/breakpoints.h"
 #include "playback/pc_emulator.h"
 #include "ui/controls.h"
+#include "ui/dress_controls.h"
 #include "ui/fit_font.h"
 #include "ui/inventory.h"
 #include "ui/list_menu.h"
-#include "ui/look.h"
 
 namespace pelmora {
 namespace {
 
 using platform::CWButton;
-using platform::CWNumEdit;
 using platform::CWSlide;
 using platform::DropDownList;
 using platform::ListBox;
@@ -53,31 +47,7 @@ using platform::PushButton;
 using platform::TextField;
 
 constexpr int kTitleBar = 40;  // pixels that a window manager's frame takes at the top, at the most
-constexpr int kPorts = 8;
-constexpr int kStartInterval = 20;    // ms, of the playback timer
-constexpr int kStartDuration = 1000;  // ms, of the step being composed
-constexpr int kDurationStep = 20;     // one tick of the board
-constexpr int kFastDurationStep = 200;
-
-constexpr int kBytesIndent = 6;  // pixels; "OffSet Seq. 15" reaches up to the label beside it
-
-void Colour(QLabel& label, const QColor& colour) {
-  QPalette palette = label.palette();
-  palette.setColor(QPalette::WindowText, colour);
-  label.setPalette(palette);
-}
-
-// The top of a text that stands in the middle of the control.
-int TextTop(const QWidget& control) {
-  return control.y() + (control.height() - control.fontMetrics().height() + 1) / 2;
-}
-
-// Draws the label's text at this height of its panel, so that it shares the baseline of the text
-// beside it, and `indent` pixels from its left edge.
-void PlaceText(QLabel& label, int top, int indent = 0) {
-  label.setAlignment(Qt::AlignLeft | Qt::AlignTop);
-  label.setContentsMargins(indent, std::max(0, top - label.y()), 0, 0);
-}
+constexpr int kStartInterval = 20;  // ms, of the playback timer
 
 }  // namespace
 
@@ -156,7 +126,7 @@ Form1::Form1(const Surroundings& surroundings)
   setCentralWidget(client);
   controls_ = std::make_unique<Controls>(MakeControls(*client, *menuBar()));
   FitFont(*client, *controls_);
-  DressControls();
+  DressControls(*controls_, surroundings_.ports);
   layout()->setSizeConstraint(QLayout::SetFixedSize);
   handlers_ = std::make_unique<Handlers>(surroundings_, *controls_, *this);
   ConnectEditing();
@@ -196,64 +166,6 @@ void Form1::PlaceOn(const QRect& screen) {
   QRect place = QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, sizeHint(), screen);
   place.moveTop(std::max(place.top(), screen.top() + kTitleBar));
   setGeometry(place);
-}
-
-// What the inventory does not say: colours, scales, columns, entries.
-void Form1::DressControls() {
-  Colour(*controls_->LabelSeq, kSequenceColour);
-  Colour(*controls_->LabelStep, kStepColour);
-  Colour(*controls_->Label1, kStepColour);
-  PlaceText(*controls_->Label1, TextTop(*controls_->CWNumEditTimeStep));
-  PlaceText(*controls_->LabelByte, TextTop(*controls_->LabelByteCapt), kBytesIndent);
-  PlaceText(*controls_->LabelOffset, TextTop(*controls_->CommandOffset), kBytesIndent);
-  PlaceText(*controls_->LabelSeqEmu, TextTop(*controls_->CWButtonRealEmu));
-  controls_->LabelErase->setAlignment(Qt::AlignCenter);
-  for (std::size_t i = 0; i < kChannels; ++i) {
-    CWSlide& slide = *controls_->CWSlide1[i];
-    slide.SetScaleMaximum(255);
-    slide.SetValue(kCentre);
-    // Above the middle of its fields, which are wider.
-    slide.SetAxis(controls_->Text1[i]->geometry().center().x() - slide.x());
-  }
-  // Also while a message or a file dialog is open.
-  controls_->Quit->setShortcutContext(Qt::ApplicationShortcut);
-  controls_->Echo->setFocusPolicy(Qt::StrongFocus);
-  for (PushButton* button :
-       {controls_->CommandFlash, controls_->CommandRead, controls_->CommandErase}) {
-    button->SetDoubleClickPressesOnce(true);
-  }
-  CWNumEdit& duration = *controls_->CWNumEditTimeStep;
-  duration.SetScale(kShortestDuration, kLongestDuration, kDurationStep, kFastDurationStep);
-  duration.SetUnit(QStringLiteral(" ms"));
-  duration.SetValue(kStartDuration);
-
-  DropDownList& combo_port = *controls_->ComboPort;
-  for (int number = 1; number <= kPorts; ++number) {
-    combo_port.addItem(QStringLiteral("Comm%1").arg(number), number);
-  }
-  combo_port.setCurrentIndex(-1);
-  combo_port.ToolTip = [this](int number) {
-    const QString device = surroundings_.ports.DeviceFor(number);
-    return device.isEmpty() ? QStringLiteral("No serial port for this entry now") : device;
-  };
-  combo_port.Pale = [this](int number) { return surroundings_.ports.DeviceFor(number).isEmpty(); };
-
-  // A step reads as twelve channels under the sliders above; duration and break mark stand at the
-  // right. Lines from the table have an empty field between those two.
-  const QRect list = controls_->ListSequence->geometry();
-  std::vector<platform::ListColumn> columns;
-  for (const TextField* angle : std::span(controls_->Text1).last<kChannels>()) {
-    columns.push_back(
-        {angle->mapTo(controls_->ListSequence->parentWidget(), QPoint()).x() - list.left(),
-         angle->width() - 1, Qt::AlignHCenter});
-  }
-  const int right = columns.back().left + columns.back().width;
-  const platform::ListColumn mark = {right + 110, 70, Qt::AlignLeft, true};
-  columns.push_back({right + 10, 80, Qt::AlignRight});
-  columns.push_back(mark);
-  columns.push_back(mark);
-  controls_->ListSequence->SetColumns(std::move(columns));
-  controls_->ListSequence->SetLineNumbers(true);
 }
 
 template <class Handler>

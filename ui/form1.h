@@ -52,7 +52,6 @@ class Form1 : public QMainWindow {
  private:
   struct Handlers;
 
-  void DressControls();
   template <class Handler>
   void OnClick(platform::PushButton* button, Handler handler);
   void PressByKey(const QKeySequence& keys, platform::PushButton& button);

@@ -39,6 +39,7 @@ void AddTimeRow(Report& report, ConnectedProgram& program) {
   const auto time = [](const std::function<void()>& work) {
     const auto start = Clock::now();
     work();
+    QCoreApplication::processEvents();  // the list is laid out and painted
     return Milliseconds(Clock::now() - start);
   };
   std::vector<double> undo, next;
@@ -46,7 +47,6 @@ void AddTimeRow(Report& report, ConnectedProgram& program) {
     click("CommandClearAll");
     QCoreApplication::processEvents();
     undo.push_back(time([&] { program.Trigger("ListUndo"); }));
-    QCoreApplication::processEvents();
     if (program.Lines().size() != rig::kMostSteps) qFatal("the sequences did not come back");
     program.ExpectMessage(kWarning);
     next.push_back(time([&] { click("CommandMoreSeq"); }));

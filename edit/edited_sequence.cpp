@@ -220,10 +220,10 @@ bool EditedSequence::TakeReply(const FlashHeader& header, int total_bytes, const
 
 SequenceState EditedSequence::State(const SequenceState* former) const {
   SequenceState state = StateOf(data_, former);
-  state.Lines.reserve(ListCount());
   for (int line = 0; line < ListCount(); ++line) {
-    state.Lines.append(controls_.ListSequence.List(line));
+    state.Lines.append(controls_.ListSequence.List(line).toUtf8()).append('\n');
   }
+  state.Lines.squeeze();
   if (former && former->Lines == state.Lines) state.Lines = former->Lines;
   state.Selected = ListIndex();
   std::ranges::transform(Labels(), state.Labels.begin(), &QLabel::text);
@@ -232,7 +232,7 @@ SequenceState EditedSequence::State(const SequenceState* former) const {
 
 void EditedSequence::Restore(const SequenceState& state) {
   PutBack(state, data_);
-  ShowLines(state.Lines);
+  ShowLines(QString::fromUtf8(state.Lines).split('\n', Qt::SkipEmptyParts));
   Select(state.Selected);
   for (std::size_t i = 0; QLabel * label : Labels()) label->setText(state.Labels[i++]);
 }

@@ -21,7 +21,7 @@ bool SameStoredSequence(const SequenceState& one, const SequenceState& other, st
          std::equal(a.Duration.begin(), a.Duration.begin() + steps, b.Duration.begin());
 }
 
-bool SameButForMark(const QString& one, const QString& other) {
+bool SameButForMarks(const QByteArray& one, const QByteArray& other) {
   return one == other ||
          WithoutBreakMarks(one.toStdString()) == WithoutBreakMarks(other.toStdString());
 }
@@ -57,7 +57,7 @@ bool SameSequences(const SequenceState& one, const SequenceState& other) {
   for (std::size_t i = 0; i < kSequences; ++i) {
     if (i != one.CurSeq && !SameStoredSequence(one, other, i)) return false;
   }
-  return std::ranges::equal(one.Lines, other.Lines, SameButForMark);
+  return SameButForMarks(one.Lines, other.Lines);
 }
 
 }  // namespace pelmora

@@ -38,11 +38,16 @@ std::optional<QString> ScriptedFileDialog::ShowOpen(const platform::FileRequest&
 
 void ManualTimer::SetEnabled(bool enabled) {
   enabled_ = enabled;
-  if (enabled) ++starts_;
+  if (!enabled) return;
+  ++starts_;
+  wait_ = interval_;
 }
 
 void ManualTimer::Elapse() {
-  if (enabled_ && Timer) Timer();
+  if (!enabled_ || !Timer) return;
+  const int starts = starts_;
+  Timer();
+  if (starts_ == starts) wait_ = interval_;
 }
 
 }  // namespace rig

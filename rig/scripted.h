@@ -65,10 +65,13 @@ class ManualTimer : public platform::HiTimer {
 
   // The interval has passed: ticks if the timer is enabled.
   void Elapse();
+  // The interval of the wait that is running: one that is set meanwhile counts from the next.
+  int Wait() const { return wait_; }
   int Starts() const { return starts_; }  // how often the wait was begun anew
 
  private:
   int interval_ = 0;
+  int wait_ = 0;
   int starts_ = 0;
   bool enabled_ = false;
 };

@@ -24,7 +24,7 @@ TEST_F(BreakPoints, HaltContinueAndRepeat) {
 
   hands->Click("CommandContinue");
   ExpectRunning();
-  EXPECT_EQ(timer.Interval(), 400);
+  EXPECT_EQ(timer.Wait(), 400);
   ExpectSent({});
   for (const int step : {5, 6, 7, 8, 9, 0, 1, 2, 3}) ExpectTick(step);
   ExpectRunning();
@@ -58,14 +58,14 @@ TEST_F(BreakPoints, ContinueAndRepeatTakeTheShownStepsDuration) {
   const int starts = timer.Starts();
   Select(1);
   hands->Click("CommandContinue");
-  EXPECT_EQ(timer.Interval(), 200);
+  EXPECT_EQ(timer.Wait(), 200);
   EXPECT_EQ(timer.Starts(), starts + 1);  // the wait begins anew
   Select(2);
   SetBreak(1);
   hands->Click("CommandRepeat");
-  EXPECT_EQ(timer.Interval(), 200);
+  EXPECT_EQ(timer.Wait(), 200);
   hands->Click("CommandRepeat");
-  EXPECT_EQ(timer.Interval(), 100);
+  EXPECT_EQ(timer.Wait(), 100);
   EXPECT_EQ(timer.Starts(), starts + 3);
   ExpectRunning();
 }
@@ -130,15 +130,19 @@ TEST_F(BreakPoints, ClearedWhilePlayingHaltNothing) {
 }
 
 TEST_F(BreakPoints, CommandsThatRebuildTheListClearThem) {
-  for (const QString name :
-       {"CommandAdd", "CommandRem", "CommandReplace", "CommandMoreSeq", "CommandLessSeq",
-        "CommandClear", "CommandClearAll", "CommandResBrk", "SaveBuffer", "LoadBuffer"}) {
+  for (const QString name : {"CommandAdd", "CommandRem", "RemoveNone", "CommandReplace",
+                             "CommandMoreSeq", "CommandLessSeq", "CommandClear", "CommandClearAll",
+                             "CommandResBrk", "SaveBuffer", "LoadBuffer"}) {
     hands->Click("CommandClearAll");
     hands->Click("CommandMoreSeq");
     Compose({100, 200});
     SetBreak(0);
     SetBreak(1);
-    if (name.startsWith("Command")) {
+    if (name == "RemoveNone") {
+      Select(-1);
+      hands->Click("CommandRem");
+      EXPECT_EQ(Lines().size(), 2);
+    } else if (name.startsWith("Command")) {
       hands->Click(name);
     } else {
       Trigger(name);  // the file dialog is cancelled

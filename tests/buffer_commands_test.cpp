@@ -203,7 +203,7 @@ TEST_F(BufferCommands, LoadingWhilePlaybackRuns) {
   Trigger("LoadBuffer");
   timer.Elapse();
   EXPECT_EQ(Selected(), 1);
-  EXPECT_EQ(timer.Interval(), 1000);
+  EXPECT_EQ(timer.Wait(), 1000);
   box.Expect("Load", kFormatError, [this] {
     timer.Elapse();
     EXPECT_EQ(hands->Read("CWButtonEmuPC"), "Off");

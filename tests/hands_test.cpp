@@ -116,7 +116,8 @@ TEST_F(Hands, DurationTakesSeparatorsRoundsAndStopsAtItsBounds) {
       {"50x.0", Qt::Key_Return, "50 ms"},     {".6", Qt::Key_Return, "20 ms"},
       {"30", Qt::Key_Down, "20 ms"},          {"150", Qt::Key_PageDown, "20 ms"},
       {"32760", Qt::Key_Up, "32767 ms"},      {"32600", Qt::Key_PageUp, "32767 ms"},
-      {"1000", Qt::Key_Up, "1020 ms"},
+      {"1000", Qt::Key_Up, "1020 ms"},        {"1000", Qt::Key_PageUp, "1200 ms"},
+      {"19", Qt::Key_Return, "20 ms"},        {"40000", Qt::Key_Return, "32767 ms"},
   };
   auto& duration = hands->Find<QSpinBox>("CWNumEditTimeStep");
   for (const Case& c : cases) {
@@ -268,6 +269,32 @@ TEST_F(HandsOnMessages, CtrlQEndsTheProgram) {
   hands->Find<QPushButton>("CommandErase").click();
   EXPECT_TRUE(events.Ending());
   ExpectSent({7, 0});
+}
+
+TEST_F(HandsOnMessages, KeysAndClicksDoNotReachTheWindowBehind) {
+  for (int i = 0; i < 3; ++i) hands->Click("CommandAdd");
+  SetSlider(0, 100);
+  const QStringList lines = Lines();
+  InBox([&](QMessageBox& message) {
+    auto& list = hands->Find<QWidget>("ListSequence");
+    QTest::keyClick(&list, Qt::Key_Up);
+    for (const auto key : {Qt::Key_A, Qt::Key_R, Qt::Key_Right}) {
+      QTest::keyClick(form.get(), key, Qt::AltModifier);
+    }
+    QTest::keyClick(&hands->Find<QWidget>("CWSlide1_0"), Qt::Key_Up);
+    for (const auto key : {Qt::Key_S, Qt::Key_L}) {
+      QTest::keyClick(form.get(), key, Qt::ControlModifier);
+    }
+    hands->Click("CommandAdd");
+    hands->ClickLine("ListSequence", 0);
+    EXPECT_TRUE(message.isVisible());
+    QTest::keyClick(&message, Qt::Key_Return);
+  });
+  hands->Click("CWButtonMainOnOff");
+  EXPECT_EQ(Lines(), lines);
+  EXPECT_EQ(Selected(), 2);
+  EXPECT_EQ(hands->Read("CWSlide1_0"), "100");
+  EXPECT_TRUE(files.requests.empty());
 }
 
 TEST_F(HandsOnMessages, HeldKeyDoesNotCloseTheMessageUnread) {

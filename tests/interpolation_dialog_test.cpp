@@ -300,7 +300,7 @@ TEST_F(Interpolate, PlaybackThatMovesTheSelectionIsTakenIntoAccount) {
   EXPECT_EQ(Selected(), 1);
   timer.Elapse();
   EXPECT_EQ(Selected(), 2);
-  EXPECT_EQ(timer.Interval(), 40);
+  EXPECT_EQ(timer.Wait(), 40);
   EXPECT_EQ(hands->Read("CWButtonEmuPC"), "On");
   EXPECT_FALSE(Enabled("CWButtonRealEmu"));
 }

@@ -12,13 +12,13 @@ TEST_F(Playback, HoldsTheSelectedStepThenWalksRoundTheList) {
   Compose(durations);
   Play(0);
   ExpectRunning();
-  EXPECT_EQ(timer.Interval(), 500);
+  EXPECT_EQ(timer.Wait(), 500);
   ExpectSent({});
   for (const int step : {1, 2, 0, 1, 2, 0}) {
     ExpectTick(step);
-    EXPECT_EQ(timer.Interval(), durations[static_cast<std::size_t>(step)]);
+    EXPECT_EQ(timer.Wait(), durations[static_cast<std::size_t>(step)]);
     EXPECT_EQ(hands->Read("LabelStep"), QString("Step N° %1").arg(step));
-    EXPECT_EQ(hands->Read("CWNumEditTimeStep"), QString("%1 ms").arg(timer.Interval()));
+    EXPECT_EQ(hands->Read("CWNumEditTimeStep"), QString("%1 ms").arg(timer.Wait()));
     EXPECT_EQ(timer.Starts(), 1);  // the ticks follow each other; none starts the wait anew
     ExpectRunning();
   }
@@ -64,11 +64,11 @@ TEST_F(Playback, StartsWhereTheSelectionStands) {
     Sent(0);
     hands->Click(kEmuPC);
     EXPECT_EQ(Selected(), c.held);
-    EXPECT_EQ(timer.Interval(), c.durations[static_cast<std::size_t>(c.held)]);
+    EXPECT_EQ(timer.Wait(), c.durations[static_cast<std::size_t>(c.held)]);
     ExpectRunning();
     ExpectSent({});
     ExpectTick(c.then);
-    EXPECT_EQ(timer.Interval(), c.durations[static_cast<std::size_t>(c.then)]);
+    EXPECT_EQ(timer.Wait(), c.durations[static_cast<std::size_t>(c.then)]);
     hands->Click(kEmuPC);
     ExpectIdle();
   }
@@ -89,21 +89,21 @@ TEST_F(Playback, AnEmptyListLeavesTheSwitchOnWithoutATick) {
   ExpectHalted();
   hands->Click("CommandContinue");
   ExpectRunning();
-  EXPECT_EQ(timer.Interval(), 340);
+  EXPECT_EQ(timer.Wait(), 340);
 }
 
 TEST_F(Playback, ADurationChangedWhilePlayingCountsFromItsNextShowing) {
   Compose({100, 200});
   Play(0);
   ExpectTick(1);
-  EXPECT_EQ(timer.Interval(), 200);
+  EXPECT_EQ(timer.Wait(), 200);
   hands->Type("CWNumEditTimeStep", "620");
   hands->Click("CommandReplace");
-  EXPECT_EQ(timer.Interval(), 200);
+  EXPECT_EQ(timer.Wait(), 200);
   timer.Elapse();
   timer.Elapse();
   EXPECT_EQ(Selected(), 1);
-  EXPECT_EQ(timer.Interval(), 620);
+  EXPECT_EQ(timer.Wait(), 620);
 }
 
 TEST_F(Playback, WithoutAPortNothingChanges) {
@@ -341,7 +341,7 @@ TEST_P(Disturbed, GoesOnOrStopsAndLeavesNothingLocked) {
     if (!timer.Enabled()) continue;
     EXPECT_TRUE(On(kEmuPC));
     ASSERT_GE(Selected(), 0);
-    EXPECT_EQ(timer.Interval(),
+    EXPECT_EQ(timer.Wait(),
               Data().EditBuffer[static_cast<std::size_t>(Selected())][kDurationColumn]);
   }
   EXPECT_FALSE(Lines().isEmpty() && On(kEmuPC));

@@ -71,13 +71,6 @@ TEST_F(ServoBoardTest, AcknowledgesTheHeaderAndEveryCompleteBlock) {
   }
 }
 
-TEST_F(ServoBoardTest, ImageLargerThanTheFlashIsTakenButNotKept) {
-  const Bytes data(25000, 9);
-  EXPECT_EQ(Feed(Bytes{2} + HeaderFor(25000) + data).size(), 1u + 97u);
-  EXPECT_EQ(board_.Flash().data, Bytes(24064, 9));
-  EXPECT_EQ(Feed({6}).size(), 66u + 25000u);
-}
-
 TEST_F(ServoBoardTest, PositionsControlAndReset) {
   for (std::uint8_t channel = 0; channel < 12; ++channel) {
     const auto code = static_cast<std::uint8_t>(channel < 8 ? 8 + channel : 32 + channel);
@@ -126,15 +119,6 @@ TEST_F(ServoBoardTest, PlaysStepsForTheirTimeOverAndOver) {
   EXPECT_EQ(board_.NextDue(), now_ + 5120ms);
 }
 
-TEST_F(ServoBoardTest, StepOfNoTicksLastsOneTick) {
-  Feed(Bytes{2} + kImage);
-  StoredImage image = board_.Flash();
-  image.data[13] = 0;
-  board_.SetFlash(image);
-  Feed({3, 0});
-  EXPECT_EQ(board_.NextDue(), now_ + 20ms);
-}
-
 TEST_F(ServoBoardTest, WhatEndsPlayingAndWhatDoesNot) {
   struct Case {
     Bytes bytes;
@@ -176,17 +160,6 @@ TEST_F(ServoBoardTest, GivesUpAProgramThatTheSenderAbandons) {
   PassTime(1s);
   EXPECT_EQ(board_.Flash().data.size(), 512u) << "a header cut short changes nothing";
   EXPECT_EQ(Feed({7}), Bytes{255});
-}
-
-TEST_F(ServoBoardTest, PatienceDoesNotRunWhileItsOwnReplyIsOnTheWay) {
-  Feed(Bytes{2} + HeaderFor(1000));
-  board_.SetReplying(true, now_);
-  EXPECT_FALSE(board_.NextDue());
-  PassTime(5s);
-  board_.SetReplying(false, now_);
-  EXPECT_EQ(board_.NextDue(), now_ + 1s);
-  PassTime(999ms);
-  EXPECT_TRUE(board_.Programming());
 }
 
 TEST_F(ServoBoardTest, DamagedImagesPlayOnlyWhatTheyHold) {

@@ -32,6 +32,10 @@ WindowTest::WindowTest() : ProgramWithBoard(Fail, simboard::Pace::kUnpaced) {
 
 WindowTest::~WindowTest() {
   EXPECT_EQ(box.Outstanding(), 0U) << "messages that were expected did not come";
+  // An open port waits at its end for all that a true line would still have to carry.
+  box.ExpectAnything();
+  board.Unplug();
+  if (hands) hands->WaitUntil([this] { return !form->Link().Port().Connected(); }, 500);
 }
 
 void WindowTest::ExpectSent(const Bytes& bytes) {

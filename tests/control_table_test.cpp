@@ -1,0 +1,146 @@
+// Every control and every menu item at start-up, beside figures that are written down here.
+#include <QAction>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPushButton>
+#include <QtTest/QTest>
+
+#include "platform/cw_slide.h"
+#include "tests/window_fixture.h"
+
+namespace pelmora {
+namespace {
+
+class ControlTable : public WindowTest {
+ protected:
+  QString Shown(const QString& name) const {
+    QWidget& control = hands->Find<QWidget>(name);
+    if (auto* button = qobject_cast<QPushButton*>(&control)) return button->text().remove('&');
+    if (auto* panel = qobject_cast<QGroupBox*>(&control)) return panel->title();
+    if (auto* slide = qobject_cast<platform::CWSlide*>(&control)) return slide->Caption();
+    const bool has_text = control.inherits("QLabel") || control.inherits("QLineEdit") ||
+                          control.inherits("QSpinBox") || control.inherits("QComboBox");
+    return has_text ? hands->Read(name) : QString();
+  }
+};
+
+struct Control {
+  const char* name;
+  const char* parent;
+  const char* text;
+  int left, top, width, height;  // pixels, within the parent
+  const char* start = "";
+};
+
+// Of an array the first and the last element.
+// clang-format off
+constexpr Control kControls[] = {
+    {"FrameMan", "Form1", "", 8, 0, 497, 413},
+    {"CommandMoreSeq", "FrameMan", "+", 8, 12, 33, 25},
+    {"CommandLessSeq", "FrameMan", "-", 40, 12, 33, 25},
+    {"LabelSeq", "FrameMan", "Sequence N° 0", 88, 16, 153, 25},
+    {"LabelStep", "FrameMan", "Step N° ...", 376, 16, 105, 25},
+    {"CWSlide1_0", "FrameMan", "Ch0", 8, 48, 33, 273},
+    {"CWSlide1_11", "FrameMan", "Ch11", 448, 48, 33, 273},
+    {"Text1_12", "FrameMan", "0 °", 8, 332, 41, 19, "read only"},
+    {"Text1_23", "FrameMan", "0 °", 448, 332, 41, 19, "read only"},
+    {"Text1_0", "FrameMan", "0", 8, 352, 41, 19},
+    {"Text1_11", "FrameMan", "0", 448, 352, 41, 19},
+    {"CommandUpdate", "FrameMan", "Reset", 8, 376, 121, 25},
+    {"Label1", "FrameMan", "Step Duration", 288, 384, 73, 17},
+    {"CWNumEditTimeStep", "FrameMan", "1000 ms", 368, 380, 121, 21},
+    {"Label2", "Form1", "Serial Comm Port:", 512, 16, 89, 25},
+    {"ComboPort", "Form1", "", 512, 32, 129, 21},
+    {"CWButtonMainOnOff", "Form1", "PC Control Enable", 648, 16, 193, 37},
+    {"FrameSer", "Form1", "Serial Comm Debug", 512, 68, 129, 77, "hidden"},
+    {"Echo", "FrameSer", "", 16, 24, 85, 19, "read only"},
+    {"CommandInBuff", "FrameSer", "InBuff", 16, 48, 89, 21},
+    {"FrameInfo", "Form1", "Flash Data Information", 648, 68, 193, 77, "hidden"},
+    {"LabelByteCapt", "FrameInfo", "Flash Data", 16, 28, 57, 17},
+    {"LabelByte", "FrameInfo", "0 bytes", 96, 24, 81, 21},
+    {"CommandOffset", "FrameInfo", "OffSet Seq. 0", 16, 52, 73, 17},
+    {"LabelOffset", "FrameInfo", "0 bytes", 96, 48, 81, 21},
+    {"FrameFlash", "Form1", "Flash Program", 512, 152, 329, 93, "hidden"},
+    {"CommandFlash", "FrameFlash", "Program  Seq.", 8, 20, 81, 25},
+    {"CommandRead", "FrameFlash", "Read Seq.", 88, 20, 81, 25},
+    {"Command1", "FrameFlash", "Abort", 184, 20, 57, 25, "disabled"},
+    {"CommandErase", "FrameFlash", "Erease", 256, 20, 57, 25},
+    {"ProgressBarFlash", "FrameFlash", "", 8, 56, 305, 25, "hidden"},
+    {"FrameRealEmu", "Form1", "Real Emulator", 512, 252, 329, 61, "hidden"},
+    {"CWButtonRealEmu", "FrameRealEmu", "Real Emu", 16, 24, 97, 25},
+    {"LabelSeqEmu", "FrameRealEmu", "Sequence N° 0", 128, 28, 113, 25},
+    {"FramePCEmu", "Form1", "PC Sequence Emulator", 512, 320, 329, 93},
+    {"CWButtonEmuPC", "FramePCEmu", "PC Emu", 16, 24, 97, 25},
+    {"CommandContinue", "FramePCEmu", "Continue", 120, 24, 97, 25},
+    {"CommandRepeat", "FramePCEmu", "Repeat", 224, 24, 97, 25},
+    {"CommandBrk", "FramePCEmu", "Set/Reset Break", 120, 56, 97, 25},
+    {"CommandResBrk", "FramePCEmu", "Reset  All Break", 224, 56, 97, 25},
+    {"ListSequence", "Form1", "", 8, 416, 713, 251},
+    {"FrameBuffEdit", "Form1", "Buffer Editing", 728, 416, 113, 249},
+    {"CommandAdd", "FrameBuffEdit", "Add", 8, 20, 97, 25},
+    {"CommandRem", "FrameBuffEdit", "Remove", 8, 44, 97, 25},
+    {"CommandReplace", "FrameBuffEdit", "Replace", 8, 68, 97, 25},
+    {"CommandClear", "FrameBuffEdit", "Clear Sequence", 8, 104, 97, 25},
+    {"CommandClearAll", "FrameBuffEdit", "Clear All", 8, 128, 97, 25},
+    {"CommandInterpolate", "FrameBuffEdit", "Interpolate", 8, 160, 97, 25},
+    {"CommandDwn", "FrameBuffEdit", "<---", 8, 192, 49, 49},
+    {"CommandUp", "FrameBuffEdit", "--->", 56, 192, 49, 49},
+    {"CommandStart", "Form1", "ON", 160, 0, 49, 33, "hidden"},
+    {"CommandStop", "Form1", "OFF", 208, 0, 49, 33, "hidden"},
+};
+
+struct Item {
+  const char* name;
+  const char* menu;
+  const char* text;
+  const char* shortcut;
+  bool checkable;
+};
+constexpr Item kItems[] = {
+    {"SaveBuffer", "File", "Save Buffer", "Ctrl+S", false},
+    {"LoadBuffer", "File", "Load Buffer", "Ctrl+L", false},
+    {"Quit", "File", "Quit", "Ctrl+Q", false},
+    {"FreshProg", "Advanced", "Flash Progr", "", true},
+    {"Emu", "Advanced", "Real Emulator", "", true},
+    {"Serial", "Advanced", "Advanced Debug Informations", "", true},
+    {"Resetting", "Advanced", "Reset", "", false},
+};
+// clang-format on
+
+TEST_F(ControlTable, EveryControlStandsInItsPlaceWithItsText) {
+  EXPECT_EQ(form->centralWidget()->size(), QSize(849, 674));
+  for (const Control& c : kControls) {
+    SCOPED_TRACE(c.name);
+    QWidget& control = hands->Find<QWidget>(c.name);
+    const QString parent = control.parentWidget()->objectName();
+    EXPECT_EQ(control.parentWidget() == form->centralWidget() ? "Form1" : parent, c.parent);
+    EXPECT_EQ(Shown(c.name), c.text);
+    EXPECT_EQ(control.pos(), QPoint(c.left, c.top));
+    EXPECT_EQ(control.height(), c.height);
+    // A label may take the room beside it.
+    EXPECT_EQ(control.inherits("QLabel") ? c.width : control.width(), c.width);
+    EXPECT_GE(control.width(), c.width);
+    auto* field = qobject_cast<QLineEdit*>(&control);
+    const QString start = control.isHidden()                             ? "hidden"
+                          : !control.isEnabledTo(control.parentWidget()) ? "disabled"
+                          : field && field->isReadOnly()                 ? "read only"
+                                                                         : "";
+    EXPECT_EQ(start, c.start);
+  }
+}
+
+TEST_F(ControlTable, MenuItems) {
+  for (const Item& i : kItems) {
+    const auto& item = hands->Find<QAction>(i.name);
+    EXPECT_EQ(qobject_cast<QMenu*>(item.parent())->title().remove('&'), i.menu) << i.name;
+    EXPECT_EQ(item.text().remove('&'), i.text);
+    EXPECT_EQ(item.shortcut().toString(), i.shortcut) << i.name;
+    EXPECT_EQ(item.isCheckable(), i.checkable) << i.name;
+    EXPECT_FALSE(item.isChecked()) << i.name;
+  }
+}
+
+}  // namespace
+}  // namespace pelmora

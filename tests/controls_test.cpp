@@ -49,8 +49,8 @@ TEST_F(ControlsTest, EachChangeOfAValueIsAnnouncedOnceInsideTheAssignment) {
   CWButton button("PC Emu");
   CWNumEdit number;
   number.SetScale(20, 32767, 20, 1000);
-  slide.SetValue(100);
-  number.SetValue(100);
+  slide.setValue(100);
+  number.setValue(100);
 
   struct Case {
     const char* what;
@@ -63,25 +63,25 @@ TEST_F(ControlsTest, EachChangeOfAValueIsAnnouncedOnceInsideTheAssignment) {
   QObject::connect(&number, &CWNumEdit::valueChanged, note);
   QObject::connect(&button, &CWButton::toggled, [&](bool on) { note(on ? 1 : 0); });
   const Case cases[] = {
-      {"slide set", [&] { slide.SetValue(7); }, 7},
-      {"slide same", [&] { slide.SetValue(7); }, -1},
-      {"slide cut", [&] { slide.SetValue(999); }, 255},
+      {"slide set", [&] { slide.setValue(7); }, 7},
+      {"slide same", [&] { slide.setValue(7); }, -1},
+      {"slide cut", [&] { slide.setValue(999); }, 255},
       {"slide key", [&] { QTest::keyClick(&slide, Qt::Key_Down); }, 254},
       {"slide page key", [&] { QTest::keyClick(&slide, Qt::Key_PageDown); }, 244},
       {"slide scale cuts", [&] { slide.SetScaleMaximum(50); }, 50},
       {"slide scale below 0", [&] { slide.SetScaleMaximum(-1); }, 0},
-      {"button set", [&] { button.SetValue(true); }, 1},
-      {"button same", [&] { button.SetValue(true); }, -1},
+      {"button set", [&] { button.setChecked(true); }, 1},
+      {"button same", [&] { button.setChecked(true); }, -1},
       {"button click", [&] { QTest::mouseClick(&button, Qt::LeftButton); }, 0},
       {"button key", [&] { QTest::keyClick(&button, Qt::Key_Space); }, 1},
-      {"number set", [&] { number.SetValue(1000); }, 1000},
-      {"number same", [&] { number.SetValue(1000); }, -1},
+      {"number set", [&] { number.setValue(1000); }, 1000},
+      {"number same", [&] { number.setValue(1000); }, -1},
       {"number key", [&] { QTest::keyClick(&number, Qt::Key_Up); }, 1020},
       {"number page key", [&] { QTest::keyClick(&number, Qt::Key_PageDown); }, 20},
       {"number step below the range", [&] { QTest::keyClick(&number, Qt::Key_Down); }, -1},
       {"number Enter alone", [&] { QTest::keyClick(&number, Qt::Key_Return); }, -1},
-      {"number cut", [&] { number.SetValue(99999); }, 32767},
-      {"number near the end", [&] { number.SetValue(32760); }, 32760},
+      {"number cut", [&] { number.setValue(99999); }, 32767},
+      {"number near the end", [&] { number.setValue(32760); }, 32760},
       {"number step stops at the end", [&] { number.stepUp(); }, 32767},
       {"number step above the range", [&] { number.stepUp(); }, -1},
   };
@@ -97,11 +97,11 @@ TEST_F(ControlsTest, HandlerMayTakeASwitchBack) {
   std::vector<bool> announced;
   QObject::connect(&button, &CWButton::toggled, [&](bool on) {
     announced.push_back(on);
-    button.SetValue(false);
+    button.setChecked(false);
   });
   QTest::mouseClick(&button, Qt::LeftButton);
   EXPECT_EQ(announced, (std::vector<bool>{true, false}));
-  EXPECT_FALSE(button.Value());
+  EXPECT_FALSE(button.isChecked());
 }
 
 TEST_F(ControlsTest, NumericEntriesAreCorrectedWhenComplete) {
@@ -118,7 +118,7 @@ TEST_F(ControlsTest, NumericEntriesAreCorrectedWhenComplete) {
                         {"abc", 1000},  {"", 1000}, {"-5", 20}};
   for (const bool enter : {true, false}) {
     for (const Case& c : cases) {
-      number.SetValue(1000);
+      number.setValue(1000);
       number.setFocus();
       number.selectAll();
       QTest::keyClick(&number, Qt::Key_Delete);
@@ -140,23 +140,23 @@ TEST_F(ControlsTest, FaderFollowsTheMouseWhereItIsDrawn) {
   slide.SetScaleMaximum(255);
   slide.SetCaption("Ch0");
   slide.setGeometry(10, 10, 33, 273);
-  slide.SetValue(128);
+  slide.setValue(128);
   ShowWindow();
   const int x = slide.width() / 2;
   // The centre lies half-way between the caption and the lower end.
   const int caption = slide.fontMetrics().height();
   const QPoint centre(x, (caption + slide.height()) / 2);
   for (const auto& [y, value] : {std::pair{-50, 255}, std::pair{400, 0}}) {
-    slide.SetValue(128);
+    slide.setValue(128);
     QTest::mousePress(&slide, Qt::LeftButton, {}, centre);
     QTest::mouseMove(&slide, {x, y});
     QTest::mouseRelease(&slide, Qt::LeftButton, {}, {x, y});
-    EXPECT_EQ(slide.Value(), value);
+    EXPECT_EQ(slide.value(), value);
   }
   for (const auto button : {Qt::LeftButton, Qt::MiddleButton}) {
-    slide.SetValue(0);
+    slide.setValue(0);
     QTest::mouseClick(&slide, button, {}, {x, caption + 10});
-    EXPECT_LE(slide.Value(), 10) << "a servo jumped to the pointer";
+    EXPECT_LE(slide.value(), 10) << "a servo jumped to the pointer";
   }
 }
 
@@ -256,13 +256,13 @@ TEST_F(ControlsTest, AssistiveTechnologyLearnsNameRoleValueAndState) {
   CWSlide slide;
   slide.SetScaleMaximum(255);
   slide.SetCaption("Ch3");
-  slide.SetValue(77);
+  slide.setValue(77);
   CWButton button("PC &Emu");
-  button.SetValue(true);
+  button.setChecked(true);
   CWNumEdit number;
   number.SetScale(20, 32767, 20, 1000);
   number.SetUnit(" ms");
-  number.SetValue(1000);
+  number.setValue(1000);
   ProgressBar bar;
   bar.SetScaleMaximum(0);
   bar.SetValue(7);
@@ -301,7 +301,7 @@ TEST_F(ControlsTest, OpenDialogsEndWithTheProgram) {
     EXPECT_EQ(box->parentWidget(), &window);
     // The window gets no input meanwhile, but the toolkit would let it be closed.
     QTest::mouseClick(&button, Qt::LeftButton);
-    EXPECT_FALSE(button.Value());
+    EXPECT_FALSE(button.isChecked());
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
     QTimer::singleShot(0, &events, [&] {  // a file dialog on top of the box
       QTimer::singleShot(0, &events, &Events::End);

@@ -39,7 +39,7 @@ class UndoTest : public FlashTest {
   // By code, which is quicker than by hand.
   void Add(int channel, int position, int duration_ms) {
     SetSlider(channel, position);
-    hands->Find<platform::CWNumEdit>("CWNumEditTimeStep").SetValue(duration_ms);
+    hands->Find<platform::CWNumEdit>("CWNumEditTimeStep").setValue(duration_ms);
     Press("CommandAdd");
   }
   void Interpolate(int count) {

@@ -13,6 +13,7 @@
 #include <QProgressBar>
 #include <QScreen>
 #include <QTextStream>
+#include <QToolTip>
 #include <QtTest/QTest>
 #include <cstdlib>
 #include <vector>
@@ -57,7 +58,15 @@ void Tour::TryAnEmptyPort() {
 void Tour::Connect() {
   Say("picks \"Comm1\", where the simulated board is");
   auto& combo = operator_.Find<QComboBox>("ComboPort");
-  operator_.When([&combo] { return combo.view()->isVisible(); }, [this] { Picture("port list"); });
+  operator_.When([&combo] { return combo.view()->isVisible(); },
+                 [this, &combo] {
+                   QAbstractItemView& list = *combo.view();
+                   const QRect entry = list.visualRect(combo.model()->index(0, 0));
+                   QTest::mouseMove(list.viewport(), entry.center());
+                   Expect(operator_.WaitUntil([] { return QToolTip::isVisible(); }),
+                          "the entry's tool tip comes up");
+                   Picture("port list");
+                 });
   operator_.Choose("ComboPort", "Comm1");
   Expect(!operator_.Find<QWidget>("ComboPort").isEnabled(), "the port is open and the list locked");
   Say("turns \"PC Control Enable\" On");
@@ -328,6 +337,8 @@ void Tour::AnswerFileDialog(const QString& path, const QString& picture) {
 
 void Tour::Say(const QString& what) {
   QTextStream(stdout) << "The operator " << what << ".\n";
+  // A virtual display has no window manager that would give the focus back after a message.
+  window_.activateWindow();
 }
 
 void Tour::SayReceived() {

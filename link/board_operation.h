@@ -68,6 +68,8 @@ class BoardLink {
   bool TakesAcknowledgements() const { return EraseMode() || ProgramMode(); }
   // Whether any operation is in progress, from its beginning to its end.
   bool Busy() const { return in_progress_ > 0; }
+  // Called when a mode flag has been set or cleared, for the window to show it.
+  std::function<void()> ModeChanged;
   bool AbortRequest() const { return abort_request_; }
   bool AckReceived() const { return ack_received_; }
 
@@ -91,7 +93,10 @@ class BoardLink {
   friend class BoardWait;
   friend class BoardOperation;
 
-  void Set(Mode mode, bool on) { modes_[static_cast<std::size_t>(mode)] = on; }
+  void Set(Mode mode, bool on) {
+    modes_[static_cast<std::size_t>(mode)] = on;
+    if (ModeChanged) ModeChanged();
+  }
 
   const Parts parts_;
   std::array<bool, 3> modes_{};

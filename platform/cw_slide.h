@@ -29,6 +29,11 @@ class CWSlide : public QSlider {
   void SetCaption(const QString& caption);
   QString Caption() const { return caption_; }
 
+  // Where fader and caption stand: the axis's distance from the left edge in pixels, -1 for the
+  // middle.
+  void SetAxis(int x);
+  int Axis() const { return axis_; }
+
   // Whether a change may be announced now; asked while the handle is dragged. As long as it says
   // no, the handle follows the pointer and the value waits; it then takes the handle's place of
   // that moment. A release announces its value at once. Without it every move is announced.
@@ -49,6 +54,7 @@ class CWSlide : public QSlider {
   QPoint grab_shift_;  // how far the handle was moved by the press that grabbed it
   QBasicTimer follow_timer_;
   int wheel_angle_ = 0;  // of a notch that is not complete yet
+  int axis_ = -1;
 };
 
 }  // namespace platform

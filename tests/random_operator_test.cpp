@@ -115,6 +115,13 @@ class RandomOperator : public WindowTest {
       case 12:
         Trigger(Random(2) == 0 ? "Resetting" : "FreshProg");
         return "resets or toggles a panel";
+      case 13: {
+        static constexpr std::array items = {"ListUndo", "ListUndo",  "ListRedo",        "ListCut",
+                                             "ListCopy", "ListPaste", "ListCopySequence"};
+        const char* item = items[static_cast<std::size_t>(Random(items.size()))];
+        Trigger(item);
+        return item;
+      }
       default: {
         const char* button = buttons[static_cast<std::size_t>(Random(buttons.size()))];
         Press(button);

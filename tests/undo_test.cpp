@@ -234,7 +234,11 @@ TEST_F(UndoOfARead, WaitsForItsEndAndTakesWhatWasDoneMeanwhileWithIt) {
     EXPECT_EQ(Data().CurSeq, 1);
     Abort();
   });
-  ExpectMessage(kReadingErrorText, [&] { Undo(); });
+  ExpectMessage(kReadingErrorText, [&] {
+    const SequenceView failed = Now();
+    Undo();
+    EXPECT_EQ(Difference(Now(), failed), "") << "the read has not ended yet";
+  });
   Read();
   EXPECT_EQ(Data().SeqSteps[0], 1);
   Undo();

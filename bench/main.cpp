@@ -29,6 +29,7 @@ int main(int argc, char** argv) {
   bench::AddFlashRows(report);
   bench::AddPlaybackRows(report);
   bench::AddEditingRows(report);
+  bench::AddHistoryRows(report);
   bench::AddFileRows(report);
   report.Print();
   return 0;

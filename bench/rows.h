@@ -26,6 +26,9 @@ void AddPlaybackRows(Report& report);
 // The commands of the step list.
 void AddEditingRows(Report& report);
 
+// Undo of the largest change, and what the history costs.
+void AddHistoryRows(Report& report);
+
 // The largest buffer file.
 void AddFileRows(Report& report);
 

@@ -17,6 +17,10 @@ inline constexpr int kDurationColumn = kChannels;   // the duration in ms
 inline constexpr int kBreakColumn = kChannels + 1;  // 1 = breakpoint, 0 = none
 inline constexpr int kEditColumns = kChannels + 2;
 
+// What the editor takes as a step's duration, in ms; the table can't hold a longer one.
+inline constexpr int kShortestDuration = 20;
+inline constexpr int kLongestDuration = 32767;
+
 inline constexpr int kBoardTickMs = 20;                  // the board's unit of time
 inline constexpr int kStepBytes = kChannels + 2;         // one step in the flash image
 inline constexpr int kHeaderBytes = 2 + 4 * kSequences;  // of the flash image

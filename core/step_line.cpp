@@ -58,6 +58,12 @@ std::string EditorLine(const std::array<std::string, kChannels>& angle_fields, i
   return line + std::to_string(duration_ms) + " ms";
 }
 
+std::string EditorLine(const EditRow& row, std::string_view decimal_point) {
+  std::array<std::string, kChannels> angles;
+  for (std::size_t c = 0; c < kChannels; ++c) angles[c] = AngleField(row[c], decimal_point);
+  return EditorLine(angles, row[kDurationColumn]);
+}
+
 bool ReadStepLine(std::string_view line, std::string_view decimal_point, EditRow& row) {
   EditRow read = row;
   for (std::size_t column = 0; column <= kDurationColumn; ++column) {

@@ -20,9 +20,10 @@ std::string AngleField(int position, std::string_view decimal_point);
 // the line.
 std::string TableLine(const EditRow& row, std::string_view decimal_point);
 
-// The line of a step composed in the editor or by interpolation: twelve angle fields as they
-// stand, the duration in ms followed by " ms", no closing tab.
+// The line of a step composed in the editor, by interpolation or elsewhere: twelve angle fields as
+// they stand, the duration in ms followed by " ms", no closing tab.
 std::string EditorLine(const std::array<std::string, kChannels>& angle_fields, int duration_ms);
+std::string EditorLine(const EditRow& row, std::string_view decimal_point);
 
 // Reads positions (floor(angle x 2 + 128)) and duration of a line into columns 0..12 of `row`; the
 // breakpoint column and anything after the duration field are left alone. False, and `row`

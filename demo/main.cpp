@@ -12,6 +12,8 @@
 #include <QTextStream>
 #include <QThread>
 #include <QTimer>
+#include <QtTest/QTest>
+#include <algorithm>
 
 #include "board/board_window.h"
 #include "demo/tour.h"
@@ -20,14 +22,17 @@
 
 namespace {
 
-// Beside the program's window where the screen has room.
+// Beside the program's window where the screen has room, the frames of both level. Both windows
+// are shown: before that a window manager has not told how wide its frames are.
 void PlaceBeside(QWidget& board_window, QWidget& form) {
   const QRect screen = form.screen()->availableGeometry();
-  const int together = form.width() + board_window.width();
+  const QSize frame = form.frameGeometry().size();
+  const int together = frame.width() + board_window.frameGeometry().width();
   if (together > screen.width()) return;
-  const int left = screen.left() + (screen.width() - together) / 2;
-  form.move(left, form.y());
-  board_window.move(left + form.width(), form.y());
+  const QPoint place(screen.left() + (screen.width() - together) / 2,
+                     screen.top() + std::max(0, screen.height() - frame.height()) / 2);
+  form.move(place);
+  board_window.move(place + QPoint(frame.width(), 0));
 }
 
 void WriteLog(const simboard::SimulatedBoard& board, const QString& path) {
@@ -77,8 +82,11 @@ int main(int argc, char** argv) {
   QObject::connect(&end_signals, &platform::EndSignals::Requested, program.form.get(),
                    &QWidget::close);
   end_signals.Watch();
-  PlaceBeside(board_window, *program.form);
   board_window.show();
+  if (QTest::qWaitForWindowExposed(program.form.get()) &&
+      QTest::qWaitForWindowExposed(&board_window)) {
+    PlaceBeside(board_window, *program.form);
+  }
   program.form->activateWindow();
   if (parser.isSet(tour)) {
     QTimer::singleShot(0, program.form.get(), [&] {

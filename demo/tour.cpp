@@ -6,11 +6,14 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QListWidget>
+#include <QMenu>
 #include <QPainter>
 #include <QPixmap>
 #include <QProgressBar>
 #include <QScreen>
 #include <QTextStream>
+#include <QToolTip>
 #include <QtTest/QTest>
 #include <cstdlib>
 #include <vector>
@@ -33,6 +36,7 @@ void Tour::Go() {
   MoveServos();
   Compose();
   ChangeSequence();
+  UndoAndPaste();
   Interpolate();
   Program();
   ReadBack();
@@ -54,7 +58,15 @@ void Tour::TryAnEmptyPort() {
 void Tour::Connect() {
   Say("picks \"Comm1\", where the simulated board is");
   auto& combo = operator_.Find<QComboBox>("ComboPort");
-  operator_.When([&combo] { return combo.view()->isVisible(); }, [this] { Picture("port list"); });
+  operator_.When([&combo] { return combo.view()->isVisible(); },
+                 [this, &combo] {
+                   QAbstractItemView& list = *combo.view();
+                   const QRect entry = list.visualRect(combo.model()->index(0, 0));
+                   QTest::mouseMove(list.viewport(), entry.center());
+                   Expect(operator_.WaitUntil([] { return QToolTip::isVisible(); }),
+                          "the entry's tool tip comes up");
+                   Picture("port list");
+                 });
   operator_.Choose("ComboPort", "Comm1");
   Expect(!operator_.Find<QWidget>("ComboPort").isEnabled(), "the port is open and the list locked");
   Say("turns \"PC Control Enable\" On");
@@ -108,6 +120,35 @@ void Tour::ChangeSequence() {
   Expect(after.size() == before.size(), "sequence 0 has its four steps again");
   SayReceived();
   Picture("sequence 0 again");
+}
+
+void Tour::UndoAndPaste() {
+  auto& list = operator_.Find<QListWidget>("ListSequence");
+  const QStringList before = operator_.ReadLines("ListSequence");
+  Say("copies a step, pastes it below the last one, removes another, and looks into the list's "
+      "menu");
+  // A virtual display has no window manager that would give the keyboard back after a message.
+  window_.activateWindow();
+  Expect(operator_.WaitUntil([this] { return window_.isActiveWindow(); }), "the window is active");
+  operator_.ClickLine("ListSequence", 0);
+  QTest::keyClick(&list, Qt::Key_C, Qt::ControlModifier);
+  operator_.ClickLine("ListSequence", 3);
+  QTest::keyClick(&list, Qt::Key_V, Qt::ControlModifier);
+  operator_.ClickLine("ListSequence", 1);
+  operator_.Click("CommandRem");
+  Expect(operator_.ReadLines("ListSequence").size() == 4, "one step came and one went");
+  QTest::mouseClick(list.viewport(), Qt::RightButton, {},
+                    list.visualItemRect(list.item(1)).center());
+  auto& menu = operator_.Find<QMenu>("ListMenu");
+  Expect(operator_.WaitUntil([&menu] { return menu.isVisible(); }), "the list has a menu");
+  Picture("list menu");
+  menu.close();
+  Say("undoes both changes");
+  operator_.Wait(100);
+  window_.activateWindow();
+  Expect(operator_.WaitUntil([this] { return window_.isActiveWindow(); }), "the window is active");
+  for (int i = 0; i < 2; ++i) QTest::keyClick(&list, Qt::Key_Z, Qt::ControlModifier);
+  Expect(operator_.ReadLines("ListSequence") == before, "the steps are what they were");
 }
 
 void Tour::Interpolate() {
@@ -296,6 +337,8 @@ void Tour::AnswerFileDialog(const QString& path, const QString& picture) {
 
 void Tour::Say(const QString& what) {
   QTextStream(stdout) << "The operator " << what << ".\n";
+  // A virtual display has no window manager that would give the focus back after a message.
+  window_.activateWindow();
 }
 
 void Tour::SayReceived() {

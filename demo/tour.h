@@ -25,6 +25,7 @@ class Tour {
   void MoveServos();
   void Compose();
   void ChangeSequence();
+  void UndoAndPaste();
   void Interpolate();
   void Program();
   void ReadBack();

@@ -96,10 +96,13 @@ void EditedSequence::ShowOffset() {
   controls_.LabelOffset.setText(QStringLiteral("%1 bytes").arg(data_.SeqOffset[data_.CurSeq]));
 }
 
-void EditedSequence::Insert(const std::string& line) {
+void EditedSequence::Insert(const std::vector<std::string>& lines) {
+  const History::Change change(changes_, "Add");
   ResetBreakPoints();
-  const int at = ListIndex() + 1;
-  controls_.ListSequence.InsertItem(at, QString::fromStdString(line));
+  int at = ListIndex();
+  for (const std::string& line : lines) {
+    controls_.ListSequence.InsertItem(++at, QString::fromStdString(line));
+  }
   ReadLinesBack();
   Select(at);
   BufferToData();
@@ -108,6 +111,7 @@ void EditedSequence::Insert(const std::string& line) {
 }
 
 void EditedSequence::Remove() {
+  const History::Change change(changes_, "Remove");
   if (ListCount() == 0) return;
   ResetBreakPoints();
   const int line = ListIndex();
@@ -121,6 +125,8 @@ void EditedSequence::Remove() {
 }
 
 void EditedSequence::Move(int from, int to) {
+  // At the end of a drag the selection is at its new place already.
+  const History::Change change(changes_, "Move", from);
   const QString text = controls_.ListSequence.List(from);
   controls_.ListSequence.RemoveItem(from);
   controls_.ListSequence.InsertItem(to, text);
@@ -129,15 +135,12 @@ void EditedSequence::Move(int from, int to) {
 }
 
 void EditedSequence::Replace(int line, const std::vector<EditRow>& steps) {
+  const History::Change change(changes_, "Interpolate");
   controls_.ListSequence.RemoveItem(line);
   int at = line;
   for (const EditRow& step : steps) {
-    std::array<std::string, kChannels> angles;
-    for (std::size_t ch = 0; ch < kChannels; ++ch) {
-      angles[ch] = AngleField(step[ch], decimal_point_);
-    }
-    controls_.ListSequence.InsertItem(
-        at++, QString::fromStdString(EditorLine(angles, step[kDurationColumn])));
+    controls_.ListSequence.InsertItem(at++,
+                                      QString::fromStdString(EditorLine(step, decimal_point_)));
   }
   Select(line);
   NameStep();
@@ -155,12 +158,14 @@ void EditedSequence::ToggleBreak() {
 }
 
 void EditedSequence::Clear() {
+  const History::Change change(changes_, "Clear Sequence");
   controls_.ListSequence.Clear();
   ResetBreakPoints();
   controls_.LabelStep.setText(NoStepCaption());
 }
 
 void EditedSequence::ClearAll() {
+  const History::Change change(changes_, "Clear All");
   Clear();
   DataInit();
   data_.CurSeq = 0;
@@ -186,6 +191,7 @@ void EditedSequence::ShowCurrentSequence() {
 }
 
 void EditedSequence::TakeTable(const SequenceTable& table) {
+  const History::Change change(changes_, "Load Buffer");
   static_cast<SequenceTable&>(data_) = table;
   data_.CurSeq = 0;
   OffsetCalc();
@@ -193,6 +199,7 @@ void EditedSequence::TakeTable(const SequenceTable& table) {
 }
 
 bool EditedSequence::TakeHeader(const FlashHeader& header, int total_bytes) {
+  const History::Change change(changes_, "Read Seq.");
   data_.TotalBytes = total_bytes;
   const bool sound = DecodeHeader(header, data_);
   LimitStepCounts(data_);
@@ -200,6 +207,7 @@ bool EditedSequence::TakeHeader(const FlashHeader& header, int total_bytes) {
 }
 
 bool EditedSequence::TakeReply(const FlashHeader& header, int total_bytes, const FlashRows& image) {
+  const History::Change change(changes_, "Read Seq.");
   data_.TotalBytes = total_bytes;
   DecodeHeader(header, data_);
   const bool placed = DecodeSteps(image, data_);
@@ -208,6 +216,44 @@ bool EditedSequence::TakeReply(const FlashHeader& header, int total_bytes, const
   data_.CurSeq = 0;
   ShowCurrentSequence();
   return true;
+}
+
+SequenceState EditedSequence::State(const SequenceState* former) const {
+  SequenceState state = StateOf(data_, former);
+  for (int line = 0; line < ListCount(); ++line) {
+    state.Lines.append(controls_.ListSequence.List(line).toUtf8()).append('\n');
+  }
+  state.Lines.squeeze();
+  if (former && former->Lines == state.Lines) state.Lines = former->Lines;
+  state.Selected = ListIndex();
+  std::ranges::transform(Labels(), state.Labels.begin(), &QLabel::text);
+  return state;
+}
+
+void EditedSequence::Restore(const SequenceState& state) {
+  PutBack(state, data_);
+  ShowLines(QString::fromUtf8(state.Lines).split('\n', Qt::SkipEmptyParts));
+  Select(state.Selected);
+  for (std::size_t i = 0; QLabel * label : Labels()) label->setText(state.Labels[i++]);
+}
+
+std::array<QLabel*, 6> EditedSequence::Labels() const {
+  return {&controls_.LabelSeq,  &controls_.LabelSeqEmu,   &controls_.LabelStep,
+          &controls_.LabelByte, &controls_.CommandOffset, &controls_.LabelOffset};
+}
+
+// Lines that stay the same at the beginning and at the end are left where they are on the screen.
+void EditedSequence::ShowLines(const QStringList& lines) {
+  platform::ListBox& list = controls_.ListSequence;
+  const int now = list.ListCount();
+  const int wanted = static_cast<int>(lines.size());
+  const int shorter = std::min(now, wanted);
+  int first = 0;
+  while (first < shorter && list.List(first) == lines[first]) ++first;
+  int last = 0;
+  while (last < shorter - first && list.List(now - 1 - last) == lines[wanted - 1 - last]) ++last;
+  for (int line = now - 1 - last; line >= first; --line) list.RemoveItem(line);
+  for (int line = first; line < wanted - last; ++line) list.InsertItem(line, lines[line]);
 }
 
 QString CapacityText() {

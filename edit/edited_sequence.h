@@ -2,17 +2,22 @@
 // breakpoints, and the labels that name sequence and step. Everybody else asks it, or calls one of
 // its operations; after each of them list, buffer, flags and marks agree.
 //
+// Every operation that changes a sequence can be undone. What belongs to one press of a button is
+// held together by a `History::Change` around it.
+//
 // The list's lines are the master copy of the current sequence. The sequence table gets it when it
 // is stored (`BufferToData`).
 #pragma once
 
 #include <QLabel>
 #include <QString>
+#include <array>
 #include <string>
 #include <vector>
 
 #include "core/board_codec.h"
 #include "core/declaration.h"
+#include "edit/history.h"
 #include "platform/list_box.h"
 #include "platform/message_box.h"
 
@@ -28,7 +33,7 @@ struct SequenceControls {
   QLabel& LabelOffset;
 };
 
-class EditedSequence {
+class EditedSequence : private History::Subject {
  public:
   // `decimal_point` (UTF-8) is the one of the user's locale; angle texts are built and read with
   // it.
@@ -36,6 +41,7 @@ class EditedSequence {
                  std::string decimal_point);
 
   const Declaration& Data() const { return data_; }
+  History& Changes() { return changes_; }
   const std::string& DecimalPoint() const { return decimal_point_; }
   int ListCount() const { return controls_.ListSequence.ListCount(); }
   // The selected line, -1 when none is.
@@ -59,9 +65,10 @@ class EditedSequence {
   // `LabelStep` names the selected line.
   void NameStep();
 
-  // Inserts a line below the selected one (at the top when none is selected), selects it and
-  // stores. Needs room: at most 255 lines. Clears the breakpoints.
-  void Insert(const std::string& line);
+  // Inserts lines (one or more, in their order) below the selected one, or at the top when none is
+  // selected, selects the last of them and stores. The list must have room for them. Clears the
+  // breakpoints.
+  void Insert(const std::vector<std::string>& lines);
   // Removes the selected line, selects the one that followed it (or else the last) and stores.
   // Clears the breakpoints, even when no line is selected. Nothing happens on an empty list.
   void Remove();
@@ -95,6 +102,10 @@ class EditedSequence {
   bool TakeReply(const FlashHeader& header, int total_bytes, const FlashRows& image);
 
  private:
+  SequenceState State(const SequenceState* former) const override;
+  void Restore(const SequenceState& state) override;
+  std::array<QLabel*, 6> Labels() const;
+  void ShowLines(const QStringList& lines);
   void DataInit();
   void DataToBuffer();
   void OffsetCalc();
@@ -106,6 +117,7 @@ class EditedSequence {
   const SequenceControls controls_;
   platform::MessageBox& message_box_;
   const std::string decimal_point_;
+  History changes_{*this};
 };
 
 // The warning that the sequences exceed the board's capacity.

@@ -19,7 +19,7 @@ bool StepList::InsertStep() {
     message_box_.Show(TooManyLinesText(), kProgramTitle);
     return false;
   }
-  edited_.Insert(EditorLine(step_fields_.AngleFields(), step_fields_.Duration()));
+  edited_.Insert({EditorLine(step_fields_.AngleFields(), step_fields_.Duration())});
   return true;
 }
 
@@ -29,7 +29,9 @@ void StepList::CommandRem_Click() {
 
 void StepList::CommandReplace_Click() {
   const int line = edited_.ListIndex();
-  if (line < 0 || !InsertStep()) return;
+  if (line < 0) return;
+  const History::Change change(edited_.Changes(), "Replace");
+  if (!InsertStep()) return;
   edited_.Select(line);
   CommandRem_Click();
 }

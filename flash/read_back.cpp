@@ -11,6 +11,7 @@ ReadBack::ReadBack(BoardLink& link, EditedSequence& edited) : link_(link), edite
 }
 
 void ReadBack::CommandRead_Click() {
+  const History::Change change(edited_.Changes(), "Read Seq.");
   link_.Echo().clear();
   edited_.ClearAll();
   if (!link_.Port().RequireConnection()) return;

@@ -25,10 +25,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
 
   EditRow rebuilt = untouched;
   Require(ReadStepLine(TableLine(row, point), point, rebuilt) && rebuilt == row);
-  std::array<std::string, kChannels> fields;
-  for (std::size_t c = 0; c < kChannels; ++c) fields[c] = AngleField(row[c], point);
   rebuilt = untouched;
-  Require(ReadStepLine(EditorLine(fields, row[kDurationColumn]), point, rebuilt));
+  Require(ReadStepLine(EditorLine(row, point), point, rebuilt));
   Require(rebuilt == row);
   return 0;
 }

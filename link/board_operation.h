@@ -59,14 +59,17 @@ class BoardLink {
   // "Abort": ends the wait that is running. The board is not told.
   void Command1_Click();
 
-  // The mode flags. Received bytes are acknowledgements while an erase or a program is in progress,
-  // a reply while a read is; erase comes first, then program.
+  // The mode flags. One inside another's wait leaves several set.
   bool Is(Mode mode) const { return modes_[static_cast<std::size_t>(mode)]; }
   bool EraseMode() const { return Is(Mode::kErase); }
   bool ProgramMode() const { return Is(Mode::kProgram); }
   bool ReadMode() const { return Is(Mode::kRead); }
+  // Whether received bytes are acknowledgements: an erase or a program is in progress.
+  bool TakesAcknowledgements() const { return EraseMode() || ProgramMode(); }
   // Whether any operation is in progress, from its beginning to its end.
   bool Busy() const { return in_progress_ > 0; }
+  // Called when a mode flag has been set or cleared, for the window to show it.
+  std::function<void()> ModeChanged;
   bool AbortRequest() const { return abort_request_; }
   bool AckReceived() const { return ack_received_; }
 
@@ -90,7 +93,10 @@ class BoardLink {
   friend class BoardWait;
   friend class BoardOperation;
 
-  void Set(Mode mode, bool on) { modes_[static_cast<std::size_t>(mode)] = on; }
+  void Set(Mode mode, bool on) {
+    modes_[static_cast<std::size_t>(mode)] = on;
+    if (ModeChanged) ModeChanged();
+  }
 
   const Parts parts_;
   std::array<bool, 3> modes_{};

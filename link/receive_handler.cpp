@@ -18,7 +18,7 @@ std::span<const std::uint8_t> Bytes(const QByteArray& bytes) {
 
 void ReceiveHandler::MSComm1_OnComm() {
   if (comm_.CommEvent() != platform::kCommEvReceive) return;
-  if (!link_.EraseMode() && !link_.ProgramMode() && link_.ReadMode()) {
+  if (!link_.TakesAcknowledgements() && link_.ReadMode()) {
     switch (TakeReadReply()) {
       case Outcome::kComplete:
         return link_.Acknowledge();
@@ -33,7 +33,7 @@ void ReceiveHandler::MSComm1_OnComm() {
   }
   const QByteArray input = comm_.Input();
   if (input.isEmpty()) return;
-  if (!link_.EraseMode() && !link_.ProgramMode()) {
+  if (!link_.TakesAcknowledgements()) {
     link_.Echo().setText(QString::number(Bytes(input)[0]));
   } else if (IsAcknowledgement(Bytes(input))) {
     link_.Acknowledge();

@@ -1,4 +1,4 @@
-// Colours between two colours of the palette, for the controls that are drawn here.
+// The colours that are no role of the palette, and colours between two of the palette.
 #pragma once
 
 #include <QColor>
@@ -13,5 +13,19 @@ inline QColor Blend(const QColor& a, const QColor& b, double share_of_b) {
   };
   return {mix(a.red(), b.red()), mix(a.green(), b.green()), mix(a.blue(), b.blue())};
 }
+
+// The share of the text colour in edges and marks that shall stand out from a light ground.
+inline constexpr double kEdgeShare = 0.56;
+
+// A state that is shown by a colour: on the lamp, around it, and for a word beside it.
+struct SignalColours {
+  QColor lamp;
+  QColor edge;
+  QColor word;
+};
+inline constexpr SignalColours kOnSignal = {
+    {0x2E, 0xAA, 0x4C}, {0x1E, 0x80, 0x38}, {0x16, 0x65, 0x2A}};
+inline constexpr SignalColours kWaitingSignal = {
+    {0xF6, 0xB7, 0x3C}, {0x9A, 0x5B, 0x00}, {0x7A, 0x45, 0x00}};
 
 }  // namespace platform

@@ -3,7 +3,7 @@
 #include <QPainter>
 #include <QStyle>
 
-#include "platform/colours.h"
+#include "platform/control_look.h"
 
 namespace platform {
 namespace {
@@ -12,32 +12,6 @@ constexpr int kPadding = 9;     // from the edge to the lamp, and to the state w
 constexpr int kLamp = 12;       // diameter
 constexpr int kLampGap = 6;     // between lamp and caption
 constexpr int kStateWord = 30;  // space for "OFF" behind the caption, where there is any
-const QColor kLit(46, 170, 76);
-
-void DrawLamp(QPainter& painter, const QRectF& lamp, bool on, const QColor& lit,
-              const QColor& rim) {
-  if (!on) {
-    painter.setPen(QPen(rim, 1.5));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawEllipse(lamp.adjusted(1, 1, -1, -1));
-    return;
-  }
-  QRadialGradient glow(lamp.center(), lamp.width() / 2 + 3);
-  glow.setColorAt(0.6, lit);
-  QColor edge = lit;
-  edge.setAlpha(0);
-  glow.setColorAt(1, edge);
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(glow);
-  painter.drawEllipse(lamp.adjusted(-3, -3, 3, 3));
-  QRadialGradient bulb(lamp.topLeft() + QPointF(lamp.width() * 0.35, lamp.height() * 0.3),
-                       lamp.width() * 0.8);
-  bulb.setColorAt(0, lit.lighter(170));
-  bulb.setColorAt(1, lit);
-  painter.setPen(QPen(lit.darker(130), 1));
-  painter.setBrush(bulb);
-  painter.drawEllipse(lamp.adjusted(0.5, 0.5, -0.5, -0.5));
-}
 
 }  // namespace
 
@@ -49,53 +23,44 @@ CWButton::CWButton(const QString& caption, QWidget* parent) : PushButton(caption
   connect(this, &QAbstractButton::toggled, this, [this] { update(); });
 }
 
+void CWButton::SetWaiting(bool waiting) {
+  if (waiting_ == waiting) return;
+  waiting_ = waiting;
+  update();
+}
+
 QSize CWButton::sizeHint() const {
   const QSize caption = fontMetrics().size(Qt::TextShowMnemonic, text());
   return {kPadding + kLamp + kLampGap + caption.width() + kPadding, caption.height() + 10};
 }
 
 void CWButton::paintEvent(QPaintEvent*) {
-  const bool on = isChecked();
-  const QColor window = palette().color(QPalette::Window);
-  const QColor text = palette().color(QPalette::ButtonText);
-  const QColor lit = isEnabled() ? kLit : Blend(kLit, window, 0.45);
-  QColor face = palette().color(QPalette::Button);
-  if (on) face = Blend(face, lit, isEnabled() ? 0.2 : 0.12);
-  if (isDown()) {
-    face = face.darker(108);
-  } else if (underMouse() && isEnabled()) {
-    face = face.lighter(103);
-  }
+  ControlState state;
+  state.enabled = isEnabled();
+  state.hovered = underMouse();
+  state.pressed = isDown();
+  // Like the toolkit's buttons: a click needs no sign of the focus that it brings.
+  state.focused = hasFocus() && window()->testAttribute(Qt::WA_KeyboardFocusChange);
+  state.on = isChecked();
+  state.waiting = waiting_;
+  const ControlColours colours = ButtonColoursOf(state, palette());
 
   QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
-  const QRectF body = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
-  painter.setPen(QPen(on ? lit.darker(115) : Blend(window, text, isEnabled() ? 0.4 : 0.2), 1));
-  painter.setBrush(face);
-  painter.drawRoundedRect(body, 4, 4);
-  if (hasFocus()) {
-    painter.setPen(QPen(palette().color(QPalette::Highlight), 1.5));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(body.adjusted(2, 2, -2, -2), 3, 3);
-  }
+  DrawBox(painter, rect(), colours.face, colours.edge, state.focused);
+  DrawLamp(painter, QRectF(kPadding, (height() - kLamp) / 2.0, kLamp, kLamp), colours, state.on);
 
-  const QRectF lamp(kPadding, (height() - kLamp) / 2.0, kLamp, kLamp);
-  DrawLamp(painter, lamp, on, lit, Blend(window, text, isEnabled() ? 0.6 : 0.35));
-
-  const int caption_left = kPadding + kLamp + kLampGap;
-  QRect caption = rect().adjusted(caption_left, 0, -kPadding, 0);
-  const bool wide = width() >= sizeHint().width() + kStateWord;
-  if (wide) {
+  QRect caption = rect().adjusted(kPadding + kLamp + kLampGap, 0, -kPadding, 0);
+  if (width() >= sizeHint().width() + kStateWord) {
     QFont bold = font();
     bold.setBold(true);
     painter.setFont(bold);
-    painter.setPen(on ? lit.darker(150) : Blend(window, text, isEnabled() ? 0.6 : 0.35));
-    painter.drawText(caption, Qt::AlignVCenter | Qt::AlignRight, on ? "ON" : "OFF");
+    painter.setPen(colours.word);
+    painter.drawText(caption, Qt::AlignVCenter | Qt::AlignRight, state.on ? "ON" : "OFF");
     painter.setFont(font());
     caption.adjust(0, 0, -kStateWord, 0);
   }
   style()->drawItemText(&painter, caption, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextShowMnemonic,
-                        palette(), isEnabled(), this->text(), QPalette::ButtonText);
+                        palette(), isEnabled(), text(), QPalette::ButtonText);
 }
 
 }  // namespace platform

@@ -1,4 +1,4 @@
-// A two-state switch that looks On or Off at a glance.
+// A two-state switch that looks On or Off at a glance, or On and waiting.
 #pragma once
 
 #include "platform/push_button.h"
@@ -16,10 +16,18 @@ class CWButton : public PushButton {
   // setting the state already held raises nothing.
   void SetValue(bool on) { setChecked(on); }
 
+  // Whether what the switch has turned on waits for the operator. It changes the look of a switch
+  // that is On and nothing else.
+  void SetWaiting(bool waiting);
+  bool Waiting() const { return waiting_; }
+
   QSize sizeHint() const override;
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+
+ private:
+  bool waiting_ = false;
 };
 
 }  // namespace platform

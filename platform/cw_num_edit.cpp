@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "platform/undo_keys.h"
+
 namespace platform {
 namespace {
 
@@ -26,6 +28,7 @@ CWNumEdit::CWNumEdit(QWidget* parent) : QSpinBox(parent) {
   setCorrectionMode(CorrectToNearestValue);
   // The value changes when an entry is complete, not with each of its digits.
   setKeyboardTracking(false);
+  connect(this, &QSpinBox::editingFinished, this, [this] { lineEdit()->setModified(false); });
   connect(lineEdit(), &QLineEdit::cursorPositionChanged, this,
           [this](int, int position) { KeepCaretBeforeUnit(position); });
 }
@@ -62,6 +65,10 @@ QAbstractSpinBox::StepEnabled CWNumEdit::stepEnabled() const {
   if (typed > minimum()) enabled |= StepDownEnabled;
   if (typed < maximum()) enabled |= StepUpEnabled;
   return enabled;
+}
+
+bool CWNumEdit::event(QEvent* event) {
+  return TakeUndoKeys(*lineEdit(), *event) || QSpinBox::event(event);
 }
 
 void CWNumEdit::keyPressEvent(QKeyEvent* event) {

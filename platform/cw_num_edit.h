@@ -37,6 +37,7 @@ class CWNumEdit : public QSpinBox {
   void SetUnit(const QString& unit);
 
  protected:
+  bool event(QEvent* event) override;
   void stepBy(int steps) override;
   void keyPressEvent(QKeyEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;

@@ -26,6 +26,7 @@ CWSlide::CWSlide(QWidget* parent) : QSlider(Qt::Vertical, parent) {
   setStyle(style);
   setSingleStep(1);
   setPageStep(10);
+  setAttribute(Qt::WA_Hover);
   // It takes the focus of a click itself, once it knows what was pressed.
   setFocusPolicy(Qt::TabFocus);
   setTracking(false);
@@ -39,6 +40,11 @@ void CWSlide::SetScaleMaximum(int maximum) {
 void CWSlide::SetCaption(const QString& caption) {
   caption_ = caption;
   setAccessibleName(caption);
+  update();
+}
+
+void CWSlide::SetAxis(int x) {
+  axis_ = x;
   update();
 }
 

@@ -29,9 +29,14 @@ class CWSlide : public QSlider {
   void SetCaption(const QString& caption);
   QString Caption() const { return caption_; }
 
-  // Whether a change may be announced now; asked while the handle is dragged. As long as it says no,
-  // the handle follows the pointer and the value waits; it then takes the handle's place of that
-  // moment. A release announces its value at once. Without it every move is announced.
+  // Where fader and caption stand: the axis's distance from the left edge in pixels, -1 for the
+  // middle.
+  void SetAxis(int x);
+  int Axis() const { return axis_; }
+
+  // Whether a change may be announced now; asked while the handle is dragged. As long as it says
+  // no, the handle follows the pointer and the value waits; it then takes the handle's place of
+  // that moment. A release announces its value at once. Without it every move is announced.
   std::function<bool()> MayChange;
 
  protected:
@@ -46,9 +51,10 @@ class CWSlide : public QSlider {
   void Follow();
 
   QString caption_;
-  QPoint grab_shift_;    // how far the handle was moved by the press that grabbed it
+  QPoint grab_shift_;  // how far the handle was moved by the press that grabbed it
   QBasicTimer follow_timer_;
   int wheel_angle_ = 0;  // of a notch that is not complete yet
+  int axis_ = -1;
 };
 
 }  // namespace platform

@@ -1,23 +1,62 @@
 #include "platform/drop_down_list.h"
 
 #include <QKeyEvent>
+#include <QPainter>
 #include <QWheelEvent>
 
+#include "platform/colours.h"
+#include "platform/control_look.h"
+
 namespace platform {
+namespace {
+
+constexpr int kPadding = 7;       // from the edge to the lamp
+constexpr int kLamp = 10;         // diameter
+constexpr int kLampGap = 6;       // between lamp and text
+constexpr int kEntryPadding = 8;  // above and below an entry of the open list together
+
+}  // namespace
 
 DropDownList::DropDownList(QWidget* parent) : QComboBox(parent) {
   setFocusPolicy(Qt::StrongFocus);
   connect(this, &QComboBox::activated, this, &DropDownList::Click);
 }
 
-void DropDownList::RefreshToolTips() {
-  if (!ToolTip) return;
-  for (int i = 0; i < count(); ++i) setItemData(i, ToolTip(itemData(i).toInt()), Qt::ToolTipRole);
+QColor DropDownList::PaleColour(const QPalette& palette) {
+  return Blend(palette.color(QPalette::Active, QPalette::Text),
+               palette.color(QPalette::Active, QPalette::Base), 0.36);
+}
+
+void DropDownList::RefreshEntries() {
+  const QSize size(0, fontMetrics().height() + kEntryPadding);
+  for (int i = 0; i < count(); ++i) {
+    const int item = itemData(i).toInt();
+    setItemData(i, size, Qt::SizeHintRole);
+    if (ToolTip) setItemData(i, ToolTip(item), Qt::ToolTipRole);
+    const bool pale = Pale && Pale(item);
+    setItemData(i, pale ? QVariant(PaleColour(palette())) : QVariant(), Qt::ForegroundRole);
+  }
 }
 
 void DropDownList::showPopup() {
-  RefreshToolTips();
+  RefreshEntries();
   QComboBox::showPopup();
+}
+
+void DropDownList::paintEvent(QPaintEvent* event) {
+  if (isEnabled() || currentIndex() < 0) {
+    QComboBox::paintEvent(event);
+    return;
+  }
+  ControlState state;
+  state.on = true;
+  const ControlColours colours = ButtonColoursOf(state, palette());
+  QPainter painter(this);
+  DrawBox(painter, rect(), colours.face, colours.edge, false);
+  DrawLamp(painter, QRectF(kPadding, (height() - kLamp) / 2.0, kLamp, kLamp), colours, true);
+  painter.setPen(colours.text);
+  painter.drawText(rect().adjusted(kPadding + kLamp + kLampGap, 0, 0, 0),
+                   Qt::AlignVCenter | Qt::AlignLeft, currentText());
 }
 
 bool DropDownList::event(QEvent* event) {

@@ -1,8 +1,11 @@
-// A drop-down list whose entries are chosen from the open list only, and whose tooltips are asked
-// for anew whenever it is opened. The item data of an entry is a number.
+// A drop-down list whose entries are chosen from the open list only, and whose tooltips and pale
+// entries are asked for anew whenever it is opened. The item data of an entry is a number. Disabled
+// with an entry selected, it is locked on that entry and reads as a state, with a lamp that is lit.
 #pragma once
 
+#include <QColor>
 #include <QComboBox>
+#include <QPalette>
 #include <functional>
 
 namespace platform {
@@ -16,6 +19,12 @@ class DropDownList : public QComboBox {
   // the selected entry each time the pointer rests on the closed list.
   std::function<QString(int item_data)> ToolTip;
 
+  // Whether the entry with this item data is drawn pale in the open list, where it can be chosen
+  // like the others; asked each time the list opens.
+  std::function<bool(int item_data)> Pale;
+  // The pale entries' colour, on the ground of fields.
+  static QColor PaleColour(const QPalette& palette);
+
   void showPopup() override;
 
  signals:
@@ -25,11 +34,12 @@ class DropDownList : public QComboBox {
 
  protected:
   bool event(QEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
 
  private:
-  void RefreshToolTips();
+  void RefreshEntries();
 };
 
 }  // namespace platform

@@ -4,11 +4,13 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
 #include <QSettings>
 #include <QStringList>
+#include <QTreeView>
 #include <algorithm>
 
 #include "platform/modal.h"
@@ -58,6 +60,7 @@ class Dialog : public QFileDialog {
     setNameFilters(filters);
     if (!folder.isEmpty()) setDirectory(folder);
     selectFile(request.proposed_name);
+    ShowDatesInFull();
     // The toolkit would refuse a name in a folder that does not exist without a word.
     connect(&Name(), &QLineEdit::textChanged, this, [this](const QString& typed) {
       auto* buttons = findChild<QDialogButtonBox*>();
@@ -85,6 +88,15 @@ class Dialog : public QFileDialog {
 
  private:
   QLineEdit& Name() const { return *findChild<QLineEdit*>("fileNameEdit"); }
+
+  // The toolkit's columns cut dates off and leave names what remains of a fixed width.
+  void ShowDatesInFull() {
+    auto* files = findChild<QTreeView*>("treeView");
+    if (files == nullptr) return;
+    files->header()->setStretchLastSection(false);
+    files->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    files->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+  }
 
   // The path with the default extension, unless its name has one: one of the file types that are
   // offered, or any when all files are shown.

@@ -7,7 +7,7 @@
 namespace platform {
 namespace {
 
-constexpr QColor kAmber(0xF6, 0xB7, 0x3C);
+constexpr QColor kAmber = kWaitingSignal.lamp;
 constexpr QColor kRed(0xC0, 0x10, 0x10);
 constexpr QColor kDarkRed(0x8A, 0x00, 0x00);  // on grounds that are too dark for the other red
 

@@ -15,6 +15,7 @@ ScrollView::ScrollView(QWidget* content, const QSize& limit, QWidget* parent)
   if (size.width() > limit.width()) size.rheight() += bar;
   setFixedSize(size.boundedTo(limit));
   setWidget(content);
+  content->show();
   connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { Follow(now); });
 }
 

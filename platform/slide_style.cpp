@@ -3,6 +3,7 @@
 #include <QPainter>
 #include <QStyleOptionSlider>
 #include <algorithm>
+#include <cstdlib>
 
 #include "platform/colours.h"
 #include "platform/cw_slide.h"
@@ -13,7 +14,8 @@ namespace {
 constexpr int kHandleLength = 15;  // along the fader
 constexpr int kHandleWidth = 25;   // across it
 constexpr int kGrooveWidth = 5;
-constexpr int kTickLength = 5;
+constexpr int kTickLength = 4;
+constexpr int kMajorTickLength = 6;
 constexpr int kTickDistance = 7;  // from the fader's axis to the inner end of a tick
 constexpr int kTickCount = 9;     // on each side, the ends and the centre among them
 constexpr int kCaptionGap = 3;    // below the caption
@@ -31,76 +33,97 @@ int FaderY(const QStyleOptionSlider& option, int value) {
                                          track.height() - kHandleLength, option.upsideDown);
 }
 
-QRect FaderHandle(const QStyleOptionSlider& option) {
+// Where the axis is, and the caption's middle.
+int FaderX(const QStyleOptionSlider& option, const QWidget* widget) {
+  const auto* slide = qobject_cast<const CWSlide*>(widget);
+  const bool placed = slide != nullptr && slide->Axis() >= 0;
+  return placed ? option.rect.left() + slide->Axis() : option.rect.center().x();
+}
+
+QRect FaderHandle(const QStyleOptionSlider& option, int x) {
   QRect handle(0, 0, kHandleWidth, kHandleLength);
-  handle.moveCenter({option.rect.center().x(), FaderY(option, option.sliderPosition)});
+  handle.moveCenter({x, FaderY(option, option.sliderPosition)});
   return handle;
 }
 
-void DrawTicks(QPainter& painter, const QStyleOptionSlider& option, const QColor& pale,
-               const QColor& strong) {
-  const int x = option.rect.center().x();
+ControlState StateOf(const QStyleOptionSlider& option) {
+  const bool on_handle = (option.activeSubControls & QStyle::SC_SliderHandle) != 0;
+  ControlState state;
+  state.enabled = (option.state & QStyle::State_Enabled) != 0;
+  state.focused = (option.state & QStyle::State_HasFocus) != 0;
+  state.pressed = on_handle && (option.state & QStyle::State_Sunken) != 0;
+  state.hovered = on_handle && (option.state & QStyle::State_MouseOver) != 0;
+  return state;
+}
+
+void DrawCaption(QPainter& painter, const QStyleOptionSlider& option, int x,
+                 const QString& caption) {
+  const int width = option.fontMetrics.horizontalAdvance(caption);
+  const int left = std::min(x - width / 2, option.rect.right() - width + 1);
+  const QRect place(std::max(option.rect.left(), left), option.rect.top(), width,
+                    option.fontMetrics.height());
+  painter.drawText(place, Qt::AlignLeft | Qt::AlignTop | Qt::TextDontClip, caption);
+}
+
+void DrawTicks(QPainter& painter, const QStyleOptionSlider& option, int x,
+               const SlideColours& colours) {
   for (int i = 0; i < kTickCount; ++i) {
-    const bool centre = i == kTickCount / 2;
     const int y = FaderY(option, (option.maximum + 1) * i / (kTickCount - 1));
-    const bool major = centre || i == 0 || i == kTickCount - 1;
-    const int length = major ? kTickLength + 2 : kTickLength - 1;
-    painter.fillRect(x - kTickDistance - length + 1, y, length, 1, major ? strong : pale);
-    painter.fillRect(x + kTickDistance, y, length, 1, major ? strong : pale);
+    const bool major = i == kTickCount / 2 || i == 0 || i == kTickCount - 1;
+    const int length = major ? kMajorTickLength : kTickLength;
+    const QColor& colour = major ? colours.major_tick : colours.tick;
+    painter.fillRect(x - kTickDistance - length + 1, y, length, 1, colour);
+    painter.fillRect(x + kTickDistance, y, length, 1, colour);
   }
 }
 
-void DrawHandle(QPainter& painter, const QStyleOptionSlider& option, const QColor& accent) {
-  const QPalette& palette = option.palette;
-  const bool enabled = (option.state & QStyle::State_Enabled) != 0;
-  const bool focus = (option.state & QStyle::State_HasFocus) != 0;
-  const bool pressed = (option.state & QStyle::State_Sunken) != 0 &&
-                       (option.activeSubControls & QStyle::SC_SliderHandle);
-  const QRectF body = QRectF(FaderHandle(option)).adjusted(0.5, 0.5, -0.5, -0.5);
-  const QColor face = palette.color(QPalette::Button);
-
-  QLinearGradient shade(body.topLeft(), body.bottomLeft());
-  shade.setColorAt(0, face.lighter(pressed ? 98 : 108));
-  shade.setColorAt(1, face.darker(pressed ? 112 : 106));
-  const QColor edge = focus ? accent : Blend(face, palette.color(QPalette::WindowText), 0.45);
-  painter.setPen(QPen(edge, focus ? 1.5 : 1));
-  painter.setBrush(enabled ? QBrush(shade) : QBrush(face));
-  painter.drawRoundedRect(body, 3, 3);
-
-  painter.setRenderHint(QPainter::Antialiasing, false);
-  const QRect handle = FaderHandle(option);
-  painter.fillRect(handle.left() + 5, handle.center().y(), handle.width() - 10, 1, accent);
-  painter.setRenderHint(QPainter::Antialiasing);
+void DrawHandle(QPainter& painter, const QRect& handle, const SlideColours& colours,
+                const ControlState& state) {
+  DrawBox(painter, handle, colours.handle, colours.handle_edge, state.focused);
+  painter.fillRect(handle.left() + 5, handle.center().y(), handle.width() - 10, 1, colours.accent);
 }
 
-void DrawFader(QPainter& painter, const QStyleOptionSlider& option, const QString& caption) {
-  const QPalette& palette = option.palette;
-  const bool enabled = (option.state & QStyle::State_Enabled) != 0;
-  const QColor window = palette.color(QPalette::Window);
-  const QColor text = palette.color(QPalette::WindowText);
-  const QColor accent = enabled ? palette.color(QPalette::Highlight) : Blend(window, text, 0.3);
+void DrawFader(QPainter& painter, const QStyleOptionSlider& option, int x, const QString& caption) {
+  const ControlState state = StateOf(option);
+  const SlideColours colours = SlideColoursOf(state, option.palette);
+  painter.setPen(colours.text);
+  DrawCaption(painter, option, x, caption);
+  DrawTicks(painter, option, x, colours);
 
-  painter.setPen(text);
-  painter.drawText(option.rect, Qt::AlignHCenter | Qt::AlignTop, caption);
-  DrawTicks(painter, option, Blend(window, text, 0.3), Blend(window, text, enabled ? 0.65 : 0.4));
-
-  painter.setRenderHint(QPainter::Antialiasing);
   const QRect track = FaderTrack(option);
-  const QRectF groove(option.rect.center().x() - (kGrooveWidth - 1) / 2.0, track.top() + 2,
-                      kGrooveWidth, track.height() - 4);
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(Blend(window, text, 0.22));
-  painter.drawRoundedRect(groove, kGrooveWidth / 2.0, kGrooveWidth / 2.0);
+  const QRect groove(x - kGrooveWidth / 2, track.top() + 2, kGrooveWidth, track.height() - 4);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(colours.groove_edge);
+  painter.setBrush(colours.groove);
+  painter.drawRoundedRect(QRectF(groove).adjusted(0.5, 0.5, -0.5, -0.5), kGrooveWidth / 2.0,
+                          kGrooveWidth / 2.0);
+  painter.setRenderHint(QPainter::Antialiasing, false);
 
   const int centre = FaderY(option, (option.maximum + 1) / 2);
   const int handle = FaderY(option, option.sliderPosition);
-  painter.setBrush(accent);
-  painter.drawRect(QRectF(groove.left(), std::min(centre, handle), kGrooveWidth,
-                          std::max(centre, handle) - std::min(centre, handle) + 1));
-  DrawHandle(painter, option, accent);
+  painter.fillRect(groove.left(), std::min(centre, handle), kGrooveWidth,
+                   std::abs(centre - handle) + 1, colours.accent);
+  DrawHandle(painter, FaderHandle(option, x), colours, state);
 }
 
 }  // namespace
+
+SlideColours SlideColoursOf(const ControlState& state, const QPalette& palette) {
+  const QColor card = palette.color(QPalette::Active, QPalette::Light);
+  const QColor text = palette.color(QPalette::Active, QPalette::WindowText);
+  const ControlColours handle = ButtonColoursOf(state, palette);
+  SlideColours colours;
+  colours.text = state.enabled ? text : palette.color(QPalette::Disabled, QPalette::WindowText);
+  colours.tick = Blend(card, text, state.enabled ? kEdgeShare : 0.35);
+  colours.major_tick = Blend(card, text, state.enabled ? 0.75 : 0.45);
+  colours.groove = Blend(card, text, 0.14);
+  colours.groove_edge = colours.tick;
+  colours.accent =
+      state.enabled ? palette.color(QPalette::Active, QPalette::Highlight) : colours.major_tick;
+  colours.handle = handle.face;
+  colours.handle_edge = handle.edge;
+  return colours;
+}
 
 void SlideStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
                                     QPainter* painter, const QWidget* widget) const {
@@ -111,7 +134,7 @@ void SlideStyle::drawComplexControl(ComplexControl control, const QStyleOptionCo
     return;
   }
   painter->save();
-  DrawFader(*painter, *slider, slide->Caption());
+  DrawFader(*painter, *slider, FaderX(*slider, slide), slide->Caption());
   painter->restore();
 }
 
@@ -121,7 +144,7 @@ QRect SlideStyle::subControlRect(ComplexControl control, const QStyleOptionCompl
   if (control != CC_Slider || slider == nullptr) {
     return QCommonStyle::subControlRect(control, option, sub_control, widget);
   }
-  if (sub_control == SC_SliderHandle) return FaderHandle(*slider);
+  if (sub_control == SC_SliderHandle) return FaderHandle(*slider, FaderX(*slider, widget));
   if (sub_control == SC_SliderGroove) return FaderTrack(*slider);
   return {};
 }

@@ -1,9 +1,27 @@
 // The look of faders and the places of their parts: what is drawn is also what the mouse hits.
 #pragma once
 
+#include <QColor>
 #include <QCommonStyle>
+#include <QPalette>
+
+#include "platform/control_look.h"
 
 namespace platform {
+
+struct SlideColours {
+  QColor text;
+  QColor tick;
+  QColor major_tick;  // at the ends and the centre
+  QColor groove;
+  QColor groove_edge;
+  QColor accent;  // between the centre and the handle
+  QColor handle;
+  QColor handle_edge;
+};
+
+// On the ground of a panel.
+SlideColours SlideColoursOf(const ControlState& state, const QPalette& palette);
 
 // Draws a `CWSlide`. Pressing beside the handle moves it by a page and never to the pointer.
 class SlideStyle : public QCommonStyle {

@@ -4,6 +4,8 @@
 #include <QKeyEvent>
 #include <algorithm>
 
+#include "platform/undo_keys.h"
+
 namespace platform {
 namespace {
 
@@ -37,6 +39,10 @@ TextField::TextField(QWidget* parent) : QLineEdit(parent) {
 bool TextField::Discards(int key) const {
   if (KeyPress) KeyPress(key);
   return key == 0;
+}
+
+bool TextField::event(QEvent* event) {
+  return TakeUndoKeys(*this, *event) || QLineEdit::event(event);
 }
 
 void TextField::keyPressEvent(QKeyEvent* event) {

@@ -18,9 +18,10 @@ void PcEmulator::CWButtonEmuPC_ValueChanged(bool on) {
     timer_.SetEnabled(false);
   }
   if (edited_.ListIndex() < 0 && edited_.ListCount() > 0) edited_.Select(0);
-  if (edited_.ListIndex() < 0) return;
+  if (edited_.ListIndex() < 0) return TellState();
   timer_.SetInterval(SelectedDuration());
   timer_.SetEnabled(on);
+  TellState();
 }
 
 void PcEmulator::HiTimer1_Timer() {
@@ -36,23 +37,32 @@ void PcEmulator::HiTimer1_Timer() {
   }
   step_list_.CommandUp_Click();
   timer_.SetInterval(SelectedDuration());
-  if (edited_.Row(edited_.ListIndex())[kBreakColumn] > 0) timer_.SetEnabled(false);
+  if (edited_.Row(edited_.ListIndex())[kBreakColumn] > 0) {
+    timer_.SetEnabled(false);
+    TellState();
+  }
 }
 
 void PcEmulator::HoldSelectedStep() {
   if (!Playing() || edited_.ListIndex() < 0) return;
   timer_.SetInterval(SelectedDuration());
   timer_.SetEnabled(true);
+  TellState();
 }
 
 void PcEmulator::MSComm1_PortLost() {
   timer_.SetEnabled(false);
   emu_pc_.DropToOff();
   button_real_emu_.setEnabled(true);
+  TellState();
 }
 
 int PcEmulator::SelectedDuration() const {
   return edited_.Row(edited_.ListIndex())[kDurationColumn];
+}
+
+void PcEmulator::TellState() const {
+  if (StateChanged) StateChanged();
 }
 
 }  // namespace pelmora

@@ -2,6 +2,8 @@
 // sliders, and those move the servos. The selected line is the playback position.
 #pragma once
 
+#include <functional>
+
 #include "edit/edited_sequence.h"
 #include "edit/step_list.h"
 #include "link/connected_switch.h"
@@ -31,10 +33,16 @@ class PcEmulator {
   // Whether the switch is On: playback runs or is halted at a breakpoint.
   bool Playing() const { return emu_pc_.Button().Value(); }
 
+  // Playback is in progress, but waits for the operator: halted at a breakpoint.
+  bool Halted() const { return Playing() && !timer_.Enabled(); }
+  // Called when playback may have begun, ended, halted or gone on.
+  std::function<void()> StateChanged;
+
   void MSComm1_PortLost();
 
  private:
   int SelectedDuration() const;
+  void TellState() const;
 
   EditedSequence& edited_;
   StepList& step_list_;

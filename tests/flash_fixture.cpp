@@ -1,5 +1,7 @@
 #include "tests/flash_fixture.h"
 
+#include <QWidget>
+
 namespace pelmora {
 
 FlashTest::FlashTest() {
@@ -23,11 +25,19 @@ void FlashTest::ConnectAgain() {
   Connect();
 }
 
+bool FlashTest::ShowsErasing() const {
+  const bool shown = hands->Find<QWidget>("LabelErase").isVisible();
+  const bool busy = hands->Find<QWidget>("CommandAdd").cursor().shape() == Qt::BusyCursor;
+  EXPECT_EQ(shown, busy);
+  return shown;
+}
+
 void FlashTest::ExpectAtRest() {
   EXPECT_FALSE(Waiting());
   EXPECT_FALSE(AbortRequested());
   EXPECT_FALSE(Enabled("Command1"));
   EXPECT_FALSE(BarShown());
+  EXPECT_FALSE(ShowsErasing());
   for (const int steps : Data().SeqSteps) EXPECT_LE(steps, kMostSteps);
 }
 

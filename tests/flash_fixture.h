@@ -36,6 +36,9 @@ class FlashTest : public WindowTest {
 
   bool BytesSent(std::size_t count) const { return board.WaitForBytes(count, {}); }
 
+  // The word at the bar's place and the busy pointer over the window.
+  bool ShowsErasing() const;
+
   // No operation is running and none has left anything behind.
   void ExpectAtRest();
 

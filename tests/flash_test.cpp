@@ -28,6 +28,26 @@ TEST_F(Flash, WithoutAPortOnlyTheReadClears) {
   ExpectAtRest();
 }
 
+TEST_F(Flash, EraseLooksBusyUntilTheBoardAnswers) {
+  Connect();
+  for (const bool programs : {false, true}) {
+    board.SetFaults({.silent = true});
+    hands->When([this] { return BytesSent(1); },
+                [this] {
+                  EXPECT_TRUE(ShowsErasing());
+                  EXPECT_FALSE(Enabled("Command1"));
+                  EXPECT_FALSE(BarShown());
+                  board.SetFaults({});
+                  board.Send({255});
+                });
+    ExpectMessage(kErasedText, [this] { EXPECT_FALSE(ShowsErasing()); });
+    if (programs) ExpectMessage(kProgrammedText);
+    programs ? Program() : Erase();
+    ExpectAtRest();
+    board.ClearLog();
+  }
+}
+
 TEST_F(Flash, ExampleGoesOverTheLineAndComesBack) {
   const Bytes image = ExampleImage();
   Load(ExampleSequences());

@@ -4,6 +4,7 @@
 
 #include <vector>
 
+#include "platform/cw_button.h"
 #include "tests/window_fixture.h"
 
 namespace pelmora {
@@ -45,6 +46,7 @@ class Playback : public WindowTest {
     EXPECT_EQ(timer.Enabled(), running);
     EXPECT_EQ(Enabled(kRealEmu), real_emu_enabled);
     EXPECT_TRUE(Enabled(kEmuPC));
+    EXPECT_EQ(hands->Find<platform::CWButton>(kEmuPC).Waiting(), on && !running);
   }
   void ExpectIdle() { ExpectState(false, false, true); }
   void ExpectRunning() { ExpectState(true, true, false); }

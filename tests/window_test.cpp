@@ -9,6 +9,7 @@
 #include <QPushButton>
 #include <QSet>
 #include <QtTest/QTest>
+#include <algorithm>
 
 #include "platform/cw_slide.h"
 #include "tests/window_fixture.h"
@@ -19,6 +20,18 @@ namespace {
 
 QString Plain(QString caption) {
   return caption.remove('&');
+}
+
+// Whether the control's line of text, being wider than its `place`, reaches into another control.
+bool ReachesIntoAnother(const QWidget& control, const QRect& place) {
+  QRect more = control.geometry();
+  more.setLeft(place.right() + 1);
+  more.setHeight(std::min(more.height(), control.fontMetrics().height()));
+  return std::ranges::any_of(
+      control.parentWidget()->findChildren<QWidget*>(Qt::FindDirectChildrenOnly),
+      [&](const QWidget* other) {
+        return other != &control && !other->isWindow() && other->geometry().intersects(more);
+      });
 }
 
 class StartUp : public WindowTest {};
@@ -51,11 +64,16 @@ TEST_F(StartUp, PlacesEveryControlAndShowsItsCaptionInFull) {
     for (int i = 0; i < row.count; ++i) {
       const QString name = ElementName(row, i);
       auto& control = hands->Find<QWidget>(name);
-      EXPECT_EQ(control.geometry(), QRect((row.left + i * row.pitch) / 15, row.top / 15,
-                                          row.width / 15, row.height / 15))
-          << name.toStdString();
+      QRect place((row.left + i * row.pitch) / 15, row.top / 15, row.width / 15, row.height / 15);
       QString text;
-      if (auto* label = qobject_cast<QLabel*>(&control)) text = label->text();
+      if (auto* label = qobject_cast<QLabel*>(&control)) {
+        text = label->text();
+        // Rather than narrowing its text a label takes the room before the next control.
+        EXPECT_LE(label->font().stretch() % 100, 0) << name.toStdString();
+        EXPECT_FALSE(ReachesIntoAnother(control, place)) << name.toStdString();
+        place.setWidth(std::max(place.width(), control.width()));
+      }
+      EXPECT_EQ(control.geometry(), place) << name.toStdString();
       if (auto* button = qobject_cast<QPushButton*>(&control)) text = Plain(button->text());
       if (auto* panel = qobject_cast<QGroupBox*>(&control)) text = panel->title();
       const double needed = QFontMetricsF(control.font()).horizontalAdvance(text);
@@ -110,6 +128,26 @@ TEST_F(StartUp, TellsAssistiveTechnologyNameRoleValueAndState) {
     const QString name = ElementName(row, 0);
     QAccessibleInterface* part = QAccessible::queryAccessibleInterface(&hands->Find<QWidget>(name));
     EXPECT_FALSE(part->text(QAccessible::Name).isEmpty()) << name.toStdString();
+  }
+}
+
+TEST_F(StartUp, ToolTipsSayWhatEveryButtonDoesAndItsKey) {
+  for (const ControlRow& row : Inventory()) {
+    const QString name = ElementName(row, 0);
+    const QString tip = hands->Find<QWidget>(name).toolTip();
+    if (hands->Window().findChild<QPushButton*>(name) && row.start != Start::kHidden) {
+      EXPECT_FALSE(tip.isEmpty()) << name.toStdString();
+    }
+    const QString key = QKeySequence::mnemonic(QString::fromUtf8(row.caption)).toString();
+    EXPECT_TRUE(tip.isEmpty() || tip.contains(key)) << tip.toStdString();
+    EXPECT_LE(tip.size(), 90) << "one line: " << tip.toStdString();
+  }
+  EXPECT_EQ(hands->Find<QWidget>("CommandRead").toolTip(),
+            "Empties the program first, then reads all 16 sequences from the board (Alt+D)");
+  for (const MenuRow& row : Menus()) {
+    const auto& item = hands->Find<QAction>(row.item.name);
+    EXPECT_EQ(item.toolTip(), row.tool_tip);
+    EXPECT_FALSE(item.toolTip().isEmpty()) << row.item.name;
   }
 }
 

@@ -77,6 +77,7 @@ void MakeElement(Controls& controls, const ControlRow& row, int i, QWidget* pare
   QWidget& control = *std::visit(make, row.control.member);
   control.setObjectName(ElementName(row, i));
   if (*row.spoken_name) control.setAccessibleName(numbered(row.spoken_name));
+  control.setToolTip(ToolTipOf(row, i));
   control.setGeometry(Pixels(row.left + i * row.pitch), Pixels(row.top), Pixels(row.width),
                       Pixels(row.height));
   control.setVisible(row.start != Start::kHidden);
@@ -88,8 +89,10 @@ void MakeMenus(Controls& controls, QMenuBar& menu_bar) {
   for (const MenuRow& row : Menus()) {
     QMenu*& menu = menus[QString::fromLatin1(row.menu)];
     if (!menu) menu = menu_bar.addMenu(QString::fromLatin1(row.menu));
+    menu->setToolTipsVisible(true);
     QAction* item = menu->addAction(QString::fromLatin1(row.caption));
     item->setObjectName(QString::fromLatin1(row.item.name));
+    item->setToolTip(QString::fromLatin1(row.tool_tip));
     item->setCheckable(row.checkable);
     item->setAutoRepeat(false);
     if (*row.shortcut) item->setShortcut(QKeySequence(QString::fromLatin1(row.shortcut)));

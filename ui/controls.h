@@ -60,6 +60,7 @@ struct Controls {
   platform::PushButton* CommandRead = nullptr;
   platform::PushButton* Command1 = nullptr;
   platform::PushButton* CommandErase = nullptr;
+  QLabel* LabelErase = nullptr;  // at the bar's place, shown while an erase waits
   platform::ProgressBar* ProgressBarFlash = nullptr;
 
   platform::Panel* FrameRealEmu = nullptr;

@@ -3,6 +3,7 @@
 #include <QFontMetricsF>
 #include <QRegularExpression>
 #include <algorithm>
+#include <cmath>
 
 #include "ui/inventory.h"
 
@@ -11,6 +12,8 @@ namespace {
 
 constexpr int kLargestFont = 12;  // pixels
 constexpr int kSmallestFont = 8;
+
+constexpr int kPanelEdge = 60;  // twips between a label and the edge of its panel
 
 constexpr int kFullStretch = 100;   // percent
 constexpr int kLowestStretch = 90;  // below, a smaller font reads better than a narrower one
@@ -84,14 +87,36 @@ QWidget& ElementOf(Controls& controls, const ControlRow& row, int element) {
   return *std::visit(find, row.control.member);
 }
 
-// How far the control's text has to be narrowed to fit, in percent of its full width.
-int StretchFor(const ControlRow& row, const QFont& font) {
+// The pixels that the row's text may take: for a label everything up to the next control at its
+// right or the edge of its panel, for others what is inside them.
+int RoomFor(const ControlRow& row) {
+  if (!std::holds_alternative<One<QLabel>>(row.control.member)) return Pixels(row.width);
+  int right = kFormWidth;
+  for (const ControlRow& other : Inventory()) {
+    if (row.parent.member && other.control.member == Member(row.parent.member)) {
+      right = std::min(right, other.width - kPanelEdge);
+    }
+    const bool level = other.top < row.top + row.height && row.top < other.top + other.height;
+    if (other.parent.member == row.parent.member && level && other.left > row.left) {
+      right = std::min(right, other.left);
+    }
+  }
+  return Pixels(std::max(row.width, right - row.left));
+}
+
+// The pixels that the row's widest text takes, without narrowing.
+double WidthFor(const ControlRow& row, const QFont& font) {
   const QString caption = QString::fromUtf8(row.caption).remove(QLatin1Char('&'));
   const Demand demand =
       std::visit([&](auto member) { return DemandOf(member, caption); }, row.control.member);
-  const double width = QFontMetricsF(font).horizontalAdvance(demand.text);
-  const double available = Pixels(row.width) - demand.margin;
-  return width <= available ? kFullStretch : static_cast<int>(kFullStretch * available / width);
+  return QFontMetricsF(font).horizontalAdvance(demand.text) + demand.margin;
+}
+
+// How far the control's text has to be narrowed to fit, in percent of its full width.
+int StretchFor(const ControlRow& row, const QFont& font) {
+  const double room = RoomFor(row);
+  const double width = WidthFor(row, font);
+  return width <= room ? kFullStretch : static_cast<int>(kFullStretch * room / width);
 }
 
 int NarrowestStretch(const QFont& font) {
@@ -114,6 +139,11 @@ void FitFont(QWidget& client, Controls& controls) {
   for (const ControlRow& row : Inventory()) {
     // A heading has a size of its own.
     QFont narrow = ElementOf(controls, row, 0).font();
+    if (std::holds_alternative<One<QLabel>>(row.control.member)) {
+      QWidget& label = ElementOf(controls, row, 0);
+      const int wanted = static_cast<int>(std::ceil(WidthFor(row, narrow)));
+      label.resize(std::clamp(wanted, label.width(), RoomFor(row)), label.height());
+    }
     const int stretch = StretchFor(row, narrow);
     if (stretch >= kFullStretch) continue;
     narrow.setStretch(stretch);

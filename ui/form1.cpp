@@ -1,23 +1,20 @@
 #include "ui/form1.h"
 
 #include <QCloseEvent>
-#include <QFrame>
-#include <QGroupBox>
-#include <QLabel>
 #include <QLayout>
 #include <QLocale>
 #include <QMenuBar>
-#include <QScreen>
 #include <QShortcut>
 #include <QStyle>
 #include <algorithm>
-#include <span>
 
 #include "edit/dialog_interp.h"
 #include "edit/edited_sequence.h"
 #include "edit/sequence_navigation.h"
+#include "edit/step_clipboard.h"
 #include "edit/step_fields.h"
 #include "edit/step_list.h"
+#include "edit/undo_commands.h"
 #include "files/buffer_commands.h"
 #include "flash/erase_flash.h"
 #include "flash/program_sequences.h"
@@ -34,14 +31,15 @@
 #include "playback/breakpoints.h"
 #include "playback/pc_emulator.h"
 #include "ui/controls.h"
+#include "ui/dress_controls.h"
 #include "ui/fit_font.h"
 #include "ui/inventory.h"
+#include "ui/list_menu.h"
 
 namespace pelmora {
 namespace {
 
 using platform::CWButton;
-using platform::CWNumEdit;
 using platform::CWSlide;
 using platform::DropDownList;
 using platform::ListBox;
@@ -49,19 +47,7 @@ using platform::PushButton;
 using platform::TextField;
 
 constexpr int kTitleBar = 40;  // pixels that a window manager's frame takes at the top, at the most
-constexpr int kPorts = 8;
-constexpr int kStartInterval = 20;    // ms, of the playback timer
-constexpr int kStartDuration = 1000;  // ms, of the step being composed
-constexpr int kShortestDuration = 20;
-constexpr int kLongestDuration = 32767;  // what the sequence table can hold
-constexpr int kDurationStep = 20;        // one tick of the board
-constexpr int kFastDurationStep = 200;
-
-void Colour(QLabel& label, const QColor& colour) {
-  QPalette palette = label.palette();
-  palette.setColor(QPalette::WindowText, colour);
-  label.setPalette(palette);
-}
+constexpr int kStartInterval = 20;  // ms, of the playback timer
 
 }  // namespace
 
@@ -85,6 +71,8 @@ struct Form1::Handlers {
         step_fields(edited, live_control,
                     {controls.CWSlide1, controls.Text1, controls.CWNumEditTimeStep}),
         step_list(edited, step_fields, around.message_box),
+        step_clipboard(edited, around.message_box),
+        undo(edited, link),
         navigation(edited),
         interpolation({edited, around.message_box, around.events},
                       {&form, controls.FrameBuffEdit, controls.FrameMan, controls.FramePCEmu,
@@ -110,6 +98,8 @@ struct Form1::Handlers {
   EditedSequence edited;
   StepFields step_fields;
   StepList step_list;
+  StepClipboard step_clipboard;
+  UndoCommands undo;
   SequenceNavigation navigation;
   Interpolation interpolation;
 
@@ -136,7 +126,7 @@ Form1::Form1(const Surroundings& surroundings)
   setCentralWidget(client);
   controls_ = std::make_unique<Controls>(MakeControls(*client, *menuBar()));
   FitFont(*client, *controls_);
-  DressControls();
+  DressControls(*controls_, surroundings_.ports);
   layout()->setSizeConstraint(QLayout::SetFixedSize);
   handlers_ = std::make_unique<Handlers>(surroundings_, *controls_, *this);
   ConnectEditing();
@@ -176,55 +166,6 @@ void Form1::PlaceOn(const QRect& screen) {
   QRect place = QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, sizeHint(), screen);
   place.moveTop(std::max(place.top(), screen.top() + kTitleBar));
   setGeometry(place);
-}
-
-// What the inventory does not say: colours, scales, columns, entries.
-void Form1::DressControls() {
-  Colour(*controls_->LabelSeq, QColor(0xC8, 0x10, 0x10));
-  Colour(*controls_->LabelStep, QColor(0x00, 0x00, 0x80));
-  Colour(*controls_->Label1, QColor(0x00, 0x00, 0x80));
-  for (CWSlide* slide : controls_->CWSlide1) {
-    slide->SetScaleMaximum(255);
-    slide->SetValue(kCentre);
-  }
-  // Also while a message or a file dialog is open.
-  controls_->Quit->setShortcutContext(Qt::ApplicationShortcut);
-  controls_->Echo->setFocusPolicy(Qt::StrongFocus);
-  for (PushButton* button :
-       {controls_->CommandFlash, controls_->CommandRead, controls_->CommandErase}) {
-    button->SetDoubleClickPressesOnce(true);
-  }
-  CWNumEdit& duration = *controls_->CWNumEditTimeStep;
-  duration.SetScale(kShortestDuration, kLongestDuration, kDurationStep, kFastDurationStep);
-  duration.SetUnit(QStringLiteral(" ms"));
-  duration.SetValue(kStartDuration);
-
-  DropDownList& combo_port = *controls_->ComboPort;
-  for (int number = 1; number <= kPorts; ++number) {
-    combo_port.addItem(QStringLiteral("Comm%1").arg(number), number);
-  }
-  combo_port.setCurrentIndex(-1);
-  combo_port.ToolTip = [this](int number) {
-    const QString device = surroundings_.ports.DeviceFor(number);
-    return device.isEmpty() ? QStringLiteral("No serial port for this entry now") : device;
-  };
-
-  // A step reads as twelve channels under the sliders above; duration and break mark stand at the
-  // right. Lines from the table have an empty field between those two.
-  const QRect list = controls_->ListSequence->geometry();
-  std::vector<platform::ListColumn> columns;
-  for (const TextField* angle : std::span(controls_->Text1).last<kChannels>()) {
-    columns.push_back(
-        {angle->mapTo(controls_->ListSequence->parentWidget(), QPoint()).x() - list.left(),
-         angle->width() - 1, Qt::AlignHCenter});
-  }
-  const int right = columns.back().left + columns.back().width;
-  const platform::ListColumn mark = {right + 110, 70, Qt::AlignLeft, true};
-  columns.push_back({right + 10, 80, Qt::AlignRight});
-  columns.push_back(mark);
-  columns.push_back(mark);
-  controls_->ListSequence->SetColumns(std::move(columns));
-  controls_->ListSequence->SetLineNumbers(true);
 }
 
 template <class Handler>
@@ -275,6 +216,8 @@ void Form1::ConnectEditing() {
           [&h] { h.step_list.ListSequence_DblClick(); });
   connect(controls_->ListSequence, &ListBox::MoveLine, wiring_.get(),
           [&h](int from, int to) { h.step_list.ListSequence_MoveLine(from, to); });
+  new ListMenu(*controls_->ListSequence, {h.edited, h.undo, h.step_clipboard, h.step_list},
+               wiring_.get());
   PressByKey(Qt::ALT | Qt::Key_Right, *controls_->CommandUp);
   PressByKey(Qt::ALT | Qt::Key_Left, *controls_->CommandDwn);
 }
@@ -303,6 +246,17 @@ void Form1::ConnectFlash() {
   OnClick(controls_->CommandFlash, [&h] { h.program.CommandFlash_Click(); });
   OnClick(controls_->CommandRead, [&h] { h.read.CommandRead_Click(); });
   OnClick(controls_->Command1, [&h] { h.link.Command1_Click(); });
+  h.link.ModeChanged = [this, &h] { ShowErasing(h.link.EraseMode()); };
+}
+
+// An erase has no bar: without this a board that is slow to answer looks like a dead button.
+void Form1::ShowErasing(bool erasing) {
+  controls_->LabelErase->setVisible(erasing);
+  if (erasing) {
+    setCursor(Qt::BusyCursor);
+  } else {
+    unsetCursor();
+  }
 }
 
 void Form1::ConnectPlayback() {
@@ -312,6 +266,11 @@ void Form1::ConnectPlayback() {
   connect(&h.real_emu.Button(), &CWButton::toggled, wiring_.get(),
           [&h](bool on) { h.board_playback.CWButtonRealEmu_ValueChanged(on); });
   surroundings_.timer.Timer = [&h] { h.pc_emulator.HiTimer1_Timer(); };
+  h.pc_emulator.StateChanged = [this, &h] {
+    const bool halted = h.pc_emulator.Halted();
+    h.emu_pc.Button().SetWaiting(halted);
+    controls_->ListSequence->SetHalted(halted);
+  };
   OnClick(controls_->CommandBrk, [&h] { h.breakpoints.CommandBrk_Click(); });
   OnClick(controls_->CommandResBrk, [&h] { h.breakpoints.CommandResBrk_Click(); });
   OnClick(controls_->CommandContinue, [&h] { h.breakpoints.CommandContinue_Click(); });

@@ -52,7 +52,6 @@ class Form1 : public QMainWindow {
  private:
   struct Handlers;
 
-  void DressControls();
   template <class Handler>
   void OnClick(platform::PushButton* button, Handler handler);
   void PressByKey(const QKeySequence& keys, platform::PushButton& button);
@@ -65,6 +64,7 @@ class Form1 : public QMainWindow {
   void Form_Unload();
   void Form_Terminate();
   void Quit_Click();
+  void ShowErasing(bool erasing);
   void ConnectPanelToggle(QAction* item, std::vector<QWidget*> panels);
   void EndProgram();
 

@@ -60,6 +60,8 @@ struct ControlRow {
   // The name told to assistive technology where the caption doesn't say it.
   const char* spoken_name;
   int left, top, width, height;  // twips, relative to the parent
+  // What it does, in a line; "%1" as above. Keys other than the caption's mnemonic are named here.
+  const char* tool_tip;
   Start start = Start::kVisible;
   // An array's row makes `count` elements, `pitch` twips apart, named name_<first>,
   // name_<first+1>...
@@ -74,6 +76,7 @@ struct MenuRow {
   const char* caption;
   const char* shortcut;
   bool checkable;  // the check mark mirrors a panel's visibility
+  const char* tool_tip;
 };
 
 // All controls, each after its parent, in the order of the Tab key.
@@ -81,6 +84,9 @@ std::span<const ControlRow> Inventory();
 
 // All menu items in their order.
 std::span<const MenuRow> Menus();
+
+// The tool tip of the row's element 0 .. `count` - 1, with the key of its mnemonic.
+QString ToolTipOf(const ControlRow& row, int element);
 
 // The object name of the row's element 0 .. `count` - 1.
 QString ElementName(const ControlRow& row, int element);

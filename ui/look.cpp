@@ -2,8 +2,8 @@
 
 #include <QFont>
 #include <QIcon>
-#include <QPalette>
-#include <QStyleFactory>
+
+#include "platform/control_style.h"
 
 namespace pelmora {
 namespace {
@@ -19,30 +19,34 @@ QIcon WindowIcon() {
 
 }  // namespace
 
-void SetUpLook(QApplication& application) {
-  application.setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
-  application.setWindowIcon(WindowIcon());
-
+QPalette ProgramPalette() {
+  const QColor text(0x1F, 0x29, 0x33);
+  const QColor faded(0x70, 0x7B, 0x87);
   QPalette palette;
   palette.setColor(QPalette::Window, QColor(0xEE, 0xF1, 0xF5));
-  palette.setColor(QPalette::WindowText, QColor(0x1F, 0x29, 0x33));
+  palette.setColor(QPalette::WindowText, text);
   palette.setColor(QPalette::Light, QColor(0xFB, 0xFC, 0xFD));
   palette.setColor(QPalette::Midlight, QColor(0xCB, 0xD2, 0xD9));
   palette.setColor(QPalette::Base, Qt::white);
   palette.setColor(QPalette::AlternateBase, QColor(0xF5, 0xF8, 0xFB));
-  palette.setColor(QPalette::Text, QColor(0x1F, 0x29, 0x33));
+  palette.setColor(QPalette::Text, text);
   palette.setColor(QPalette::Button, QColor(0xF7, 0xF9, 0xFB));
-  palette.setColor(QPalette::ButtonText, QColor(0x1F, 0x29, 0x33));
+  palette.setColor(QPalette::ButtonText, text);
   palette.setColor(QPalette::Highlight, QColor(0x2B, 0x6C, 0xB0));
   palette.setColor(QPalette::HighlightedText, Qt::white);
   palette.setColor(QPalette::ToolTipBase, QColor(0xFF, 0xFB, 0xE6));
-  palette.setColor(QPalette::ToolTipText, QColor(0x1F, 0x29, 0x33));
-  palette.setColor(QPalette::PlaceholderText, QColor(0x7B, 0x87, 0x94));
-  const QColor faded(0x9A, 0xA5, 0xB1);
+  palette.setColor(QPalette::ToolTipText, text);
+  palette.setColor(QPalette::PlaceholderText, faded);
   palette.setColor(QPalette::Disabled, QPalette::WindowText, faded);
   palette.setColor(QPalette::Disabled, QPalette::Text, faded);
   palette.setColor(QPalette::Disabled, QPalette::ButtonText, faded);
-  application.setPalette(palette);
+  return palette;
+}
+
+void SetUpLook(QApplication& application) {
+  application.setStyle(new platform::ControlStyle);
+  application.setWindowIcon(WindowIcon());
+  application.setPalette(ProgramPalette());
 
   QFont font;
   font.setFamilies({QStringLiteral("Liberation Sans"), QStringLiteral("Arial"),

@@ -1,0 +1,106 @@
+#include "core/step_text.h"
+
+#include <cmath>
+#include <utility>
+
+#include "core/number_text.h"
+
+namespace pelmora {
+namespace {
+
+constexpr std::string_view kAngleUnit = "\u00B0";
+constexpr std::string_view kDurationUnit = "ms";
+constexpr int kFields = kChannels + 1;
+constexpr int kHighestPosition = 255;
+constexpr double kLowestAngle = -kCentre / 2.0;
+constexpr double kHighestAngle = (kHighestPosition - kCentre) / 2.0;
+
+// The next line of `text`, which loses it.
+std::string_view TakeLine(std::string_view& text) {
+  const std::size_t end = text.find_first_of("\r\n");
+  const std::string_view line = text.substr(0, end);
+  if (end == std::string_view::npos) {
+    text = {};
+  } else {
+    text.remove_prefix(end + (text.substr(end).starts_with("\r\n") ? 2 : 1));
+  }
+  return line;
+}
+
+std::string_view WithoutUnit(std::string_view field, std::string_view unit) {
+  field = field.substr(0, field.find_last_not_of(' ') + 1);
+  if (field.ends_with(unit)) field.remove_suffix(unit.size());
+  return field;
+}
+
+std::optional<double> Number(std::string_view field, std::string_view unit,
+                             std::string_view decimal_point) {
+  const std::string_view number = WithoutUnit(field, unit);
+  const std::optional<double> value = ParseNumber(number, decimal_point);
+  return value ? value : ParseNumber(number, ".");
+}
+
+std::string AngleFault(std::size_t channel, std::string_view fault) {
+  return "the angle of Ch" + std::to_string(channel) + " is " + std::string(fault);
+}
+
+// Reads one line into `row`; what is wrong with it, otherwise.
+std::optional<std::string> ReadLine(std::string_view line, std::string_view decimal_point,
+                                    EditRow& row) {
+  std::array<std::string_view, kFields> fields;
+  for (std::size_t i = 0; i < fields.size(); ++i) {
+    const std::size_t tab = line.find('\t');
+    fields[i] = line.substr(0, tab);
+    if (tab != std::string_view::npos) {
+      line.remove_prefix(tab + 1);
+    } else if (i + 1 < fields.size()) {
+      return "it has fewer than " + std::to_string(kFields) + " fields";
+    }
+  }
+  for (std::size_t ch = 0; ch < kChannels; ++ch) {
+    const std::optional<double> angle = Number(fields[ch], kAngleUnit, decimal_point);
+    if (!angle) return AngleFault(ch, "no number");
+    if (*angle < kLowestAngle || *angle > kHighestAngle) {
+      return AngleFault(ch, "outside " + AngleText(0, decimal_point) + " to " +
+                                AngleText(kHighestPosition, decimal_point) + " \u00B0");
+    }
+    row[ch] = static_cast<std::int32_t>(std::floor(*angle * 2 + kCentre));
+  }
+  const std::optional<double> duration =
+      Number(fields[kDurationColumn], kDurationUnit, decimal_point);
+  if (!duration) return "the duration is no number";
+  if (*duration < kShortestDuration || *duration > kLongestDuration) {
+    return "the duration is outside " + std::to_string(kShortestDuration) + " to " +
+           std::to_string(kLongestDuration) + " ms";
+  }
+  row[kDurationColumn] = RoundHalfEven(*duration).value_or(kShortestDuration);
+  return std::nullopt;
+}
+
+}  // namespace
+
+std::string FormatStepText(std::span<const EditRow> steps, std::string_view decimal_point) {
+  std::string text;
+  for (const EditRow& step : steps) {
+    for (std::size_t ch = 0; ch < kChannels; ++ch) {
+      text += AngleText(step[ch], decimal_point) + '\t';
+    }
+    text += std::to_string(step[kDurationColumn]) + '\n';
+  }
+  return text;
+}
+
+std::optional<StepTextFault> ReadStepText(std::string_view text, std::string_view decimal_point,
+                                          std::vector<EditRow>& steps) {
+  std::vector<EditRow> read;
+  for (int line = 1; !text.empty(); ++line) {
+    EditRow& row = read.emplace_back();
+    if (auto reason = ReadLine(TakeLine(text), decimal_point, row)) {
+      return StepTextFault{line, std::move(*reason)};
+    }
+  }
+  steps = std::move(read);
+  return std::nullopt;
+}
+
+}  // namespace pelmora

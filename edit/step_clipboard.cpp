@@ -1,0 +1,57 @@
+#include "edit/step_clipboard.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <optional>
+#include <vector>
+
+#include "core/step_line.h"
+#include "core/step_text.h"
+#include "link/serial_port.h"
+
+namespace pelmora {
+
+void StepClipboard::Copy_Click() {
+  if (edited_.ListIndex() >= 0) Put(edited_.ListIndex(), 1);
+}
+
+void StepClipboard::CopySequence_Click() {
+  if (edited_.ListCount() > 0) Put(0, edited_.ListCount());
+}
+
+void StepClipboard::Cut_Click() {
+  if (edited_.ListIndex() < 0) return;
+  const History::Change change(edited_.Changes(), "Cut");
+  Copy_Click();
+  edited_.Remove();
+}
+
+void StepClipboard::Paste_Click() {
+  const std::string text = QGuiApplication::clipboard()->text().toStdString();
+  std::vector<EditRow> steps;
+  if (const auto fault = ReadStepText(text, edited_.DecimalPoint(), steps)) {
+    message_box_.Show(QStringLiteral("Nothing is pasted. Line %1 is no step: %2.")
+                          .arg(fault->line)
+                          .arg(QString::fromStdString(fault->reason)),
+                      kProgramTitle);
+    return;
+  }
+  if (steps.empty()) return;
+  if (steps.size() > static_cast<std::size_t>(kSteps - edited_.ListCount())) {
+    message_box_.Show(TooManyLinesText(), kProgramTitle);
+    return;
+  }
+  std::vector<std::string> lines;
+  for (const EditRow& step : steps) lines.push_back(EditorLine(step, edited_.DecimalPoint()));
+  const History::Change change(edited_.Changes(), "Paste");
+  edited_.Insert(lines);
+}
+
+void StepClipboard::Put(int first_line, int lines) {
+  std::vector<EditRow> steps;
+  for (int line = first_line; line < first_line + lines; ++line) steps.push_back(edited_.Row(line));
+  QGuiApplication::clipboard()->setText(
+      QString::fromStdString(FormatStepText(steps, edited_.DecimalPoint())));
+}
+
+}  // namespace pelmora

@@ -1,0 +1,34 @@
+// Input: a byte that chooses the decimal separator, then a text of the clipboard. Steps that are
+// read are in range and come back from their own text; a refused text changes nothing.
+#include <algorithm>
+
+#include "core/step_text.h"
+#include "fuzz/require.h"
+
+using namespace pelmora;
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+  if (size == 0) return 0;
+  constexpr std::array<std::string_view, 3> kPoints = {".", ",", "\u066B"};
+  const std::string_view point = kPoints[bytes[0] % kPoints.size()];
+  const std::string text(bytes + 1, bytes + size);
+
+  const std::vector<EditRow> untouched = {EditRow{}};
+  std::vector<EditRow> steps = untouched;
+  if (const auto fault = ReadStepText(text, point, steps)) {
+    const auto ends =
+        std::count(text.begin(), text.end(), '\n') + std::count(text.begin(), text.end(), '\r');
+    Require(fault->line >= 1 && fault->line <= ends + 1 && !fault->reason.empty());
+    Require(steps == untouched);
+    return 0;
+  }
+  for (const EditRow& step : steps) {
+    for (std::size_t ch = 0; ch < kChannels; ++ch) Require(step[ch] >= 0 && step[ch] <= 255);
+    Require(step[kDurationColumn] >= kShortestDuration &&
+            step[kDurationColumn] <= kLongestDuration);
+    Require(step[kBreakColumn] == 0);
+  }
+  std::vector<EditRow> again = untouched;
+  Require(!ReadStepText(FormatStepText(steps, point), point, again) && again == steps);
+  return 0;
+}

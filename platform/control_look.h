@@ -1,0 +1,45 @@
+// What the looks of all controls have in common: the corners, the colours of a control in its
+// state, the lamp.
+#pragma once
+
+#include <QColor>
+#include <QPainter>
+#include <QPalette>
+#include <QRectF>
+
+namespace platform {
+
+inline constexpr double kCornerRadius = 4;
+
+struct ControlState {
+  bool enabled = true;
+  bool hovered = false;
+  bool pressed = false;
+  bool focused = false;
+  bool on = false;       // a switch, or a list that is locked on its entry
+  bool waiting = false;  // counts for one that is On
+};
+
+struct ControlColours {
+  QColor face;
+  QColor edge;
+  QColor text;
+  QColor lamp;  // the inside of the lamp: that of the face while it is Off
+  QColor rim;   // around the lamp
+  QColor word;  // "ON" or "OFF"
+};
+
+// Of buttons, switches and closed lists.
+ControlColours ButtonColoursOf(const ControlState& state, const QPalette& palette);
+
+// Of fields: those that take no typing have another ground and hardly an edge.
+ControlColours FieldColoursOf(const ControlState& state, bool read_only, const QPalette& palette);
+
+// A box with the corners that all controls have. The edge is drawn inside `rect`.
+void DrawBox(QPainter& painter, const QRect& rect, const QColor& ground, const QColor& edge,
+             bool focused);
+
+// A lamp in the circle inside `place`.
+void DrawLamp(QPainter& painter, const QRectF& place, const ControlColours& colours, bool lit);
+
+}  // namespace platform

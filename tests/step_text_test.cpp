@@ -1,0 +1,133 @@
+// Steps as text: what is written, what is read, what is refused and why.
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "core/step_line.h"
+#include "core/step_text.h"
+
+namespace pelmora {
+namespace {
+
+constexpr char kComma[] = ",";
+
+// A step with its first and last channel and its duration, the others in the centre.
+EditRow Step(int first, int last, int duration) {
+  EditRow step;
+  step.fill(kCentre);
+  step[0] = first;
+  step[kChannels - 1] = last;
+  step[kDurationColumn] = duration;
+  step[kBreakColumn] = 0;
+  return step;
+}
+
+const std::string kTenCentres = "0\t0\t0\t0\t0\t0\t0\t0\t0\t0\t";
+
+std::string Line(const std::string& first, const std::string& last, const std::string& duration) {
+  return first + '\t' + kTenCentres + last + '\t' + duration;
+}
+
+TEST(StepText, IsANumberInEachFieldAndALineForEachStep) {
+  const std::vector<EditRow> steps = {Step(0, 255, 20), Step(129, 127, 32767)};
+  EXPECT_EQ(FormatStepText(steps, "."),
+            Line("-64", "63.5", "20") + '\n' + Line("0.5", "-0.5", "32767") + '\n');
+  EXPECT_EQ(FormatStepText(steps, kComma),
+            Line("-64", "63,5", "20") + '\n' + Line("0,5", "-0,5", "32767") + '\n');
+  EXPECT_EQ(FormatStepText({}, "."), "");
+}
+
+TEST(StepText, AWholeSequenceIsTheSameThereAndBack) {
+  std::mt19937 random(1);
+  std::vector<EditRow> steps(kSteps);
+  for (EditRow& step : steps) {
+    for (std::size_t ch = 0; ch < kChannels; ++ch) step[ch] = static_cast<int>(random() % 256);
+    step[kDurationColumn] = static_cast<int>(20 + random() % (32767 - 20 + 1));
+    step[kBreakColumn] = 0;
+  }
+  for (const char* point : {".", kComma, "\u066B"}) {
+    std::string text = FormatStepText(steps, point);
+    for (const char* end : {"\n", "\r\n", "\r"}) {
+      std::string other;
+      for (const char letter : text) letter == '\n' ? other += end : other += letter;
+      for (int closed = 0; closed < 2; ++closed) {
+        std::vector<EditRow> read;
+        EXPECT_FALSE(ReadStepText(other, point, read));
+        EXPECT_EQ(read, steps);
+        other.resize(other.size() - std::string_view(end).size());
+      }
+    }
+  }
+}
+
+TEST(StepText, ReadsWhatASpreadsheetOrTheListGives) {
+  const EditRow step = Step(129, 0, 100);
+  struct Case {
+    std::string text;
+    std::vector<EditRow> steps;
+  };
+  const Case cases[] = {
+      {"", {}},
+      {Line("0.5", "-64", "100"), {step}},
+      {Line("0,5", "-64", "100"), {step}},
+      {Line("0,5 °", "-64°", "100 ms"), {step}},
+      {Line(" +0.50  ", "-64.0 ° ", "100  ms"), {step}},
+      {Line("0.5", "-64", "100.0") + "\t", {step}},
+      {Line("0.5", "-64", "100") + "\tBREAK!", {step}},
+      {TableLine(step, kComma), {step}},
+      {WithBreakMark(TableLine(step, kComma)) + "\n", {step}},
+      {WithBreakMark(EditorLine(step, kComma)), {step}},
+      {Line("0.5", "-64", "100") + "\r" + Line("63,5", "0.25", "20\t\t") + "\r\n" +
+           Line("-0.25", "-64", "32767") + "\n",
+       {step, Step(255, 128, 20), Step(127, 0, 32767)}},
+      {Line("0", "0", "20.5") + "\n" + Line("0", "0", "21.5"),
+       {Step(128, 128, 20), Step(128, 128, 22)}},
+  };
+  for (const Case& c : cases) {
+    std::vector<EditRow> read = {Step(1, 2, 3)};
+    const auto fault = ReadStepText(c.text, kComma, read);
+    EXPECT_FALSE(fault) << c.text << ": " << fault->reason;
+    EXPECT_EQ(read, c.steps) << c.text;
+  }
+}
+
+TEST(StepText, RefusesTheWholeTextForOneLineThatIsNoStep) {
+  const std::string good = Line("0", "0", "100");
+  struct Case {
+    std::string line;
+    const char* reason;
+  };
+  const Case cases[] = {
+      {"", "it has fewer than 13 fields"},
+      {"hello", "it has fewer than 13 fields"},
+      {kTenCentres + "0\t0", "it has fewer than 13 fields"},
+      {Line("", "0", "100"), "the angle of Ch0 is no number"},
+      {Line("0", "zero", "100"), "the angle of Ch11 is no number"},
+      {Line("°", "0", "100"), "the angle of Ch0 is no number"},
+      {Line("1.5.5", "0", "100"), "the angle of Ch0 is no number"},
+      {Line("1.000,5", "0", "100"), "the angle of Ch0 is no number"},
+      {Line("0 ms", "0", "100"), "the angle of Ch0 is no number"},
+      {Line("nan", "0", "100"), "the angle of Ch0 is no number"},
+      {Line("-64.01", "0", "100"), "the angle of Ch0 is outside -64 to 63,5 °"},
+      {Line("0", "63,51", "100"), "the angle of Ch11 is outside -64 to 63,5 °"},
+      {Line("0", "0", ""), "the duration is no number"},
+      {Line("0", "0", "100 °"), "the duration is no number"},
+      {Line("0", "0", "1e999"), "the duration is no number"},
+      {Line("0", "0", "19.9"), "the duration is outside 20 to 32767 ms"},
+      {Line("0", "0", "32767.1"), "the duration is outside 20 to 32767 ms"},
+      {Line("0", "0", "-100"), "the duration is outside 20 to 32767 ms"},
+  };
+  for (const Case& c : cases) {
+    const std::vector<EditRow> before = {Step(1, 2, 3)};
+    std::vector<EditRow> read = before;
+    const auto fault =
+        ReadStepText(good + "\n" + good + "\r\n" + c.line + "\r" + good, kComma, read);
+    ASSERT_TRUE(fault) << c.line;
+    EXPECT_EQ(fault->line, 3) << c.line;
+    EXPECT_EQ(fault->reason, c.reason) << c.line;
+    EXPECT_EQ(read, before) << c.line;
+  }
+}
+
+}  // namespace
+}  // namespace pelmora

@@ -1,0 +1,98 @@
+#include "ui/dress_controls.h"
+
+#include <QRect>
+#include <algorithm>
+#include <span>
+#include <vector>
+
+#include "core/declaration.h"
+#include "ui/look.h"
+
+namespace pelmora {
+namespace {
+
+constexpr int kPorts = 8;
+constexpr int kStartDuration = 1000;  // ms, of the step being composed
+constexpr int kDurationStep = 20;     // one tick of the board
+constexpr int kFastDurationStep = 200;
+
+constexpr int kBytesIndent = 6;  // pixels; "OffSet Seq. 15" reaches up to the label beside it
+
+void Colour(QLabel& label, const QColor& colour) {
+  QPalette palette = label.palette();
+  palette.setColor(QPalette::WindowText, colour);
+  label.setPalette(palette);
+}
+
+// The top of a text that stands in the middle of the control.
+int TextTop(const QWidget& control) {
+  return control.y() + (control.height() - control.fontMetrics().height() + 1) / 2;
+}
+
+// Draws the label's text at this height of its panel, so that it shares the baseline of the text
+// beside it, and `indent` pixels from its left edge.
+void PlaceText(QLabel& label, int top, int indent = 0) {
+  label.setAlignment(Qt::AlignLeft | Qt::AlignTop);
+  label.setContentsMargins(indent, std::max(0, top - label.y()), 0, 0);
+}
+
+}  // namespace
+
+void DressControls(const Controls& controls, const platform::PortDirectory& ports) {
+  Colour(*controls.LabelSeq, kSequenceColour);
+  Colour(*controls.LabelStep, kStepColour);
+  Colour(*controls.Label1, kStepColour);
+  PlaceText(*controls.Label1, TextTop(*controls.CWNumEditTimeStep));
+  PlaceText(*controls.LabelByte, TextTop(*controls.LabelByteCapt), kBytesIndent);
+  PlaceText(*controls.LabelOffset, TextTop(*controls.CommandOffset), kBytesIndent);
+  PlaceText(*controls.LabelSeqEmu, TextTop(*controls.CWButtonRealEmu));
+  controls.LabelErase->setAlignment(Qt::AlignCenter);
+  for (std::size_t i = 0; i < kChannels; ++i) {
+    platform::CWSlide& slide = *controls.CWSlide1[i];
+    slide.SetScaleMaximum(255);
+    slide.SetValue(kCentre);
+    // Above the middle of its fields, which are wider.
+    slide.SetAxis(controls.Text1[i]->geometry().center().x() - slide.x());
+  }
+  // Also while a message or a file dialog is open.
+  controls.Quit->setShortcutContext(Qt::ApplicationShortcut);
+  controls.Echo->setFocusPolicy(Qt::StrongFocus);
+  for (platform::PushButton* button :
+       {controls.CommandFlash, controls.CommandRead, controls.CommandErase}) {
+    button->SetDoubleClickPressesOnce(true);
+  }
+  platform::CWNumEdit& duration = *controls.CWNumEditTimeStep;
+  duration.SetScale(kShortestDuration, kLongestDuration, kDurationStep, kFastDurationStep);
+  duration.SetUnit(QStringLiteral(" ms"));
+  duration.SetValue(kStartDuration);
+
+  platform::DropDownList& combo_port = *controls.ComboPort;
+  for (int number = 1; number <= kPorts; ++number) {
+    combo_port.addItem(QStringLiteral("Comm%1").arg(number), number);
+  }
+  combo_port.setCurrentIndex(-1);
+  combo_port.ToolTip = [&ports](int number) {
+    const QString device = ports.DeviceFor(number);
+    return device.isEmpty() ? QStringLiteral("No serial port for this entry now") : device;
+  };
+  combo_port.Pale = [&ports](int number) { return ports.DeviceFor(number).isEmpty(); };
+
+  // A step reads as twelve channels under the sliders above; duration and break mark stand at the
+  // right. Lines from the table have an empty field between those two.
+  const QRect list = controls.ListSequence->geometry();
+  std::vector<platform::ListColumn> columns;
+  for (const platform::TextField* angle : std::span(controls.Text1).last<kChannels>()) {
+    columns.push_back(
+        {angle->mapTo(controls.ListSequence->parentWidget(), QPoint()).x() - list.left(),
+         angle->width() - 1, Qt::AlignHCenter});
+  }
+  const int right = columns.back().left + columns.back().width;
+  const platform::ListColumn mark = {right + 110, 70, Qt::AlignLeft, true};
+  columns.push_back({right + 10, 80, Qt::AlignRight});
+  columns.push_back(mark);
+  columns.push_back(mark);
+  controls.ListSequence->SetColumns(std::move(columns));
+  controls.ListSequence->SetLineNumbers(true);
+}
+
+}  // namespace pelmora

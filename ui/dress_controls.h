@@ -1,0 +1,12 @@
+// What the inventory does not say of the controls: colours, scales, columns, entries.
+#pragma once
+
+#include "platform/port_directory.h"
+#include "ui/controls.h"
+
+namespace pelmora {
+
+// Called once, when the controls have their font. `ports` outlives them.
+void DressControls(const Controls& controls, const platform::PortDirectory& ports);
+
+}  // namespace pelmora

@@ -1,0 +1,56 @@
+// The step list's context menu, and the keys that belong to it: undo and redo, cut, copy and paste,
+// moving and showing a step.
+#pragma once
+
+#include <QAction>
+#include <QKeySequence>
+#include <QList>
+#include <QMenu>
+#include <QObject>
+#include <functional>
+
+#include "edit/edited_sequence.h"
+#include "edit/step_clipboard.h"
+#include "edit/step_list.h"
+#include "edit/undo_commands.h"
+#include "platform/list_box.h"
+
+namespace pelmora {
+
+struct ListMenuHandlers {
+  const EditedSequence& edited;
+  UndoCommands& undo;
+  StepClipboard& clipboard;
+  StepList& step_list;
+};
+
+class ListMenu : public QObject {
+  Q_OBJECT
+ public:
+  // The keys of undo and redo work in the whole window, those of the clipboard in the list. The
+  // handlers outlive the menu, and so does the list.
+  ListMenu(platform::ListBox& list, const ListMenuHandlers& handlers, QObject* parent);
+
+ private:
+  using Action = std::function<void()>;
+
+  QAction* AddItem(const QString& text, Action action);
+  QAction* AddUndoItem(const QString& text, const QList<QKeySequence>& keys, Action action);
+  QAction* AddClipboardItem(const QString& text, const QKeySequence& keys, Action action);
+  void Prepare();
+  void MoveBy(int distance);
+
+  platform::ListBox& list_;
+  const ListMenuHandlers handlers_;
+  QMenu menu_;
+  QAction* undo_ = nullptr;
+  QAction* redo_ = nullptr;
+  QAction* cut_ = nullptr;
+  QAction* copy_ = nullptr;
+  QAction* copy_sequence_ = nullptr;
+  QAction* move_up_ = nullptr;
+  QAction* move_down_ = nullptr;
+  QAction* show_step_ = nullptr;
+};
+
+}  // namespace pelmora

@@ -78,6 +78,14 @@ void Operator::Type(const QString& name, const QString& text, bool enter) {
   if (enter) QTest::keyClick(target, Qt::Key_Return);
 }
 
+void Operator::Hold(QWidget& control, Qt::Key key, Qt::KeyboardModifiers modifiers) {
+  const QString text = key == Qt::Key_Space ? " " : key == Qt::Key_Return ? "\r" : "";
+  for (int i = 0; i < 6; ++i) {
+    QTest::simulateEvent(&control, true, key, modifiers, text, i > 0);
+  }
+  QTest::simulateEvent(&control, false, key, modifiers, text, false);
+}
+
 void Operator::Choose(const QString& name, const QString& entry) {
   auto& combo = Find<QComboBox>(name);
   QTest::mouseClick(&combo, Qt::LeftButton, {}, combo.rect().center());
@@ -112,8 +120,10 @@ void Operator::ClickLine(const QString& list, int line) {
 
 void Operator::DoubleClickLine(const QString& list, int line) {
   ClickLine(list, line);
-  QTest::mouseDClick(Find<QListWidget>(list).viewport(), Qt::LeftButton, {},
-                     LineCentre(list, line));
+  QWidget* view = Find<QListWidget>(list).viewport();
+  const QPoint place = LineCentre(list, line);
+  QTest::mouseDClick(view, Qt::LeftButton, {}, place);
+  QTest::mouseRelease(view, Qt::LeftButton, {}, place);
 }
 
 void Operator::DragLine(const QString& list, int from, int to) {

@@ -35,6 +35,9 @@ class Operator : public QObject {
   // Clicks into a field, replaces its text by typing, and ends with Enter if told to.
   void Type(const QString& name, const QString& text, bool enter = true);
 
+  // Gives a control a key that is held until the keyboard has repeated it five times.
+  static void Hold(QWidget& control, Qt::Key key, Qt::KeyboardModifiers modifiers = {});
+
   // Opens a drop-down list and clicks its entry.
   void Choose(const QString& name, const QString& entry);
 

@@ -17,7 +17,9 @@ void ScriptedMessageBox::Expect(const QString& title, const QString& text,
 }
 
 void ScriptedMessageBox::Show(const QString& text, const QString& title) {
-  if (events_.Ending() || anything_) return;
+  if (events_.Ending()) return;
+  if (Shown) Shown(text);
+  if (anything_) return;
   const QString message = Message(title, text);
   if (expected_.empty()) return complain_("unexpected message: " + message);
   const Expected expected = std::move(expected_.front());

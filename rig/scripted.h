@@ -32,6 +32,8 @@ class ScriptedMessageBox : public platform::MessageBox {
   void ExpectAnything() { anything_ = true; }
   // Messages expected and not yet shown.
   std::size_t Outstanding() const { return expected_.size(); }
+  // Called with the text of each message that is shown.
+  std::function<void(const QString& text)> Shown;
   void Show(const QString& text, const QString& title) override;
 
  private:

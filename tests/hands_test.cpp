@@ -35,15 +35,6 @@ class Hands : public WindowTest {
     QWheelEvent wheel(place, control.mapToGlobal(place), {}, {0, 120 * notches}, {}, {}, {}, false);
     QApplication::sendEvent(&control, &wheel);
   }
-  // The keyboard repeats a key that is held.
-  static void Hold(QWidget& control, Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
-    const QString text = key == Qt::Key_Space ? " " : key == Qt::Key_Return ? "\r" : "";
-    QTest::simulateEvent(&control, true, key, modifiers, text, false);
-    for (int i = 0; i < 5; ++i) {
-      QTest::simulateEvent(&control, true, key, modifiers, text, true);
-    }
-    QTest::simulateEvent(&control, false, key, modifiers, text, false);
-  }
 };
 
 TEST_F(Hands, KeysHeldWithALetterLeaveTheEntryAlone) {
@@ -161,14 +152,14 @@ TEST_F(Hands, HeldKeyPressesOnce) {
         QPair<Qt::Key, Qt::KeyboardModifiers>{Qt::Key_Space, {}},
         QPair<Qt::Key, Qt::KeyboardModifiers>{Qt::Key_R, Qt::AltModifier}}) {
     add(10);
-    Hold(Focus("CommandRem"), key, modifiers);
+    Operator::Hold(Focus("CommandRem"), key, modifiers);
     EXPECT_EQ(Lines().size(), 9) << key;
   }
   for (const auto& [key, modifiers] :
        {QPair<Qt::Key, Qt::KeyboardModifiers>{Qt::Key_Return, {}},
         QPair<Qt::Key, Qt::KeyboardModifiers>{Qt::Key_Space, {}},
         QPair<Qt::Key, Qt::KeyboardModifiers>{Qt::Key_O, Qt::AltModifier}}) {
-    Hold(Focus("CWButtonMainOnOff"), key, modifiers);
+    Operator::Hold(Focus("CWButtonMainOnOff"), key, modifiers);
     EXPECT_EQ(hands->Read("CWButtonMainOnOff"), "On") << key;
     hands->Click("CWButtonMainOnOff");
     ExpectSent({1, 0});

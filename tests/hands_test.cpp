@@ -164,7 +164,7 @@ TEST_F(Hands, HeldKeyPressesOnce) {
     hands->Click("CWButtonMainOnOff");
     ExpectSent({1, 0});
   }
-  Hold(Focus("CommandAdd"), Qt::Key_S, Qt::ControlModifier);
+  Operator::Hold(Focus("CommandAdd"), Qt::Key_S, Qt::ControlModifier);
   EXPECT_EQ(files.requests.size(), 1U);
 }
 

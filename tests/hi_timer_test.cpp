@@ -127,17 +127,5 @@ TEST_F(HiTimerTest, TickMayStopStartWaitOrDestroyTheTimer) {
   EXPECT_EQ(owned, nullptr);
 }
 
-TEST_F(HiTimerTest, OtherEventsGetTheirTurnBesideTheShortestInterval) {
-  int others = 0;
-  QTimer other;
-  QObject::connect(&other, &QTimer::timeout, [&] { ++others; });
-  other.start(10);
-  timer.SetInterval(1);
-  timer.Timer = [] { QThread::msleep(4); };
-  timer.SetEnabled(true);
-  RunEvents(200);
-  EXPECT_GE(others, 8);
-}
-
 }  // namespace
 }  // namespace platform

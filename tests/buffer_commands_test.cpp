@@ -109,12 +109,6 @@ TEST_F(BufferCommands, EverySaveCountsAndStores) {
   ExpectAllEmpty();
 }
 
-TEST_F(BufferCommands, SavingReplacesALongerFile) {
-  const QString path = Make("Pi\u00e8ce \u65e5.dat", QByteArray(100000, 'x'));
-  Save(path, "Data Saved!");
-  EXPECT_EQ(Content(path), EmptyFile());
-}
-
 TEST_F(BufferCommands, AFailedSaveSaysWhy) {
   ComposeExample();
   const QString pipe = Path("pipe");
@@ -170,48 +164,6 @@ TEST_F(BufferCommands, ACancelledLoadLeavesEverythingEmptyWithoutAWord) {
   hands->ChooseMenu("LoadBuffer");
   EXPECT_EQ(files.requests.size(), 1U);
   ExpectAllEmpty();
-}
-
-TEST_F(BufferCommands, EveryTableComesBack) {
-  QByteArray file = "Index\r\n" + QByteArray(" 256 \r\n").repeated(16);
-  unsigned value = 1;
-  const auto next = [&value] { return value = value * 1103515245U + 12345U, value >> 16; };
-  for (int s = 0; s < kSequences; ++s) {
-    file += "Sequence " + QByteArray::number(s) + "\r\n";
-    for (int step = 0; step < kSteps; ++step) {
-      for (int i = 0; i < kChannels; ++i) file += QByteArray::number(next() & 255U) + '\t';
-      file += QByteArray::number(static_cast<std::int16_t>(next())) + "\t\r\n";
-    }
-  }
-  ExpectMessage("Out of memory: too many steps. Max # of bytes is 24064!");
-  Load(Make("full", file), "Data Loaded!");
-  EXPECT_EQ(hands->Read("LabelByte"), "57344 bytes");
-  ExpectMessage("Out of memory: too many steps. Max # of bytes is 24064!");
-  Save(Path("again"), "Data Saved!");
-  EXPECT_EQ(Content(Path("again")), file);
-}
-
-TEST_F(BufferCommands, LoadingWhilePlaybackRuns) {
-  ComposeExample();
-  Connect();
-  hands->Click("CWButtonEmuPC");
-  files.answer = Make("a", QByteArray::fromStdString(ExampleFile()));
-  box.Expect("Load", "Data Loaded!", [this] {
-    timer.Elapse();
-    EXPECT_EQ(Selected(), 0);
-  });
-  Trigger("LoadBuffer");
-  timer.Elapse();
-  EXPECT_EQ(Selected(), 1);
-  EXPECT_EQ(timer.Wait(), 1000);
-  box.Expect("Load", kFormatError, [this] {
-    timer.Elapse();
-    EXPECT_EQ(hands->Read("CWButtonEmuPC"), "Off");
-  });
-  files.answer = Path("none");
-  Trigger("LoadBuffer");
-  EXPECT_FALSE(timer.Enabled());
-  EXPECT_TRUE(Enabled("CWButtonRealEmu"));
 }
 
 }  // namespace

@@ -110,7 +110,14 @@ constexpr Item kItems[] = {
 // clang-format on
 
 TEST_F(ControlTable, EveryControlStandsInItsPlaceWithItsText) {
+  EXPECT_EQ(form->windowTitle(), "Pelmora V 3.0");
   EXPECT_EQ(form->centralWidget()->size(), QSize(849, 674));
+  EXPECT_EQ(form->minimumSize(), form->maximumSize());
+  EXPECT_EQ(timer.Interval(), 20);
+  for (int i = 0; i < 12; ++i) EXPECT_EQ(hands->Read(QString("CWSlide1_%1").arg(i)), "128");
+  for (const char* name : {"CWButtonMainOnOff", "CWButtonEmuPC", "CWButtonRealEmu"}) {
+    EXPECT_EQ(hands->Read(name), "Off");
+  }
   for (const Control& c : kControls) {
     SCOPED_TRACE(c.name);
     QWidget& control = hands->Find<QWidget>(c.name);

@@ -92,49 +92,6 @@ TEST_F(ControlsTest, EachChangeOfAValueIsAnnouncedOnceInsideTheAssignment) {
   }
 }
 
-TEST_F(ControlsTest, HandlerMayTakeASwitchBack) {
-  CWButton button("PC Emu");
-  std::vector<bool> announced;
-  QObject::connect(&button, &CWButton::toggled, [&](bool on) {
-    announced.push_back(on);
-    button.setChecked(false);
-  });
-  QTest::mouseClick(&button, Qt::LeftButton);
-  EXPECT_EQ(announced, (std::vector<bool>{true, false}));
-  EXPECT_FALSE(button.isChecked());
-}
-
-TEST_F(ControlsTest, NumericEntriesAreCorrectedWhenComplete) {
-  CWNumEdit number(&window);
-  QLineEdit other(&window);
-  number.SetScale(20, 32767, 20, 1000);
-  number.SetUnit(" ms");
-  ShowWindow();
-  struct Case {
-    const char* typed;
-    int value;
-  };
-  const Case cases[] = {{"1500", 1500}, {"5", 20},  {"40000", 32767}, {"99999999999", 32767},
-                        {"abc", 1000},  {"", 1000}, {"-5", 20}};
-  for (const bool enter : {true, false}) {
-    for (const Case& c : cases) {
-      number.setValue(1000);
-      number.setFocus();
-      number.selectAll();
-      QTest::keyClick(&number, Qt::Key_Delete);
-      QTest::keyClicks(&number, c.typed);
-      EXPECT_EQ(number.value(), 1000) << c.typed << " counts before it is complete";
-      if (enter) {
-        QTest::keyClick(&number, Qt::Key_Enter);
-      } else {
-        other.setFocus();
-      }
-      EXPECT_EQ(number.Value(), c.value) << c.typed;
-      EXPECT_EQ(number.text(), QString::number(c.value) + " ms") << c.typed;
-    }
-  }
-}
-
 TEST_F(ControlsTest, FaderFollowsTheMouseWhereItIsDrawn) {
   CWSlide slide(&window);
   slide.SetScaleMaximum(255);

@@ -53,11 +53,6 @@ TEST_F(StepFields, LeavingAFieldCommitsBeforeTheButtonThatTakesTheFocusActs) {
   EXPECT_TRUE(Lines()[1].startsWith("5 °\t-10 °\t"));
 }
 
-TEST_F(StepFields, AngleDisplaysTakeNoTyping) {
-  hands->Type("Text1_14", "12");
-  EXPECT_EQ(hands->Read("Text1_14"), "0 °");
-}
-
 TEST_F(StepFields, ResetCentresEveryChannelAndNothingElse) {
   AddStep(0, 7, 340);
   AddStep(11, 250, 340);
@@ -65,16 +60,6 @@ TEST_F(StepFields, ResetCentresEveryChannelAndNothingElse) {
   for (int i = 0; i < 12; ++i) EXPECT_EQ(hands->Read(QString("Text1_%1").arg(i)), "0");
   EXPECT_EQ(hands->Read("CWNumEditTimeStep"), "340 ms");
   EXPECT_EQ(Lines().size(), 2);
-}
-
-TEST_F(StepFields, MiddleOfTheListIsShownAgainByDoubleClick) {
-  AddStep(0, 200, 500);
-  AddStep(0, 100, 700);
-  hands->Click("CommandUpdate");
-  hands->DoubleClickLine("ListSequence", 0);
-  EXPECT_EQ(hands->Read("Text1_0"), "72");
-  EXPECT_EQ(hands->Read("CWNumEditTimeStep"), "500 ms");
-  EXPECT_EQ(hands->Read("LabelStep"), "Step N° 0");
 }
 
 class StepList : public WindowTest {
@@ -195,16 +180,6 @@ TEST_F(StepList, DraggingMovesALineWithItsBreakpoint) {
   EXPECT_EQ(Data().EditBuffer[0][0], 130);
 }
 
-TEST_F(StepList, ASelectionMadeDuringAClickMovesNothing) {
-  AddSteps(4);
-  auto& list = hands->Find<platform::ListBox>("ListSequence");
-  const QPoint place = list.visualItemRect(list.item(1)).center();
-  QTest::mousePress(list.viewport(), Qt::LeftButton, {}, place);
-  hands->Find<platform::PushButton>("CommandUp").click();
-  QTest::mouseRelease(list.viewport(), Qt::LeftButton, {}, place);
-  EXPECT_EQ(Order(), "0123");
-}
-
 TEST_F(StepList, ClearSequenceLeavesTheTableUntilTheNextStore) {
   AddSteps(2);
   hands->Click("CommandClear");
@@ -213,17 +188,6 @@ TEST_F(StepList, ClearSequenceLeavesTheTableUntilTheNextStore) {
   EXPECT_EQ(Data().SeqSteps[0], 2);
   hands->Click("CommandMoreSeq");
   EXPECT_EQ(Data().SeqSteps[0], 0);
-}
-
-TEST_F(StepList, ClearAllEmptiesEverySequence) {
-  AddSteps(2);
-  hands->Click("CommandMoreSeq");
-  AddSteps(1);
-  hands->Click("CommandClearAll");
-  EXPECT_EQ(Data().CurSeq, 0);
-  EXPECT_EQ(Data().SeqSteps[0] + Data().SeqSteps[1], 0);
-  EXPECT_EQ(hands->Read("LabelSeq"), "Sequence N° 0");
-  EXPECT_TRUE(Lines().isEmpty());
 }
 
 class Navigation : public StepList {};
@@ -273,29 +237,6 @@ TEST_F(Navigation, WarnsEveryTimeTheCapacityIsExceeded) {
   EXPECT_EQ(hands->Read("LabelByte"), "24066 bytes");
   ExpectMessage(warning);
   hands->Click("CommandMoreSeq");
-}
-
-// The user's locale has a decimal comma.
-class CommaLocale : public WindowTest {
- protected:
-  struct Locale {
-    Locale() { QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany)); }
-    ~Locale() { QLocale::setDefault(QLocale::c()); }
-  };
-};
-
-TEST_F(CommaLocale, FieldsLinesAndReadingBackUseTheComma) {
-  const Locale german;
-  Restart();
-  AddStep(0, 129, 12340);
-  EXPECT_EQ(hands->Read("Text1_12"), "0,5 °");
-  EXPECT_EQ(hands->Read("CWNumEditTimeStep"), "12340 ms");
-  EXPECT_TRUE(Lines()[0].startsWith("0,5 °\t"));
-  EXPECT_TRUE(Lines()[0].endsWith("\t12340 ms"));
-  EXPECT_EQ(Data().EditBuffer[0][0], 129);
-  hands->Click("CommandMoreSeq");
-  hands->Click("CommandLessSeq");
-  EXPECT_TRUE(Lines()[0].startsWith("0,5 °\t"));
 }
 
 }  // namespace

@@ -98,24 +98,6 @@ TEST_F(Interpolate, WorkedCases) {
   }
 }
 
-TEST_F(Interpolate, ChangesListAndEditBufferButStoresNothing) {
-  Compose("128/100 148/200 128/300");
-  Open(0);
-  Ask(kNext, 2);
-  ASSERT_TRUE(Closes());
-  EXPECT_EQ(Lines()[1], "5 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t40 ms");
-  constexpr int rows[][2] = {{128, 60}, {138, 40}, {148, 200}, {128, 300}};
-  for (std::size_t i = 0; i < 4; ++i) {
-    EXPECT_EQ(Data().EditBuffer[i][0], rows[i][0]);
-    EXPECT_EQ(Data().EditBuffer[i][kDurationColumn], rows[i][1]);
-  }
-  EXPECT_EQ(Data().SeqSteps[0], 3);
-  EXPECT_EQ(hands->Read("LabelByte"), "42 bytes");
-  hands->Click("CommandMoreSeq");
-  EXPECT_EQ(Data().SeqSteps[0], 4);
-  EXPECT_EQ(Data().SeqTable[0].Position[1][0], 138);
-}
-
 TEST_F(Interpolate, BreakpointsStayWithTheirLines) {
   Compose("128/100 148/200 128/300 148/300");
   for (const int line : {1, 3}) {
@@ -149,45 +131,6 @@ TEST_F(Interpolate, OffersTheNeighboursThatThereAre) {
     hands->Click("CancelButton");
     ASSERT_TRUE(Closes());
   }
-}
-
-TEST_F(Interpolate, OpensOnASelectedLineOfAtLeastTwo) {
-  hands->Click("CommandInterpolate");
-  EXPECT_FALSE(IsOpen());
-  Compose("128/100");
-  hands->Click("CommandInterpolate");
-  EXPECT_FALSE(IsOpen());
-  Compose("128/100");
-  Select(-1);
-  hands->Click("CommandInterpolate");
-  EXPECT_FALSE(IsOpen());
-  ExpectLocked(false);
-}
-
-TEST_F(Interpolate, TheCountKeepsToItsRange) {
-  Compose("128/3000 148/100");
-  Open(0);
-  struct Case {
-    const char* typed;
-    const char* count;
-  };
-  for (const Case& c : {Case{"0", "1"},
-                        {"100", "100"},
-                        {"101", "10"},
-                        {"-3", "3"},
-                        {"2.5", "25"},
-                        {"7", "7"},
-                        {"", "7"}}) {
-    hands->Type("CWNumEditInterp", c.typed, false);
-    QTest::keyClick(&hands->Find<QWidget>("CWNumEditInterp"), Qt::Key_Tab);
-    EXPECT_EQ(hands->Read("CWNumEditInterp"), c.count) << c.typed;
-  }
-  QTest::keyClick(&hands->Find<QWidget>("CWNumEditInterp"), Qt::Key_PageUp);
-  QTest::keyClick(&hands->Find<QWidget>("CWNumEditInterp"), Qt::Key_Up);
-  EXPECT_EQ(hands->Read("CWNumEditInterp"), "13");
-  hands->Type("CWNumEditInterp", "3");  // Enter is OK
-  ASSERT_TRUE(Closes());
-  EXPECT_EQ(Lines().size(), 4);
 }
 
 TEST_F(Interpolate, RefusalsChangeNothingAndLeaveTheDialogOpen) {
@@ -264,22 +207,6 @@ TEST_F(Interpolate, LocksTheMainWindowUntilItCloses) {
   EXPECT_TRUE(events.Ending());
 }
 
-TEST_F(Interpolate, APortLostMeanwhileLeavesNothingLocked) {
-  Compose("128/100 148/100");
-  Connect();
-  hands->Click("CWButtonEmuPC");
-  Open(0);
-  ExpectLoss();
-  board.Unplug();
-  ASSERT_TRUE(hands->WaitUntil([&] { return box.Outstanding() == 0; }));
-  ExpectLocked(true);
-  hands->Click("CancelButton");
-  ASSERT_TRUE(Closes());
-  for (const char* name : {"ComboPort", "CWButtonEmuPC", "CWButtonRealEmu", "CWButtonMainOnOff"}) {
-    EXPECT_TRUE(Enabled(name)) << name;
-  }
-}
-
 TEST_F(Interpolate, PlaybackThatMovesTheSelectionIsTakenIntoAccount) {
   Compose("128/100 148/100 158/100");
   Connect();
@@ -303,17 +230,6 @@ TEST_F(Interpolate, PlaybackThatMovesTheSelectionIsTakenIntoAccount) {
   EXPECT_EQ(timer.Wait(), 40);
   EXPECT_EQ(hands->Read("CWButtonEmuPC"), "On");
   EXPECT_FALSE(Enabled("CWButtonRealEmu"));
-}
-
-TEST_F(Interpolate, WritesAnglesWithTheLocalesComma) {
-  QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
-  Restart();
-  QLocale::setDefault(QLocale::c());
-  Compose("129/100 149/100");
-  Open(0);
-  Ask(kNext, 4);
-  ASSERT_TRUE(Closes());
-  EXPECT_EQ(Steps(), "0,5/20 3/40 5,5/20 8/20 10,5/100");
 }
 
 TEST_F(Interpolate, GoesWithItsWindow) {

@@ -103,24 +103,6 @@ TEST_F(Live, SliderSendsCodeAndPositionOfItsChannel) {
   EXPECT_EQ(hands->Read("Text1_9"), "71");
 }
 
-TEST_F(Live, BytesLeaveInsideTheHandler) {
-  Connect();
-  SetSlider(3, 5);
-  // No event is processed between the assignment and this look at the other end.
-  EXPECT_TRUE(board.WaitForBytes(2, std::chrono::milliseconds(1000)));
-}
-
-TEST_F(Live, KeysMoveASliderByOneAndByTen) {
-  Connect();
-  auto& slider = hands->Find<QWidget>("CWSlide1_0");
-  slider.setFocus();
-  QTest::keyClick(&slider, Qt::Key_PageUp);
-  QTest::keyClick(&slider, Qt::Key_Down);
-  ExpectSent({8, 138, 8, 137});
-  EXPECT_EQ(hands->Read("Text1_0"), "9");
-  EXPECT_EQ(hands->Read("Text1_12"), Local("4.5 °"));
-}
-
 TEST_F(Live, ADragSendsOnePairForEachReportedValue) {
   Connect();
   auto& slide = hands->Find<platform::CWSlide>("CWSlide1_9");
@@ -145,13 +127,6 @@ TEST_F(Live, ShowingAStepSendsOnlyTheChannelsThatChange) {
   ExpectSent({41, 10});
   hands->Click("CommandUpdate");
   ExpectSent({41, 128});
-}
-
-TEST_F(Live, SwitchSendsOnAndOff) {
-  Connect();
-  hands->Click("CWButtonMainOnOff");
-  hands->Click("CWButtonMainOnOff");
-  ExpectSent({1, 0});
 }
 
 TEST_F(Live, ResetSendsResetFirstAndTurnsEverySwitchOff) {

@@ -88,15 +88,6 @@ TEST_F(ListBoxTest, SelectionFollowsThePressedPointer) {
   }
 }
 
-TEST_F(ListBoxTest, OneGestureEndsWithItsLastButton) {
-  Press(On(1));
-  Press(On(2), Qt::RightButton);
-  Release(On(2));
-  EXPECT_EQ(Happened(), "down 1");
-  Release(On(3), Qt::RightButton);
-  EXPECT_EQ(Happened(), "up 3");
-}
-
 TEST_F(ListBoxTest, PressBesideTheLinesLeavesTheSelection) {
   while (list.ListCount() > 3) list.RemoveItem(3);
   list.SetListIndex(2);
@@ -447,23 +438,6 @@ class ListLook : public ListBoxTest {
   }
   LineColours Colours(const LineState& state) { return ColoursOf(state, list.palette()); }
 };
-
-TEST_F(ListLook, StripesBelongToTheLines) {
-  EXPECT_EQ(Ground(0), QColor(Qt::white));
-  EXPECT_NE(Ground(1), Ground(0));
-  const QColor fifth = Ground(5);
-  Wheel({20, 20}, 1);
-  EXPECT_NE(Top(), 0);
-  EXPECT_EQ(Ground(5), fifth);
-}
-
-TEST_F(ListLook, EqualFieldsStandUnderEachOther) {
-  list.SetList(0, "a\t100 ms");
-  list.SetList(2, "a\t100  ms\t");
-  list.SetList(4, "b\t10 ms");
-  EXPECT_EQ(Part(0, 0, 150), Part(2, 0, 150));
-  EXPECT_NE(Part(0, 64, 150), Part(4, 64, 150));
-}
 
 TEST_F(ListLook, AStrongColumnAndTheNumberStandOut) {
   list.SetList(0, "a\tb\tSTOP");

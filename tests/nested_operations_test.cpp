@@ -1,7 +1,5 @@
 // What the operator presses inside the waits of the flash operations: a read shows what the board
 // holds all the same, and every wait can be ended.
-#include <QFile>
-#include <QTemporaryDir>
 #include <QtTest/QTest>
 
 #include "tests/flash_fixture.h"
@@ -11,92 +9,33 @@ namespace {
 
 using namespace std::chrono_literals;
 
-struct Pressed {
-  const char* name;
-  std::function<void(ProgramWithBoard&)> press;
-};
-
-void PrintTo(const Pressed& pressed, std::ostream* out) {
-  *out << pressed.name;
-}
-
-class DuringStepData : public FlashTest, public testing::WithParamInterface<Pressed> {};
-
-const QTemporaryDir& Folder() {
-  static const QTemporaryDir folder;
-  return folder;
-}
+class NestedOperations : public FlashTest {};
 
 // The announced data is short of its last byte while the operator is at work.
-TEST_P(DuringStepData, TheTableIsTheBoardsAfterwards) {
+TEST_F(NestedOperations, AReadShowsTheBoardsTableWhateverIsPressedMeanwhile) {
   const Sequences sequences = RandomSequences(31, 120);
   const Bytes data = StepDataOf(sequences);
   FillFlash(sequences);
   Connect();
-  board.SetFaults({.cut_reply_at = 66 + data.size() - 1});
-  const int nearly = static_cast<int>(data.size()) - 1;
-  hands->When([this, nearly] { return Bar() == nearly; },
-              [&] {
-                GetParam().press(*this);
-                ExpectMessage(kReadText);
-                board.Send({data.back()});
-              });
-  Read();
-  EXPECT_EQ(Table(), sequences);
-  EXPECT_EQ(Lines().size(), static_cast<int>(sequences[0].size()));
-  EXPECT_EQ(hands->Read("LabelSeq"), "Sequence N° 0");
-  ExpectAtRest();
-}
-
-void LoadAnotherFile(ProgramWithBoard& t) {
-  QFile file(Folder().filePath("other.dat"));
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  file.write(QByteArray::fromStdString(ExampleFile()));
-  file.close();
-  t.files.answer = file.fileName();
-  t.box.Expect("Load", "Data Loaded!");
-  t.Trigger("LoadBuffer");
-}
-
-const Pressed kPressed[] = {
-    {"NextSequence", [](ProgramWithBoard& t) { t.hands->Click("CommandMoreSeq"); }},
-    {"Add", [](ProgramWithBoard& t) { t.AddStep(3, 200, 100); }},
-    {"ClearAll", [](ProgramWithBoard& t) { t.hands->Click("CommandClearAll"); }},
-    {"SaveCancelled", [](ProgramWithBoard& t) { t.Trigger("SaveBuffer"); }},
-    {"LoadCancelled", [](ProgramWithBoard& t) { t.Trigger("LoadBuffer"); }},
-    {"Load", LoadAnotherFile},
-};
-
-INSTANTIATE_TEST_SUITE_P(Pressed, DuringStepData, testing::ValuesIn(kPressed),
-                         [](const auto& row) { return std::string(row.param.name); });
-
-class NestedOperations : public FlashTest {
- protected:
-  void ExpectAbortOffered() {
-    EXPECT_TRUE(hands->WaitUntil([this] { return Enabled("Command1"); }));
+  const std::function<void()> pressed[] = {
+      [this] { hands->Click("CommandMoreSeq"); },  [this] { AddStep(3, 200, 100); },
+      [this] { hands->Click("CommandClearAll"); }, [this] { Trigger("SaveBuffer"); },
+      [this] { Trigger("LoadBuffer"); },  // cancelled
+      [this] { Load(ExampleSequences()); }};
+  for (const std::function<void()>& press : pressed) {
+    board.SetFaults({.cut_reply_at = 66 + data.size() - 1});
+    hands->When([&] { return Reading() && Bar() == static_cast<int>(data.size()) - 1; },
+                [&] {
+                  press();
+                  ExpectMessage(kReadText);
+                  board.Send({data.back()});
+                });
+    Read();
+    EXPECT_EQ(Table(), sequences);
+    EXPECT_EQ(Lines().size(), static_cast<int>(sequences[0].size()));
+    EXPECT_EQ(hands->Read("LabelSeq"), "Sequence N° 0");
+    ExpectAtRest();
   }
-};
-
-TEST_F(NestedOperations, ASaveDuringAReadWritesNoCountBeyondWhatASequenceHolds) {
-  const QString path = Folder().filePath("counts.dat");
-  std::array<std::uint8_t, 66> lie{0, 28, 1, 44};  // 300 steps in sequence 0
-  Connect();
-  board.SetFlash(HeaderFor(28), Bytes(28));
-  board.SetFaults({.cut_reply_at = 70, .lying_header = lie});
-  hands->When([this] { return Bar() == 4; },
-              [&] {
-                hands->Click("CommandMoreSeq");
-                hands->Click("CommandLessSeq");
-                files.answer = path;
-                box.Expect("Save", "Data Saved!");
-                Trigger("SaveBuffer");
-                ExpectMessage(kReadingErrorText);
-                Abort();
-              });
-  Read();
-  QFile file(path);
-  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-  for (int line = 0; line < 17; ++line) EXPECT_LE(file.readLine().trimmed().toInt(), 256);
 }
 
 // A read that was aborted inside the first one's wait has set the line up for single bytes.

@@ -28,9 +28,6 @@ using rig::Bytes;
 constexpr int kStartLimit = 20000;  // ms
 constexpr int kEndLimit = 5000;
 
-// Height of a line in the step list at the program's font.
-constexpr int kLineHeight = 19;
-
 class Outside : public testing::Test {
  protected:
   void SetUp() override {
@@ -123,13 +120,6 @@ class Outside : public testing::Test {
     XDoTool({"click", "--repeat", QString::number(times), "--delay", "60", "1"});
     Pause();
   }
-  void Drag(const QPoint& from, const QPoint& to) {
-    MoveTo(from);
-    XDoTool({"mousedown", "1"});
-    for (int stage = 1; stage <= 4; ++stage) MoveTo(from + (to - from) * stage / 4);
-    XDoTool({"mouseup", "1"});
-    Pause();
-  }
   void Key(const QString& key) {
     XDoTool({"key", key});
     Pause();
@@ -149,10 +139,6 @@ class Outside : public testing::Test {
     Click(Place("Text1", channel));
     XDoTool({"key", "ctrl+a"});
     XDoTool({"type", "--", offset});
-  }
-
-  QPoint Line(int line) const {
-    return Place("ListSequence", 0, QPoint(200, 2 + kLineHeight * line + kLineHeight / 2));
   }
 
   // Waits for the program's end by itself; its exit status, and how long it took.
@@ -184,46 +170,6 @@ class Outside : public testing::Test {
   int left_ = 0;
   int top_ = 0;
 };
-
-TEST_F(Outside, DragsASliderAddsStepsAndMovesALine) {
-  StartDemo({});
-  ChoosePort("Home");
-  Click(Place("CWButtonMainOnOff"));
-  const QPoint handle = Place("CWSlide1", 3, QPoint(16, 273 / 2 + 8));
-  Drag(handle, handle - QPoint(0, 60));
-  Click(Place("CommandAdd"));
-  TypeOffset(3, "-20");
-  Key("Return");
-  Click(Place("CommandAdd"));
-  TypeOffset(3, "-40");
-  Key("alt+a");  // commits the field, then adds
-  Drag(Line(2), Line(0));
-  for (int line = 0; line < 3; ++line) {
-    Click(Line(line), 2);
-    QThread::msleep(500);
-  }
-  Key("ctrl+q");
-  ExpectEnd();
-
-  const QList<int> bytes = Received();
-  QStringList shown;
-  for (const int byte : bytes) shown.append(QString::number(byte));
-  SCOPED_TRACE(shown.join(" ").toStdString());
-  ASSERT_GT(bytes.size(), 12);
-  EXPECT_EQ(bytes.first(), 1);
-  EXPECT_EQ(bytes.last(), 0);
-  QList<int> positions;
-  for (qsizetype i = 1; i + 1 < bytes.size() - 1; i += 2) {
-    EXPECT_EQ(bytes[i], 11) << "only channel 3 was moved";
-    positions.append(bytes[i + 1]);
-  }
-  // The drag went up in steps to somewhere near 128 + 60; the lines then show in their new order.
-  const auto dragged = positions.indexOf(108) - 1;
-  ASSERT_GE(dragged, 3);
-  EXPECT_NEAR(positions[dragged], 188, 8);
-  for (qsizetype i = 1; i <= dragged; ++i) EXPECT_GT(positions[i], positions[i - 1]);
-  EXPECT_EQ(positions.mid(dragged + 1), (QList<int>{108, 88, positions[dragged], 108}));
-}
 
 TEST_F(Outside, QuitEndsTheProgramAtOnceWhileAnEraseWaitsForASilentBoard) {
   StartDemo({"--silent"});

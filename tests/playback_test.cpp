@@ -178,15 +178,6 @@ TEST_F(BoardPlays, OnWhileTheOperatorWorks) {
   ExpectIdle();
 }
 
-TEST_F(BoardPlays, NotWhileThePCPlays) {
-  Compose({100, 200});
-  hands->ChooseMenu("Emu");
-  Play(0);
-  hands->Click(kRealEmu);
-  EXPECT_FALSE(On(kRealEmu));
-  ExpectSent({});
-}
-
 TEST_F(Playback, ResetStopsItRunningAndHalted) {
   Compose({100, 200});
   Play(0);
@@ -262,102 +253,6 @@ TEST_F(Playback, EndsWithTheWindow) {
   EXPECT_FALSE(timer.Enabled());
   timer.Elapse();
   ExpectSent({0, 0});
-}
-
-// Something that the operator does while playback runs on three steps, step 1 being shown.
-struct Disturbance {
-  const char* name;
-  std::function<void(Playback&)> happen;
-};
-
-void PrintTo(const Disturbance& disturbance, std::ostream* out) {
-  *out << disturbance.name;
-}
-
-class Disturbed : public Playback, public testing::WithParamInterface<Disturbance> {};
-
-void Click(Playback& test, const char* button, int times = 1) {
-  for (int i = 0; i < times; ++i) test.hands->Click(button);
-}
-
-// Clicks a flash command, which ends with the last of these messages. Two ticks come in each of
-// its waits for the board.
-void DuringFlash(Playback& test, const char* button, const std::vector<const char*>& messages) {
-  simboard::Faults slow;
-  slow.reply_delay = std::chrono::milliseconds(30);
-  test.board.SetFaults(slow);
-  std::size_t waits = 0;
-  for (std::size_t left = messages.size(); left > 0; --left) {
-    const auto waiting = [&test, left] { return test.Waiting() && test.box.Outstanding() == left; };
-    test.hands->When(waiting, [&test, &waits] {
-      test.timer.Elapse();
-      test.timer.Elapse();
-      ++waits;
-    });
-  }
-  for (const char* message : messages) test.box.Expect("Program", message);
-  test.hands->Click(button);
-  EXPECT_EQ(waits, messages.size());
-}
-
-const Disturbance kDisturbances[] = {
-    {"Add", [](Playback& t) { Click(t, "CommandAdd", 2); }},
-    {"RemoveAll", [](Playback& t) { Click(t, "CommandRem", 3); }},
-    {"Replace", [](Playback& t) { Click(t, "CommandReplace"); }},
-    {"ClearSequence", [](Playback& t) { Click(t, "CommandClear"); }},
-    {"ClearAll", [](Playback& t) { Click(t, "CommandClearAll"); }},
-    {"OtherSequence", [](Playback& t) { Click(t, "CommandMoreSeq"); }},
-    {"ThereAndBack", [](Playback& t) { Click(t, "CommandMoreSeq"), Click(t, "CommandLessSeq"); }},
-    {"SelectNone", [](Playback& t) { t.Select(-1); }},
-    {"SelectLast", [](Playback& t) { t.Select(2); }},
-    {"DragLine", [](Playback& t) { t.hands->DragLine("ListSequence", 2, 0); }},
-    {"BreakHere", [](Playback& t) { Click(t, "CommandBrk"); }},
-    {"Erase", [](Playback& t) { DuringFlash(t, "CommandErase", {"Data Flash Erased"}); }},
-    {"Program",
-     [](Playback& t) {
-       DuringFlash(t, "CommandFlash", {"Data Flash Erased", "Data Flash Programmed!"});
-     }},
-    {"ReadNothing", [](Playback& t) { DuringFlash(t, "CommandRead", {"Nothing to Read!"}); }},
-    {"LoadCancelled", [](Playback& t) { t.Trigger("LoadBuffer"); }},
-    {"SaveCancelled", [](Playback& t) { t.Trigger("SaveBuffer"); }},
-    {"BoardReset", [](Playback& t) { t.Trigger("Resetting"); }},
-    {"SwitchedOff", [](Playback& t) { Click(t, kEmuPC); }},
-};
-
-std::string NameOf(const testing::TestParamInfo<Disturbance>& info) {
-  return info.param.name;
-}
-
-INSTANTIATE_TEST_SUITE_P(Playback, Disturbed, testing::ValuesIn(kDisturbances), NameOf);
-
-TEST_P(Disturbed, GoesOnOrStopsAndLeavesNothingLocked) {
-  Compose({100, 200, 300});
-  Play(0);
-  ExpectTick(1);
-  GetParam().happen(*this);
-  for (int tick = 0; tick < 5; ++tick) {
-    LetLineRest();
-    timer.Elapse();
-    if (!timer.Enabled()) continue;
-    EXPECT_TRUE(On(kEmuPC));
-    ASSERT_GE(Selected(), 0);
-    EXPECT_EQ(timer.Wait(),
-              Data().EditBuffer[static_cast<std::size_t>(Selected())][kDurationColumn]);
-  }
-  EXPECT_FALSE(Lines().isEmpty() && On(kEmuPC));
-  if (On(kEmuPC)) hands->Click(kEmuPC);
-  ExpectIdle();
-  Sent(0);
-  timer.Elapse();
-  ExpectSent({});
-  // The next playback is like the first.
-  hands->Click("CommandClearAll");
-  Compose({100, 200, 300});
-  Select(0);
-  Sent(0);
-  hands->Click(kEmuPC);
-  ExpectRunning();
-  ExpectTick(1);
 }
 
 }  // namespace

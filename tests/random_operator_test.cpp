@@ -2,7 +2,7 @@
 // program must be in a state that makes sense. PELMORA_SEED and PELMORA_ACTIONS replay a run. What
 // the actions have brought about is counted: a run in which a kind of them did nothing has tested
 // nothing.
-#include <QAction>
+#include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
 #include <QDialog>
@@ -21,21 +21,24 @@
 
 #include "core/step_line.h"
 #include "platform/list_box.h"
-#include "tests/window_fixture.h"
+#include "tests/sequence_view.h"
 
 namespace pelmora {
 namespace {
 
 constexpr std::uint32_t kSeed = 20261122;
-constexpr int kActions = 3000;
-constexpr int kEnough = 20;  // times that each effect must have been seen in a run of so many
+constexpr int kActions = 3600;
+constexpr int kEnough = 15;  // times that each effect must have been seen in a run of so many
 constexpr int kLinesInView = 13;
+constexpr int kLongRun = 10;   // steps of undo
 constexpr int kGlance = 20;    // ms between his looks at what is going on
 constexpr int kPatience = 40;  // ms that the operator lets an operation wait
 constexpr int kLongPatience = 800;
 
 class RandomOperator : public WindowTest {
  protected:
+  using Self = RandomOperator;
+
   RandomOperator() : list_(hands->Find<platform::ListBox>("ListSequence")) {
     box.ExpectAnything();
     box.Shown = [this](const QString& text) {
@@ -55,6 +58,8 @@ class RandomOperator : public WindowTest {
     LosePatience();
   }
 
+  ~RandomOperator() override { box.Shown = nullptr; }
+
   int Random(int below) { return static_cast<int>(random_.bounded(below)); }
   int Count() const { return list_.ListCount(); }
   bool Connected() const { return !Enabled("ComboPort"); }
@@ -69,9 +74,8 @@ class RandomOperator : public WindowTest {
   void Act() {
     struct Action {
       int weight;
-      void (RandomOperator::*act)();
+      void (Self::*act)();
     };
-    using Self = RandomOperator;
     static constexpr Action kinds[] = {{12, &Self::PressAnyButton},
                                        {6, &Self::Add},
                                        {3, &Self::MoveFader},
@@ -83,15 +87,15 @@ class RandomOperator : public WindowTest {
                                        {3, &Self::HoldKeyInList},
                                        {1, &Self::HoldRemove},
                                        {3, &Self::SelectAny},
-                                       {8, &Self::Play},
+                                       {13, &Self::Play},
                                        {6, &Self::Tick},
-                                       {3, &Self::BoardPlays},
+                                       {4, &Self::BoardPlays},
                                        {6, &Self::Operate},
                                        {3, &Self::TryToConnect},
                                        {1, &Self::Pull},
-                                       {2, &Self::SaveOrLoad},
+                                       {4, &Self::SaveOrLoad},
                                        {5, &Self::Interpolate},
-                                       {3, &Self::Undo},
+                                       {2, &Self::Undo},
                                        {2, &Self::CopyAndPaste},
                                        {1, &Self::ClearOrReset}};
     static const int total =
@@ -177,7 +181,7 @@ class RandomOperator : public WindowTest {
   }
   void SelectAny() { Select(Random(Count() + 1) - 1); }
   void Play() {
-    if (!Connected()) TryToConnect();
+    TryToConnect();
     if (!Playing()) {
       if (Count() > 2 && Random(4) > 0) {
         const int line = 1 + Random(Count() - 1);
@@ -206,14 +210,15 @@ class RandomOperator : public WindowTest {
     }
   }
   void BoardPlays() {
-    if (Playing()) return;
+    if (Playing()) Press("CWButtonEmuPC");
+    TryToConnect();
     Press("CWButtonRealEmu");
     seen_["let the board play"] += hands->Read("CWButtonRealEmu") == "On";
   }
   void Operate() {
     static constexpr std::array operations = {"CommandErase", "CommandFlash", "CommandFlash",
                                               "CommandRead", "CommandRead"};
-    if (!Connected()) TryToConnect();
+    TryToConnect();
     Misbehave();
     Press(operations[static_cast<std::size_t>(Random(operations.size()))]);
   }
@@ -257,15 +262,18 @@ class RandomOperator : public WindowTest {
     seen_["interpolated"] += Count() > lines;
   }
   void KeyToList(Qt::Key key) {
-    form->activateWindow();  // a dialog that closes leaves no window active
+    QApplication::setActiveWindow(form.get());  // a menu or dialog that closes leaves none active
     list_.setFocus();
     QTest::keyClick(&list_, key, Qt::ControlModifier);
   }
   void Undo() {
+    undo_chosen_ = true;
     const QStringList lines = Lines();
-    const bool undo = Random(3) > 0;
-    KeyToList(undo ? Qt::Key_Z : Qt::Key_Y);
-    if (Lines() != lines) ++seen_[undo ? "undid" : "did again"];
+    KeyToList(Qt::Key_Z);
+    seen_["undid"] += Lines() != lines;
+    if (Random(2) == 0) return;
+    KeyToList(Qt::Key_Y);
+    seen_["did again"] += Lines() == lines;
   }
   void CopyAndPaste() {
     const int lines = Count();
@@ -273,8 +281,21 @@ class RandomOperator : public WindowTest {
     KeyToList(Random(3) == 0 ? Qt::Key_X : Qt::Key_C);
     const int left = Count();
     KeyToList(Qt::Key_V);
-    if (Count() > left) ++seen_["pasted steps"];
+    seen_["pasted steps"] += Count() > left;
   }
+  // What has changed since `before` can be undone and done again, in as many steps as it took.
+  void CheckUndo(const SequenceView& before, const SequenceView& after) {
+    int steps = 0;
+    while (Contents(Look(*this)) != Contents(before)) {
+      ASSERT_LT(++steps, 400) << "undo does not bring back what was there";
+      KeyToList(Qt::Key_Z);
+    }
+    for (int i = 0; i < steps; ++i) KeyToList(Qt::Key_Y);
+    ASSERT_EQ(Contents(Look(*this)), Contents(after)) << "done again, " << steps << " steps";
+    ++seen_[steps > kLongRun ? "undid many actions and did them again"
+                             : "undid an action and did it again"];
+  }
+
   void ClearOrReset() {
     switch (Random(6)) {
       case 0:
@@ -328,7 +349,7 @@ class RandomOperator : public WindowTest {
   // takes too long.
   void LosePatience() {
     // A timer does not fire inside its own slot, and this may come to wait: each time is a new one.
-    QTimer::singleShot(kGlance, form.get(), [this] { LosePatience(); });
+    QTimer::singleShot(kGlance, &patience_, [this] { LosePatience(); });
     // An operation started inside another's wait takes the flags with it and may leave the first
     // one waiting with "Abort" disabled: only the line can end it then.
     if (acting_.isValid() && acting_.elapsed() > kLongPatience) {
@@ -399,10 +420,12 @@ class RandomOperator : public WindowTest {
   platform::ListBox& list_;
   QRandomGenerator random_{kSeed};
   QTemporaryDir folder_;
+  QObject patience_;
   QElapsedTimer waiting_;
   QElapsedTimer acting_;
   int depth_ = 0;
   int connected_before_ = 0;
+  bool undo_chosen_ = false;
   QStringList done_;
   std::map<std::string, int> seen_;
 };
@@ -414,38 +437,27 @@ TEST_F(RandomOperator, NeverLeavesTheProgramInAStateThatMakesNoSense) {
   const int wanted = qEnvironmentVariableIntValue("PELMORA_ACTIONS", &given);
   const int actions = given ? wanted : kActions;
   hands->ChooseMenu("Serial");
-  for (const char* kind : {"added",
-                           "connected",
-                           "dragged",
-                           "erased",
-                           "halted",
-                           "held a button's key",
-                           "held a key in the list",
-                           "inside a wait",
-                           "interpolated",
-                           "let the board play",
-                           "loaded",
-                           "lost the line",
-                           "pasted into a field",
-                           "played a step",
-                           "programmed",
-                           "read back",
-                           "read in vain",
-                           "read nothing",
-                           "saved",
-                           "showed by a double click",
-                           "was aborted",
-                           "with a list longer than its window"}) {
-    seen_[kind] = 0;
-  }
+  SequenceView start = Look(*this);  // of a run in which nothing was undone for good
+  int run = 0;
   for (int i = 0; i < actions; ++i) {
     const bool connected = Connected();
+    const SequenceView before = Look(*this);
+    undo_chosen_ = false;
     acting_.start();
     Act();
     acting_.invalidate();
     // A loss that a write has found is announced at the next turn.
     QCoreApplication::processEvents();
     ASSERT_NO_FATAL_FAILURE(CheckState(connected));
+    const SequenceView after = Look(*this);
+    if (!undo_chosen_) {
+      ++run;
+      if (Contents(before) != Contents(after)) CheckUndo(before, after);
+      if (run % (2 * kLongRun) == 0) CheckUndo(start, after);
+    } else {
+      start = after;
+      run = 0;
+    }
     ASSERT_FALSE(HasFailure())
         << "seed " << (seed != 0 ? seed : static_cast<int>(kSeed)) << ", action " << i
         << " of: " << done_.mid(std::max<qsizetype>(0, done_.size() - 10)).join("; ").toStdString();
@@ -456,6 +468,7 @@ TEST_F(RandomOperator, NeverLeavesTheProgramInAStateThatMakesNoSense) {
       EXPECT_GE(times, kEnough) << kind;
     }
   }
+  EXPECT_EQ(seen_.size(), 27U) << "something was never done";
 }
 
 }  // namespace

@@ -119,31 +119,6 @@ TEST_F(ServoBoardTest, PlaysStepsForTheirTimeOverAndOver) {
   EXPECT_EQ(board_.NextDue(), now_ + 5120ms);
 }
 
-TEST_F(ServoBoardTest, WhatEndsPlayingAndWhatDoesNot) {
-  struct Case {
-    Bytes bytes;
-    bool plays_on;
-  };
-  for (const Case& c : {Case{{4}, false},
-                        {{17}, false},
-                        {{0}, false},
-                        {{1}, false},
-                        {{7}, false},
-                        {Bytes{2} + HeaderFor(0), false},
-                        {{6}, true},
-                        {{10, 4}, true},
-                        {{3, 1}, true},
-                        {{3, 16}, true},
-                        {{5}, true}}) {
-    SCOPED_TRACE(int{c.bytes[0]});
-    ProgramExample();
-    Feed({3, 0});
-    Feed(c.bytes);
-    EXPECT_EQ(board_.NowPlaying().has_value(), c.plays_on);
-    EXPECT_EQ(board_.NextDue().has_value(), c.plays_on);
-  }
-}
-
 TEST_F(ServoBoardTest, GivesUpAProgramThatTheSenderAbandons) {
   Feed(Bytes{2} + HeaderFor(1000) + Bytes(600, 5));
   PassTime(999ms);

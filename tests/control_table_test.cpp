@@ -1,13 +1,6 @@
 // Every control and every menu item at start-up, beside figures that are written down here.
-#include <QAction>
 #include <QGroupBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMenu>
-#include <QPushButton>
-#include <QtTest/QTest>
 
-#include "platform/cw_slide.h"
 #include "tests/window_fixture.h"
 
 namespace pelmora {

@@ -43,6 +43,7 @@ struct ControlsTest : testing::Test {
   Events events;
 };
 
+<<<<<<< HEAD
 TEST_F(ControlsTest, EachChangeOfAValueIsAnnouncedOnceInsideTheAssignment) {
   CWSlide slide;
   slide.SetScaleMaximum(255);
@@ -92,6 +93,8 @@ TEST_F(ControlsTest, EachChangeOfAValueIsAnnouncedOnceInsideTheAssignment) {
   }
 }
 
+=======
+>>>>>>> wt-f
 TEST_F(ControlsTest, FaderFollowsTheMouseWhereItIsDrawn) {
   CWSlide slide(&window);
   slide.SetScaleMaximum(255);
@@ -209,6 +212,7 @@ TEST_F(ControlsTest, EntriesAreChosenFromTheOpenListOnly) {
   EXPECT_EQ(clicks.size(), 2) << "also for the entry already selected";
 }
 
+<<<<<<< HEAD
 TEST_F(ControlsTest, AssistiveTechnologyLearnsNameRoleValueAndState) {
   CWSlide slide;
   slide.SetScaleMaximum(255);
@@ -243,6 +247,8 @@ TEST_F(ControlsTest, AssistiveTechnologyLearnsNameRoleValueAndState) {
   EXPECT_TRUE(of(list)->child(0)->state().selected);
 }
 
+=======
+>>>>>>> wt-f
 TEST_F(ControlsTest, OpenDialogsEndWithTheProgram) {
   CWButton button("PC Emu", &window);
   ShowWindow();

@@ -1,15 +1,9 @@
 // The Open / Save dialog on the screen, worked with keys and the mouse.
 #include "platform/file_dialog.h"
 
-#include <QApplication>
-#include <QComboBox>
 #include <QDir>
-#include <QFile>
 #include <QFileDialog>
-#include <QLineEdit>
 #include <QListView>
-#include <QTemporaryDir>
-#include <QtTest/QTest>
 
 #include "tests/window_fixture.h"
 

@@ -258,25 +258,6 @@ TEST_F(FlashFaults, WhatADamagedReplyLeavesInTheTable) {
   EXPECT_TRUE(Lines().isEmpty());
 }
 
-TEST_F(FlashFaults, RowsThatDidNotComeAreThoseOfTheImageBefore) {
-  Connect();
-  const Sequences former = RandomSequences(22, 10);
-  FillFlash(former);
-  ExpectMessage(kReadText);
-  Read();
-  FillFlash(ExampleSequences());
-  board.SetFaults({.lying_header = Lie({{3, 4}})});
-  ExpectMessage(kReadText);
-  Read();
-  // Sequence 0 claims four steps: the third is the last one that came, the fourth an old one; and
-  // sequence 3 goes on from there.
-  const Bytes old = StepDataOf(former);
-  ASSERT_EQ(Table()[0].size(), 4U);
-  EXPECT_EQ(Table()[0][2], ExampleSequences()[3][0]);
-  EXPECT_TRUE(std::ranges::equal(Table()[0][3].positions, std::span(old).subspan(3 * 14, 12)));
-  EXPECT_TRUE(std::ranges::equal(Table()[3][0].positions, std::span(old).subspan(4 * 14, 12)));
-}
-
 // What the board says before it is asked counts for nothing.
 TEST_F(FlashFaults, AnAcknowledgementBeforeItsTimeEndsNoWait) {
   FillFlash(ExampleSequences());

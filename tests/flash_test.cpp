@@ -1,7 +1,5 @@
 // Erasing, programming and reading back with a sound board: the bytes on the line, the waits and
 // what the window shows in them, and what the operator may do meanwhile.
-#include <QtTest/QTest>
-
 #include "rig/processor_time.h"
 #include "tests/flash_fixture.h"
 
@@ -98,34 +96,6 @@ TEST_F(Flash, SixteenSequencesSurviveAPowerCycle) {
     EXPECT_EQ(Table(), sequences);
     ExpectSent({6});
   }
-}
-
-TEST_F(Flash, AnEmptyTableIsAHeaderOfZeros) {
-  Connect();
-  ExpectMessage(kErasedText);
-  ExpectMessage(kProgrammedText);
-  Program();
-  ExpectSent(Bytes{7, 2} + Bytes(66, 0));
-  ExpectMessage("Nothing to Read!");
-  Read();
-  ExpectAtRest();
-}
-
-TEST_F(Flash, AReadThatOverflowsEndsByItselfOnceTheCapacityHasCome) {
-  const Sequences sequences = RandomSequences(13, 1718);
-  Bytes header = HeaderOf(sequences);
-  board.SetFlash(header, StepDataOf(sequences));
-  Connect();
-  Faults faults{.after_reply = Bytes(200, 9)};
-  faults.lying_header.emplace();
-  header[0] = 0x75;
-  std::ranges::copy(header, faults.lying_header->begin());
-  board.SetFaults(faults);
-  ExpectMessage(kReadText);
-  Read();
-  EXPECT_EQ(hands->Read("Echo"), "Overflow!");
-  EXPECT_EQ(Table(), sequences);
-  EXPECT_EQ(Data().TotalBytes, 24064);
 }
 
 TEST_F(Flash, AnImageThatTheHeaderCannotHoldIsRefused) {
@@ -323,32 +293,6 @@ TEST_F(InsideAWait, InBuffCountsAndEchoThrowsAwayWhatAHeaderWaitsFor) {
   ExpectMessage(kReadText);
   Read();
   EXPECT_EQ(Table(), ExampleSequences());
-}
-
-// An aborted read that overflowed keeps its data only as long as `Echo` says so.
-TEST_F(InsideAWait, EchoDecidesWhatAnAbortedReadKeeps) {
-  Bytes header = HeaderOf(ExampleSequences());
-  header[0] = 0x75;
-  header[1] = 0x30;
-  Connect();
-  board.SetFaults({.silent = true});
-  for (const char* clicked : {"", "Echo", "CommandInBuff"}) {
-    SCOPED_TRACE(clicked);
-    const bool keeps = *clicked == '\0';
-    board.ClearLog();
-    hands->When([this] { return BytesSent(1); },
-                [&] { board.Send(header + StepDataOf(ExampleSequences())); });
-    hands->When([this] { return Bar() == 42; },
-                [&] {
-                  EXPECT_EQ(hands->Read("Echo"), "Overflow!");
-                  if (!keeps) hands->Click(clicked);
-                  Abort();
-                });
-    ExpectMessage(keeps ? kReadText : kReadingErrorText);
-    Read();
-    EXPECT_EQ(Table() == ExampleSequences(), keeps);
-    ExpectAtRest();
-  }
 }
 
 TEST_F(InsideAWait, AConnectionMadeAnewBeforeTheHeaderGetsNothing) {

@@ -46,22 +46,6 @@ TEST(Interpolation, WorkedCases) {
   }
 }
 
-TEST(Interpolation, RunsMoveOneWayAndLastAsLongAsTheSource) {
-  std::mt19937 random(20);
-  const auto pick = [&random](unsigned end) { return static_cast<int>(random() % end); };
-  for (int round = 0; round < 2000; ++round) {
-    const int from = pick(256), to = pick(256), duration = pick(32768), count = 1 + pick(256);
-    int total = 0, last = from;
-    for (const EditRow& step : Interpolate(Row(from, duration), Row(to, 0), count)) {
-      EXPECT_TRUE((last <= step[3] && step[3] <= to) || (last >= step[3] && step[3] >= to));
-      EXPECT_TRUE(step[kDurationColumn] >= 0 && step[kDurationColumn] % 20 == 0);
-      last = step[3];
-      total += step[kDurationColumn];
-    }
-    EXPECT_LE(std::abs(total - duration), 10);
-  }
-}
-
 TEST(Interpolation, StepsShorterThanATickAreTooShort) {
   EXPECT_FALSE(StepTimeTooShort(100, 5));
   EXPECT_TRUE(StepTimeTooShort(100, 6));

@@ -4,11 +4,7 @@
 #include <poll.h>
 #include <termios.h>
 #include <unistd.h>
-#include <QComboBox>
-#include <QLineEdit>
-#include <QtTest/QTest>
 
-#include "platform/cw_slide.h"
 #include "tests/window_fixture.h"
 
 namespace pelmora {
@@ -56,14 +52,6 @@ TEST_F(Port, ThatCannotBeOpenedIsNamedAndTheListStaysOpen) {
   hands->Click("CWButtonMainOnOff");
   board.Replug();
   Connect();
-}
-
-TEST_F(Port, EveryEntrySaysWhichDeviceItStandsFor) {
-  auto& combo = hands->Find<QComboBox>("ComboPort");
-  combo.showPopup();
-  EXPECT_EQ(combo.itemData(0, Qt::ToolTipRole).toString().toStdString(), board.DevicePath());
-  EXPECT_EQ(combo.itemData(1, Qt::ToolTipRole), "No serial port for this entry now");
-  combo.hidePopup();
 }
 
 TEST_F(Port, LostWhileOpenIsSaidOnceAndNothingComposedIsLost) {

@@ -171,17 +171,6 @@ class Outside : public testing::Test {
   int top_ = 0;
 };
 
-TEST_F(Outside, QuitEndsTheProgramAtOnceWhileAnEraseWaitsForASilentBoard) {
-  StartDemo({"--silent"});
-  ChoosePort("Home");
-  Key("alt+v");
-  Key("f");  // "Flash Progr"
-  Click(Place("CommandErase"));
-  Key("ctrl+q");
-  ExpectEnd();
-  EXPECT_EQ(Received(), (QList<int>{7, 0}));
-}
-
 TEST_F(Outside, SignalsEndTheProgramAsClosingTheWindowDoes) {
   struct Case {
     int signal;

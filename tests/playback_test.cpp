@@ -1,7 +1,5 @@
 // Playing a sequence from the PC and by the board: which bytes leave at which step, the switches
 // and the timer in every state, and what the operator may do meanwhile.
-#include <QtTest/QTest>
-
 #include "tests/playback_fixture.h"
 
 namespace pelmora {
@@ -116,31 +114,6 @@ TEST_F(Playback, WithoutAPortNothingChanges) {
   EXPECT_EQ(timer.Interval(), 20);
 }
 
-TEST_F(Playback, TheSystemTimersTicksComeWithTheStepsDurations) {
-  Restart({.timer = true});
-  Compose({100, 200, 60});
-  using Clock = std::chrono::steady_clock;
-  const auto before = Clock::now();
-  Play(0);
-  const auto after = Clock::now();
-  constexpr int kTicks = 7;
-  ASSERT_TRUE(hands->WaitUntil([&] { return board.Received().size() >= 2 * kTicks; }));
-  hands->Click(kEmuPC);
-  const auto log = board.Log();
-  int due = 0;  // ms since the start
-  for (std::size_t tick = 0; tick < kTicks; ++tick) {
-    due += std::array{100, 200, 60}[tick % 3];
-    const simboard::LoggedByte& position = log[2 * tick + 1];
-    EXPECT_EQ(position.byte, Position(static_cast<int>((tick + 1) % 3)));
-    using Milliseconds = std::chrono::duration<double, std::milli>;
-    EXPECT_GE(Milliseconds(position.when - before).count(), due - 5);
-    EXPECT_LE(Milliseconds(position.when - after).count(), due + 120);
-  }
-  const std::size_t played = board.Received().size();
-  QTest::qWait(50);
-  EXPECT_EQ(board.Received().size(), played);
-}
-
 class BoardPlays : public Playback {};
 
 TEST_F(BoardPlays, TheCurrentSequence) {
@@ -158,24 +131,6 @@ TEST_F(BoardPlays, TheCurrentSequence) {
     ExpectSent({4});
     ExpectIdle();
   }
-}
-
-TEST_F(BoardPlays, OnWhileTheOperatorWorks) {
-  hands->ChooseMenu("Emu");
-  Connect();
-  board.SetFlash(HeaderOf(ExampleSequences()), StepDataOf(ExampleSequences()));
-  hands->Click(kRealEmu);
-  ExpectSent({3, 0});
-  EXPECT_EQ(board.Snapshot().playing_sequence, 0);
-  hands->Click("CommandMoreSeq");
-  hands->ChooseMenu("Emu");  // hides the panel
-  ExpectSent({});
-  hands->Type("Text1_9", "4");
-  hands->Click("CWButtonMainOnOff");
-  ExpectSent({41, 132, 1});
-  hands->ChooseMenu("Resetting");
-  ExpectSent({17, 0, 4});
-  ExpectIdle();
 }
 
 TEST_F(Playback, ResetStopsItRunningAndHalted) {
@@ -231,28 +186,6 @@ TEST_F(Playback, ALostPortEndsItWithOneMessage) {
   Play(0);
   timer.Elapse();
   EXPECT_EQ(Sent(2), Shown(1));
-}
-
-TEST_F(Playback, AResetThatFindsTheLineDeadGivesOneMessage) {
-  Compose({100, 200});
-  Play(0);
-  hands->Click("CWButtonMainOnOff");
-  Sent(1);
-  ExpectLoss();
-  board.Unplug();
-  Trigger("Resetting");
-  EXPECT_TRUE(hands->WaitUntil([&] { return box.Outstanding() == 0; }));
-  ExpectIdle();
-  EXPECT_FALSE(On("CWButtonMainOnOff"));
-}
-
-TEST_F(Playback, EndsWithTheWindow) {
-  Compose({100, 200});
-  Play(0);
-  form->close();
-  EXPECT_FALSE(timer.Enabled());
-  timer.Elapse();
-  ExpectSent({0, 0});
 }
 
 }  // namespace

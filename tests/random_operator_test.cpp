@@ -2,25 +2,16 @@
 // program must be in a state that makes sense. PELMORA_SEED and PELMORA_ACTIONS replay a run. What
 // the actions have brought about is counted: a run in which a kind of them did nothing has tested
 // nothing.
-#include <QApplication>
 #include <QClipboard>
-#include <QComboBox>
-#include <QDialog>
 #include <QElapsedTimer>
 #include <QGuiApplication>
-#include <QPushButton>
 #include <QRandomGenerator>
-#include <QSpinBox>
-#include <QTemporaryDir>
-#include <QtTest/QTest>
-#include <algorithm>
 #include <array>
 #include <iostream>
 #include <map>
 #include <numeric>
 
 #include "core/step_line.h"
-#include "platform/list_box.h"
 #include "tests/sequence_view.h"
 
 namespace pelmora {

@@ -137,37 +137,5 @@ TEST_F(ServoBoardTest, GivesUpAProgramThatTheSenderAbandons) {
   EXPECT_EQ(Feed({7}), Bytes{255});
 }
 
-TEST_F(ServoBoardTest, DamagedImagesPlayOnlyWhatTheyHold) {
-  struct Case {
-    const char* what;
-    Bytes counts;  // of sequence 0: count, offset
-    std::size_t steps;
-  };
-  for (const Case& c : {Case{"count beyond the data", {0, 9, 0, 0}, 3},
-                        {"offset inside", {0, 9, 0, 15}, 1},
-                        {"offset at the end", {0, 1, 0, 42}, 0},
-                        {"everything 255", {255, 255, 255, 255}, 0}}) {
-    SCOPED_TRACE(c.what);
-    StoredImage image;
-    image.data.assign(kImage.begin() + 66, kImage.end());
-    std::ranges::copy(c.counts, image.header.begin() + 2);
-    board_.SetFlash(image);
-    EXPECT_EQ(board_.Flash().Steps(0), c.steps);
-    Feed({3, 0});
-    EXPECT_EQ(board_.NowPlaying().has_value(), c.steps > 0);
-    PassTime(60s);
-  }
-}
-
-TEST_F(ServoBoardTest, KeepsAJournalInWords) {
-  Feed({1, 11, 200, 11, 87, 8, 255, 11, 128, 0x55});
-  const std::deque<std::string> expected = {"PC control on", "Ch3 to 87 (-20.5°)",
-                                            "Ch0 to 255 (63.5°)", "Ch3 to 128 (0°)",
-                                            "unknown byte 0x55"};
-  EXPECT_EQ(board_.Journal().Lines(), expected);
-  for (int i = 0; i < 1000; ++i) Feed({6});
-  EXPECT_EQ(board_.Journal().Lines().size(), CommandJournal::kKept);
-}
-
 }  // namespace
 }  // namespace simboard

@@ -1,10 +1,8 @@
 // The window on screens that are smaller than it.
-#include <QAction>
 #include <QMenuBar>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSet>
-#include <QtTest/QTest>
 
 #include "tests/window_fixture.h"
 #include "ui/inventory.h"

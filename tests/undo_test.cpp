@@ -1,17 +1,8 @@
 // Undo and redo on the real window, by their keys.
-#include <QAction>
 #include <QClipboard>
-#include <QDialog>
 #include <QGuiApplication>
-#include <QMenu>
-#include <QPushButton>
-#include <QSpinBox>
-#include <QTemporaryDir>
 #include <QTimer>
-#include <QtTest/QTest>
 
-#include "platform/cw_num_edit.h"
-#include "platform/list_box.h"
 #include "tests/flash_fixture.h"
 #include "tests/sequence_view.h"
 
@@ -174,22 +165,6 @@ TEST_F(UndoOfEachChange, WhatChangesNoSequenceIsNoStep) {
   EXPECT_EQ(MenuItem("ListUndo"), "Undo Add");
   Undo();
   EXPECT_EQ(Difference(Now(), before), "");
-}
-
-TEST_F(UndoOfEachChange, IsSilentAboveTheBoardsCapacity) {
-  const QString warning = "Out of memory: too many steps. Max # of bytes is 24064!";
-  ExpectMessage(warning);
-  box.Expect("Load", "Data Loaded!");
-  LoadFile(FilledSequences(1, 4096, 7));
-  ExpectMessage(warning);
-  Press("CommandMoreSeq");
-  Select(255);
-  ExpectMessage(warning);
-  Press("CommandRem");
-  Undo();
-  EXPECT_EQ(Lines().size(), kSteps);
-  Redo();
-  EXPECT_EQ(Lines().size(), kSteps - 1);
 }
 
 TEST_F(UndoOfEachChange, WorksWhilePlaybackRunsAndLeavesTheViewWhereItIs) {

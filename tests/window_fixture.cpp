@@ -1,8 +1,6 @@
 #include "tests/window_fixture.h"
 
-#include <QLocale>
 #include <QRegularExpression>
-#include <QtTest/QTest>
 
 namespace pelmora {
 namespace {

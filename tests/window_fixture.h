@@ -4,9 +4,28 @@
 
 #include <gtest/gtest.h>
 
-#include <QString>
+// What every test of the window needs.
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QDialog>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QLocale>
+#include <QMenu>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QTemporaryDir>
 #include <QTimer>
+#include <QtTest/QTest>
+#include <algorithm>
+#include <functional>
 
+#include "platform/cw_num_edit.h"
+#include "platform/cw_slide.h"
+#include "platform/list_box.h"
 #include "rig/program_with_board.h"
 
 namespace pelmora {

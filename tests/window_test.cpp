@@ -1,17 +1,10 @@
 // The window as a whole: what it shows at start-up, its menus, captions, keyboard and names for
 // assistive technology, and how it ends.
 #include <QAccessible>
-#include <QAction>
 #include <QFontMetricsF>
 #include <QGroupBox>
-#include <QLabel>
-#include <QMenu>
-#include <QPushButton>
 #include <QSet>
-#include <QtTest/QTest>
-#include <algorithm>
 
-#include "platform/cw_slide.h"
 #include "tests/window_fixture.h"
 #include "ui/inventory.h"
 

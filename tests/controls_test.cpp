@@ -43,58 +43,6 @@ struct ControlsTest : testing::Test {
   Events events;
 };
 
-<<<<<<< HEAD
-TEST_F(ControlsTest, EachChangeOfAValueIsAnnouncedOnceInsideTheAssignment) {
-  CWSlide slide;
-  slide.SetScaleMaximum(255);
-  CWButton button("PC Emu");
-  CWNumEdit number;
-  number.SetScale(20, 32767, 20, 1000);
-  slide.setValue(100);
-  number.setValue(100);
-
-  struct Case {
-    const char* what;
-    std::function<void()> change;
-    int value;  // -1: nothing is announced
-  };
-  std::vector<int> announced;
-  const auto note = [&announced](int value) { announced.push_back(value); };
-  QObject::connect(&slide, &CWSlide::valueChanged, note);
-  QObject::connect(&number, &CWNumEdit::valueChanged, note);
-  QObject::connect(&button, &CWButton::toggled, [&](bool on) { note(on ? 1 : 0); });
-  const Case cases[] = {
-      {"slide set", [&] { slide.setValue(7); }, 7},
-      {"slide same", [&] { slide.setValue(7); }, -1},
-      {"slide cut", [&] { slide.setValue(999); }, 255},
-      {"slide key", [&] { QTest::keyClick(&slide, Qt::Key_Down); }, 254},
-      {"slide page key", [&] { QTest::keyClick(&slide, Qt::Key_PageDown); }, 244},
-      {"slide scale cuts", [&] { slide.SetScaleMaximum(50); }, 50},
-      {"slide scale below 0", [&] { slide.SetScaleMaximum(-1); }, 0},
-      {"button set", [&] { button.setChecked(true); }, 1},
-      {"button same", [&] { button.setChecked(true); }, -1},
-      {"button click", [&] { QTest::mouseClick(&button, Qt::LeftButton); }, 0},
-      {"button key", [&] { QTest::keyClick(&button, Qt::Key_Space); }, 1},
-      {"number set", [&] { number.setValue(1000); }, 1000},
-      {"number same", [&] { number.setValue(1000); }, -1},
-      {"number key", [&] { QTest::keyClick(&number, Qt::Key_Up); }, 1020},
-      {"number page key", [&] { QTest::keyClick(&number, Qt::Key_PageDown); }, 20},
-      {"number step below the range", [&] { QTest::keyClick(&number, Qt::Key_Down); }, -1},
-      {"number Enter alone", [&] { QTest::keyClick(&number, Qt::Key_Return); }, -1},
-      {"number cut", [&] { number.setValue(99999); }, 32767},
-      {"number near the end", [&] { number.setValue(32760); }, 32760},
-      {"number step stops at the end", [&] { number.stepUp(); }, 32767},
-      {"number step above the range", [&] { number.stepUp(); }, -1},
-  };
-  for (const Case& c : cases) {
-    announced.clear();
-    c.change();
-    EXPECT_EQ(announced, c.value < 0 ? std::vector<int>{} : std::vector<int>{c.value}) << c.what;
-  }
-}
-
-=======
->>>>>>> wt-f
 TEST_F(ControlsTest, FaderFollowsTheMouseWhereItIsDrawn) {
   CWSlide slide(&window);
   slide.SetScaleMaximum(255);
@@ -212,43 +160,6 @@ TEST_F(ControlsTest, EntriesAreChosenFromTheOpenListOnly) {
   EXPECT_EQ(clicks.size(), 2) << "also for the entry already selected";
 }
 
-<<<<<<< HEAD
-TEST_F(ControlsTest, AssistiveTechnologyLearnsNameRoleValueAndState) {
-  CWSlide slide;
-  slide.SetScaleMaximum(255);
-  slide.SetCaption("Ch3");
-  slide.setValue(77);
-  CWButton button("PC &Emu");
-  button.setChecked(true);
-  CWNumEdit number;
-  number.SetScale(20, 32767, 20, 1000);
-  number.SetUnit(" ms");
-  number.setValue(1000);
-  ProgressBar bar;
-  bar.SetScaleMaximum(0);
-  bar.SetValue(7);
-  ListBox list;
-  list.AddItem("1 °\t\t20 ms\t");
-  list.SetListIndex(0);
-
-  const auto of = [](QObject& control) { return QAccessible::queryAccessibleInterface(&control); };
-  EXPECT_EQ(of(slide)->role(), QAccessible::Slider);
-  EXPECT_EQ(of(slide)->text(QAccessible::Name), "Ch3");
-  EXPECT_EQ(of(slide)->valueInterface()->currentValue().toInt(), 77);
-  EXPECT_EQ(of(button)->role(), QAccessible::CheckBox);
-  EXPECT_EQ(of(button)->text(QAccessible::Name), "PC Emu");
-  EXPECT_TRUE(of(button)->state().checked);
-  EXPECT_EQ(of(number)->role(), QAccessible::SpinBox);
-  EXPECT_EQ(of(number)->text(QAccessible::Value), "1000 ms");
-  EXPECT_EQ(of(bar)->role(), QAccessible::ProgressBar);
-  EXPECT_EQ(bar.text(), "100 %") << "a busy indicator";
-  EXPECT_EQ(of(list)->role(), QAccessible::List);
-  EXPECT_EQ(of(list)->child(0)->text(QAccessible::Name), "1 °, 20 ms");
-  EXPECT_TRUE(of(list)->child(0)->state().selected);
-}
-
-=======
->>>>>>> wt-f
 TEST_F(ControlsTest, OpenDialogsEndWithTheProgram) {
   CWButton button("PC Emu", &window);
   ShowWindow();

@@ -35,7 +35,7 @@ void AddLinkRows(Report& report) {
   std::vector<double> writes;
   for (int i = 0; i < kMoves; ++i) {
     const auto position = static_cast<std::uint8_t>(i % 256);
-    moves.push_back(UntilReceived(program.board, [&] { slide.SetValue(position); }));
+    moves.push_back(UntilReceived(program.board, [&] { slide.setValue(position); }));
     const std::array<std::uint8_t, 2> bytes = {11, position};
     writes.push_back(UntilReceived(other, [&] {
       if (write(line, bytes.data(), bytes.size()) != 2) qFatal("the bare line takes nothing");

@@ -7,8 +7,8 @@
 
 namespace bench {
 
-// The first painted window and the peak memory of this program's window and of a bare one, each in
-// a process of its own.
+// The first painted window and the peak memory of this program's window, and of one with as many of
+// the toolkit's own controls, each in a process of its own.
 void AddStartUpRows(Report& report);
 // What such a process does; returns its exit status. `kind` is one of the two that AddStartUpRows
 // passes behind "--paint".

@@ -77,7 +77,7 @@ void DialogInterp::BuildControls() {
 void DialogInterp::Form_Load() {
   for (QWidget* widget : locked_) widget->setEnabled(false);
   setEnabled(true);
-  CWNumEditInterp->SetValue(0);
+  CWNumEditInterp->setValue(0);
   const int selected = parts_.edited.ListIndex();
   if (selected == parts_.edited.ListCount() - 1) {
     OptionINterp[0]->setChecked(true);

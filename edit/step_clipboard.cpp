@@ -42,6 +42,7 @@ void StepClipboard::Paste_Click() {
     return;
   }
   std::vector<std::string> lines;
+  lines.reserve(steps.size());
   for (const EditRow& step : steps) lines.push_back(EditorLine(step, edited_.DecimalPoint()));
   const History::Change change(edited_.Changes(), "Paste");
   edited_.Insert(lines);

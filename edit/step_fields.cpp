@@ -66,15 +66,15 @@ void StepFields::Commit(int channel) {
   const auto i = static_cast<std::size_t>(channel);
   platform::CWSlide& slide = *controls_.CWSlide1[i];
   if (const auto offset = ReadOffset(controls_.Text1[i]->text(), edited_.DecimalPoint())) {
-    slide.SetValue(RoundHalfEven(*offset + kCentre).value_or(slide.Value()));
+    slide.setValue(RoundHalfEven(*offset + kCentre).value_or(slide.value()));
   }
   // A slider that stays where it is raises no event; the field must show its offset all the same
   // ("05", an empty field, a text that is no number).
-  ShowPosition(channel, slide.Value());
+  ShowPosition(channel, slide.value());
 }
 
 void StepFields::CommandUpdate_Click() {
-  for (platform::CWSlide* slide : controls_.CWSlide1) slide->SetValue(kCentre);
+  for (platform::CWSlide* slide : controls_.CWSlide1) slide->setValue(kCentre);
 }
 
 void StepFields::ShowSelectedStep(int step) {
@@ -82,9 +82,9 @@ void StepFields::ShowSelectedStep(int step) {
   for (std::size_t ch = 0; ch < kChannels; ++ch) {
     const int line = edited_.ListIndex();
     if (line < 0) return;
-    controls_.CWSlide1[ch]->SetValue(edited_.Row(line)[ch]);
+    controls_.CWSlide1[ch]->setValue(edited_.Row(line)[ch]);
   }
-  controls_.CWNumEditTimeStep->SetValue(edited_.Row(step)[kDurationColumn]);
+  controls_.CWNumEditTimeStep->setValue(edited_.Row(step)[kDurationColumn]);
   edited_.NameStep();
 }
 

@@ -14,7 +14,7 @@ bool ConnectedSwitch::Accept() {
 
 void ConnectedSwitch::DropToOff() {
   silent_ = true;
-  button_.SetValue(false);
+  button_.setChecked(false);
   silent_ = false;
 }
 

@@ -34,9 +34,9 @@ void LiveControl::CommandStop_Click() {
 
 void LiveControl::Resetting_Click() {
   serial_port_.Send(ResetCommand());
-  main_on_off_.Button().SetValue(false);
-  button_real_emu_.SetValue(false);
-  button_emu_pc_.SetValue(false);
+  main_on_off_.Button().setChecked(false);
+  button_real_emu_.setChecked(false);
+  button_emu_pc_.setChecked(false);
 }
 
 void LiveControl::MSComm1_PortLost() {

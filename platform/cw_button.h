@@ -10,12 +10,6 @@ class CWButton : public PushButton {
  public:
   explicit CWButton(const QString& caption, QWidget* parent = nullptr);
 
-  bool Value() const { return isChecked(); }
-
-  // Turns the switch On (true) or Off. A change raises `toggled` before the call returns;
-  // setting the state already held raises nothing.
-  void SetValue(bool on) { setChecked(on); }
-
   // Whether what the switch has turned on waits for the operator. It changes the look of a switch
   // that is On and nothing else.
   void SetWaiting(bool waiting);

@@ -21,10 +21,6 @@ class CWNumEdit : public QSpinBox {
   // The value, with an entry that is still being typed taken into account.
   int Value();
 
-  // Sets the value, cut to the range. A change raises `valueChanged` before the call returns;
-  // setting the value already held raises nothing.
-  void SetValue(int value) { setValue(value); }
-
   // Range and steps: arrow keys, buttons and the wheel (in the field that has the focus) step by
   // `increment`, page keys by `fast_increment`, and stop at the bounds. A typed entry counts when
   // the field is left, Enter is pressed or the value is asked for. It is rounded to a whole number,

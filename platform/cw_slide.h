@@ -15,12 +15,6 @@ class CWSlide : public QSlider {
  public:
   explicit CWSlide(QWidget* parent = nullptr);
 
-  int Value() const { return value(); }
-
-  // Sets the value, cut to the scale. A change raises `valueChanged` before the call returns;
-  // setting the value already held raises nothing.
-  void SetValue(int value) { setValue(value); }
-
   // The scale 0 .. `maximum`; a maximum below 0 counts as 0. A value above it is cut, which is a
   // change like any other.
   void SetScaleMaximum(int maximum);

@@ -10,9 +10,9 @@
 namespace platform {
 namespace {
 
-constexpr int kPadding = 7;       // from the edge to the lamp
-constexpr int kLamp = 10;         // diameter
-constexpr int kLampGap = 6;       // between lamp and text
+constexpr int kLampLeft = 7;      // from the edge to the lamp
+constexpr int kEntryLamp = 10;    // diameter
+constexpr int kEntryLampGap = 6;  // between lamp and text
 constexpr int kEntryPadding = 8;  // above and below an entry of the open list together
 
 }  // namespace
@@ -53,9 +53,10 @@ void DropDownList::paintEvent(QPaintEvent* event) {
   const ControlColours colours = ButtonColoursOf(state, palette());
   QPainter painter(this);
   DrawBox(painter, rect(), colours.face, colours.edge, false);
-  DrawLamp(painter, QRectF(kPadding, (height() - kLamp) / 2.0, kLamp, kLamp), colours, true);
+  DrawLamp(painter, QRectF(kLampLeft, (height() - kEntryLamp) / 2.0, kEntryLamp, kEntryLamp),
+           colours, true);
   painter.setPen(colours.text);
-  painter.drawText(rect().adjusted(kPadding + kLamp + kLampGap, 0, 0, 0),
+  painter.drawText(rect().adjusted(kLampLeft + kEntryLamp + kEntryLampGap, 0, 0, 0),
                    Qt::AlignVCenter | Qt::AlignLeft, currentText());
 }
 

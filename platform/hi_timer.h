@@ -17,7 +17,6 @@ class HiTimer {
   // Milliseconds; below 1 counts as 1. Set inside a tick it governs the wait until the next one;
   // set while enabled outside a tick it governs the wait after the running one.
   virtual void SetInterval(int milliseconds) = 0;
-  virtual int Interval() const = 0;
 
   // Enabling starts a full wait from now, also when the timer is enabled already. A disabled timer
   // delivers no further tick.
@@ -39,7 +38,6 @@ class SystemHiTimer : public QObject, public HiTimer {
   explicit SystemHiTimer(QObject* parent = nullptr);
 
   void SetInterval(int milliseconds) override;
-  int Interval() const override { return interval_; }
   void SetEnabled(bool enabled) override;
   bool Enabled() const override { return enabled_; }
 

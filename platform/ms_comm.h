@@ -62,7 +62,6 @@ class MSComm : public QObject {
   // `OnComm` comes while at least this many bytes wait; 0 = never. With 1 and a handler that takes
   // one byte at a time, a burst of bytes gives one event for each byte.
   void SetRThreshold(int bytes);
-  int RThreshold() const { return r_threshold_; }
 
   // Takes bytes out of the receive buffer, at most `InputLen`, or all when that is 0.
   QByteArray Input();

@@ -16,7 +16,7 @@ QString LockFileOf(const QString& device) {
   for (const char* folder :
        {"/var/lock", "/etc/locks", "/var/spool/locks", "/var/spool/uucp", "/tmp", "/var/tmp"}) {
     const QFileInfo info{QString::fromLatin1(folder)};
-    const QString file = info.filePath() + name;
+    QString file = info.filePath() + name;
     if (info.isReadable() && (QFile::exists(file) || info.isWritable())) return file;
   }
   return QString();

@@ -27,7 +27,7 @@ void PcEmulator::CWButtonEmuPC_ValueChanged(bool on) {
 void PcEmulator::HiTimer1_Timer() {
   if (!Playing() || edited_.ListCount() == 0) {
     timer_.SetEnabled(false);
-    emu_pc_.Button().SetValue(false);
+    emu_pc_.Button().setChecked(false);
     return;
   }
   // All channels of a step take longer on the line than the shortest step lasts.

@@ -31,7 +31,7 @@ class PcEmulator {
   void HoldSelectedStep();
 
   // Whether the switch is On: playback runs or is halted at a breakpoint.
-  bool Playing() const { return emu_pc_.Button().Value(); }
+  bool Playing() const { return emu_pc_.Button().isChecked(); }
 
   // Playback is in progress, but waits for the operator: halted at a breakpoint.
   bool Halted() const { return Playing() && !timer_.Enabled(); }

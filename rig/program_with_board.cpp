@@ -93,7 +93,7 @@ void ProgramWithBoard::LetLineRest() {
 }
 
 void ProgramWithBoard::SetSlider(int channel, int position) {
-  hands->Find<platform::CWSlide>(QStringLiteral("CWSlide1_%1").arg(channel)).SetValue(position);
+  hands->Find<platform::CWSlide>(QStringLiteral("CWSlide1_%1").arg(channel)).setValue(position);
 }
 
 void ProgramWithBoard::AddStep(int channel, int position, int duration_ms) {

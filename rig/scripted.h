@@ -61,7 +61,7 @@ class ScriptedFileDialog : public platform::FileDialog {
 class ManualTimer : public platform::HiTimer {
  public:
   void SetInterval(int milliseconds) override { interval_ = milliseconds; }
-  int Interval() const override { return interval_; }
+  int Interval() const { return interval_; }
   void SetEnabled(bool enabled) override;
   bool Enabled() const override { return enabled_; }
 

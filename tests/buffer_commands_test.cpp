@@ -79,7 +79,7 @@ TEST_F(BufferCommands, TheWorkedFileThereAndBack) {
   EXPECT_EQ(files.requests[1].filter, files.requests[0].filter);
   EXPECT_EQ(files.requests[1].proposed_name, "");
   EXPECT_EQ(Lines().size(), 2);
-  EXPECT_TRUE(Lines()[1].startsWith("63.5 °\t0 °\t"));
+  EXPECT_TRUE(Lines()[1].startsWith(Local("63.5 °\t0 °\t")));
   EXPECT_TRUE(Lines()[1].endsWith("\t1000  ms\t"));
   EXPECT_EQ(Selected(), -1);
   EXPECT_EQ(hands->Read("LabelSeq"), "Sequence N° 0");

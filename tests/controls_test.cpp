@@ -48,23 +48,23 @@ TEST_F(ControlsTest, FaderFollowsTheMouseWhereItIsDrawn) {
   slide.SetScaleMaximum(255);
   slide.SetCaption("Ch0");
   slide.setGeometry(10, 10, 33, 273);
-  slide.SetValue(128);
+  slide.setValue(128);
   ShowWindow();
   const int x = slide.width() / 2;
   // The centre lies half-way between the caption and the lower end.
   const int caption = slide.fontMetrics().height();
   const QPoint centre(x, (caption + slide.height()) / 2);
   for (const auto& [y, value] : {std::pair{-50, 255}, std::pair{400, 0}}) {
-    slide.SetValue(128);
+    slide.setValue(128);
     QTest::mousePress(&slide, Qt::LeftButton, {}, centre);
     QTest::mouseMove(&slide, {x, y});
     QTest::mouseRelease(&slide, Qt::LeftButton, {}, {x, y});
-    EXPECT_EQ(slide.Value(), value);
+    EXPECT_EQ(slide.value(), value);
   }
   for (const auto button : {Qt::LeftButton, Qt::MiddleButton}) {
-    slide.SetValue(0);
+    slide.setValue(0);
     QTest::mouseClick(&slide, button, {}, {x, caption + 10});
-    EXPECT_LE(slide.Value(), 10) << "a servo jumped to the pointer";
+    EXPECT_LE(slide.value(), 10) << "a servo jumped to the pointer";
   }
 }
 
@@ -175,7 +175,7 @@ TEST_F(ControlsTest, OpenDialogsEndWithTheProgram) {
     EXPECT_EQ(box->parentWidget(), &window);
     // The window gets no input meanwhile, but the toolkit would let it be closed.
     QTest::mouseClick(&button, Qt::LeftButton);
-    EXPECT_FALSE(button.Value());
+    EXPECT_FALSE(button.isChecked());
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
     QTimer::singleShot(0, &events, [&] {  // a file dialog on top of the box
       QTimer::singleShot(0, &events, &Events::End);

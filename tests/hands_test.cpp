@@ -51,14 +51,14 @@ TEST_F(Hands, WheelMovesTheFaderThatHasTheFocusOnly) {
   Focus("CommandAdd");
   Wheel(fader, 1);
   Wheel(hands->Find<QWidget>("CWNumEditTimeStep"), 1);
-  EXPECT_EQ(fader.Value(), 128);
+  EXPECT_EQ(fader.value(), 128);
   EXPECT_EQ(hands->Read("CWNumEditTimeStep"), "1000 ms");
   EXPECT_FALSE(fader.hasFocus());
   fader.setFocus();
   Wheel(fader, 1);
-  EXPECT_EQ(fader.Value(), 129);
+  EXPECT_EQ(fader.value(), 129);
   Wheel(fader, -3);
-  EXPECT_EQ(fader.Value(), 126);
+  EXPECT_EQ(fader.value(), 126);
 }
 
 TEST_F(Hands, PressThatCommitsAnOffsetGrabsTheHandleThatItMoves) {
@@ -67,12 +67,12 @@ TEST_F(Hands, PressThatCommitsAnOffsetGrabsTheHandleThatItMoves) {
   // The centre lies half-way between the caption and the lower end.
   const QPoint handle(fader.width() / 2, (fader.fontMetrics().height() + fader.height()) / 2);
   QTest::mousePress(&fader, Qt::LeftButton, {}, handle);
-  EXPECT_EQ(fader.Value(), 188);
+  EXPECT_EQ(fader.value(), 188);
   EXPECT_TRUE(fader.isSliderDown());
   EXPECT_TRUE(fader.hasFocus());
   QTest::mouseMove(&fader, handle - QPoint(0, 20));
   QTest::mouseRelease(&fader, Qt::LeftButton, {}, handle - QPoint(0, 20));
-  EXPECT_NEAR(fader.Value(), 188 + 21, 2);
+  EXPECT_NEAR(fader.value(), 188 + 21, 2);
 }
 
 TEST_F(Hands, DurationTakesSeparatorsRoundsAndStopsAtItsBounds) {

@@ -75,7 +75,6 @@ TEST_F(HiTimerTest, AfterAStallNoTickCatchesUp) {
 TEST_F(HiTimerTest, IntervalSetInATickGovernsTheNextWait) {
   timer.SetInterval(1);
   const auto times = Ticks(4, [&](std::size_t tick) { timer.SetInterval(tick == 2 ? 60 : 0); });
-  EXPECT_EQ(timer.Interval(), 1);
   EXPECT_LT(times[1], 40.0);
   EXPECT_GE(times[2] - times[1], 50.0);
   EXPECT_LT(times[3] - times[2], 40.0);

@@ -82,8 +82,8 @@ TEST_F(Live, SliderSendsCodeAndPositionOfItsChannel) {
   for (int channel = 0; channel < 12; ++channel) {
     const int position = channel == 0 ? 0 : 190 + channel;
     auto& slide = hands->Find<platform::CWSlide>(QString("CWSlide1_%1").arg(channel));
-    slide.SetValue(position);
-    slide.SetValue(position);
+    slide.setValue(position);
+    slide.setValue(position);
     ExpectSent({codes[channel], static_cast<std::uint8_t>(position)});
   }
   EXPECT_EQ(hands->Read("Text1_0"), "-128");

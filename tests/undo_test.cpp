@@ -29,7 +29,7 @@ class UndoTest : public FlashTest {
   // By code, which is quicker than by hand.
   void Add(int channel, int position, int duration_ms) {
     SetSlider(channel, position);
-    hands->Find<platform::CWNumEdit>("CWNumEditTimeStep").SetValue(duration_ms);
+    hands->Find<platform::CWNumEdit>("CWNumEditTimeStep").setValue(duration_ms);
     Press("CommandAdd");
   }
   void Interpolate(int count) {
@@ -206,7 +206,11 @@ TEST_F(UndoOfARead, WaitsForItsEndAndTakesWhatWasDoneMeanwhileWithIt) {
     EXPECT_EQ(Data().CurSeq, 1);
     Abort();
   });
-  ExpectMessage(kReadingErrorText, [&] { Undo(); });
+  ExpectMessage(kReadingErrorText, [&] {
+    const SequenceView failed = Now();
+    Undo();
+    EXPECT_EQ(Difference(Now(), failed), "") << "the read has not ended yet";
+  });
   Read();
   EXPECT_EQ(Data().SeqSteps[0], 1);
   Undo();

@@ -82,7 +82,7 @@ TEST_F(StartUp, MnemonicsDoNotCollide) {
 
 TEST_F(StartUp, TellsAssistiveTechnologyNameRoleValueAndState) {
   auto& slide = hands->Find<platform::CWSlide>("CWSlide1_3");
-  slide.SetValue(200);
+  slide.setValue(200);
   QAccessibleInterface* fader = QAccessible::queryAccessibleInterface(&slide);
   EXPECT_EQ(fader->text(QAccessible::Name), "Ch3 position");
   EXPECT_EQ(fader->role(), QAccessible::Slider);

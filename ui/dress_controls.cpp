@@ -50,7 +50,7 @@ void DressControls(const Controls& controls, const platform::PortDirectory& port
   for (std::size_t i = 0; i < kChannels; ++i) {
     platform::CWSlide& slide = *controls.CWSlide1[i];
     slide.SetScaleMaximum(255);
-    slide.SetValue(kCentre);
+    slide.setValue(kCentre);
     // Above the middle of its fields, which are wider.
     slide.SetAxis(controls.Text1[i]->geometry().center().x() - slide.x());
   }
@@ -64,7 +64,7 @@ void DressControls(const Controls& controls, const platform::PortDirectory& port
   platform::CWNumEdit& duration = *controls.CWNumEditTimeStep;
   duration.SetScale(kShortestDuration, kLongestDuration, kDurationStep, kFastDurationStep);
   duration.SetUnit(QStringLiteral(" ms"));
-  duration.SetValue(kStartDuration);
+  duration.setValue(kStartDuration);
 
   platform::DropDownList& combo_port = *controls.ComboPort;
   for (int number = 1; number <= kPorts; ++number) {

@@ -6,7 +6,8 @@ namespace pelmora {
 namespace {
 
 // The name of a member of `Controls`, as text and as the member.
-#define NAMED(member) {#member, &Controls::member}
+#define NAMED(member) \
+  { #member, &Controls::member }
 
 // clang-format off
 constexpr ControlRow kControls[] = {

@@ -1,8 +1,17 @@
 // The operator's hands: keys that are held or pressed with others, the wheel, double clicks and
 // presses that take the focus from an entry.
 #include <QAccessible>
+#include <QAction>
+#include <QDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSpinBox>
 #include <QWheelEvent>
+#include <QtTest/QTest>
 
+#include "platform/cw_slide.h"
 #include "platform/message_box.h"
 #include "tests/window_fixture.h"
 
@@ -44,6 +53,17 @@ TEST_F(Hands, KeysHeldWithALetterLeaveTheEntryAlone) {
   QTest::keyClicks(&field, "-7");  // Enter has selected the text
   QTest::keyClick(&field, Qt::Key_Return);
   EXPECT_EQ(hands->Read("CWSlide1_3"), "121");
+}
+
+TEST_F(Hands, OffsetsOfAnyLengthAreClamped) {
+  const QPair<QString, const char*> cases[] = {{QString(400, '9'), "127"},
+                                               {"-" + QString(400, '9'), "-128"},
+                                               {QString(400, '0') + "5", "5"}};
+  for (const auto& [typed, offset] : cases) {
+    hands->Find<QLineEdit>("Text1_0").setText(typed);
+    QTest::keyClick(&Focus("Text1_0"), Qt::Key_Return);
+    EXPECT_EQ(hands->Read("Text1_0"), offset);
+  }
 }
 
 TEST_F(Hands, WheelMovesTheFaderThatHasTheFocusOnly) {
@@ -176,6 +196,21 @@ TEST_F(Hands, DoubleClickOnAFlashButtonIsOnePress) {
   EXPECT_EQ(Lines().size(), 1);
 }
 
+TEST_F(Hands, EchoIsReachedWithTabAndClearedBySpace) {
+  Connect();
+  hands->Find<QAction>("Serial").trigger();
+  board.Send({65});
+  ASSERT_TRUE(hands->WaitUntil([this] { return hands->Read("Echo") == "65"; }));
+  QTest::keyClick(&Focus("CWButtonMainOnOff"), Qt::Key_Tab);
+  auto& echo = hands->Find<QWidget>("Echo");
+  EXPECT_TRUE(echo.hasFocus());
+  QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(&echo);
+  EXPECT_EQ(spoken->text(QAccessible::Name), "Last received");
+  EXPECT_EQ(spoken->text(QAccessible::Value), "65");
+  QTest::keyClick(&echo, Qt::Key_Space);
+  EXPECT_EQ(hands->Read("Echo"), "");
+}
+
 TEST_F(Hands, InterpolationDialogByKeyboard) {
   for (int i = 0; i < 3; ++i) hands->Click("CommandAdd");
   Select(1);
@@ -218,6 +253,14 @@ class HandsOnMessages : public Hands {
                 });
   }
 };
+
+TEST_F(HandsOnMessages, CtrlQEndsTheProgram) {
+  Connect();
+  InBox([](QMessageBox& message) { QTest::keyClick(&message, Qt::Key_Q, Qt::ControlModifier); });
+  hands->Find<QPushButton>("CommandErase").click();
+  EXPECT_TRUE(events.Ending());
+  ExpectSent({7, 0});
+}
 
 TEST_F(HandsOnMessages, KeysAndClicksDoNotReachTheWindowBehind) {
   for (int i = 0; i < 3; ++i) hands->Click("CommandAdd");

@@ -1,5 +1,9 @@
 // What the operator presses inside the waits of the flash operations: a read shows what the board
 // holds all the same, and every wait can be ended.
+#include <QFile>
+#include <QTemporaryDir>
+#include <QtTest/QTest>
+
 #include "tests/flash_fixture.h"
 
 namespace pelmora {
@@ -34,6 +38,54 @@ TEST_F(NestedOperations, AReadShowsTheBoardsTableWhateverIsPressedMeanwhile) {
     EXPECT_EQ(hands->Read("LabelSeq"), "Sequence N° 0");
     ExpectAtRest();
   }
+}
+
+TEST_F(NestedOperations, ASaveDuringAReadWritesNoCountBeyondWhatASequenceHolds) {
+  std::array<std::uint8_t, 66> lie{0, 28};
+  lie[2 + 4 * 5] = 1;  // 256 + 44 steps in sequence 5
+  lie[3 + 4 * 5] = 44;
+  const QTemporaryDir folder;
+  files.answer = folder.filePath("file");
+  Connect();
+  board.SetFlash(HeaderFor(28), Bytes(28));
+  board.SetFaults({.cut_reply_at = 70, .lying_header = lie});
+  hands->When([this] { return Bar() == 4; },
+              [&] {
+                EXPECT_EQ(Data().SeqSteps[5], 256);
+                box.Expect("Save", "Data Saved!");
+                Trigger("SaveBuffer");
+                ExpectMessage(kReadingErrorText);
+                Abort();
+              });
+  Read();
+  QFile file(*files.answer);
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  EXPECT_EQ(file.readAll().split('\n')[6], " 256 \r");
+  ExpectAtRest();
+}
+
+// A read that was aborted inside the first one's wait has set the line up for single bytes.
+TEST_F(NestedOperations, LessDataThanAnnouncedIsNoSuccess) {
+  FillFlash(ExampleSequences());
+  Connect();
+  board.SetFaults({.cut_reply_at = 80});
+  hands->When([this] { return Bar() == 14; },
+              [this] {
+                board.SetFaults({.silent = true});
+                hands->When([this] { return BytesSent(2); }, [this] { Abort(); });
+                ExpectMessage(kReadingErrorText, [this] {
+                  ExpectMessage(kCorruptedText, [this] {
+                    hands->When([this] { return hands->Read("Echo") == "Error!"; },
+                                [this] { Abort(); });
+                    ExpectMessage(kReadingErrorText);
+                  });
+                  board.Send(Bytes(42, 1));
+                  QTest::qSleep(50);  // all of it is here before the first read looks again
+                });
+                Read();
+              });
+  Read();
+  ExpectAtRest();
 }
 
 TEST_F(NestedOperations, AProgramPressedInsideAnothersEraseTakesItsPlace) {

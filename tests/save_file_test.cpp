@@ -120,5 +120,27 @@ TEST_F(SaveFileTest, WritesInPlaceWhereTheFolderTakesNoNewFile) {
   chmod(Encoded(folder_.path()).constData(), 0777);  // so that it can be removed
 }
 
+TEST_F(SaveFileTest, APipeIsServedAsLongAsItIsRead) {
+  const QString pipe = Path("pipe");
+  ASSERT_EQ(mkfifo(Encoded(pipe).constData(), 0600), 0);
+  EXPECT_EQ(SaveFile(pipe, "x"), "No such device or address");
+  const std::string content(300000, 'x');  // more than a pipe holds
+  for (const std::size_t wanted : {content.size(), std::size_t{1000}}) {
+    const int end = open(Encoded(pipe).constData(), O_RDONLY | O_NONBLOCK);
+    std::size_t taken = 0;
+    std::jthread reader([&] {
+      std::vector<char> buffer(1000);
+      while (taken < wanted) {
+        const ssize_t count = read(end, buffer.data(), buffer.size());
+        if (count > 0) taken += static_cast<std::size_t>(count);
+        if (count <= 0) usleep(1000);
+      }
+      close(end);
+    });
+    const std::optional<QString> reason = SaveFile(pipe, content);
+    EXPECT_EQ(reason.value_or("saved"), wanted == content.size() ? "saved" : "Broken pipe");
+  }
+}
+
 }  // namespace
 }  // namespace pelmora

@@ -61,4 +61,12 @@ inline std::vector<std::vector<EditRow>> Contents(const SequenceView& view) {
   return contents;
 }
 
+// Whether the operator would say that something has changed that can be undone.
+inline bool Changed(const SequenceView& before, const SequenceView& after) {
+  QStringList lines[] = {before.lines, after.lines};
+  for (QStringList& list : lines) list.replaceInStrings("\tBREAK!", "");
+  return before.data->CurSeq != after.data->CurSeq || lines[0] != lines[1] ||
+         Contents(before) != Contents(after);
+}
+
 }  // namespace pelmora

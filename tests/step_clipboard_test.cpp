@@ -1,6 +1,12 @@
 // Steps cut, copied and pasted in the list of the real window, and the list's context menu.
+#include <QAction>
+#include <QApplication>
 #include <QClipboard>
+#include <QMenu>
+#include <QPushButton>
+#include <QtTest/QTest>
 
+#include "platform/list_box.h"
 #include "tests/flash_fixture.h"
 #include "tests/sequence_view.h"
 
@@ -118,6 +124,23 @@ TEST_F(StepClipboard, ATextThatIsNoStepsIsRefusedAsAWhole) {
   EXPECT_EQ(Lines().size(), kSteps);
 }
 
+TEST_F(StepClipboard, WarnsOfTheCapacityOnce) {
+  Load(FilledSequences(1, 1716, 5));
+  for (int i = 0; i < 10; ++i) hands->Click("CommandMoreSeq");
+  SetClipboard((TextOf("1", "20") + "\n").repeated(5));
+  ExpectMessage("Out of memory: too many steps. Max # of bytes is 24064!");
+  ListKey(Qt::Key_V, kControl);
+  EXPECT_EQ(Lines().size(), 5);
+}
+
+TEST_F(StepClipboard, AWholeSequenceGoesIntoAnotherOneAsItIs) {
+  Load(FilledSequences(7, kSteps, 1638));
+  ListKey(Qt::Key_C, kControlShift);
+  hands->Click("CommandMoreSeq");
+  ListKey(Qt::Key_V, kControl);
+  EXPECT_EQ(Table()[1], Table()[0]);
+}
+
 TEST_F(StepClipboard, MenuShowsNamesAndKeysAndDoesWhatTheyDo) {
   AddSteps(3);
   Select(0);
@@ -151,18 +174,67 @@ TEST_F(StepClipboard, MenuShowsNamesAndKeysAndDoesWhatTheyDo) {
   QTest::mouseClick(&menu, Qt::LeftButton, {}, menu.actionGeometry(&item("ListCut")).center());
   EXPECT_FALSE(menu.isVisible());
   EXPECT_EQ(Order(), "02");
-  for (const auto& [name, order] : {std::pair{"ListPaste", "021"},
-                                    {"ListMoveUp", "012"},
-                                    {"ListMoveDown", "021"},
-                                    {"ListShowStep", "021"},
-                                    {"ListUndo", "012"},
-                                    {"ListRedo", "021"}}) {
-    item(name).trigger();
-    EXPECT_EQ(Order(), order) << name;
-  }
+  item("ListPaste").trigger();
+  EXPECT_EQ(Order(), "021");
+  item("ListMoveUp").trigger();
+  EXPECT_EQ(Order(), "012");
+  item("ListMoveDown").trigger();
+  EXPECT_EQ(Order(), "021");
+  item("ListShowStep").trigger();
   EXPECT_EQ(hands->Read("Text1_0"), "2");
+  item("ListUndo").trigger();
+  EXPECT_EQ(Order(), "012");
+  item("ListRedo").trigger();
+  EXPECT_EQ(Order(), "021");
   item("ListCopySequence").trigger();
   EXPECT_EQ(Clipboard().count('\n'), 3);
+  item("ListCopy").trigger();
+  EXPECT_EQ(Clipboard(), TextOf("1", "120") + '\n');
+  // The keys of what was disabled work once the menu has gone.
+  item("ListUndo").trigger();
+  EXPECT_EQ(Order(), "012");
+}
+
+// The road of a sequence that is built from another one, without the mouse.
+TEST_F(StepClipboard, TypicalUseByTheKeyboard) {
+  Connect();
+  FillFlash({});
+  hands->Find<QWidget>("CommandAdd").setFocus();
+  for (int i = 0; i < 3; ++i) {
+    SetSlider(0, kCentre + 2 * i);
+    Key(Qt::Key_A, Qt::AltModifier);
+  }
+  ListKey(Qt::Key_C, kControlShift);
+  hands->Find<QWidget>("CommandMoreSeq").setFocus();
+  for (int i = 0; i < 3; ++i) Key(Qt::Key_Space);
+  ListKey(Qt::Key_V, kControl);
+  ListKey(Qt::Key_Home);
+  ListKey(Qt::Key_X, kControl);
+  ListKey(Qt::Key_End);
+  ListKey(Qt::Key_V, kControl);
+  ListKey(Qt::Key_Up, kControl);
+  EXPECT_EQ(Order(), "102");
+  hands->Find<QWidget>("CommandLessSeq").setFocus();
+  Key(Qt::Key_Space);
+  Key(Qt::Key_Tab);  // anywhere
+  ExpectMessage(kErasedText);
+  ExpectMessage(kProgrammedText);
+  Key(Qt::Key_G, Qt::AltModifier);
+  const SequenceView programmed = Look(*this);
+  ExpectMessage(kReadText);
+  Key(Qt::Key_D, Qt::AltModifier);
+  EXPECT_EQ(Order(), "012");
+  EXPECT_EQ(Data().SeqSteps[3], 3);
+  const SequenceView read = Look(*this);
+  EXPECT_EQ(Contents(read), Contents(programmed)) << "what was pasted has been on the board";
+  EXPECT_EQ(read.data->SeqTable[3].Position[0][0], kCentre + 2);
+  Key(Qt::Key_Z, kControl);
+  EXPECT_EQ(Difference(Look(*this), programmed), "");
+  Key(Qt::Key_Z, kControlShift);
+  EXPECT_EQ(Difference(Look(*this), read), "");
+  for (int i = 0; i < 6; ++i) Key(Qt::Key_Z, kControl);
+  EXPECT_EQ(hands->Read("LabelSeq"), "Sequence N° 0");
+  EXPECT_EQ(Order(), "01") << "before the third step was added";
 }
 
 }  // namespace

@@ -1,7 +1,12 @@
 // The step list of the real window under the operator's hands, while a sequence plays in it.
+#include <QApplication>
+#include <QLineEdit>
 #include <QScrollBar>
+#include <QtTest/QTest>
+#include <algorithm>
 #include <cmath>
 
+#include "platform/list_box.h"
 #include "platform/list_look.h"
 #include "tests/playback_fixture.h"
 
@@ -41,6 +46,48 @@ class LongList : public Playback {
   static constexpr int kLines = 40;
   platform::ListBox& list;
 };
+
+TEST_F(LongList, AClickWhileItPlaysMovesNoStep) {
+  Play(0);
+  for (int ticks = 0; ticks < 16; ++ticks) {
+    list.scrollToTop();
+    list.SetListIndex(8);
+    const QPoint place = Lowest();
+    const int line = LineUnder(place);
+    Press(place);
+    for (int i = 0; i < ticks; ++i) timer.Elapse();
+    Release(place);
+    EXPECT_EQ(Moved(), "") << ticks;
+    EXPECT_EQ(Selected(), line) << ticks;
+  }
+}
+
+TEST_F(LongList, ADoubleClickOnTheLowestLineShowsThatStep) {
+  Connect();
+  const QPoint place = Lowest();
+  const int line = LineUnder(place);
+  QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, place);
+  QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, place);
+  Release(place);
+  ExpectSent(Shown(line));
+  EXPECT_EQ(hands->Read("LabelStep"), QString("Step N° %1").arg(line));
+}
+
+TEST_F(LongList, ADragWhileItPlaysDropsWhereThePointerIs) {
+  Play(0);
+  const QPoint place = Lowest();
+  const int line = LineUnder(place);
+  Press(list.visualItemRect(list.item(2)).center());
+  for (int report = 0; report < 5; ++report) {
+    QTest::mouseMove(list.viewport(), place - QPoint(0, report));
+    timer.Elapse();
+  }
+  Release(place);
+  EXPECT_EQ(Selected(), line);
+  EXPECT_EQ(FirstAngles()[line], Local("-13 °")) << "step 2";
+  hands->DragLine("ListSequence", line, 2);
+  EXPECT_EQ(Moved(), "");
+}
 
 TEST_F(LongList, ADragGoesBeyondThePageAndEscapeTakesItBack) {
   hands->DragLine("ListSequence", 1, 30);

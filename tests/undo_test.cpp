@@ -1,8 +1,18 @@
 // Undo and redo on the real window, by their keys.
+#include <QAction>
 #include <QClipboard>
+#include <QDialog>
 #include <QGuiApplication>
+#include <QMenu>
+#include <QPushButton>
+#include <QRandomGenerator>
+#include <QSpinBox>
+#include <QTemporaryDir>
 #include <QTimer>
+#include <QtTest/QTest>
 
+#include "platform/cw_num_edit.h"
+#include "platform/list_box.h"
 #include "tests/flash_fixture.h"
 #include "tests/sequence_view.h"
 
@@ -89,7 +99,7 @@ class UndoOfEachChange : public UndoTest {
     const SequenceView before = Now();
     c.change();
     const SequenceView after = Now();
-    ASSERT_NE(Contents(before), Contents(after));
+    ASSERT_TRUE(Changed(before, after));
     EXPECT_EQ(MenuItem("ListUndo"), QString("Undo %1").arg(c.name));
     EXPECT_EQ(MenuItem("ListRedo"), "");
     board.ClearLog();
@@ -167,6 +177,22 @@ TEST_F(UndoOfEachChange, WhatChangesNoSequenceIsNoStep) {
   EXPECT_EQ(Difference(Now(), before), "");
 }
 
+TEST_F(UndoOfEachChange, IsSilentAboveTheBoardsCapacity) {
+  const QString warning = "Out of memory: too many steps. Max # of bytes is 24064!";
+  ExpectMessage(warning);
+  box.Expect("Load", "Data Loaded!");
+  LoadFile(FilledSequences(1, 4096, 7));
+  ExpectMessage(warning);
+  Press("CommandMoreSeq");
+  Select(255);
+  ExpectMessage(warning);
+  Press("CommandRem");
+  Undo();
+  EXPECT_EQ(Lines().size(), kSteps);
+  Redo();
+  EXPECT_EQ(Lines().size(), kSteps - 1);
+}
+
 TEST_F(UndoOfEachChange, WorksWhilePlaybackRunsAndLeavesTheViewWhereItIs) {
   for (int i = 0; i < 60; ++i) Press("CommandAdd");
   Select(30);
@@ -194,7 +220,9 @@ class UndoOfARead : public UndoOfEachChange {
 
 TEST_F(UndoOfARead, WaitsForItsEndAndTakesWhatWasDoneMeanwhileWithIt) {
   const SequenceView before = Now();
-  board.SetFaults({.silent = true});
+  simboard::Faults silent;
+  silent.silent = true;
+  board.SetFaults(silent);
   WhenWaiting([&] {
     const SequenceView cleared = Now();
     Undo();
@@ -219,7 +247,9 @@ TEST_F(UndoOfARead, WaitsForItsEndAndTakesWhatWasDoneMeanwhileWithIt) {
 
 TEST_F(UndoOfARead, BringsBackWhatALostLineTook) {
   const SequenceView before = Now();
-  board.SetFaults({.silent = true});
+  simboard::Faults silent;
+  silent.silent = true;
+  board.SetFaults(silent);
   box.ExpectAnything();
   WhenWaiting([&] { board.Unplug(); });
   Read();
@@ -237,7 +267,9 @@ TEST_F(UndoOfARead, BringsBackWhatALostLineTook) {
 TEST_F(UndoOfARead, IsNotAvailableWhileTheFlashIsErasedOrProgrammed) {
   const SequenceView before = Now();
   for (const char* operation : {"CommandErase", "CommandFlash"}) {
-    board.SetFaults({.silent = true});
+    simboard::Faults silent;
+    silent.silent = true;
+    board.SetFaults(silent);
     WhenWaiting([&] {
       Undo();
       EXPECT_EQ(Difference(Now(), before), "");
@@ -275,6 +307,136 @@ TEST_F(UndoTest, IsTheFieldsOwnWhileAnEntryIsBeingEdited) {
     EXPECT_EQ(hands->Read(name), committed);
   }
 }
+
+// Any changes in any order, and what is no change in between.
+class RandomChanges : public UndoTest, public testing::WithParamInterface<unsigned> {
+ protected:
+  int Random(int below) { return static_cast<int>(random_.bounded(below)); }
+  Sequences SomeSequences() {
+    return RandomSequences(random_.generate(), Random(4) == 0 ? 4000 : Random(200));
+  }
+
+  void Change() {
+    const int lines = list.ListCount();
+    switch (Random(20)) {
+      case 0:
+        return Press("CommandRem");
+      case 1:
+        return Press("CommandReplace");
+      case 2:
+        return Random(5) == 0 ? Press("CommandClear") : Press("CommandAdd");
+      case 3:
+        return Random(5) == 0 ? Press("CommandClearAll") : Press("CommandAdd");
+      case 4:
+      case 5:
+        return Key(list, Random(2) == 0 ? Qt::Key_Up : Qt::Key_Down, Qt::ControlModifier);
+      case 6:
+        if (lines >= 2 && lines < 200 && Selected() >= 0) {
+          SetSlider(Random(kChannels), Random(256));
+          Interpolate(2 + Random(8));
+          if (auto* dialog = form->findChild<QDialog*>("DialogInterp")) dialog->reject();
+          QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        }
+        return;
+      case 7:
+        return Key(list, Qt::Key_X, Qt::ControlModifier);
+      case 8:
+      case 9:
+        return Key(list, Qt::Key_V, Qt::ControlModifier);
+      case 10:
+        if (Random(6) != 0) return Press("CommandAdd");
+        return Random(3) == 0 ? Trigger("LoadBuffer") : LoadFile(SomeSequences());
+      case 11:
+        return ReadSomething();
+      default:
+        return Add(Random(kChannels), Random(256), 20 + Random(2000));
+    }
+  }
+
+  void ReadSomething() {
+    simboard::Faults faults;
+    switch (Random(5)) {
+      case 0:
+        faults.silent = true;
+        break;
+      case 1:
+        faults.cut_reply_at = static_cast<std::size_t>(Random(200));
+        break;
+      case 2:
+        FillFlash(SomeSequences());
+        break;
+      default:
+        return Press("CommandAdd");
+    }
+    board.SetFaults(faults);
+    hands->When([this] { return Waiting(); }, [this] { Press("CommandAdd"); });
+    Press("CommandRead");
+  }
+
+  void NoChange() {
+    switch (Random(8)) {
+      case 0:
+        return Select(Random(list.ListCount() + 1) - 1);
+      case 1:
+        return Press("CommandBrk");
+      case 2:
+        return Press(Random(2) == 0 ? "CommandMoreSeq" : "CommandLessSeq");
+      case 3:
+        return Trigger("SaveBuffer");
+      case 4:
+        return Press("CommandUp");
+      case 5:
+        return Key(list, Qt::Key_C, Qt::ControlModifier);
+      case 6:
+        return Key(list, Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
+      default:
+        return;
+    }
+  }
+
+  // Ends a read that brings nothing, or more than there is room for.
+  void LosePatience() {
+    QTimer::singleShot(30, form.get(), [this] {
+      LosePatience();
+      if (Waiting()) Press("Command1");
+    });
+  }
+
+  QRandomGenerator random_{GetParam()};
+};
+
+TEST_P(RandomChanges, CanBeUndoneToTheStartAndRedoneToTheEnd) {
+  constexpr int kChanges = 500;
+  box.ExpectAnything();
+  LosePatience();
+  Connect();
+  const SequenceView start = Now();
+  std::vector<std::pair<SequenceView, SequenceView>> changes;  // before and after each
+  while (changes.size() < kChanges) {
+    NoChange();
+    SequenceView before = Now();
+    Change();
+    SequenceView after = Now();
+    if (Changed(before, after)) changes.emplace_back(before, after);
+  }
+  for (int round = 0; round < 2; ++round) {
+    for (std::size_t i = kChanges; i-- > 0;) {
+      Undo();
+      ASSERT_EQ(Difference(Now(), changes[i].first), "") << "undone: change " << i;
+    }
+    Undo();
+    ASSERT_EQ(Difference(Now(), changes[0].first), "") << "nothing more to undo";
+    ASSERT_EQ(Contents(Now()), Contents(start));
+    for (std::size_t i = 0; i < kChanges; ++i) {
+      Redo();
+      ASSERT_EQ(Difference(Now(), changes[i].second), "") << "redone: change " << i;
+    }
+    Redo();
+    ASSERT_EQ(Difference(Now(), changes.back().second), "") << "nothing more to redo";
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, RandomChanges, testing::Values(1U, 2U, 3U, 20261123U));
 
 }  // namespace
 }  // namespace pelmora

@@ -396,12 +396,13 @@ class RandomChanges : public UndoTest, public testing::WithParamInterface<unsign
 
   // Ends a read that brings nothing, or more than there is room for.
   void LosePatience() {
-    QTimer::singleShot(30, form.get(), [this] {
-      LosePatience();
+    patience_.callOnTimeout([this] {
       if (Waiting()) Press("Command1");
     });
+    patience_.start(30);
   }
 
+  QTimer patience_;
   QRandomGenerator random_{GetParam()};
 };
 

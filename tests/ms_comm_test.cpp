@@ -187,7 +187,7 @@ TEST_F(MSCommTest, PulledLineIsOneLossAndCostsNothing) {
   for (const bool while_sending : {false, true}) {
     lost.clear();
     Receive("last");
-    comm.Output(Bytes(50, 1));
+    comm.Output(Bytes(600, 1));  // more than the line carries in the time below
     board.Unplug();
     if (while_sending) comm.Output(Bytes{1, 2, 3});
     const double before = rig::ProcessorMilliseconds();

@@ -153,6 +153,19 @@ TEST_F(Playback, ResetStopsItRunningAndHalted) {
   ExpectIdle();
 }
 
+TEST_F(Playback, AResetThatFindsTheLineDeadGivesOneMessage) {
+  Compose({100, 200});
+  Play(0);
+  hands->Click("CWButtonMainOnOff");
+  Sent(1);
+  ExpectLoss();
+  board.Unplug();
+  Trigger("Resetting");
+  EXPECT_TRUE(hands->WaitUntil([&] { return box.Outstanding() == 0; }));
+  ExpectIdle();
+  EXPECT_FALSE(On("CWButtonMainOnOff"));
+}
+
 TEST_F(Playback, ALostPortEndsItWithOneMessage) {
   Compose({100, 200});
   hands->ChooseMenu("Emu");

@@ -288,52 +288,24 @@ class RandomOperator : public WindowTest {
   }
 
   void ClearOrReset() {
-    switch (Random(6)) {
-      case 0:
-        return Press("CommandClearAll");
-      case 1:
-        return Press("CommandClear");
-      case 2:
-        return Trigger("Resetting");
-      default:
-        return Trigger("FreshProg");
-    }
+    const int kind = Random(6);
+    if (kind < 2) return Press(kind == 0 ? "CommandClearAll" : "CommandClear");
+    Trigger(kind == 2 ? "Resetting" : "FreshProg");
   }
 
   void Misbehave() {
-    simboard::Faults faults;
-    switch (Random(14)) {
-      case 0:
-        faults.silent = true;
-        break;
-      case 1:
-        faults.before_reply = {3, 0};
-        break;
-      case 2:
-        faults.extra_replies = 2;
-        break;
-      case 3:
-        faults.cut_reply_at = static_cast<std::size_t>(Random(120));
-        break;
-      case 4:
-        faults.after_reply = {1, 2, 3};
-        break;
-      case 5: {
-        std::array<std::uint8_t, 66> header{};
-        for (auto& byte : header) {
-          byte = static_cast<std::uint8_t>(Random(4) == 0 ? Random(256) : 0);
-        }
-        faults.lying_header = header;
-        break;
-      }
-      case 6:
-      case 7:
-        faults.reply_delay = std::chrono::milliseconds(kPatience / 2);
-        break;
-      default:
-        break;  // the board behaves
-    }
-    board.SetFaults(faults);
+    std::array<std::uint8_t, 66> header{};
+    for (auto& byte : header) byte = static_cast<std::uint8_t>(Random(4) == 0 ? Random(256) : 0);
+    const simboard::Faults faults[] = {{.silent = true},
+                                       {.before_reply = {3, 0}},
+                                       {.extra_replies = 2},
+                                       {.cut_reply_at = static_cast<std::size_t>(Random(120))},
+                                       {.after_reply = {1, 2, 3}},
+                                       {.lying_header = header},
+                                       {.reply_delay = std::chrono::milliseconds(kPatience / 2)},
+                                       {.reply_delay = std::chrono::milliseconds(kPatience / 2)}};
+    const auto kind = static_cast<std::size_t>(Random(14));
+    board.SetFaults(kind < std::size(faults) ? faults[kind] : simboard::Faults{});
   }
 
   // Called now and then, also inside waits: does something else in between, and ends a wait that

@@ -51,12 +51,7 @@ TEST_F(ServoBoardTest, ProgrammedImageReadsBackByteForByteUntilErased) {
 }
 
 TEST_F(ServoBoardTest, AcknowledgesTheHeaderAndEveryCompleteBlock) {
-  struct Case {
-    std::size_t total;
-    std::size_t acknowledgements;
-  };
-  for (const auto& [total, acknowledgements] :
-       {Case{0, 1}, {1, 1}, {255, 1}, {256, 2}, {257, 2}, {300, 2}, {512, 3}, {24064, 95}}) {
+  for (const std::size_t total : {0, 1, 255, 256, 257, 512, 24064}) {
     SCOPED_TRACE(total);
     EXPECT_EQ(Feed(Bytes{2} + HeaderFor(total)), Bytes{255});
     Bytes acks{255};
@@ -65,7 +60,7 @@ TEST_F(ServoBoardTest, AcknowledgesTheHeaderAndEveryCompleteBlock) {
       EXPECT_EQ(answer, (i + 1) % 256 == 0 ? Bytes{255} : Bytes{}) << "after byte " << i;
       acks = acks + answer;
     }
-    EXPECT_EQ(acks.size(), acknowledgements);
+    EXPECT_EQ(acks.size(), 1 + total / 256);
     EXPECT_EQ(board_.Flash().data.size(), total);
     EXPECT_EQ(Feed({7}), Bytes{255}) << "listens for commands again";
   }
@@ -95,18 +90,10 @@ TEST_F(ServoBoardTest, PositionsControlAndReset) {
 TEST_F(ServoBoardTest, PlaysStepsForTheirTimeOverAndOver) {
   ProgramExample();
   Feed({3, 0});
-  struct Moment {
-    std::chrono::milliseconds later;
-    std::size_t step;
-    int channel0;
-  };
-  for (const auto& [later, step, channel0] : {Moment{0ms, 0, 128},
-                                              {99ms, 0, 128},
-                                              {1ms, 1, 255},
-                                              {999ms, 1, 255},
-                                              {1ms, 0, 128},
-                                              {2200ms, 0, 128},
-                                              {100ms, 1, 255}}) {
+  const std::tuple<std::chrono::milliseconds, std::size_t, int> moments[] = {
+      {0ms, 0, 128}, {99ms, 0, 128},   {1ms, 1, 255},  {999ms, 1, 255},
+      {1ms, 0, 128}, {2200ms, 0, 128}, {100ms, 1, 255}};
+  for (const auto& [later, step, channel0] : moments) {
     PassTime(later);
     EXPECT_EQ(board_.NowPlaying()->step, step) << later.count();
     EXPECT_EQ(board_.Positions()[0], channel0) << later.count();

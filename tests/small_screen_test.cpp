@@ -32,7 +32,8 @@ TEST_F(SmallScreen, LetsEveryControlBeReached) {
     auto& view = *form->findChild<QScrollArea*>();
     EXPECT_EQ(view.widget()->size(), QSize(849, 674));
     EXPECT_EQ(view.verticalScrollBar()->maximum(), 674 - view.viewport()->height());
-    EXPECT_EQ(view.horizontalScrollBar()->maximum(), std::max(0, 849 - view.viewport()->width()));
+    EXPECT_EQ(view.horizontalScrollBar()->maximum(),
+              screen.width() > 900 ? 0 : 849 - view.viewport()->width());
 
     QSet<QWidget*> reached;
     hands->Find<QWidget>("CommandMoreSeq").setFocus();

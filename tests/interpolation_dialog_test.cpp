@@ -165,6 +165,32 @@ TEST_F(Interpolate, NeverMakesMoreLinesThanASequenceHolds) {
   EXPECT_EQ(Selected(), 149);
 }
 
+TEST_F(Interpolate, TheCountKeepsToItsRange) {
+  Compose("128/3000 148/100");
+  Open(0);
+  struct Case {
+    const char* typed;
+    const char* count;
+  };
+  for (const Case& c : {Case{"0", "1"},
+                        {"100", "100"},
+                        {"101", "10"},
+                        {"-3", "3"},
+                        {"2.5", "25"},
+                        {"7", "7"},
+                        {"", "7"}}) {
+    hands->Type("CWNumEditInterp", c.typed, false);
+    QTest::keyClick(&hands->Find<QWidget>("CWNumEditInterp"), Qt::Key_Tab);
+    EXPECT_EQ(hands->Read("CWNumEditInterp"), c.count) << c.typed;
+  }
+  QTest::keyClick(&hands->Find<QWidget>("CWNumEditInterp"), Qt::Key_PageUp);
+  QTest::keyClick(&hands->Find<QWidget>("CWNumEditInterp"), Qt::Key_Up);
+  EXPECT_EQ(hands->Read("CWNumEditInterp"), "13");
+  hands->Type("CWNumEditInterp", "3");  // Enter is OK
+  ASSERT_TRUE(Closes());
+  EXPECT_EQ(Lines().size(), 4);
+}
+
 TEST_F(Interpolate, LocksTheMainWindowUntilItCloses) {
   const std::function<void()> ways[] = {
       [this] { hands->Click("OKButton"); },

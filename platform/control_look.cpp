@@ -15,7 +15,7 @@ ControlColours ButtonColoursOf(const ControlState& state, const QPalette& palett
   colours.text = state.enabled ? text : faded;
   colours.edge = Blend(button, text, state.enabled ? kEdgeShare : 0.2);
   colours.face = button;
-  colours.rim = state.enabled ? Blend(button, text, 0.65) : faded;
+  colours.rim = state.enabled ? Blend(button, text, 0.78) : faded;
   colours.word = colours.rim;
   if (state.on) {
     const SignalColours& signal = state.waiting ? kWaitingSignal : kOnSignal;

@@ -1,12 +1,6 @@
 // Steps cut, copied and pasted in the list of the real window, and the list's context menu.
-#include <QAction>
-#include <QApplication>
 #include <QClipboard>
-#include <QMenu>
-#include <QPushButton>
-#include <QtTest/QTest>
 
-#include "platform/list_box.h"
 #include "tests/flash_fixture.h"
 #include "tests/sequence_view.h"
 
@@ -18,18 +12,12 @@ constexpr auto kControlShift = Qt::ControlModifier | Qt::ShiftModifier;
 
 class StepClipboard : public FlashTest {
  protected:
-  StepClipboard() : list(hands->Find<platform::ListBox>("ListSequence")) {
-    QGuiApplication::clipboard()->clear();
-  }
+  StepClipboard() { QGuiApplication::clipboard()->clear(); }
 
-  void Key(int key, Qt::KeyboardModifiers modifiers = {}) {
+  // A key for the control that has the focus.
+  void KeyToFocus(int key, Qt::KeyboardModifiers modifiers = {}) {
     QWidget* focus = QApplication::focusWidget();
-    QTest::keyClick(focus ? focus : form.get(), static_cast<Qt::Key>(key), modifiers);
-  }
-  // Presses a key while the list has the focus.
-  void ListKey(int key, Qt::KeyboardModifiers modifiers = {}) {
-    list.setFocus();
-    Key(key, modifiers);
+    Key(focus ? *focus : *form, key, modifiers);
   }
   // Steps told apart by channel 0: "0 °", "1 °", "2 °", ...
   void AddSteps(int count) {
@@ -44,23 +32,29 @@ class StepClipboard : public FlashTest {
   QString Clipboard() const { return QGuiApplication::clipboard()->text(); }
   // A line of the clipboard for a step with this angle of channel 0.
   QString TextOf(const QString& angle, const QString& duration) const {
-    return angle + QString("\t0").repeated(kChannels - 1) + '\t' + duration;
+    return angle + QString("\t0").repeated(kChannels - 1) + '\t' + duration + '\n';
   }
-
-  platform::ListBox& list;
+  // Tries to paste; nothing changes.
+  void ExpectRefused(const QString& text, const QString& message) {
+    const SequenceView before = Look(*this);
+    SetClipboard(text);
+    ExpectMessage(message);
+    ListKey(Qt::Key_V, kControl);
+    EXPECT_EQ(Difference(Look(*this), before), "");
+  }
 };
 
 TEST_F(StepClipboard, CopiesCutsAndPastesAsAddDoes) {
   AddSteps(4);
   Select(1);
   ListKey(Qt::Key_C, kControl);
-  EXPECT_EQ(Clipboard(), TextOf("1", "120") + '\n');
+  EXPECT_EQ(Clipboard(), TextOf("1", "120"));
   ListKey(Qt::Key_C, kControlShift);
-  EXPECT_EQ(Clipboard(), TextOf("0", "100") + '\n' + TextOf("1", "120") + '\n' +
-                             TextOf("2", "140") + '\n' + TextOf("3", "160") + '\n');
+  EXPECT_EQ(Clipboard(),
+            TextOf("0", "100") + TextOf("1", "120") + TextOf("2", "140") + TextOf("3", "160"));
   hands->Click("CommandBrk");
   ListKey(Qt::Key_X, kControl);
-  EXPECT_EQ(Clipboard(), TextOf("1", "120") + '\n');
+  EXPECT_EQ(Clipboard(), TextOf("1", "120"));
   EXPECT_EQ(Order(), "023");
   EXPECT_EQ(Selected(), 1);
   Select(2);
@@ -74,7 +68,7 @@ TEST_F(StepClipboard, CopiesCutsAndPastesAsAddDoes) {
   EXPECT_EQ(hands->Read("LabelByte"), "56 bytes");
   EXPECT_EQ(Data().SeqSteps[0], 4) << "stored";
   // Pasted again, several go on below and keep their order; with nothing selected, at the top.
-  SetClipboard(TextOf("7", "20") + '\n' + TextOf("8", "20"));
+  SetClipboard(TextOf("7", "20") + TextOf("8", "20"));
   ListKey(Qt::Key_V, kControl);
   ListKey(Qt::Key_V, kControl);
   EXPECT_EQ(Order(), "02317878");
@@ -97,37 +91,31 @@ TEST_F(StepClipboard, NothingSelectedOrNothingToPasteDoesNothing) {
 }
 
 TEST_F(StepClipboard, KeysOfOtherControlsAreTheirOwn) {
-  AddSteps(1);
   SetClipboard(TextOf("5", "20"));
   for (const char* name : {"CommandAdd", "CWSlide1_3", "Text1_3"}) {
     hands->Find<QWidget>(name).setFocus();
-    Key(Qt::Key_V, kControl);
-    EXPECT_EQ(Lines().size(), 1) << name;
+    KeyToFocus(Qt::Key_V, kControl);
+    EXPECT_TRUE(Lines().isEmpty()) << name;
   }
 }
 
 TEST_F(StepClipboard, ATextThatIsNoStepsIsRefusedAsAWhole) {
   AddSteps(2);
   hands->Click("CommandBrk");
-  const SequenceView before = Look(*this);
-  SetClipboard(TextOf("1", "20") + "\n" + TextOf("1", "20") + "\n" + TextOf("64", "20"));
-  ExpectMessage("Nothing is pasted. Line 3 is no step: the angle of Ch0 is outside -64 to " +
-                Local("63.5") + " °.");
-  ListKey(Qt::Key_V, kControl);
-  EXPECT_EQ(Difference(Look(*this), before), "");
-  SetClipboard((TextOf("1", "20") + "\r\n").repeated(kSteps - 1));
-  ExpectMessage("Impossible add other lines, max # of lines is 256!");
-  ListKey(Qt::Key_V, kControl);
-  EXPECT_EQ(Difference(Look(*this), before), "");
-  SetClipboard((TextOf("1", "20") + "\r\n").repeated(kSteps - 2));
+  const QString good = TextOf("1", "20");
+  ExpectRefused(good + good + TextOf("64", "20"),
+                "Nothing is pasted. Line 3 is no step: the angle of Ch0 is outside -64 to " +
+                    Local("63.5") + " °.");
+  ExpectRefused(good.repeated(kSteps - 1), "Impossible add other lines, max # of lines is 256!");
+  SetClipboard(good.repeated(kSteps - 2));
   ListKey(Qt::Key_V, kControl);
   EXPECT_EQ(Lines().size(), kSteps);
 }
 
 TEST_F(StepClipboard, WarnsOfTheCapacityOnce) {
   Load(FilledSequences(1, 1716, 5));
-  for (int i = 0; i < 10; ++i) hands->Click("CommandMoreSeq");
-  SetClipboard((TextOf("1", "20") + "\n").repeated(5));
+  for (int i = 0; i < 10; ++i) Press("CommandMoreSeq");
+  SetClipboard(TextOf("1", "20").repeated(5));
   ExpectMessage("Out of memory: too many steps. Max # of bytes is 24064!");
   ListKey(Qt::Key_V, kControl);
   EXPECT_EQ(Lines().size(), 5);
@@ -147,6 +135,7 @@ TEST_F(StepClipboard, MenuShowsNamesAndKeysAndDoesWhatTheyDo) {
   const auto item = [this](const char* name) -> QAction& { return hands->Find<QAction>(name); };
   // A right click selects the line as any button does, and opens the menu when it is released.
   auto& menu = hands->Find<QMenu>("ListMenu");
+  platform::ListBox& list = List();
   const QPoint place = list.visualItemRect(list.item(1)).center();
   QTest::mousePress(list.viewport(), Qt::RightButton, {}, place);
   EXPECT_FALSE(menu.isVisible());
@@ -174,39 +163,36 @@ TEST_F(StepClipboard, MenuShowsNamesAndKeysAndDoesWhatTheyDo) {
   QTest::mouseClick(&menu, Qt::LeftButton, {}, menu.actionGeometry(&item("ListCut")).center());
   EXPECT_FALSE(menu.isVisible());
   EXPECT_EQ(Order(), "02");
-  item("ListPaste").trigger();
-  EXPECT_EQ(Order(), "021");
-  item("ListMoveUp").trigger();
-  EXPECT_EQ(Order(), "012");
-  item("ListMoveDown").trigger();
-  EXPECT_EQ(Order(), "021");
-  item("ListShowStep").trigger();
-  EXPECT_EQ(hands->Read("Text1_0"), "2");
-  item("ListUndo").trigger();
-  EXPECT_EQ(Order(), "012");
-  item("ListRedo").trigger();
-  EXPECT_EQ(Order(), "021");
+  const QPair<const char*, const char*> chosen[] = {
+      {"ListPaste", "021"},    {"ListMoveUp", "012"}, {"ListMoveDown", "021"},
+      {"ListShowStep", "021"}, {"ListUndo", "012"},   {"ListRedo", "021"},
+  };
+  for (const auto& [name, order] : chosen) {
+    item(name).trigger();
+    EXPECT_EQ(Order(), order) << name;
+  }
+  EXPECT_EQ(hands->Read("Text1_0"), "2") << "the step that was shown";
   item("ListCopySequence").trigger();
   EXPECT_EQ(Clipboard().count('\n'), 3);
   item("ListCopy").trigger();
-  EXPECT_EQ(Clipboard(), TextOf("1", "120") + '\n');
+  EXPECT_EQ(Clipboard(), TextOf("1", "120"));
   // The keys of what was disabled work once the menu has gone.
   item("ListUndo").trigger();
   EXPECT_EQ(Order(), "012");
 }
 
-// The road of a sequence that is built from another one, without the mouse.
+// A sequence is built from another one, without the mouse.
 TEST_F(StepClipboard, TypicalUseByTheKeyboard) {
   Connect();
   FillFlash({});
   hands->Find<QWidget>("CommandAdd").setFocus();
   for (int i = 0; i < 3; ++i) {
     SetSlider(0, kCentre + 2 * i);
-    Key(Qt::Key_A, Qt::AltModifier);
+    KeyToFocus(Qt::Key_A, Qt::AltModifier);
   }
   ListKey(Qt::Key_C, kControlShift);
   hands->Find<QWidget>("CommandMoreSeq").setFocus();
-  for (int i = 0; i < 3; ++i) Key(Qt::Key_Space);
+  for (int i = 0; i < 3; ++i) KeyToFocus(Qt::Key_Space);
   ListKey(Qt::Key_V, kControl);
   ListKey(Qt::Key_Home);
   ListKey(Qt::Key_X, kControl);
@@ -215,24 +201,24 @@ TEST_F(StepClipboard, TypicalUseByTheKeyboard) {
   ListKey(Qt::Key_Up, kControl);
   EXPECT_EQ(Order(), "102");
   hands->Find<QWidget>("CommandLessSeq").setFocus();
-  Key(Qt::Key_Space);
-  Key(Qt::Key_Tab);  // anywhere
+  KeyToFocus(Qt::Key_Space);
+  KeyToFocus(Qt::Key_Tab);  // anywhere
   ExpectMessage(kErasedText);
   ExpectMessage(kProgrammedText);
-  Key(Qt::Key_G, Qt::AltModifier);
+  KeyToFocus(Qt::Key_G, Qt::AltModifier);
   const SequenceView programmed = Look(*this);
   ExpectMessage(kReadText);
-  Key(Qt::Key_D, Qt::AltModifier);
+  KeyToFocus(Qt::Key_D, Qt::AltModifier);
   EXPECT_EQ(Order(), "012");
   EXPECT_EQ(Data().SeqSteps[3], 3);
   const SequenceView read = Look(*this);
   EXPECT_EQ(Contents(read), Contents(programmed)) << "what was pasted has been on the board";
   EXPECT_EQ(read.data->SeqTable[3].Position[0][0], kCentre + 2);
-  Key(Qt::Key_Z, kControl);
+  KeyToFocus(Qt::Key_Z, kControl);
   EXPECT_EQ(Difference(Look(*this), programmed), "");
-  Key(Qt::Key_Z, kControlShift);
+  KeyToFocus(Qt::Key_Z, kControlShift);
   EXPECT_EQ(Difference(Look(*this), read), "");
-  for (int i = 0; i < 6; ++i) Key(Qt::Key_Z, kControl);
+  for (int i = 0; i < 6; ++i) KeyToFocus(Qt::Key_Z, kControl);
   EXPECT_EQ(hands->Read("LabelSeq"), "Sequence N° 0");
   EXPECT_EQ(Order(), "01") << "before the third step was added";
 }

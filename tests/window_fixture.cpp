@@ -40,4 +40,13 @@ void WindowTest::ExpectSent(const Bytes& bytes) {
   EXPECT_EQ(Sent(bytes.size()), bytes);
 }
 
+void WindowTest::Key(QWidget& control, int key, Qt::KeyboardModifiers modifiers) {
+  if (!form->isActiveWindow()) {
+    form->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(form.get()));
+  }
+  if (&control == &List()) control.setFocus();
+  QTest::keyClick(&control, static_cast<Qt::Key>(key), modifiers);
+}
+
 }  // namespace pelmora

@@ -41,10 +41,7 @@ void WindowTest::ExpectSent(const Bytes& bytes) {
 }
 
 void WindowTest::Key(QWidget& control, int key, Qt::KeyboardModifiers modifiers) {
-  if (!form->isActiveWindow()) {
-    form->activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(form.get()));
-  }
+  QApplication::setActiveWindow(form.get());
   if (&control == &List()) control.setFocus();
   QTest::keyClick(&control, static_cast<Qt::Key>(key), modifiers);
 }

@@ -5,20 +5,15 @@
 
 #include <QDir>
 #include <QDirIterator>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QPoint>
 #include <QProcess>
 #include <QProcessEnvironment>
-#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QThread>
-#include <optional>
-#include <string_view>
 
 #include "board/simulated_board.h"
 #include "rig/bytes.h"
-#include "ui/inventory.h"
 
 namespace pelmora {
 namespace {
@@ -27,6 +22,15 @@ using rig::Bytes;
 
 constexpr int kStartLimit = 20000;  // ms
 constexpr int kEndLimit = 5000;
+
+// Below the menu bar, in pixels.
+constexpr int kClientHeight = 674;
+constexpr QPoint kComboPort{576, 42};
+constexpr QPoint kCWButtonMainOnOff{744, 34};
+constexpr QPoint kFirstOffset{36, 361};
+constexpr QPoint kCommandAdd{784, 448};
+constexpr QPoint kCommandFlash{560, 184};
+constexpr QPoint kCommandErase{796, 184};
 
 class Outside : public testing::Test {
  protected:
@@ -59,17 +63,8 @@ class Outside : public testing::Test {
     window_ = FindWindow("^Pelmora V 3.0$");
     ASSERT_FALSE(window_.isEmpty());
     const QString geometry = XDoTool({"getwindowgeometry", "--shell", window_});
-    const auto value = [&geometry](const char* name) {
-      return QRegularExpression(QString("^%1=(-?\\d+)$").arg(name),
-                                QRegularExpression::MultilineOption)
-          .match(geometry)
-          .captured(1)
-          .toInt();
-    };
-    const int menu_height = value("HEIGHT") - Pixels(kFormHeight);
-    left_ = value("X");
-    top_ = value("Y") + menu_height;
-    ASSERT_GT(menu_height, 0);
+    menu_height_ = geometry.section("HEIGHT=", 1).section('\n', 0, 0).toInt() - kClientHeight;
+    ASSERT_GT(menu_height_, 0);
     XDoTool({"windowfocus", "--sync", window_});
   }
 
@@ -94,30 +89,9 @@ class Outside : public testing::Test {
     return tool.readAllStandardOutput().trimmed();
   }
 
-  // The place on the screen of a control's point, given in pixels from its corner or, without one,
-  // its centre.
-  QPoint Place(std::string_view name, int element = 0, std::optional<QPoint> inside = {}) const {
-    for (const ControlRow& row : Inventory()) {
-      if (name != row.control.name || element < row.first || element >= row.first + row.count)
-        continue;
-      const int shift = (element - row.first) * row.pitch;
-      const QPoint corner(Pixels(row.left + shift), Pixels(row.top));
-      const QPoint point = inside.value_or(QPoint(Pixels(row.width) / 2, Pixels(row.height) / 2));
-      const QPoint parent =
-          row.parent.member ? Place(row.parent.name, 0, QPoint(0, 0)) : QPoint(left_, top_);
-      return parent + corner + point;
-    }
-    ADD_FAILURE() << "no such control: " << name;
-    return {};
-  }
-
-  void MoveTo(const QPoint& place) {
-    XDoTool({"mousemove", QString::number(place.x()), QString::number(place.y())});
-    Pause();
-  }
-  void Click(const QPoint& place, int times = 1) {
-    MoveTo(place);
-    XDoTool({"click", "--repeat", QString::number(times), "--delay", "60", "1"});
+  void Click(QPoint place) {
+    XDoTool({"mousemove", "--window", window_, QString::number(place.x()),
+             QString::number(place.y() + menu_height_), "click", "1"});
     Pause();
   }
   void Key(const QString& key) {
@@ -128,23 +102,20 @@ class Outside : public testing::Test {
 
   // `end` of the list: "Home" for its first entry, "End" for its last.
   void ChoosePort(const QString& end) {
-    Click(Place("ComboPort"));
+    Click(kComboPort);
     QThread::msleep(300);
     Key(end);
     Key("Return");
   }
 
-  // Puts `offset` into a channel's position field.
-  void TypeOffset(int channel, const QString& offset) {
-    Click(Place("Text1", channel));
-    XDoTool({"key", "ctrl+a"});
+  void TypeFirstOffset(const QString& offset) {
+    Click(kFirstOffset);
+    Key("ctrl+a");
     XDoTool({"type", "--", offset});
   }
 
-  // Waits for the program's end by itself; its exit status, and how long it took.
+  // Waits for the program's end by itself.
   void ExpectEnd() {
-    QElapsedTimer clock;
-    clock.start();
     EXPECT_TRUE(program_.waitForFinished(kEndLimit)) << "the program does not end";
     EXPECT_EQ(program_.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(program_.exitCode(), 0);
@@ -167,26 +138,22 @@ class Outside : public testing::Test {
   QProcess x_server_;
   QProcess program_;
   QString window_;
-  int left_ = 0;
-  int top_ = 0;
+  int menu_height_ = 0;
 };
 
 TEST_F(Outside, SignalsEndTheProgramAsClosingTheWindowDoes) {
-  struct Case {
-    int signal;
-    bool waiting;  // for a board that stays silent
-  };
-  for (const Case& c : {Case{SIGINT, false}, Case{SIGHUP, false}, Case{SIGTERM, true}}) {
-    StartDemo(c.waiting ? QStringList("--silent") : QStringList());
+  for (const int signal : {SIGINT, SIGHUP, SIGTERM}) {
+    const bool waiting = signal == SIGTERM;  // for a board that stays silent
+    StartDemo(waiting ? QStringList("--silent") : QStringList());
     ChoosePort("Home");
-    if (c.waiting) {
+    if (waiting) {
       Key("alt+v");
       Key("f");
-      Click(Place("CommandErase"));
+      Click(kCommandErase);
     }
-    kill(static_cast<pid_t>(program_.processId()), c.signal);
+    kill(static_cast<pid_t>(program_.processId()), signal);
     ExpectEnd();
-    EXPECT_EQ(Received(), c.waiting ? QList<int>({7, 0, 0}) : QList<int>({0, 0})) << c.signal;
+    EXPECT_EQ(Received(), waiting ? QList<int>({7, 0, 0}) : QList<int>({0, 0})) << signal;
   }
 }
 
@@ -224,15 +191,15 @@ TEST_F(Outside, TheProgramItselfComposesAndProgramsOverAPinnedPort) {
   Start(qEnvironmentVariable("PELMORA_PROGRAM", PELMORA), {});
   ChoosePort("End");
   QFile::remove(link);
-  Click(Place("CWButtonMainOnOff"));
-  TypeOffset(0, "10");
+  Click(kCWButtonMainOnOff);
+  TypeFirstOffset("10");
   Key("Return");
-  Click(Place("CommandAdd"));
-  TypeOffset(0, "-20");
-  Click(Place("CommandAdd"));
+  Click(kCommandAdd);
+  TypeFirstOffset("-20");
+  Click(kCommandAdd);
   Key("alt+v");
   Key("f");
-  Click(Place("CommandFlash"));
+  Click(kCommandFlash);
   AnswerMessage();  // "Data Flash Erased"
   AnswerMessage();  // "Data Flash Programmed!"
   kill(static_cast<pid_t>(program_.processId()), SIGTERM);

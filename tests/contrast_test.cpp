@@ -16,12 +16,7 @@
 namespace pelmora {
 namespace {
 
-using platform::ButtonColoursOf;
-using platform::ControlColours;
-using platform::ControlState;
-using platform::FieldColoursOf;
-using platform::SlideColours;
-using platform::SlideColoursOf;
+using namespace platform;
 
 constexpr double kText = 4.5;
 constexpr double kDisabledText = 3.5;
@@ -73,8 +68,8 @@ TEST(Contrast, OfTextsAndMarksIsHighEnough) {
       Check("edge on the window" + state, button.edge, window, kMark);
       Check("edge on a panel" + state, button.edge, card, kMark);
     }
-    const platform::LineState line_state{bit(0), bit(1), bit(2), bit(3), bit(4)};
-    const platform::LineColours line = ColoursOf(line_state, palette);
+    const LineState line_state{bit(0), bit(1), bit(2), bit(3), bit(4)};
+    const LineColours line = ColoursOf(line_state, palette);
     Check("line" + state, line.text, line.ground, kText);
     Check("\"BREAK!\"" + state, line.strong, line.ground, kText);
     Check("line's number" + state, line.number, line.ground, kText);
@@ -89,7 +84,7 @@ TEST(Contrast, OfTextsAndMarksIsHighEnough) {
       {"label of the step", kStepColour, card, kText},
       {"label, disabled", palette.color(QPalette::Disabled, QPalette::WindowText), card, kDisabledText},
       {"entry with a port", colour(QPalette::Text), colour(QPalette::Base), kText},
-      {"entry without a port", platform::DropDownList::PaleColour(palette), colour(QPalette::Base), kText},
+      {"entry without a port", DropDownList::PaleColour(palette), colour(QPalette::Base), kText},
       {"field's or bar's edge", field_edge, card, kMark},
       {"selected text", colour(QPalette::HighlightedText), highlight, kText},
       {"edge of what has the focus", highlight, card, kMark},
@@ -109,20 +104,8 @@ TEST(Contrast, OfTextsAndMarksIsHighEnough) {
 class Look : public WindowTest {
  protected:
   QImage Drawn(const QString& control) {
-    QWidget& widget = hands->Find<QWidget>(control);
     QTest::mouseMove(&hands->Window(), QPoint(1, 1));
-    return widget.grab().toImage();
-  }
-
-  void ExpectDrawn(const QString& control, const std::vector<QColor>& colours) {
-    const QImage image = Drawn(control);
-    for (const QColor& colour : colours) {
-      int pixels = 0;
-      for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) pixels += image.pixelColor(x, y) == colour;
-      }
-      EXPECT_GE(pixels, 8) << control.toStdString() << ' ' << colour.name().toStdString();
-    }
+    return hands->Find<QWidget>(control).grab().toImage();
   }
 };
 
@@ -134,36 +117,43 @@ TEST_F(Look, ControlsAreDrawnInTheirColours) {
   const ControlColours field = FieldColoursOf({}, false, palette);
   const ControlColours display = FieldColoursOf({}, true, palette);
   const SlideColours fader = SlideColoursOf({}, palette);
-  SetSlider(3, 200);
-  ExpectDrawn("CommandAdd", {button.face, button.edge});
-  ExpectDrawn("ComboPort", {button.face, button.edge});
-  ExpectDrawn("CWButtonMainOnOff", {button.face, button.edge});
-  ExpectDrawn("Text1_3", {field.face, field.edge});
-  ExpectDrawn("Text1_15", {display.face});
   EXPECT_NE(display.face, field.face) << "a display looks like a field to type in";
-  ExpectDrawn("CWNumEditTimeStep", {field.face, field.edge});
-  ExpectDrawn("CWSlide1_3", {fader.tick, fader.major_tick, fader.groove, fader.groove_edge,
-                             fader.accent, fader.handle, fader.handle_edge});
+  SetSlider(3, 200);
+  const auto expect_drawn = [this](const char* control, const std::vector<QColor>& colours) {
+    const QImage image = Drawn(control);
+    for (const QColor& colour : colours) {
+      int pixels = 0;
+      for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) pixels += image.pixelColor(x, y) == colour;
+      }
+      EXPECT_GE(pixels, 8) << control << ' ' << colour.name().toStdString();
+    }
+  };
+  expect_drawn("CommandAdd", {button.face, button.edge});
+  expect_drawn("ComboPort", {button.face, button.edge});
+  expect_drawn("CWButtonMainOnOff", {button.face, button.edge});
+  expect_drawn("Text1_3", {field.face, field.edge});
+  expect_drawn("Text1_15", {display.face});
+  expect_drawn("CWNumEditTimeStep", {field.face, field.edge});
+  expect_drawn("CWSlide1_3", {fader.tick, fader.major_tick, fader.groove, fader.groove_edge,
+                              fader.accent, fader.handle, fader.handle_edge});
   Connect();
-  ExpectDrawn("ComboPort", {on.face, on.edge});
+  expect_drawn("ComboPort", {on.face, on.edge});
 }
 
 TEST_F(Look, FadersStandOverTheMiddleOfTheirFields) {
-  const SlideColours fader = SlideColoursOf({}, ProgramPalette());
-  for (const int channel : {0, 5, 11}) {
-    const QString number = QString::number(channel);
-    const QImage image = Drawn("CWSlide1_" + number);
+  const QColor groove = SlideColoursOf({}, ProgramPalette()).groove;
+  for (const QString channel : {"0", "5", "11"}) {
+    const QImage image = Drawn("CWSlide1_" + channel);
     const int row = image.height() / 4 + 3;  // between two ticks
-    int first = image.width();
-    int last = -1;
+    std::vector<int> columns;
     for (int x = 0; x < image.width(); ++x) {
-      if (image.pixelColor(x, row) != fader.groove) continue;
-      first = std::min(first, x);
-      last = std::max(last, x);
+      if (image.pixelColor(x, row) == groove) columns.push_back(x);
     }
-    ASSERT_GE(last, first);
-    const int axis = hands->Find<QWidget>("CWSlide1_" + number).x() + (first + last) / 2;
-    EXPECT_EQ(axis, hands->Find<QWidget>("Text1_" + number).geometry().center().x()) << channel;
+    ASSERT_FALSE(columns.empty());
+    const int axis =
+        hands->Find<QWidget>("CWSlide1_" + channel).x() + (columns.front() + columns.back()) / 2;
+    EXPECT_EQ(axis, hands->Find<QWidget>("Text1_" + channel).geometry().center().x());
   }
 }
 
@@ -171,7 +161,7 @@ TEST_F(Look, OpenPortListIsPaleWhereThereIsNoPort) {
   auto& combo = hands->Find<QComboBox>("ComboPort");
   combo.showPopup();
   EXPECT_FALSE(combo.itemData(0, Qt::ForegroundRole).isValid());
-  const QColor pale = platform::DropDownList::PaleColour(combo.palette());
+  const QColor pale = DropDownList::PaleColour(combo.palette());
   EXPECT_EQ(combo.itemData(1, Qt::ForegroundRole).value<QColor>(), pale);
   EXPECT_NE(combo.model()->flags(combo.model()->index(1, 0)) & Qt::ItemIsEnabled, 0);
   const QWidget& open = *combo.view()->viewport();

@@ -177,12 +177,13 @@ class RandomOperator : public WindowTest {
     static constexpr std::array operations = {"CommandErase", "CommandFlash", "CommandFlash",
                                               "CommandRead",  "CommandRead",  "CommandRead"};
     TryToConnect();
-    if (Random(3) == 0) {
-      const Sequences flashed = RandomSequences(random_.generate(), Random(2) * Random(40));
-      board.SetFlash(HeaderOf(flashed), StepDataOf(flashed));
-    }
+    if (Random(3) == 0) FillFlash();
     Misbehave();
     Press(operations[static_cast<std::size_t>(Random(operations.size()))]);
+  }
+  void FillFlash() {
+    const Sequences flashed = RandomSequences(random_.generate(), Random(2) * Random(40));
+    board.SetFlash(HeaderOf(flashed), StepDataOf(flashed));
   }
   void TryToConnect() {
     if (Connected()) return;
@@ -388,6 +389,77 @@ TEST_F(RandomOperator, NeverLeavesTheProgramInAStateThatMakesNoSense) {
   }
   EXPECT_EQ(seen_.size(), 26U) << "something was never done";
 }
+
+// Any changes in any order, and what is no change in between.
+class RandomChanges : public RandomOperator, public testing::WithParamInterface<unsigned> {
+ protected:
+  RandomChanges() { random_.seed(GetParam()); }
+
+  void DoOneOf(const std::vector<std::function<void()>>& actions) {
+    actions[static_cast<std::size_t>(Random(static_cast<int>(actions.size())))]();
+  }
+  void Change() {
+    if (Random(3) > 0) return Press("CommandAdd");
+    DoOneOf({
+        [&] { Press("CommandRem"); },
+        [&] { Press("CommandReplace"); },
+        [&] { Press(Random(5) == 0 ? "CommandClear" : "CommandRem"); },
+        [&] { Press(Random(5) == 0 ? "CommandClearAll" : "CommandRem"); },
+        [&] { ListKey(Qt::Key_Up, Qt::ControlModifier); },
+        [&] { ListKey(Qt::Key_Down, Qt::ControlModifier); },
+        [&] { ListKey(Qt::Key_X, Qt::ControlModifier); },
+        [&] { ListKey(Qt::Key_V, Qt::ControlModifier); },
+        [&] { ListKey(Qt::Key_V, Qt::ControlModifier); },
+        [&] { Selected() < 0 ? ListKey(Qt::Key_Up, Qt::ControlModifier) : Interpolate(); },
+        [&] { SaveOrLoad(); },
+        [&] { Press("CommandRead"); },
+    });
+  }
+  void NoChange() {
+    DoOneOf({
+        [&] { SelectAny(); },
+        [&] { MoveFader(); },
+        [&] { TypeDuration(); },
+        [&] { Press("CommandBrk"); },
+        [&] { Press(Random(2) == 0 ? "CommandMoreSeq" : "CommandLessSeq"); },
+        [&] { Press("CommandUp"); },
+        [&] { ListKey(Qt::Key_C, Qt::ControlModifier); },
+        [&] { TryToConnect(); },
+        [&] { FillFlash(); },
+        [&] { Misbehave(); },
+    });
+  }
+};
+
+TEST_P(RandomChanges, CanBeUndoneToTheStartAndRedoneToTheEnd) {
+  constexpr int kChanges = 500;
+  const SequenceView start = Look(*this);
+  std::vector<std::pair<SequenceView, SequenceView>> changes;  // before and after each
+  while (changes.size() < kChanges) {
+    NoChange();
+    SequenceView before = Look(*this);
+    Change();
+    SequenceView after = Look(*this);
+    if (Changed(before, after)) changes.emplace_back(before, after);
+  }
+  for (int round = 0; round < 2; ++round) {
+    for (std::size_t i = kChanges; i-- > 0;) {
+      ListKey(Qt::Key_Z, Qt::ControlModifier);
+      ASSERT_EQ(Difference(Look(*this), changes[i].first), "") << "undone: change " << i;
+    }
+    ListKey(Qt::Key_Z, Qt::ControlModifier);
+    ASSERT_EQ(Difference(Look(*this), changes[0].first), "") << "nothing more to undo";
+    ASSERT_EQ(Contents(Look(*this)), Contents(start));
+    for (std::size_t i = 0; i < kChanges; ++i) {
+      ListKey(Qt::Key_Y, Qt::ControlModifier);
+      ASSERT_EQ(Difference(Look(*this), changes[i].second), "") << "redone: change " << i;
+    }
+    ListKey(Qt::Key_Y, Qt::ControlModifier);
+    ASSERT_EQ(Difference(Look(*this), changes.back().second), "") << "nothing more to redo";
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, RandomChanges, testing::Values(1U, 2U, 3U, 20261123U));
 
 }  // namespace
 }  // namespace pelmora

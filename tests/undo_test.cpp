@@ -1,6 +1,4 @@
 // Undo and redo on the real window, by their keys.
-#include <QRandomGenerator>
-
 #include "tests/flash_fixture.h"
 #include "tests/sequence_view.h"
 
@@ -15,7 +13,6 @@ class UndoTest : public FlashTest {
   void Redo() { Key(*form, Qt::Key_Z, kCtrl | Qt::ShiftModifier); }
   SequenceView Now() const { return Look(*this); }
   void ExpectView(const SequenceView& wanted) { EXPECT_EQ(Difference(Now(), wanted), ""); }
-  // By code, which is quicker than by hand.
   void Add(int channel, int position, int duration_ms) {
     SetSlider(channel, position);
     hands->Find<platform::CWNumEdit>("CWNumEditTimeStep").setValue(duration_ms);
@@ -261,112 +258,6 @@ TEST_F(UndoTest, IsTheFieldsOwnWhileAnEntryIsBeingEdited) {
     EXPECT_EQ(hands->Read(name), committed);
   }
 }
-
-// Any changes in any order, and what is no change in between.
-class RandomChanges : public UndoTest, public testing::WithParamInterface<unsigned> {
- protected:
-  int Random(int below) { return static_cast<int>(random_.bounded(below)); }
-  Sequences SomeSequences() {
-    return RandomSequences(random_.generate(), Random(4) == 0 ? 4000 : Random(200));
-  }
-  void DoOneOf(const std::vector<std::function<void()>>& actions) {
-    actions[static_cast<std::size_t>(Random(static_cast<int>(actions.size())))]();
-  }
-
-  void Change() {
-    if (Random(20) < 8) return Add(Random(kChannels), Random(256), 20 + Random(2000));
-    DoOneOf({
-        [&] { Press("CommandRem"); },
-        [&] { Press("CommandReplace"); },
-        [&] { Press(Random(5) == 0 ? "CommandClear" : "CommandAdd"); },
-        [&] { Press(Random(5) == 0 ? "CommandClearAll" : "CommandAdd"); },
-        [&] { ListKey(Qt::Key_Up, kCtrl); },
-        [&] { ListKey(Qt::Key_Down, kCtrl); },
-        [&] { ListKey(Qt::Key_X, kCtrl); },
-        [&] { ListKey(Qt::Key_V, kCtrl); },
-        [&] { ListKey(Qt::Key_V, kCtrl); },
-        [&] { InterpolateSomewhere(); },
-        [&] { Random(6) == 0 ? LoadFile(SomeSequences()) : Press("CommandAdd"); },
-        [&] { ReadSomething(); },
-    });
-  }
-
-  void InterpolateSomewhere() {
-    const int lines = List().ListCount();
-    if (lines < 2 || lines >= 200 || Selected() < 0) return;
-    SetSlider(Random(kChannels), Random(256));
-    Interpolate(2 + Random(8));
-    if (auto* dialog = form->findChild<QDialog*>("DialogInterp")) dialog->reject();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-  }
-
-  void ReadSomething() {
-    const auto cut = static_cast<std::size_t>(Random(200));
-    const simboard::Faults faults[] = {{.silent = true}, {.cut_reply_at = cut}, {}};
-    const int kind = Random(5);
-    if (kind > 2) return Press("CommandAdd");
-    if (kind == 2) FillFlash(SomeSequences());
-    board.SetFaults(faults[kind]);
-    hands->When([this] { return Waiting(); }, [this] { Press("CommandAdd"); });
-    Press("CommandRead");
-  }
-
-  void NoChange() {
-    DoOneOf({
-        [&] { Select(Random(List().ListCount() + 1) - 1); },
-        [&] { Press("CommandBrk"); },
-        [&] { Press(Random(2) == 0 ? "CommandMoreSeq" : "CommandLessSeq"); },
-        [&] { Trigger("SaveBuffer"); },
-        [&] { Press("CommandUp"); },
-        [&] { ListKey(Qt::Key_C, kCtrl); },
-        [] {},
-    });
-  }
-
-  // Ends a read that brings nothing, or more than there is room for.
-  void LosePatience() {
-    patience_.callOnTimeout([this] {
-      if (Waiting()) Press("Command1");
-    });
-    patience_.start(30);
-  }
-
-  QTimer patience_;
-  QRandomGenerator random_{GetParam()};
-};
-
-TEST_P(RandomChanges, CanBeUndoneToTheStartAndRedoneToTheEnd) {
-  constexpr int kChanges = 500;
-  box.ExpectAnything();
-  LosePatience();
-  Connect();
-  const SequenceView start = Now();
-  std::vector<std::pair<SequenceView, SequenceView>> changes;  // before and after each
-  while (changes.size() < kChanges) {
-    NoChange();
-    SequenceView before = Now();
-    Change();
-    SequenceView after = Now();
-    if (Changed(before, after)) changes.emplace_back(before, after);
-  }
-  for (int round = 0; round < 2; ++round) {
-    for (std::size_t i = kChanges; i-- > 0;) {
-      Undo();
-      ASSERT_EQ(Difference(Now(), changes[i].first), "") << "undone: change " << i;
-    }
-    Undo();
-    ASSERT_EQ(Difference(Now(), changes[0].first), "") << "nothing more to undo";
-    ASSERT_EQ(Contents(Now()), Contents(start));
-    for (std::size_t i = 0; i < kChanges; ++i) {
-      Redo();
-      ASSERT_EQ(Difference(Now(), changes[i].second), "") << "redone: change " << i;
-    }
-    Redo();
-    ASSERT_EQ(Difference(Now(), changes.back().second), "") << "nothing more to redo";
-  }
-}
-
-INSTANTIATE_TEST_SUITE_P(Seeds, RandomChanges, testing::Values(1U, 2U, 3U, 20261123U));
 
 }  // namespace
 }  // namespace pelmora

@@ -1,5 +1,4 @@
 #include <QCoreApplication>
-#include <QPushButton>
 #include <functional>
 
 #include "bench/connected_program.h"
@@ -21,7 +20,7 @@ Timings Edit(ConnectedProgram& program, int lines) {
   program.Load(rig::FilledSequences(1, lines, 5));
   const auto time = [&](const char* button) {
     const auto start = Clock::now();
-    program.hands->Find<QPushButton>(button).click();
+    program.Press(button);
     const double taken = Milliseconds(Clock::now() - start);
     QCoreApplication::processEvents();
     return taken;

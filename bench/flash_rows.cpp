@@ -37,17 +37,13 @@ class PauseWatch {
   double longest_ = 0;
 };
 
-void Click(ConnectedProgram& program, const char* button) {
-  program.hands->Find<QPushButton>(button).click();
-}
-
 void AddProgramming(ConnectedProgram& program, Report& report) {
   program.board.ClearLog();
   const PauseWatch pauses;
   const auto start = Clock::now();
   program.ExpectMessage("Data Flash Erased");
   program.ExpectMessage("Data Flash Programmed!");
-  Click(program, "CommandFlash");
+  program.Press("CommandFlash");
   const int sent = 1 + 1 + kHeader + kStepData;
   if (!program.board.WaitForBytes(static_cast<std::size_t>(sent), std::chrono::seconds(1))) {
     qFatal("the board misses bytes");
@@ -65,7 +61,7 @@ void AddReading(ConnectedProgram& program, Report& report) {
   const PauseWatch pauses;
   program.ExpectMessage("Data Flash Read!");
   const auto start = Clock::now();
-  Click(program, "CommandRead");
+  program.Press("CommandRead");
   const auto end = Clock::now();
   report.Add("reading a full flash", Milliseconds(end - start) / 1000, "the line's own time",
              (1 + kHeader + kStepData) * kByteTime / 1000, "s");
@@ -80,7 +76,7 @@ void AddWaiting(ConnectedProgram& program, Report& report) {
   const double used = rig::ProcessorMilliseconds();
   const auto start = Clock::now();
   program.ExpectMessage("Reading Error!");
-  Click(program, "CommandRead");
+  program.Press("CommandRead");
   report.Add("processor time of a wait for a silent board", rig::ProcessorMilliseconds() - used,
              "the time waited", Milliseconds(Clock::now() - start), "ms");
 }

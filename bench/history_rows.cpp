@@ -2,7 +2,6 @@
 
 #include <QAction>
 #include <QCoreApplication>
-#include <QPushButton>
 #include <functional>
 #include <memory>
 
@@ -35,7 +34,6 @@ void LoadFull(ConnectedProgram& program, unsigned seed) {
 }
 
 void AddTimeRow(Report& report, ConnectedProgram& program) {
-  const auto click = [&](const char* button) { program.hands->Find<QPushButton>(button).click(); };
   const auto time = [](const std::function<void()>& work) {
     const auto start = Clock::now();
     work();
@@ -44,14 +42,14 @@ void AddTimeRow(Report& report, ConnectedProgram& program) {
   };
   std::vector<double> undo, next;
   for (int i = 0; i < kRounds; ++i) {
-    click("CommandClearAll");
+    program.Press("CommandClearAll");
     QCoreApplication::processEvents();
     undo.push_back(time([&] { program.Trigger("ListUndo"); }));
     if (program.Lines().size() != rig::kMostSteps) qFatal("the sequences did not come back");
     program.ExpectMessage(kWarning);
-    next.push_back(time([&] { click("CommandMoreSeq"); }));
+    next.push_back(time([&] { program.Press("CommandMoreSeq"); }));
     program.ExpectMessage(kWarning);
-    click("CommandLessSeq");
+    program.Press("CommandLessSeq");
     QCoreApplication::processEvents();
   }
   report.Add("undoing \"Clear All\" of 16 full sequences, median", Median(undo),
@@ -83,14 +81,14 @@ void AddHistoryRows(Report& report) {
     ConnectedProgram program(simboard::Pace::kUnpaced);
     LoadFull(program, 1);
     program.Select(100);
-    program.hands->Find<QPushButton>("CommandClear").click();
+    program.Press("CommandClear");
     program.Trigger("ListUndo");
     int position = 0;
     AddMemoryRow(report, "\"Remove\" and \"Add\"", [&] {
       const bool remove = program.Lines().size() == rig::kMostSteps;
       program.SetSlider(0, position++ % 256);
       program.ExpectMessage(kWarning);
-      program.hands->Find<QPushButton>(remove ? "CommandRem" : "CommandAdd").click();
+      program.Press(remove ? "CommandRem" : "CommandAdd");
     });
   }
   {

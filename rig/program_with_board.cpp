@@ -130,12 +130,8 @@ Sequences ProgramWithBoard::Table() const {
   return sequences;
 }
 
-int ProgramWithBoard::Selected() const {
-  return hands->Find<platform::ListBox>("ListSequence").ListIndex();
-}
-
-void ProgramWithBoard::Select(int line) {
-  hands->Find<platform::ListBox>("ListSequence").SetListIndex(line);
+platform::ListBox& ProgramWithBoard::List() const {
+  return hands->Find<platform::ListBox>("ListSequence");
 }
 
 bool ProgramWithBoard::Enabled(const QString& control) const {

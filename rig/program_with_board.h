@@ -2,6 +2,7 @@
 // the two. Tests, measurements and the demo are built on it.
 #pragma once
 
+#include <QAbstractButton>
 #include <QRect>
 #include <QString>
 #include <QStringList>
@@ -14,6 +15,7 @@
 #include "platform/events.h"
 #include "platform/file_dialog.h"
 #include "platform/hi_timer.h"
+#include "platform/list_box.h"
 #include "platform/message_box.h"
 #include "platform/port_directory.h"
 #include "rig/bytes.h"
@@ -78,8 +80,11 @@ class ProgramWithBoard {
   // The sequences that the program holds; complains of durations that are no whole ticks.
   Sequences Table() const;
   QStringList Lines() const { return hands->ReadLines("ListSequence"); }
-  int Selected() const;
-  void Select(int line);
+  platform::ListBox& List() const;
+  int Selected() const { return List().ListIndex(); }
+  void Select(int line) { List().SetListIndex(line); }
+  // Presses a button by code, which is quicker than by hand. One that is disabled does nothing.
+  void Press(const char* button) { hands->Find<QAbstractButton>(button).click(); }
   bool Enabled(const QString& control) const;
   // The bar of the flash operations: the step data that it shows, in bytes.
   int Bar() const;

@@ -350,6 +350,7 @@ TEST_F(RandomOperator, NeverLeavesTheProgramInAStateThatMakesNoSense) {
   SequenceView start = Look(*this);  // of a run in which nothing was undone for good
   int run = 0;
   for (int i = 0; i < actions; ++i) {
+    StartWatchdog();
     const bool connected = Connected();
     const SequenceView before = Look(*this);
     undo_chosen_ = false;

@@ -5,7 +5,7 @@
 namespace pelmora {
 namespace {
 
-constexpr int kTestLimit = 60000;  // ms, before a test that hangs is ended
+constexpr int kTestLimit = 30000;  // ms, before a test that hangs is ended
 
 void Fail(const QString& problem) {
   ADD_FAILURE() << problem.toStdString();
@@ -25,6 +25,10 @@ WindowTest::WindowTest() : ProgramWithBoard(Fail, simboard::Pace::kUnpaced) {
     ADD_FAILURE() << "the test hangs in a wait";
     events.End();
   });
+  StartWatchdog();
+}
+
+void WindowTest::StartWatchdog() {
   watchdog_.start(kTestLimit);
 }
 

@@ -43,13 +43,13 @@ class WindowTest : public testing::Test, public ProgramWithBoard {
   // The exact bytes on the line since the last look.
   void ExpectSent(const Bytes& bytes);
 
-  platform::ListBox& List() const { return hands->Find<platform::ListBox>("ListSequence"); }
-  // A button pressed by code, which is quicker than by hand. One that is disabled does nothing.
-  void Press(const char* button) { hands->Find<QAbstractButton>(button).click(); }
   // A key for a control of the window, which is made the active one: on the off-screen platform a
   // dialog that closes leaves none active. The list gets the focus.
   void Key(QWidget& control, int key, Qt::KeyboardModifiers modifiers = {});
   void ListKey(int key, Qt::KeyboardModifiers modifiers = {}) { Key(List(), key, modifiers); }
+
+  // A test that hangs in a wait is ended by failing. Begins anew to count: for tests of many parts.
+  void StartWatchdog();
 
  private:
   QTimer watchdog_;

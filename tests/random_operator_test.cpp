@@ -56,8 +56,8 @@ class RandomOperator : public WindowTest {
     };
     // clang-format off
     static constexpr Action kinds[] = {
-        {12, &Self::PressAnyButton}, {6, &Self::Add}, {3, &Self::MoveFader},
-        {3, &Self::TypeOffset}, {2, &Self::TypeDuration},
+        {12, &Self::PressAnyButton}, {6, &Self::Add}, {5, &Self::EnterValues},
+       
         {3, &Self::Drag}, {3, &Self::DoubleClick}, {3, &Self::HoldKeyInList},
         {3, &Self::SelectAny}, {13, &Self::Play}, {6, &Self::Tick}, {4, &Self::BoardPlays},
         {9, &Self::Operate}, {3, &Self::TryToConnect}, {1, &Self::Pull}, {4, &Self::SaveOrLoad},
@@ -77,13 +77,16 @@ class RandomOperator : public WindowTest {
     (this->*kind->act)();
   }
 
+  void PressOneOf(const std::vector<const char*>& buttons) {
+    const char* button =
+        buttons[static_cast<std::size_t>(Random(static_cast<int>(buttons.size())))];
+    done_.append(button);
+    Press(button);
+  }
   void PressAnyButton() {
-    static constexpr std::array buttons = {
-        "CommandRem",     "CommandReplace",  "CommandUp",     "CommandDwn",       "CommandMoreSeq",
-        "CommandLessSeq", "CommandUpdate",   "CommandBrk",    "CommandBrk",       "CommandResBrk",
-        "CommandRepeat",  "CommandContinue", "CommandInBuff", "CWButtonMainOnOff"};
-    done_.last() = buttons[static_cast<std::size_t>(Random(buttons.size()))];
-    Press(done_.last().toLatin1().constData());
+    PressOneOf({"CommandRem", "CommandReplace", "CommandUp", "CommandDwn", "CommandMoreSeq",
+                "CommandLessSeq", "CommandUpdate", "CommandBrk", "CommandBrk", "CommandResBrk",
+                "CommandRepeat", "CommandContinue", "CommandInBuff", "CWButtonMainOnOff"});
   }
   void Add() {
     const int lines = Count();
@@ -93,12 +96,10 @@ class RandomOperator : public WindowTest {
     const int steps = std::accumulate(Data().SeqSteps.begin(), Data().SeqSteps.end(), 0);
     EXPECT_EQ(hands->Read("LabelByte"), QString("%1 bytes").arg(14 * steps));
   }
-  void MoveFader() { SetSlider(Random(12), Random(256)); }
-  void TypeOffset() {
+  void EnterValues() {
+    SetSlider(Random(12), Random(256));
     const QString text = QString::number(Random(400) - 200) + (Random(4) == 0 ? "-" : "");
     hands->Type(QString("Text1_%1").arg(Random(24)), text, Random(2) == 0);
-  }
-  void TypeDuration() {
     hands->Type("CWNumEditTimeStep", QString::number(Random(40000)), Random(2) == 0);
   }
   void Drag() {
@@ -165,12 +166,11 @@ class RandomOperator : public WindowTest {
     seen_["let the board play"] += hands->Read("CWButtonRealEmu") == "On";
   }
   void Operate() {
-    static constexpr std::array operations = {"CommandErase", "CommandFlash", "CommandFlash",
-                                              "CommandRead",  "CommandRead",  "CommandRead"};
     TryToConnect();
     if (Random(3) == 0) FillFlash();
     Misbehave();
-    Press(operations[static_cast<std::size_t>(Random(operations.size()))]);
+    PressOneOf({"CommandErase", "CommandFlash", "CommandFlash", "CommandRead", "CommandRead",
+                "CommandRead"});
   }
   void FillFlash() {
     const Sequences flashed = RandomSequences(random_.generate(), Random(2) * Random(40));
@@ -208,20 +208,21 @@ class RandomOperator : public WindowTest {
     auto* count = form->findChild<QSpinBox*>("CWNumEditInterp");
     if (!count) return;
     count->setValue(Random(12));
-    const auto option = QString("OptionINterp_%1").arg(Random(2));
-    if (Random(2) == 0) Press(option.toLatin1().constData());
-    Press(Random(6) == 0 ? "CancelButton" : "OKButton");
+    PressOneOf({"OptionINterp_0", "OptionINterp_1"});
+    PressOneOf({"OKButton", "OKButton", "OKButton", "CancelButton"});
     if (auto* dialog = form->findChild<QDialog*>("DialogInterp")) dialog->reject();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     seen_["interpolated"] += Count() > lines;
   }
+  void TakeBack() { ListKey(Qt::Key_Z, Qt::ControlModifier); }
+  void DoAgain() { ListKey(Qt::Key_Y, Qt::ControlModifier); }
   void Undo() {
     undo_chosen_ = true;
     const QStringList lines = Lines();
-    ListKey(Qt::Key_Z, Qt::ControlModifier);
+    TakeBack();
     seen_["undid"] += Lines() != lines;
     if (Random(2) == 0) return;
-    ListKey(Qt::Key_Y, Qt::ControlModifier);
+    DoAgain();
     seen_["did again"] += Lines() == lines;
   }
   void CopyAndPaste() {
@@ -237,18 +238,17 @@ class RandomOperator : public WindowTest {
     int steps = 0;
     while (Contents(Look(*this)) != Contents(before)) {
       ASSERT_LT(++steps, 400) << "undo does not bring back what was there";
-      ListKey(Qt::Key_Z, Qt::ControlModifier);
+      TakeBack();
     }
-    for (int i = 0; i < steps; ++i) ListKey(Qt::Key_Y, Qt::ControlModifier);
+    for (int i = 0; i < steps; ++i) DoAgain();
     ASSERT_EQ(Contents(Look(*this)), Contents(after)) << "done again, " << steps << " steps";
     ++seen_[steps > kLongRun ? "undid many actions and did them again"
                              : "undid an action and did it again"];
   }
 
   void ClearOrReset() {
-    const int kind = Random(6);
-    if (kind < 2) return Press(kind == 0 ? "CommandClearAll" : "CommandClear");
-    Trigger(kind == 2 ? "Resetting" : "FreshProg");
+    if (Random(2) == 0) return Trigger(Random(2) == 0 ? "Resetting" : "FreshProg");
+    PressOneOf({"CommandClearAll", "CommandClear"});
   }
 
   void Misbehave() {
@@ -391,10 +391,15 @@ class RandomChanges : public RandomOperator, public testing::WithParamInterface<
   void Change() {
     if (Random(3) > 0) return Press("CommandAdd");
     DoOneOf({
-        [&] { Press("CommandRem"); },
-        [&] { Press("CommandReplace"); },
-        [&] { Press(Random(5) == 0 ? "CommandClear" : "CommandRem"); },
-        [&] { Press(Random(5) == 0 ? "CommandClearAll" : "CommandRem"); },
+        [&] {
+          PressOneOf({"CommandRem", "CommandReplace"});
+        },
+        [&] {
+          PressOneOf({"CommandRem", "CommandReplace"});
+        },
+        [&] {
+          PressOneOf({"CommandRem", "CommandRem", "CommandClear", "CommandClearAll"});
+        },
         [&] { ListKey(Qt::Key_Up, Qt::ControlModifier); },
         [&] { ListKey(Qt::Key_Down, Qt::ControlModifier); },
         [&] { ListKey(Qt::Key_X, Qt::ControlModifier); },
@@ -408,11 +413,13 @@ class RandomChanges : public RandomOperator, public testing::WithParamInterface<
   void NoChange() {
     DoOneOf({
         [&] { SelectAny(); },
-        [&] { MoveFader(); },
-        [&] { TypeDuration(); },
-        [&] { Press("CommandBrk"); },
-        [&] { Press(Random(2) == 0 ? "CommandMoreSeq" : "CommandLessSeq"); },
-        [&] { Press("CommandUp"); },
+        [&] { EnterValues(); },
+        [&] {
+          PressOneOf({"CommandBrk", "CommandMoreSeq", "CommandLessSeq", "CommandUp"});
+        },
+        [&] {
+          PressOneOf({"CommandBrk", "CommandMoreSeq", "CommandLessSeq", "CommandUp"});
+        },
         [&] { ListKey(Qt::Key_C, Qt::ControlModifier); },
         [&] { TryToConnect(); },
         [&] { FillFlash(); },
@@ -434,17 +441,17 @@ TEST_P(RandomChanges, CanBeUndoneToTheStartAndRedoneToTheEnd) {
   }
   for (int round = 0; round < 2; ++round) {
     for (std::size_t i = kChanges; i-- > 0;) {
-      ListKey(Qt::Key_Z, Qt::ControlModifier);
+      TakeBack();
       ASSERT_EQ(Difference(Look(*this), changes[i].first), "") << "undone: change " << i;
     }
-    ListKey(Qt::Key_Z, Qt::ControlModifier);
+    TakeBack();
     ASSERT_EQ(Difference(Look(*this), changes[0].first), "") << "nothing more to undo";
     ASSERT_EQ(Contents(Look(*this)), Contents(start));
     for (std::size_t i = 0; i < kChanges; ++i) {
-      ListKey(Qt::Key_Y, Qt::ControlModifier);
+      DoAgain();
       ASSERT_EQ(Difference(Look(*this), changes[i].second), "") << "redone: change " << i;
     }
-    ListKey(Qt::Key_Y, Qt::ControlModifier);
+    DoAgain();
     ASSERT_EQ(Difference(Look(*this), changes.back().second), "") << "nothing more to redo";
   }
 }

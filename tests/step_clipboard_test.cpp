@@ -34,6 +34,10 @@ class StepClipboard : public FlashTest {
   QString TextOf(const QString& angle, const QString& duration) const {
     return angle + QString("\t0").repeated(kChannels - 1) + '\t' + duration + '\n';
   }
+  void ExpectLines(const QString& order, int selected) const {
+    EXPECT_EQ(Order(), order);
+    EXPECT_EQ(Selected(), selected);
+  }
   // Tries to paste; nothing changes.
   void ExpectRefused(const QString& text, const QString& message) {
     const SequenceView before = Look(*this);
@@ -52,42 +56,38 @@ TEST_F(StepClipboard, CopiesCutsAndPastesAsAddDoes) {
   ListKey(Qt::Key_C, kControlShift);
   EXPECT_EQ(Clipboard(),
             TextOf("0", "100") + TextOf("1", "120") + TextOf("2", "140") + TextOf("3", "160"));
-  hands->Click("CommandBrk");
+  Press("CommandBrk");
   ListKey(Qt::Key_X, kControl);
   EXPECT_EQ(Clipboard(), TextOf("1", "120"));
-  EXPECT_EQ(Order(), "023");
-  EXPECT_EQ(Selected(), 1);
+  ExpectLines("023", 1);
   Select(2);
-  hands->Click("CommandBrk");
+  Press("CommandBrk");
   ListKey(Qt::Key_V, kControl);
-  EXPECT_EQ(Order(), "0231");
+  ExpectLines("0231", 3);
   EXPECT_EQ(Lines()[3], "1 °" + QString("\t0 °").repeated(11) + "\t120 ms");
   EXPECT_FALSE(Lines()[2].contains("BREAK!"));
-  EXPECT_EQ(Selected(), 3);
   EXPECT_EQ(hands->Read("LabelStep"), "Step N° 3");
-  EXPECT_EQ(hands->Read("LabelByte"), "56 bytes");
-  EXPECT_EQ(Data().SeqSteps[0], 4) << "stored";
+  EXPECT_EQ(hands->Read("LabelByte"), "56 bytes") << "stored";
   // Pasted again, several go on below and keep their order; with nothing selected, at the top.
   SetClipboard(TextOf("7", "20") + TextOf("8", "20"));
-  ListKey(Qt::Key_V, kControl);
-  ListKey(Qt::Key_V, kControl);
-  EXPECT_EQ(Order(), "02317878");
-  EXPECT_EQ(Selected(), 7);
+  for (int i = 0; i < 2; ++i) ListKey(Qt::Key_V, kControl);
+  ExpectLines("02317878", 7);
   Select(-1);
   ListKey(Qt::Key_V, kControl);
-  EXPECT_EQ(Order(), "7802317878");
-  EXPECT_EQ(Selected(), 1);
+  ExpectLines("7802317878", 1);
 }
 
 TEST_F(StepClipboard, NothingSelectedOrNothingToPasteDoesNothing) {
-  for (const int key : {Qt::Key_V, Qt::Key_C, Qt::Key_X}) ListKey(key, kControl);
-  ListKey(Qt::Key_C, kControlShift);
-  AddSteps(2);
+  ListKey(Qt::Key_V, kControl);
   SetClipboard("untouched");
-  Select(-1);
-  for (const int key : {Qt::Key_C, Qt::Key_X}) ListKey(key, kControl);
-  EXPECT_EQ(Clipboard(), "untouched");
-  EXPECT_EQ(Lines().size(), 2);
+  ListKey(Qt::Key_C, kControlShift);
+  for (const int steps : {0, 2}) {
+    AddSteps(steps);
+    Select(-1);
+    for (const int key : {Qt::Key_C, Qt::Key_X}) ListKey(key, kControl);
+    EXPECT_EQ(Clipboard(), "untouched");
+    EXPECT_EQ(Lines().size(), steps);
+  }
 }
 
 TEST_F(StepClipboard, KeysOfOtherControlsAreTheirOwn) {
@@ -114,8 +114,8 @@ TEST_F(StepClipboard, ATextThatIsNoStepsIsRefusedAsAWhole) {
 
 TEST_F(StepClipboard, WarnsOfTheCapacityOnce) {
   Load(FilledSequences(1, 1716, 5));
-  for (int i = 0; i < 10; ++i) Press("CommandMoreSeq");
   SetClipboard(TextOf("1", "20").repeated(5));
+  for (int i = 0; i < 10; ++i) Press("CommandMoreSeq");
   ExpectMessage("Out of memory: too many steps. Max # of bytes is 24064!");
   ListKey(Qt::Key_V, kControl);
   EXPECT_EQ(Lines().size(), 5);
@@ -124,7 +124,7 @@ TEST_F(StepClipboard, WarnsOfTheCapacityOnce) {
 TEST_F(StepClipboard, AWholeSequenceGoesIntoAnotherOneAsItIs) {
   Load(FilledSequences(7, kSteps, 1638));
   ListKey(Qt::Key_C, kControlShift);
-  hands->Click("CommandMoreSeq");
+  Press("CommandMoreSeq");
   ListKey(Qt::Key_V, kControl);
   EXPECT_EQ(Table()[1], Table()[0]);
 }

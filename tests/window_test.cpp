@@ -22,7 +22,7 @@ bool ReachesIntoAnother(const QWidget& control, const QRect& place) {
       });
 }
 
-class StartUp : public WindowTest {};
+using StartUp = WindowTest;
 
 TEST_F(StartUp, ShowsEveryCaptionInFull) {
   for (const ControlRow& row : Inventory()) {
@@ -103,23 +103,12 @@ TEST_F(StartUp, ToolTipsSayWhatEveryButtonDoesAndItsKeyWhichIsItsOwn) {
             "Empties the program first, then reads all 16 sequences from the board (Alt+D)");
 }
 
-class Ending : public WindowTest {};
-
-TEST_F(Ending, SendsTwoStopBytesOnClosing) {
+TEST_F(StartUp, ClosingSendsTwoStopBytesAndNothingMore) {
   Connect();
   form->close();
   SetSlider(0, 1);
   ExpectSent({0, 0});
   EXPECT_TRUE(events.Ending());
-}
-
-TEST_F(Ending, SendsOneStopByteOnQuit) {
-  Connect();
-  hands->ChooseMenu("Quit");
-  EXPECT_TRUE(events.Ending());
-  ExpectSent({0});
-  form->close();
-  ExpectSent({});
 }
 
 }  // namespace

@@ -38,10 +38,14 @@ TEST_F(StartUp, ShowsEveryCaptionInFull) {
         EXPECT_LE(label->font().stretch() % 100, 0) << name.toStdString();
         EXPECT_FALSE(ReachesIntoAnother(control, place)) << name.toStdString();
       }
-      if (auto* button = qobject_cast<QPushButton*>(&control)) text = button->text().remove('&');
+      int frame = 0;  // pixels: the edge, and the lamp of a switch
+      if (auto* button = qobject_cast<QPushButton*>(&control)) {
+        text = button->text().remove('&');
+        frame = button->isCheckable() ? 36 : 6;
+      }
       if (auto* panel = qobject_cast<QGroupBox*>(&control)) text = panel->title();
       const double needed = QFontMetricsF(control.font()).horizontalAdvance(text);
-      EXPECT_LE(needed, control.width()) << text.toStdString();
+      EXPECT_LE(needed + frame, control.width()) << text.toStdString();
     }
   }
 }
@@ -105,7 +109,9 @@ TEST_F(StartUp, ToolTipsSayWhatEveryButtonDoesAndItsKeyWhichIsItsOwn) {
 
 TEST_F(StartUp, ClosingSendsTwoStopBytesAndNothingMore) {
   Connect();
+  timer.SetEnabled(true);
   form->close();
+  EXPECT_FALSE(timer.Enabled()) << "it would play on";
   SetSlider(0, 1);
   ExpectSent({0, 0});
   EXPECT_TRUE(events.Ending());

@@ -397,6 +397,7 @@ class RandomChanges : public RandomOperator, public testing::WithParamInterface<
         [&] { TryToConnect(); },
         [&] { FillFlash(); },
         [&] { Misbehave(); },
+        [&] { Trigger("SaveBuffer"); },
     });
   }
 };

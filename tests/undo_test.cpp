@@ -117,21 +117,6 @@ TEST_F(UndoTest, OfEachChangeIsOneStepAndBringsEverythingBack) {
   EXPECT_EQ(MenuItem("ListUndo"), "");
 }
 
-TEST_F(UndoTest, WhatChangesNoSequenceIsNoStep) {
-  Press("CommandAdd");
-  Select(0);
-  for (const char* button :
-       {"CommandBrk", "CommandMoreSeq", "CommandRem", "CommandClear", "CommandResBrk"}) {
-    Press(button);
-  }
-  Trigger("SaveBuffer");  // cancelled
-  Press("CommandLessSeq");
-  Press("CommandLessSeq");
-  EXPECT_EQ(MenuItem("ListUndo"), "Undo Add");
-  Undo();
-  ExpectView(composed);
-}
-
 TEST_F(UndoTest, IsSilentAboveTheBoardsCapacity) {
   const QString warning = "Out of memory: too many steps. Max # of bytes is 24064!";
   ExpectMessage(warning);

@@ -9,6 +9,25 @@ FlashTest::FlashTest() {
   Trigger("Serial");
 }
 
+FlashTest::~FlashTest() {
+  ExpectAtRest();
+}
+
+void FlashTest::ProgramWell() {
+  ExpectMessage(kErasedText);
+  ExpectMessage(kProgrammedText);
+  Program();
+}
+
+void FlashTest::ReadWell() {
+  ExpectMessage(kReadText);
+  Read();
+}
+
+Bytes FlashTest::ProgramBytes(const Sequences& sequences) {
+  return Bytes{7, 2} + HeaderOf(sequences) + StepDataOf(sequences);
+}
+
 void FlashTest::FillFlash(const Sequences& sequences) {
   board.SetFlash(HeaderOf(sequences), StepDataOf(sequences));
 }
@@ -25,6 +44,15 @@ void FlashTest::ConnectAgain() {
   Connect();
 }
 
+void FlashTest::WhenSent(std::size_t count, std::function<void()> action) {
+  hands->When([this, count] { return board.WaitForBytes(count, {}); }, std::move(action));
+}
+
+QString FlashTest::InBuff() const {
+  hands->Click("CommandInBuff");
+  return hands->Read("Echo");
+}
+
 bool FlashTest::ShowsErasing() const {
   const bool shown = hands->Find<QWidget>("LabelErase").isVisible();
   const bool busy = hands->Find<QWidget>("CommandAdd").cursor().shape() == Qt::BusyCursor;
@@ -38,7 +66,7 @@ void FlashTest::ExpectAtRest() {
   EXPECT_FALSE(Enabled("Command1"));
   EXPECT_FALSE(BarShown());
   EXPECT_FALSE(ShowsErasing());
-  for (const int steps : Data().SeqSteps) EXPECT_LE(steps, kMostSteps);
+  EXPECT_LE(std::ranges::max(Data().SeqSteps), kMostSteps);
 }
 
 }  // namespace pelmora

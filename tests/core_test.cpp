@@ -91,14 +91,6 @@ TEST(StepLine, ReadsOtherTexts) {
   }
 }
 
-TEST(StepLine, BreakMarks) {
-  const std::string line = TableLine(Row(128, 128, 128, 100), ".");
-  const std::string marked = WithBreakMark(line);
-  EXPECT_TRUE(marked.ends_with("100  ms\t\tBREAK!"));
-  EXPECT_TRUE(HasBreakMark(marked));
-  EXPECT_EQ(WithoutBreakMarks(WithBreakMark(marked)), line);
-}
-
 TEST(SequenceStore, RefusesValuesThatDoNotFit) {
   const std::tuple<std::size_t, int, int, bool> cases[] = {
       {0, -1, 3, false},     {11, 255, 3, true},    {11, 256, 3, false},    {12, 32767, 3, true},

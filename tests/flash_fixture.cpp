@@ -33,13 +33,12 @@ void FlashTest::FillFlash(const Sequences& sequences) {
 }
 
 void FlashTest::Unplug() {
-  told_of_loss_ = false;
-  ExpectLoss([this] { told_of_loss_ = true; });
+  ExpectLoss();
   board.Unplug();
 }
 
 void FlashTest::ConnectAgain() {
-  ASSERT_TRUE(hands->WaitUntil([this] { return told_of_loss_; }));
+  ASSERT_TRUE(hands->WaitUntil([this] { return Enabled("ComboPort"); }));
   board.Replug();
   Connect();
 }

@@ -53,9 +53,6 @@ class FlashTest : public WindowTest {
 
   // No operation is running and none has left anything behind. Holds at the end of each test.
   void ExpectAtRest();
-
- private:
-  bool told_of_loss_ = false;
 };
 
 }  // namespace pelmora

@@ -56,10 +56,9 @@ TEST_F(Port, LostWhileOpenIsSaidOnceAndNothingComposedIsLost) {
   Connect();
   hands->Click("CWButtonMainOnOff");
   ExpectSent({1});
-  bool told = false;
-  ExpectLoss([&] { told = true; });
+  ExpectLoss();
   board.Unplug();
-  EXPECT_TRUE(hands->WaitUntil([&] { return told; }));
+  EXPECT_TRUE(hands->WaitUntil([this] { return box.Outstanding() == 0; }));
   QTest::qWait(50);
   EXPECT_TRUE(Enabled("ComboPort"));
   EXPECT_EQ(hands->Read("CWButtonMainOnOff"), "Off");

@@ -141,6 +141,7 @@ const Fault kFaults[] = {
     {"read_257_steps", kRead, {.lying_header = Lie({{2, 1}, {3, 1}})}, {kReadingErrorText}, ""},
     {"read_counts_only", kRead, {.lying_header = Lie({{1, 0}, {6, 0x7F}, {7, 0xFF}})}, {kNothingText}, ""},
     {"read_overflow_kept", kRead, {.lying_header = Lie({{0, 0x5E}, {1, 1}})}, {kReadText}, "Overflow!", kAbort, 1, 42},
+    {"read_overflow_filled", kRead, {.lying_header = Lie({{0, 0x7F}}), .after_reply = Bytes(24064 - 42, 7)}, {kReadText}, "Overflow!"},
     {"read_overflow_unplugged", kRead, {.lying_header = Lie({{0, 0xFF}})}, {kReadText}, "Overflow!", kUnplug, 1, 42},
     {"read_overflow_of_little", kRead, {.cut_reply_at = 79, .lying_header = Lie({{0, 0x75}})}, {kNothingText}, "Overflow!", kAbort, 1, 13},
 };

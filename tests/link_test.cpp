@@ -37,9 +37,8 @@ TEST_F(Port, ThatCannotBeOpenedIsNamedAndTheListStaysOpen) {
   auto& combo = hands->Find<QComboBox>("ComboPort");
   board.Unplug();
   for (const int entry : {4, 0}) {
-    box.Expect(
-        "Program",
-        QString("Comm%1 can't be opened: there is no serial port for this entry.").arg(entry + 1));
+    const QString reason = "there is no serial port for this entry";
+    ExpectMessage(QString("Comm%1 can't be opened: %2.").arg(entry + 1).arg(reason));
     combo.setCurrentIndex(entry);
     emit combo.activated(entry);
     EXPECT_EQ(combo.currentIndex(), -1);
@@ -83,7 +82,6 @@ TEST_F(Live, SliderSendsCodeAndPositionOfItsChannel) {
   }
   EXPECT_EQ(hands->Read("Text1_0"), "-128");
   EXPECT_EQ(hands->Read("Text1_12"), "-64 °");
-  EXPECT_EQ(hands->Read("Text1_9"), "71");
 }
 
 TEST_F(Live, ShowingAStepSendsOnlyTheChannelsThatChange) {

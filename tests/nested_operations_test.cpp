@@ -141,21 +141,25 @@ TEST_F(NestedOperations, TheOuterWaitOffersAbortAgain) {
 // The reply to the inner read swallows the erase's answer; by itself an erase can't be aborted.
 TEST_F(NestedOperations, AnEraseWhoseAnswerIsGoneCanBeAborted) {
   Connect();
-  board.SetFaults({.silent = true});
-  WhenSent(1, [this] {
-    EXPECT_FALSE(Enabled("Command1"));
-    WhenSent(2, [this] { Abort(); });
-    ExpectMessage(kReadingErrorText, [this] {
-      hands->When([this] { return Enabled("Command1"); },
-                  [this] {
-                    ExpectMessage(kAbortText);
-                    EXPECT_FALSE(BarShown());
-                    Abort();
-                  });
+  for (const bool answered : {false, true}) {
+    board.ClearLog();
+    board.SetFaults({.silent = true});
+    WhenSent(1, [this, answered] {
+      EXPECT_FALSE(Enabled("Command1"));
+      WhenSent(2, [this] { Abort(); });
+      ExpectMessage(kReadingErrorText, [this, answered] {
+        hands->When([this] { return Enabled("Command1"); },
+                    [this, answered] {
+                      EXPECT_FALSE(BarShown());
+                      ExpectMessage(answered ? kErasedText : kAbortText);
+                      answered ? board.Send({255}) : Abort();
+                    });
+      });
+      Read();
     });
-    Read();
-  });
-  Erase();
+    Erase();
+    ExpectAtRest();
+  }
 }
 
 TEST_F(NestedOperations, BytesOfOthersInATransferAreTold) {

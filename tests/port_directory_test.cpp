@@ -1,5 +1,6 @@
 #include "platform/port_directory.h"
 
+#include <errno.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>
@@ -97,6 +98,7 @@ TEST_F(Locked, StaleLocksAreToldFromLiveOnesAndRemoved) {
   const QByteArray live = QByteArray::number(getpid());
   const std::tuple<QByteArray, State, const char*> cases[] = {
       {"     " + live + "\n", State::kHeld, "another program is using it"},
+      {live + "\n" + program_invocation_short_name + " and more\n", State::kHeld, "is using it"},
       {live + "\nanother_program\nhost\n", State::kStale, "left by a program that has ended"},
       {"   " + kEnded + "\n", State::kStale, "left by a program that has ended; root may remove"},
       {kEnded + "\nminicom\nhost\n", State::kStale, "left by a program that has ended"},
@@ -124,7 +126,7 @@ TEST_F(Locked, ALinkAndItsTargetAreOnePort) {
   MSComm first(by_name);
   MSComm second(by_link);
   for (MSComm* comm : {&first, &second}) comm->SetSettings("9600,N,8,2");
-  Lock(kEnded + "\n");
+  Lock(kEnded + "\nanother_program\nhost\n");
   ASSERT_TRUE(first.Open()) << first.LastError().toStdString();
   EXPECT_FALSE(second.Open());
   EXPECT_EQ(second.LastError(), "another program is using it");

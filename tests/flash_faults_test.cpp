@@ -35,6 +35,8 @@ void PrintTo(const Fault& fault, std::ostream* out) {
   *out << fault.name;
 }
 
+const Faults kSilent{.silent = true};
+
 // The example's header with some bytes changed.
 std::array<std::uint8_t, 66> Lie(std::initializer_list<std::pair<std::size_t, int>> changes) {
   const Bytes header = HeaderOf(ExampleSequences());
@@ -62,8 +64,13 @@ class FlashFaults : public FlashTest, public testing::WithParamInterface<Fault> 
   void ExpectAllOperationsToWork() {
     if (Enabled("ComboPort")) ConnectAgain();
     while (board.WaitForBytes(board.Log().size() + 1, 20ms)) continue;
-    board.SetFaults({});
     FillFlash(ExampleSequences());  // ends a program that the board is still waiting for, too
+    board.ClearLog();
+    board.SetFaults(kSilent);
+    WhenSent(1, [this] { Abort(); });
+    ExpectMessage(kReadingErrorText);
+    Read();
+    board.SetFaults({});
     board.Send({65});
     EXPECT_TRUE(hands->WaitUntil([this] { return hands->Read("Echo") == "65"; }));
     ReadWell();
@@ -110,8 +117,6 @@ TEST_P(FlashFaults, EndAsTheOperatorIsToldAndLeaveNothingBehind) {
 constexpr char kErase[] = "CommandErase";
 constexpr char kProgram[] = "CommandFlash";
 constexpr char kRead[] = "CommandRead";
-const Faults kSilent{.silent = true};
-
 // A case on each line. An erase waits with 1 byte on the line; programming with 1, with 68 (command
 // and header), and with 256 more after each block. A wrong byte before a read reply shifts it by a
 // byte: no data is announced, and the counts are far too large.

@@ -79,24 +79,24 @@ TEST_F(NestedOperations, LessDataThanAnnouncedIsNoSuccess) {
 TEST_F(NestedOperations, AnEraseInsideAnotherTakesItsPlace) {
   Load(ExampleSequences());
   Connect();
-  for (const bool programs : {false, true}) {
+  struct Programs {
+    bool outer, inner;
+  };
+  for (const Programs programs : {Programs{false, false}, {true, false}, {true, true}}) {
     board.SetFaults({.silent = true});
     WhenSent(1, [this, programs] {
       WhenSent(2, [this] {
         board.SetFaults({.silent_after_acks = 1});
         board.Send({255});
       });
-      if (programs) {
-        ProgramWell();
-        ExpectMessage(kAbortText);  // of the outer one
-      } else {
-        ExpectMessage(kErasedText);
-        Erase();
-      }
+      ExpectMessage(kErasedText);
+      if (programs.inner) ExpectMessage(kProgrammedText);
+      if (programs.outer) ExpectMessage(kAbortText);
+      programs.inner ? Program() : Erase();
     });
-    programs ? Program() : Erase();
+    programs.outer ? Program() : Erase();
     EXPECT_EQ(box.Outstanding(), 0U);
-    ExpectSent(programs ? Bytes{7} + ProgramBytes(ExampleSequences()) : Bytes{7, 7});
+    ExpectSent(programs.inner ? Bytes{7} + ProgramBytes(ExampleSequences()) : Bytes{7, 7});
     ExpectAtRest();
   }
 }

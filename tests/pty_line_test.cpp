@@ -21,8 +21,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr auto kByteTime = 11 * 1.0s / 9600;
 
-class PtyLine : public testing::Test {
- protected:
+struct PtyLine : testing::Test {
   explicit PtyLine(Pace pace = Pace::k9600)
       : board(pace), line(open(board.DevicePath().c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK)) {}
   ~PtyLine() override { close(line); }
@@ -58,8 +57,7 @@ TEST_F(PtyLine, KeepsThePaceOf9600BaudInBothDirectionsAtOnce) {
   for (std::size_t i = 1; i < kCount; ++i) EXPECT_GE(log[i].when - log[i - 1].when, 1145us) << i;
 }
 
-class BoardsWindow : public PtyLine {
- protected:
+struct BoardsWindow : PtyLine {
   BoardsWindow() : PtyLine(Pace::kUnpaced) {}
 };
 

@@ -15,8 +15,7 @@ namespace {
 
 using namespace rig;
 
-class ServoBoardTest : public testing::Test {
- protected:
+struct ServoBoardTest : testing::Test {
   // Feeds the bytes at the present time; what the board answers.
   Bytes Feed(const Bytes& bytes) {
     Bytes answer;

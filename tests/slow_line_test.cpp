@@ -14,8 +14,7 @@ using namespace rig;
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
-class SlowLine : public testing::Test, public ProgramWithBoard {
- protected:
+struct SlowLine : testing::Test, ProgramWithBoard {
   SlowLine()
       : ProgramWithBoard([](const QString& problem) { ADD_FAILURE() << problem.toStdString(); },
                          simboard::Pace::k9600, {.timer = true}) {}

@@ -16,7 +16,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 struct HiTimerTest : testing::Test {
-  // Runs until `count` ticks have come; their times in ms.
+  // Runs until the tick number `count`, which stops the timer; the times in ms.
   std::vector<double> Ticks(std::size_t count, const std::function<void(std::size_t)>& in_tick) {
     std::vector<double> times;
     QEventLoop loop;
@@ -24,11 +24,13 @@ struct HiTimerTest : testing::Test {
     timer.Timer = [&] {
       times.push_back(std::chrono::duration<double, std::milli>(Clock::now() - start).count());
       in_tick(times.size());
-      if (times.size() == count) loop.quit();
+      if (times.size() != count) return;
+      timer.SetEnabled(false);
+      QTimer::singleShot(100, &loop, &QEventLoop::quit);
     };
     timer.SetEnabled(true);
     loop.exec();
-    timer.SetEnabled(false);
+    EXPECT_EQ(times.size(), count) << "a stopped timer ticks";
     return times;
   }
 

@@ -60,6 +60,7 @@ TEST_F(Port, LostWhileOpenIsSaidOnceAndNothingComposedIsLost) {
   EXPECT_TRUE(hands->WaitUntil([this] { return box.Outstanding() == 0; }));
   QTest::qWait(50);
   EXPECT_TRUE(Enabled("ComboPort"));
+  EXPECT_EQ(hands->Read("ComboPort"), "");
   EXPECT_EQ(hands->Read("CWButtonMainOnOff"), "Off");
   EXPECT_EQ(Lines().size(), 1);
   hands->MoveSlider("CWSlide1_0", 100);

@@ -9,20 +9,47 @@ FlashTest::FlashTest() {
   Trigger("Serial");
 }
 
+FlashTest::~FlashTest() {
+  ExpectAtRest();
+}
+
+void FlashTest::ProgramWell() {
+  ExpectMessage(kErasedText);
+  ExpectMessage(kProgrammedText);
+  Program();
+}
+
+void FlashTest::ReadWell() {
+  ExpectMessage(kReadText);
+  Read();
+}
+
+Bytes FlashTest::ProgramBytes(const Sequences& sequences) {
+  return Bytes{7, 2} + HeaderOf(sequences) + StepDataOf(sequences);
+}
+
 void FlashTest::FillFlash(const Sequences& sequences) {
   board.SetFlash(HeaderOf(sequences), StepDataOf(sequences));
 }
 
 void FlashTest::Unplug() {
-  told_of_loss_ = false;
-  ExpectLoss([this] { told_of_loss_ = true; });
+  ExpectLoss();
   board.Unplug();
 }
 
 void FlashTest::ConnectAgain() {
-  ASSERT_TRUE(hands->WaitUntil([this] { return told_of_loss_; }));
+  ASSERT_TRUE(hands->WaitUntil([this] { return Enabled("ComboPort"); }));
   board.Replug();
   Connect();
+}
+
+void FlashTest::WhenSent(std::size_t count, std::function<void()> action) {
+  hands->When([this, count] { return board.WaitForBytes(count, {}); }, std::move(action));
+}
+
+QString FlashTest::InBuff() const {
+  hands->Click("CommandInBuff");
+  return hands->Read("Echo");
 }
 
 bool FlashTest::ShowsErasing() const {
@@ -38,7 +65,7 @@ void FlashTest::ExpectAtRest() {
   EXPECT_FALSE(Enabled("Command1"));
   EXPECT_FALSE(BarShown());
   EXPECT_FALSE(ShowsErasing());
-  for (const int steps : Data().SeqSteps) EXPECT_LE(steps, kMostSteps);
+  EXPECT_LE(std::ranges::max(Data().SeqSteps), kMostSteps);
 }
 
 }  // namespace pelmora

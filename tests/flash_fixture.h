@@ -20,11 +20,19 @@ inline constexpr char kCorruptedText[] = "Impossible to Load Sequences! Flash me
 class FlashTest : public WindowTest {
  protected:
   FlashTest();
+  ~FlashTest() override;
 
   void Erase() { hands->Click("CommandErase"); }
   void Program() { hands->Click("CommandFlash"); }
   void Read() { hands->Click("CommandRead"); }
   void Abort() { hands->Click("Command1"); }
+
+  // The operation, with the messages of its success.
+  void ProgramWell();
+  void ReadWell();
+
+  // What programming these sequences sends.
+  static Bytes ProgramBytes(const Sequences& sequences);
 
   // Puts sequences into the board's flash.
   void FillFlash(const Sequences& sequences);
@@ -34,16 +42,17 @@ class FlashTest : public WindowTest {
   // After `Unplug`, once its message has come: the board is back and "Comm1" chosen again.
   void ConnectAgain();
 
-  bool BytesSent(std::size_t count) const { return board.WaitForBytes(count, {}); }
+  // Does `action` once so many bytes are on the line.
+  void WhenSent(std::size_t count, std::function<void()> action);
+
+  // What the button shows of the receive buffer.
+  QString InBuff() const;
 
   // The word at the bar's place and the busy pointer over the window.
   bool ShowsErasing() const;
 
-  // No operation is running and none has left anything behind.
+  // No operation is running and none has left anything behind. Holds at the end of each test.
   void ExpectAtRest();
-
- private:
-  bool told_of_loss_ = false;
 };
 
 }  // namespace pelmora

@@ -1,15 +1,9 @@
 // What the operator presses inside the waits of the flash operations: a read shows what the board
 // holds all the same, and every wait can be ended.
-#include <QFile>
-#include <QTemporaryDir>
-#include <QtTest/QTest>
-
 #include "tests/flash_fixture.h"
 
 namespace pelmora {
 namespace {
-
-using namespace std::chrono_literals;
 
 class NestedOperations : public FlashTest {};
 
@@ -19,16 +13,12 @@ TEST_F(NestedOperations, AReadShowsTheBoardsTableWhateverIsPressedMeanwhile) {
   const Bytes data = StepDataOf(sequences);
   FillFlash(sequences);
   Connect();
-  const std::function<void()> pressed[] = {
-      [this] { hands->Click("CommandMoreSeq"); },  [this] { AddStep(3, 200, 100); },
-      [this] { hands->Click("CommandClearAll"); }, [this] { Trigger("SaveBuffer"); },
-      [this] { Trigger("LoadBuffer"); },  // cancelled
-      [this] { Load(ExampleSequences()); }};
-  for (const std::function<void()>& press : pressed) {
+  for (const char* pressed : {"CommandMoreSeq", "CommandAdd", "CommandClearAll"}) {
+    SCOPED_TRACE(pressed);
     board.SetFaults({.cut_reply_at = 66 + data.size() - 1});
     hands->When([&] { return Reading() && Bar() == static_cast<int>(data.size()) - 1; },
                 [&] {
-                  press();
+                  hands->Click(pressed);
                   ExpectMessage(kReadText);
                   board.Send({data.back()});
                 });
@@ -41,17 +31,16 @@ TEST_F(NestedOperations, AReadShowsTheBoardsTableWhateverIsPressedMeanwhile) {
 }
 
 TEST_F(NestedOperations, ASaveDuringAReadWritesNoCountBeyondWhatASequenceHolds) {
-  std::array<std::uint8_t, 66> lie{0, 28};
-  lie[2 + 4 * 5] = 1;  // 256 + 44 steps in sequence 5
-  lie[3 + 4 * 5] = 44;
+  Bytes header = HeaderFor(28);
+  header[2 + 4 * 5] = 1;  // 256 steps and some in sequence 5
+  header[3 + 4 * 5] = 44;
   const QTemporaryDir folder;
   files.answer = folder.filePath("file");
   Connect();
-  board.SetFlash(HeaderFor(28), Bytes(28));
-  board.SetFaults({.cut_reply_at = 70, .lying_header = lie});
+  board.SetFlash(header, Bytes(28));
+  board.SetFaults({.cut_reply_at = 70});
   hands->When([this] { return Bar() == 4; },
-              [&] {
-                EXPECT_EQ(Data().SeqSteps[5], 256);
+              [this] {
                 box.Expect("Save", "Data Saved!");
                 Trigger("SaveBuffer");
                 ExpectMessage(kReadingErrorText);
@@ -61,7 +50,6 @@ TEST_F(NestedOperations, ASaveDuringAReadWritesNoCountBeyondWhatASequenceHolds) 
   QFile file(*files.answer);
   ASSERT_TRUE(file.open(QIODevice::ReadOnly));
   EXPECT_EQ(file.readAll().split('\n')[6], " 256 \r");
-  ExpectAtRest();
 }
 
 // A read that was aborted inside the first one's wait has set the line up for single bytes.
@@ -72,7 +60,7 @@ TEST_F(NestedOperations, LessDataThanAnnouncedIsNoSuccess) {
   hands->When([this] { return Bar() == 14; },
               [this] {
                 board.SetFaults({.silent = true});
-                hands->When([this] { return BytesSent(2); }, [this] { Abort(); });
+                WhenSent(2, [this] { Abort(); });
                 ExpectMessage(kReadingErrorText, [this] {
                   ExpectMessage(kCorruptedText, [this] {
                     hands->When([this] { return hands->Read("Echo") == "Error!"; },
@@ -85,110 +73,93 @@ TEST_F(NestedOperations, LessDataThanAnnouncedIsNoSuccess) {
                 Read();
               });
   Read();
-  ExpectAtRest();
 }
 
-TEST_F(NestedOperations, AProgramPressedInsideAnothersEraseTakesItsPlace) {
+// The inner operation's erase takes the outer one's place, and is the one that speaks.
+TEST_F(NestedOperations, AnEraseInsideAnotherTakesItsPlace) {
   Load(ExampleSequences());
   Connect();
-  board.SetFaults({.silent = true});
-  hands->When([this] { return BytesSent(1); },
-              [this] {
-                hands->When([this] { return BytesSent(2); },
-                            [this] {
-                              board.SetFaults({.silent_after_acks = 1});
-                              board.Send({255});
-                            });
-                ExpectMessage(kErasedText);
-                ExpectMessage(kProgrammedText);
-                ExpectMessage(kAbortText);
-                Program();
-              });
-  Program();
-  ExpectSent(Bytes{7, 7, 2} + HeaderOf(ExampleSequences()) + StepDataOf(ExampleSequences()));
-  EXPECT_EQ(board.FlashData(), StepDataOf(ExampleSequences()));
-  ExpectAtRest();
-}
-
-TEST_F(NestedOperations, AnEraseInsideAnotherIsTheOneThatSpeaks) {
-  Connect();
-  board.SetFaults({.silent = true});
-  hands->When([this] { return BytesSent(1); },
-              [this] {
-                hands->When([this] { return BytesSent(2); }, [this] { board.Send({255}); });
-                ExpectMessage(kErasedText);
-                Erase();
-              });
-  Erase();
-  EXPECT_EQ(box.Outstanding(), 0U);
-  ExpectAtRest();
+  struct Programs {
+    bool outer, inner;
+  };
+  for (const Programs programs : {Programs{false, false}, {true, false}, {true, true}}) {
+    board.SetFaults({.silent = true});
+    WhenSent(1, [this, programs] {
+      WhenSent(2, [this] {
+        board.SetFaults({.silent_after_acks = 1});
+        board.Send({255});
+      });
+      ExpectMessage(kErasedText);
+      if (programs.inner) ExpectMessage(kProgrammedText);
+      if (programs.outer) ExpectMessage(kAbortText);
+      programs.inner ? Program() : Erase();
+    });
+    programs.outer ? Program() : Erase();
+    EXPECT_EQ(box.Outstanding(), 0U);
+    ExpectSent(programs.inner ? Bytes{7} + ProgramBytes(ExampleSequences()) : Bytes{7, 7});
+    ExpectAtRest();
+  }
 }
 
 // Each outer wait is shown again, and can be ended, once the inner operation has.
 TEST_F(NestedOperations, TheOuterWaitOffersAbortAgain) {
   struct Case {
-    const char* outer;
+    const char *outer, *inner;
     int acks;
     std::size_t sent;
-    std::vector<const char*> before, after;
+    const char *inner_message, *outer_message;
   };
   const Case cases[] = {
-      {"CommandFlash", 1, 68, {kErasedText}, {kAbortText}},
-      {"CommandFlash", 2, 68 + 256, {kErasedText}, {"Operation Aborted!255"}},
-      {"CommandRead", 0, 1, {}, {kReadingErrorText}},
+      {"CommandFlash", "CommandRead", 1, 68, kReadingErrorText, kAbortText},
+      {"CommandFlash", "CommandErase", 2, 68 + 256, kAbortText, "Operation Aborted!255"},
+      {"CommandRead", "CommandRead", 0, 1, kReadingErrorText, kReadingErrorText},
   };
+  Connect();
   for (const Case& c : cases) {
-    SCOPED_TRACE(c.outer);
+    SCOPED_TRACE(c.inner);
     Load(RandomSequences(33, 40));
-    if (Enabled("ComboPort")) Connect();
     board.ClearLog();
     board.SetFaults({.silent = c.acks == 0, .silent_after_acks = c.acks});
-    for (const char* message : c.before) ExpectMessage(message);
-    hands->When(
-        [this, &c] { return BytesSent(c.sent); },
-        [this, &c] {
-          hands->When([this, &c] { return BytesSent(c.sent + 1); }, [this] { Abort(); });
-          ExpectMessage(kReadingErrorText);
-          board.SetFaults({.silent = true});
-          // An operation of its own kind inside, aborted by the operator.
-          hands->When(
-              [this] { return Enabled("Command1") && BarShown() && box.Outstanding() == 0; },
-              [this, &c] {
-                for (const char* message : c.after) ExpectMessage(message);
-                Abort();
-              });
-          Read();
-        });
+    if (c.acks > 0) ExpectMessage(kErasedText);
+    WhenSent(c.sent, [this, &c] {
+      WhenSent(c.sent + 1, [this] { Abort(); });
+      ExpectMessage(c.inner_message);
+      board.SetFaults({.silent = true});
+      hands->When([this] { return Enabled("Command1") && BarShown() && box.Outstanding() == 0; },
+                  [this, &c] {
+                    ExpectMessage(c.outer_message);
+                    Abort();
+                  });
+      hands->Click(c.inner);
+    });
     hands->Click(c.outer);
     ExpectAtRest();
-    // The board gives the unfinished program up.
-    ExpectLoss();
-    board.Unplug();
-    EXPECT_TRUE(hands->WaitUntil([this] { return Enabled("ComboPort"); }));
-    board.Replug();
+    FillFlash({});  // the board gives the unfinished program up
   }
 }
 
 // The reply to the inner read swallows the erase's answer; by itself an erase can't be aborted.
 TEST_F(NestedOperations, AnEraseWhoseAnswerIsGoneCanBeAborted) {
   Connect();
-  board.SetFaults({.silent = true});
-  hands->When([this] { return BytesSent(1); },
-              [this] {
-                EXPECT_FALSE(Enabled("Command1"));
-                hands->When([this] { return BytesSent(2); }, [this] { Abort(); });
-                ExpectMessage(kReadingErrorText, [this] {
-                  hands->When([this] { return Enabled("Command1"); },
-                              [this] {
-                                ExpectMessage(kAbortText);
-                                EXPECT_FALSE(BarShown());
-                                Abort();
-                              });
-                });
-                Read();
-              });
-  Erase();
-  ExpectAtRest();
+  for (const bool answered : {false, true}) {
+    board.ClearLog();
+    board.SetFaults({.silent = true});
+    WhenSent(1, [this, answered] {
+      EXPECT_FALSE(Enabled("Command1"));
+      WhenSent(2, [this] { Abort(); });
+      ExpectMessage(kReadingErrorText, [this, answered] {
+        hands->When([this] { return Enabled("Command1"); },
+                    [this, answered] {
+                      EXPECT_FALSE(BarShown());
+                      ExpectMessage(answered ? kErasedText : kAbortText);
+                      answered ? board.Send({255}) : Abort();
+                    });
+      });
+      Read();
+    });
+    Erase();
+    ExpectAtRest();
+  }
 }
 
 TEST_F(NestedOperations, BytesOfOthersInATransferAreTold) {
@@ -196,16 +167,14 @@ TEST_F(NestedOperations, BytesOfOthersInATransferAreTold) {
   Connect();
   for (const bool moved : {true, false}) {
     board.SetFaults({.silent_after_acks = 1});
-    hands->When([this] { return BytesSent(68); },
-                [this, moved] {
-                  if (moved) SetSlider(2, 77);
-                  board.Send({255});
-                });
+    WhenSent(68, [this, moved] {
+      if (moved) SetSlider(2, 77);
+      board.Send({255});
+    });
     ExpectMessage(kErasedText);
     ExpectMessage(kProgrammedText);
     if (moved) ExpectMessage(kDisturbedText);
     Program();
-    EXPECT_EQ(box.Outstanding(), 0U);
     board.SetFaults({});
     board.SetFlash(Bytes(66), {});
     Sent(0);

@@ -14,22 +14,14 @@ using namespace rig;
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
-class SlowLine : public testing::Test, public ProgramWithBoard {
- protected:
+struct SlowLine : testing::Test, ProgramWithBoard {
   SlowLine()
       : ProgramWithBoard([](const QString& problem) { ADD_FAILURE() << problem.toStdString(); },
                          simboard::Pace::k9600, {.timer = true}) {}
 
-  // Plays two poses of all channels, 20 ms each.
-  void PlayFullPoses() {
-    Sequences sequences;
-    for (const int position : {10, 200}) {
-      Step step{};
-      step.positions.fill(static_cast<std::uint8_t>(position));
-      step.ticks = 1;
-      sequences[0].push_back(step);
-    }
-    Load(sequences);
+  // Plays two poses in which all channels differ, 20 ms each.
+  void PlayPoses() {
+    Load(poses);
     Connect();
     hands->Click("CWButtonEmuPC");
   }
@@ -43,12 +35,14 @@ class SlowLine : public testing::Test, public ProgramWithBoard {
     } while (board.Log().size() != count);
     return board.Log();
   }
+
+  const Sequences poses = FilledSequences(1, 2, 1);
 };
 
 // All channels take 27.5 ms on the line: without waiting for it the board would be 0.7 s behind
 // after two seconds.
 TEST_F(SlowLine, OffActsOnTheBoardWithinATenthOfASecond) {
-  PlayFullPoses();
+  PlayPoses();
   QTest::qWait(2000);
   hands->Click("CWButtonEmuPC");
   const auto off = Clock::now();
@@ -60,12 +54,13 @@ TEST_F(SlowLine, OffActsOnTheBoardWithinATenthOfASecond) {
   for (std::size_t i = 0; i < log.size(); ++i) {
     const std::size_t channel = i % 24 / 2;
     const std::size_t code = channel < 8 ? 8 + channel : 32 + channel;
-    ASSERT_EQ(log[i].byte, i % 2 == 0 ? code : i / 24 % 2 == 0 ? 200 : 10) << i;
+    const int position = poses[0][(i / 24 + 1) % 2].positions[channel];
+    ASSERT_EQ(log[i].byte, i % 2 == 0 ? code : position) << i;
   }
 }
 
 TEST_F(SlowLine, QuitSendsItsStopByteBehindAFewBytesAndWaitsForIt) {
-  PlayFullPoses();
+  PlayPoses();
   QTest::qWait(1000);
   const auto quit = Clock::now();
   Trigger("Quit");

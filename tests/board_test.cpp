@@ -1,11 +1,14 @@
-// The board's firmware: bytes in, replies and behaviour out, at times that the test chooses.
-#include "board/servo_board.h"
-
+// The simulated board by itself: its times, and the pace of its pseudo terminal.
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <poll.h>
+#include <unistd.h>
 
-#include <algorithm>
 #include <tuple>
+#include <vector>
 
+#include "board/servo_board.h"
+#include "board/simulated_board.h"
 #include "rig/sequences.h"
 
 using namespace std::chrono_literals;
@@ -14,6 +17,7 @@ namespace simboard {
 namespace {
 
 using namespace rig;
+using Clock = std::chrono::steady_clock;
 
 struct ServoBoardTest : testing::Test {
   // Feeds the bytes at the present time; what the board answers.
@@ -34,32 +38,6 @@ struct ServoBoardTest : testing::Test {
   ServoBoard board_;
   ServoBoard::TimePoint now_{1000s};
 };
-
-TEST_F(ServoBoardTest, AcknowledgesTheHeaderAndEveryCompleteBlock) {
-  for (const std::size_t total : {0, 1, 255, 256, 257, 512, 24064}) {
-    SCOPED_TRACE(total);
-    EXPECT_EQ(Feed(Bytes{2} + HeaderFor(total)), Bytes{255});
-    for (std::size_t i = 1; i <= total; ++i) {
-      EXPECT_EQ(Feed({5}), i % 256 == 0 ? Bytes{255} : Bytes{}) << "after byte " << i;
-    }
-    EXPECT_EQ(Feed({6}), HeaderFor(total) + Bytes(total, 5));
-    EXPECT_EQ(Feed({7}), Bytes{255});
-    EXPECT_EQ(Feed({6}), Bytes(66, 0));
-  }
-}
-
-// Position bytes that look like commands are positions.
-TEST_F(ServoBoardTest, PositionsControlAndReset) {
-  EXPECT_EQ(Feed({1, 8, 0, 41, 17, 15, 7}), Bytes{});
-  EXPECT_EQ(board_.Positions()[0], 0);
-  EXPECT_EQ(board_.Positions()[9], 17);
-  EXPECT_TRUE(board_.PcControl());
-  Feed({0});
-  EXPECT_FALSE(board_.PcControl());
-  Feed({1, 17});
-  EXPECT_FALSE(board_.PcControl());
-  EXPECT_EQ(std::ranges::count(board_.Positions(), 128), 12);
-}
 
 TEST_F(ServoBoardTest, PlaysStepsForTheirTimeOverAndOver) {
   Feed(Bytes{2} + ExampleImage() + Bytes{3, 0});
@@ -82,6 +60,33 @@ TEST_F(ServoBoardTest, GivesUpAProgramThatTheSenderAbandons) {
   EXPECT_TRUE(board_.Programming()) << "every byte starts the patience anew";
   PassTime(1ms);
   EXPECT_EQ(Feed({6}), HeaderFor(1000) + Bytes(512, 5) + Bytes(488, 0)) << "whole blocks stay";
+}
+
+TEST(PtyLine, KeepsThePaceOf9600BaudInBothDirectionsAtOnce) {
+  constexpr std::size_t kCount = 800;
+  constexpr auto kByteTime = 11 * 1.0s / 9600;
+  SimulatedBoard board(Pace::k9600);
+  const int line = open(board.DevicePath().c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK);
+  const auto start = Clock::now();
+  board.Send(Counting(kCount));
+  ASSERT_EQ(write(line, Bytes(kCount, 0x55).data(), kCount), ssize_t{kCount});
+  Bytes received;
+  pollfd watched{.fd = line, .events = POLLIN, .revents = 0};
+  while (received.size() < kCount && poll(&watched, 1, 1000) == 1) {
+    std::uint8_t byte = 0;
+    while (read(line, &byte, 1) == 1) received.push_back(byte);
+  }
+  const Clock::duration back = Clock::now() - start;
+  EXPECT_EQ(received, Counting(kCount));
+  ASSERT_TRUE(board.WaitForBytes(kCount, 2s));
+  const std::vector<LoggedByte> log = board.Log();
+  for (const Clock::duration time : {back, log.back().when - start}) {
+    EXPECT_GE(time, kCount * kByteTime);
+    EXPECT_LE(time, kCount * kByteTime * 1.02);
+  }
+  // Each byte bears the time at which it has arrived, whenever the board came to look at it.
+  for (std::size_t i = 1; i < kCount; ++i) EXPECT_GE(log[i].when - log[i - 1].when, 1145us) << i;
+  close(line);
 }
 
 }  // namespace

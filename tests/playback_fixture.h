@@ -40,6 +40,9 @@ class Playback : public WindowTest {
     EXPECT_EQ(Selected(), step);
     ExpectSent(Shown(step));
   }
+  void ExpectTicks(std::initializer_list<int> steps) {
+    for (const int step : steps) ExpectTick(step);
+  }
 
   void ExpectState(bool on, bool running, bool real_emu_enabled) {
     EXPECT_EQ(On(kEmuPC), on);
@@ -51,16 +54,21 @@ class Playback : public WindowTest {
   void ExpectIdle() { ExpectState(false, false, true); }
   void ExpectRunning() { ExpectState(true, true, false); }
   void ExpectHalted() { ExpectState(true, false, false); }
+  void ExpectLossIsSaid() {
+    EXPECT_TRUE(hands->WaitUntil([this] { return box.Outstanding() == 0; }));
+    ExpectIdle();
+  }
 
   // The lines that carry a breakpoint; each row's flag has to agree with its line's mark.
   std::vector<int> Breaks() const {
-    std::vector<int> lines;
+    std::vector<int> breaks;
+    const QStringList lines = Lines();
     for (int i = 0; i < kSteps; ++i) {
-      const bool marked = i < Lines().size() && Lines()[i].endsWith("\tBREAK!");
+      const bool marked = lines.value(i).endsWith("\tBREAK!");
       EXPECT_EQ(Data().EditBuffer[static_cast<std::size_t>(i)][kBreakColumn], marked ? 1 : 0) << i;
-      if (marked) lines.push_back(i);
+      if (marked) breaks.push_back(i);
     }
-    return lines;
+    return breaks;
   }
 
   void SetBreak(int line) {

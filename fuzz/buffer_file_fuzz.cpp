@@ -22,8 +22,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
   Require(first->SeqSteps == second->SeqSteps);
   for (std::size_t s = 0; s < kSequences; ++s) {
     Require(first->SeqSteps[s] >= 0 && first->SeqSteps[s] <= kSteps);
-    Require(first->SeqTable[s].Position == second->SeqTable[s].Position);
-    Require(first->SeqTable[s].Duration == second->SeqTable[s].Duration);
+    Require(first->SeqTable[s] == second->SeqTable[s]);
   }
   Require(FormatBufferFile(*second) == text);
   return 0;

@@ -6,26 +6,31 @@ namespace {
 
 class BreakPoints : public Playback {
  protected:
-  void ExpectRepeatFrom(int step) {
-    hands->Click("CommandRepeat");
+  static int Duration(int step) { return 400 + 20 * step; }
+  // The button shows this step, whose whole duration is waited for.
+  void ExpectAfter(const char* button, int step) {
+    const int starts = timer.Starts();
+    hands->Click(button);
     ExpectRunning();
     EXPECT_EQ(Selected(), step);
+    EXPECT_EQ(timer.Wait(), Duration(step));
+    EXPECT_EQ(timer.Starts(), starts + 1);
   }
 };
 
 TEST_F(BreakPoints, HaltContinueAndRepeat) {
-  Compose(std::vector<int>(10, 400));
+  std::vector<int> durations;
+  for (int step = 0; step < 10; ++step) durations.push_back(Duration(step));
+  Compose(durations);
   SetBreak(4);
   Play(0);
   ExpectTicks({1, 2, 3});
-  ExpectRunning();
+  ExpectAfter("CommandContinue", 3);
   ExpectTick(4);
   ExpectHalted();
   timer.Elapse();
   ExpectSent({});
-
-  hands->Click("CommandContinue");
-  ExpectRunning();
+  ExpectAfter("CommandContinue", 4);
   ExpectSent({});
   ExpectTicks({5, 6, 7, 8, 9, 0, 1, 2, 3});
   ExpectRunning();
@@ -33,36 +38,19 @@ TEST_F(BreakPoints, HaltContinueAndRepeat) {
   ExpectHalted();
 
   SetBreak(1);
-  ExpectRepeatFrom(1);
+  ExpectAfter("CommandRepeat", 1);
   ExpectSent(Shown(1));
   ExpectTicks({2, 3, 4});
   ExpectHalted();
-  ExpectRepeatFrom(1);
-  ExpectSent(Shown(1));
-  ExpectRepeatFrom(0);  // no earlier breakpoint: from the start
-  ExpectSent(Shown(0));
-  ExpectRepeatFrom(0);
+  for (const int step : {1, 0}) {  // without an earlier breakpoint from the start
+    ExpectAfter("CommandRepeat", step);
+    ExpectSent(Shown(step));
+  }
+  ExpectAfter("CommandRepeat", 0);
   ExpectTick(1);
   ExpectHalted();
   hands->Click(kEmuPC);
   ExpectIdle();
-}
-
-TEST_F(BreakPoints, ContinueAndRepeatTakeTheShownStepsDuration) {
-  Compose({100, 200, 300});
-  Play(2);
-  const int starts = timer.Starts();
-  Select(1);
-  hands->Click("CommandContinue");
-  EXPECT_EQ(timer.Wait(), 200);
-  EXPECT_EQ(timer.Starts(), starts + 1);  // the wait begins anew
-  Select(2);
-  SetBreak(1);
-  ExpectRepeatFrom(1);
-  EXPECT_EQ(timer.Wait(), 200);
-  ExpectRepeatFrom(0);
-  EXPECT_EQ(timer.Wait(), 100);
-  EXPECT_EQ(timer.Starts(), starts + 3);
 }
 
 TEST_F(BreakPoints, CommandsThatRebuildTheListClearThem) {

@@ -35,67 +35,57 @@ TEST_F(ControlsTest, FaderFollowsTheMouseWhereItIsDrawn) {
   slide.SetCaption("Ch0");
   slide.setGeometry(10, 10, 33, 273);
   ShowWindow();
-  const int x = slide.width() / 2;
   // The centre lies half-way between the caption and the lower end.
   const int caption = slide.fontMetrics().height();
-  const QPoint centre(x, (caption + slide.height()) / 2);
   for (const auto& [y, value] : {std::pair{-50, 255}, std::pair{400, 0}}) {
     slide.setValue(128);
-    QTest::mousePress(&slide, Qt::LeftButton, {}, centre);
-    QTest::mouseMove(&slide, {x, y});
-    QTest::mouseRelease(&slide, Qt::LeftButton, {}, {x, y});
+    QTest::mousePress(&slide, Qt::LeftButton, {}, {16, (caption + slide.height()) / 2});
+    QTest::mouseMove(&slide, {16, y});
+    QTest::mouseRelease(&slide, Qt::LeftButton, {}, {16, y});
     EXPECT_EQ(slide.value(), value);
   }
   for (const auto button : {Qt::LeftButton, Qt::MiddleButton}) {
     slide.setValue(0);
-    QTest::mouseClick(&slide, button, {}, {x, caption + 10});
+    QTest::mouseClick(&slide, button, {}, {16, caption + 10});
     EXPECT_LE(slide.value(), 10) << "a servo jumped to the pointer";
   }
 }
 
 TEST_F(ControlsTest, KeysOfATextFieldPassItsFilter) {
   TextField field(&window);
-  QLineEdit other(&window);
   ShowWindow();
   std::vector<int> keys;
   int lost = 0;
   field.LostFocus = [&] { ++lost; };
   field.KeyPress = [&](int& key) {
     keys.push_back(key);
-    if (key == 'a' || key == '.') key = 0;
+    if (key == 'a') key = 0;
   };
   field.setFocus();
-  QTest::keyClicks(&field, "-1a2.3");
-  EXPECT_EQ(field.text(), "-123");
-  keys.clear();
-  for (const auto key : {Qt::Key_Home, Qt::Key_Delete, Qt::Key_End, Qt::Key_Backspace,
-                         Qt::Key_Return, Qt::Key_Enter}) {
+  for (const auto key : {Qt::Key_1, Qt::Key_A, Qt::Key_2, Qt::Key_3, Qt::Key_Home, Qt::Key_Delete,
+                         Qt::Key_End, Qt::Key_Backspace, Qt::Key_Return, Qt::Key_Enter}) {
     QTest::keyClick(&field, key);
   }
-  EXPECT_EQ(field.text(), "12");
-  EXPECT_EQ(keys, (std::vector<int>{8, 13, 13}));
-  for (const auto& [key, text] : {std::pair(Qt::Key_X, ""), std::pair(Qt::Key_V, "12")}) {
-    field.selectAll();
+  EXPECT_EQ(field.text(), "2");
+  EXPECT_EQ(keys, (std::vector<int>{'1', 'a', '2', '3', 8, 13, 13}));
+  for (const auto key : {Qt::Key_X, Qt::Key_V, Qt::Key_V}) {
     QTest::keyClick(&field, key, Qt::ControlModifier);
-    EXPECT_EQ(field.text(), text);
   }
-  EXPECT_EQ(keys.size(), 3U);
+  EXPECT_EQ(field.text(), "22");
+  EXPECT_EQ(keys.size(), 7U);
 
   field.setReadOnly(true);
   field.setReadOnly(false);
   QInputMethodEvent composed;
   composed.setCommitString("x");
   QApplication::sendEvent(&field, &composed);
-  EXPECT_EQ(field.text(), "12") << "an input method passed the filter by";
-
-  for (const auto reason :
-       {Qt::PopupFocusReason, Qt::MenuBarFocusReason, Qt::ActiveWindowFocusReason}) {
+  EXPECT_EQ(field.text(), "22") << "an input method passed the filter by";
+  for (const auto reason : {Qt::PopupFocusReason, Qt::MenuBarFocusReason,
+                            Qt::ActiveWindowFocusReason, Qt::TabFocusReason}) {
+    EXPECT_EQ(lost, 0);
     QFocusEvent out(QEvent::FocusOut, reason);
     QApplication::sendEvent(&field, &out);
   }
-  EXPECT_EQ(lost, 0);
-  QTest::keyClick(&field, Qt::Key_Tab);
-  EXPECT_TRUE(other.hasFocus());
   EXPECT_EQ(lost, 1);
 }
 
@@ -116,14 +106,15 @@ TEST_F(ControlsTest, EntriesAreChosenFromTheOpenListOnly) {
   ASSERT_TRUE(list.view()->isVisible());
   EXPECT_EQ(list.itemData(2, Qt::ToolTipRole), "free3");
 
-  list.view()->setCurrentIndex(list.model()->index(2, 0));
-  QTest::keyClick(list.view(), Qt::Key_Return);
-  EXPECT_EQ(list.currentData(), 3);
-  state = "taken";
-  list.showPopup();
-  EXPECT_EQ(list.itemData(2, Qt::ToolTipRole), "taken3");
-  QTest::keyClick(list.view(), Qt::Key_Return);
-  EXPECT_EQ(clicks.size(), 2) << "also for the entry already selected";
+  for (int chosen = 1; chosen <= 2; ++chosen) {  // also the entry already selected
+    list.view()->setCurrentIndex(list.model()->index(2, 0));
+    QTest::keyClick(list.view(), Qt::Key_Return);
+    EXPECT_EQ(list.currentData(), 3);
+    EXPECT_EQ(clicks.size(), chosen);
+    state = "taken";
+    list.showPopup();
+    EXPECT_EQ(list.itemData(2, Qt::ToolTipRole), "taken3");
+  }
 }
 
 TEST_F(ControlsTest, OpenDialogsEndWithTheProgram) {

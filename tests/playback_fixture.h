@@ -54,7 +54,15 @@ class Playback : public WindowTest {
   void ExpectIdle() { ExpectState(false, false, true); }
   void ExpectRunning() { ExpectState(true, true, false); }
   void ExpectHalted() { ExpectState(true, false, false); }
-  void ExpectLossIsSaid() {
+
+  // Pulls the line; one message comes for it, also if the program does `next` before it is noticed.
+  void LoseThePort(const std::function<void()>& next) {
+    ExpectLoss([this] {
+      ExpectIdle();
+      timer.Elapse();
+    });
+    board.Unplug();
+    next();
     EXPECT_TRUE(hands->WaitUntil([this] { return box.Outstanding() == 0; }));
     ExpectIdle();
   }

@@ -26,21 +26,6 @@ TEST_F(Playback, HoldsTheSelectedStepThenWalksRoundTheList) {
   ExpectSent({});
 }
 
-TEST_F(Playback, ATickSendsOnlyWhatChangesInChannelOrder) {
-  AddStep(0, 128, 100);
-  hands->Type("Text1_11", "3", false);
-  hands->Type("Text1_8", "2", false);
-  AddStep(3, 5, 100);
-  hands->Click("CommandAdd");
-  Play(0);
-  // At first the sliders stand as the steps have them.
-  for (const Bytes& bytes :
-       {Bytes{}, Bytes{}, Bytes{11, 128, 40, 128, 43, 128}, Bytes{11, 5, 40, 130, 43, 131}}) {
-    timer.Elapse();
-    ExpectSent(bytes);
-  }
-}
-
 TEST_F(Playback, StartsWhereTheSelectionStands) {
   const std::tuple<std::vector<int>, int, int, int> cases[] = {{{60, 80, 100}, -1, 0, 1},
                                                                {{60, 80, 100}, 1, 1, 2},
@@ -80,17 +65,6 @@ TEST_F(Playback, AnEmptyListLeavesTheSwitchOnWithoutATick) {
   EXPECT_EQ(timer.Wait(), 340);
 }
 
-TEST_F(Playback, ADurationChangedWhilePlayingCountsFromItsNextShowing) {
-  Compose({100, 200});
-  Play(0);
-  ExpectTick(1);
-  hands->Type("CWNumEditTimeStep", "620");
-  hands->Click("CommandReplace");
-  EXPECT_EQ(timer.Wait(), 200);
-  ExpectTicks({0, 1});
-  EXPECT_EQ(timer.Wait(), 620);
-}
-
 class BoardPlays : public Playback {};
 
 TEST_F(BoardPlays, TheCurrentSequence) {
@@ -125,17 +99,11 @@ TEST_F(Playback, ResetStopsItRunningAndHalted) {
   Trigger("Resetting");
   ExpectSent({17});
   ExpectIdle();
-}
-
-TEST_F(Playback, AResetThatFindsTheLineDeadGivesOneMessage) {
-  Compose({100, 200});
-  Play(0);
+  // One that finds the line dead gives one message.
+  hands->Click(kEmuPC);
   hands->Click("CWButtonMainOnOff");
   Sent(1);
-  ExpectLoss();
-  board.Unplug();
-  Trigger("Resetting");
-  ExpectLossIsSaid();
+  LoseThePort([this] { Trigger("Resetting"); });
   EXPECT_FALSE(On("CWButtonMainOnOff"));
 }
 
@@ -147,19 +115,11 @@ TEST_F(Playback, ALostPortEndsItWithOneMessage) {
     Connect();
     Select(0);
     hands->Click(button);
-    if (halted) {
-      SetBreak(1);
-      timer.Elapse();
-      ExpectHalted();
-    }
-    ExpectLoss([&] {
-      ExpectIdle();
-      EXPECT_FALSE(On(kRealEmu));
-      timer.Elapse();
-    });
-    board.Unplug();
-    timer.Elapse();  // before the loss is noticed
-    ExpectLossIsSaid();
+    if (halted) SetBreak(1);
+    timer.Elapse();
+    EXPECT_EQ(timer.Enabled(), button == kEmuPC && !halted);
+    LoseThePort([this] { timer.Elapse(); });
+    EXPECT_FALSE(On(kRealEmu));
     EXPECT_EQ(Lines().size(), 2);
     hands->Click("CommandResBrk");
     board.Replug();

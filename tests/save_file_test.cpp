@@ -9,58 +9,54 @@
 
 #include <QDir>
 #include <QTemporaryDir>
-#include <string>
+#include <filesystem>
+#include <fstream>
 #include <thread>
 
 namespace pelmora {
 namespace {
 
-constexpr char kUnchanged[] = "\n\nThe earlier file of this name is unchanged.";
+namespace fs = std::filesystem;
+using fs::perms;
 
 class SaveFileTest : public testing::Test {
  protected:
-  SaveFileTest() { OpenFolder(0777); }
-  ~SaveFileTest() override { OpenFolder(0777); }  // so that it can be removed
+  SaveFileTest() { fs::permissions(Path(), perms::all); }  // to the ordinary user, too
+  ~SaveFileTest() override { fs::permissions(Path(), perms::all); }
 
-  // To the ordinary user of these tests.
-  void OpenFolder(mode_t mode) const { EXPECT_EQ(chmod(Encoded("").c_str(), mode), 0); }
-  QString Path(const QString& name) const { return folder_.filePath(name); }
-  std::string Encoded(const QString& name) const {
-    return QFile::encodeName(Path(name)).toStdString();
+  fs::path Path(const std::string& name = "") const {
+    return folder_.filePath(QString::fromStdString(name)).toStdString();
   }
-  QByteArray Content(const QString& name) const {
-    QFile file(Path(name));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no file");
+  std::string Content(const std::string& name) const {
+    std::ifstream file(Path(name));
+    return {std::istreambuf_iterator(file), {}};
   }
-  void Make(const QString& name, mode_t mode) const {
-    QFile file(Path(name));
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("earlier");
-    EXPECT_EQ(chmod(Encoded(name).c_str(), mode), 0);
+  void Make(const std::string& name, perms mode) const {
+    std::ofstream(Path(name)) << "earlier";
+    fs::permissions(Path(name), mode);
   }
-  mode_t Mode(const QString& name) const {
-    struct stat status {};
-    EXPECT_EQ(stat(Encoded(name).c_str(), &status), 0);
-    return status.st_mode & 07777U;
-  }
+  perms Mode(const std::string& name) const { return fs::status(Path(name)).permissions(); }
   QStringList Names() const {
     return QDir(folder_.path())
-        .entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::Hidden | QDir::System,
-                   QDir::Name);
+        .entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::Hidden | QDir::System);
   }
 
-  // What an ordinary user is told who saves 3000 bytes and whose files may grow to `limit` bytes.
-  std::string SavedByOrdinaryUser(const QString& name, rlim_t limit) const {
+  // What the operator is told.
+  std::string Save(const std::string& name, const std::string& content) const {
+    return SaveFile(QString::fromStdString(Path(name)), content).value_or("saved").toStdString();
+  }
+  // The same of 3000 bytes for an ordinary user whose files may grow to `limit` bytes.
+  std::string SavedByOrdinaryUser(const std::string& name, rlim_t limit) const {
     const uid_t user = geteuid();
     EXPECT_EQ(seteuid(user == 0 ? 65534 : user), 0);
     rlimit former{};
     getrlimit(RLIMIT_FSIZE, &former);
     const rlimit small{limit, former.rlim_max};
     setrlimit(RLIMIT_FSIZE, &small);
-    const std::optional<QString> reason = SaveFile(Path(name), std::string(3000, 'x'));
+    const std::string said = Save(name, std::string(3000, 'x'));
     setrlimit(RLIMIT_FSIZE, &former);
     EXPECT_EQ(seteuid(user), 0);
-    return reason.value_or("saved").toStdString();
+    return said;
   }
 
  private:
@@ -68,63 +64,60 @@ class SaveFileTest : public testing::Test {
 };
 
 TEST_F(SaveFileTest, KeepsLinksAndPermissions) {
-  Make("target", 0640);
-  Make("script", 0755);
-  ASSERT_TRUE(QFile::link("target", Path("link")));
-  ASSERT_TRUE(QFile::link("later", Path("dangling")));
+  Make("target", perms(0640));
+  Make("script", perms(0755));
+  fs::create_symlink("target", Path("link"));
+  fs::create_symlink("later", Path("dangling"));
   for (const char* name : {"link", "script", "new", "dangling"}) {
-    EXPECT_EQ(SaveFile(Path(name), "content"), std::nullopt) << name;
+    EXPECT_EQ(Save(name, "content"), "saved") << name;
     EXPECT_EQ(Content(name), "content") << name;
   }
   EXPECT_EQ(Content("target"), "content");
   EXPECT_EQ(Names(), QStringList({"dangling", "later", "link", "new", "script", "target"}));
-  for (const char* name : {"link", "dangling"}) EXPECT_TRUE(QFileInfo(Path(name)).isSymLink());
+  for (const char* name : {"link", "dangling"}) EXPECT_TRUE(fs::is_symlink(Path(name))) << name;
+  EXPECT_EQ(Mode("target"), perms(0640));
+  EXPECT_EQ(Mode("script"), perms(0755));
   const mode_t mask = umask(0);
   umask(mask);
-  EXPECT_EQ(Mode("target"), 0640U);
-  EXPECT_EQ(Mode("script"), 0755U);
-  EXPECT_EQ(Mode("new"), 0666U & ~mask);
+  EXPECT_EQ(Mode("new"), perms(0666U & ~mask));
 }
 
 TEST_F(SaveFileTest, AFailureLeavesTheEarlierFileAndNothingElse) {
-  Make("old", 0666);
+  Make("old", perms(0666));
   EXPECT_EQ(SavedByOrdinaryUser("new", 1000), "File too large");
   for (const rlim_t limit : {1000, 0}) {
-    EXPECT_EQ(SavedByOrdinaryUser("old", limit), std::string("File too large") + kUnchanged);
+    EXPECT_EQ(SavedByOrdinaryUser("old", limit),
+              "File too large\n\nThe earlier file of this name is unchanged.");
   }
   EXPECT_EQ(Names(), QStringList{"old"});
   EXPECT_EQ(Content("old"), "earlier");
 }
 
 TEST_F(SaveFileTest, WritesInPlaceWhereTheFolderTakesNoNewFile) {
-  Make("old", 0666);
-  OpenFolder(0555);
+  Make("old", perms(0666));
+  fs::permissions(Path(), perms(0555));
   EXPECT_EQ(SavedByOrdinaryUser("new", RLIM_INFINITY), "Permission denied");
   EXPECT_EQ(SavedByOrdinaryUser("old", RLIM_INFINITY), "saved");
-  EXPECT_EQ(Content("old").size(), 3000);
+  EXPECT_EQ(Content("old").size(), 3000U);
   EXPECT_EQ(SavedByOrdinaryUser("old", 1000),
             "File too large\n\nThe earlier file of this name is damaged: its folder takes no new "
             "files, so it had to be written over.");
 }
 
 TEST_F(SaveFileTest, APipeIsServedAsLongAsItIsRead) {
-  const QString pipe = Path("pipe");
-  ASSERT_EQ(mkfifo(Encoded("pipe").c_str(), 0600), 0);
-  EXPECT_EQ(SaveFile(pipe, "x"), "No such device or address");
-  const std::string content(300000, 'x');  // more than a pipe holds
-  for (const std::size_t wanted : {content.size(), std::size_t{1000}}) {
-    const int end = open(Encoded("pipe").c_str(), O_RDONLY | O_NONBLOCK);
-    std::jthread reader([&] {
-      std::vector<char> buffer(1000);
-      for (std::size_t taken = 0; taken < wanted;) {
-        const ssize_t count = read(end, buffer.data(), buffer.size());
-        if (count > 0) taken += static_cast<std::size_t>(count);
-        if (count <= 0) usleep(1000);
+  ASSERT_EQ(mkfifo(Path("pipe").c_str(), 0600), 0);
+  EXPECT_EQ(Save("pipe", "x"), "No such device or address");
+  constexpr std::size_t kLength = 300000;  // more than a pipe holds
+  for (const std::size_t wanted : {kLength, std::size_t{1000}}) {
+    const int end = open(Path("pipe").c_str(), O_RDONLY | O_NONBLOCK);
+    std::jthread reader([end, wanted] {
+      char buffer[1000];
+      for (std::size_t taken = 0; taken < wanted; usleep(10)) {
+        taken += static_cast<std::size_t>(std::max<ssize_t>(0, read(end, buffer, sizeof buffer)));
       }
       close(end);
     });
-    const std::optional<QString> reason = SaveFile(pipe, content);
-    EXPECT_EQ(reason.value_or("saved"), wanted == content.size() ? "saved" : "Broken pipe");
+    EXPECT_EQ(Save("pipe", std::string(kLength, 'x')), wanted == kLength ? "saved" : "Broken pipe");
   }
 }
 

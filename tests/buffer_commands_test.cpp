@@ -110,8 +110,9 @@ TEST_F(BufferCommands, ABadFileLeavesTheTableEmpty) {
     SCOPED_TRACE(content.left(200).toStdString());
     expect_all_lost(Make(content));
   }
-  for (const char* path : {"pipe", "", "none", "/dev/zero", "/proc/self/mem"}) {
-    expect_all_lost(Path(path));
+  for (const QString& path :
+       {Path("pipe"), Path(""), Path("none"), QString("/dev/zero"), QString("/proc/self/mem")}) {
+    expect_all_lost(path);
   }
   expect_all_lost(std::nullopt);
 }

@@ -20,9 +20,24 @@ class Interpolate : public WindowTest {
       AddStep(0, step.section('/', 0, 0).toInt(), step.section('/', 1).toInt());
     }
   }
+  // Angle of channel 0 and duration of each line: "0/20 2.5/40".
+  QString Steps() const {
+    QStringList steps;
+    for (const QString& line : Lines()) {
+      steps.append(line.section(' ', 0, 0) + '/' + line.section('\t', 12, 12).section(' ', 0, 0));
+    }
+    return steps.join(' ');
+  }
 
   QDialog& Dialog() const { return hands->Find<QDialog>("DialogInterp"); }
   bool IsOpen() const { return form->findChild<QDialog*>("DialogInterp") != nullptr; }
+  void ExpectLocked(bool locked) const {
+    EXPECT_EQ(IsOpen(), locked);
+    EXPECT_EQ(form->isEnabled(), !locked);
+    for (const char* name : {"FrameBuffEdit", "FrameMan", "FramePCEmu", "ListSequence"}) {
+      EXPECT_EQ(Enabled(name), !locked) << name;
+    }
+  }
   void Open(int line) {
     Select(line);
     hands->Click("CommandInterpolate");
@@ -38,11 +53,6 @@ class Interpolate : public WindowTest {
     ASSERT_TRUE(hands->WaitUntil([this] { return !IsOpen(); }));
     ExpectLocked(false);
   }
-  void Make(int line, const char* option, int count) {
-    Open(line);
-    Ask(option, count);
-    ExpectClosed();
-  }
   // OK shows this message, if any, changes nothing and leaves the dialog open.
   void ExpectRefusal(const char* option, int count, const QString& message) {
     const QStringList before = Lines();
@@ -53,44 +63,25 @@ class Interpolate : public WindowTest {
     EXPECT_EQ(Selected(), selected);
     ExpectLocked(true);
   }
-
-  // Angle of channel 0 and duration of each line: "0/20 2.5/40".
-  QString Steps() const {
-    QStringList steps;
-    for (const QString& line : Lines()) {
-      const QStringList fields = line.split('\t');
-      steps.append(fields[0].section(' ', 0, 0) + '/' + fields[12].section(' ', 0, 0));
-    }
-    return steps.join(' ');
-  }
-
-  void ExpectLocked(bool locked) const {
-    for (const char* name : {"FrameBuffEdit", "FrameMan", "FramePCEmu", "ListSequence"}) {
-      EXPECT_EQ(Enabled(name), !locked) << name;
-    }
-    EXPECT_EQ(form->isEnabled(), !locked);
-    EXPECT_EQ(IsOpen(), locked);
-  }
 };
 
 TEST_F(Interpolate, WorkedCases) {
   const std::tuple<const char*, int, const char*, int, const char*, int> cases[] = {
       {"128/100 148/5000", 0, kNext, 4, "0/20 2.5/40 5/20 7.5/20 10/5000", 0},
-      {"128/100 148/5000", 1, kPrevious, 4, "0/20 2.5/40 5/20 7.5/20 10/5000", 0},
       {"0/100 128/80 0/120", 1, kNext, 2, "-64/100 0/40 -32/40 -64/120", 1},
       {"0/100 128/80 0/120", 1, kPrevious, 2, "-64/60 -32/40 0/80 -64/120", 0},
       {"0/100 128/80 0/120", 2, kPrevious, 2, "-64/100 0/40 -32/40 -64/120", 1},
-      {"0/100 128/80 0/120", 1, kNext, 1, "-64/100 0/80 -64/120", 1},
+      {"0/100 128/80 0/120", 2, kPrevious, 1, "-64/100 0/80 -64/120", 2},
   };
   for (const auto& [steps, line, option, count, result, selected] : cases) {
     hands->Click("CommandClearAll");
     Compose(steps);
-    const QString before = hands->Read("LabelStep");
-    Make(line, option, count);
-    EXPECT_EQ(Steps(), Local(result)) << steps;
-    EXPECT_EQ(Selected(), selected) << steps;
-    const QString label = count > 1 ? QString("Step N° %1").arg(selected) : before;
-    EXPECT_EQ(hands->Read("LabelStep"), label) << steps;
+    Open(line);
+    Ask(option, count);
+    ExpectClosed();
+    EXPECT_EQ(Steps(), Local(result));
+    EXPECT_EQ(Selected(), selected) << result;
+    EXPECT_EQ(hands->Read("LabelStep"), QString("Step N° %1").arg(selected));
   }
 }
 
@@ -100,12 +91,12 @@ TEST_F(Interpolate, BreakpointsStayWithTheirLinesAndNothingIsStored) {
     Select(line);
     hands->Click("CommandBrk");
   }
-  Make(1, kNext, 3);
+  Open(1);
+  Ask(kNext, 3);
+  ExpectClosed();
   EXPECT_EQ(Lines().filter("BREAK!"), QStringList{Lines()[5]});
-  for (std::size_t i : {3, 5}) EXPECT_EQ(Data().EditBuffer[i][kBreakColumn], i == 5);
+  for (const std::size_t i : {1, 3, 5}) EXPECT_EQ(Data().EditBuffer[i][kBreakColumn], i == 5);
   EXPECT_EQ(Data().SeqSteps[0], 4);
-  hands->Click("CommandMoreSeq");
-  EXPECT_EQ(Data().SeqSteps[0], 6);
 }
 
 TEST_F(Interpolate, OffersTheNeighboursThatThereAre) {
@@ -136,8 +127,7 @@ TEST_F(Interpolate, RefusalsChangeNothingAndLeaveTheDialogOpen) {
 }
 
 TEST_F(Interpolate, NeverMakesMoreLinesThanASequenceHolds) {
-  hands->Type("CWNumEditTimeStep", "3000");
-  for (int i = 0; i < 200; ++i) hands->Find<platform::PushButton>("CommandAdd").click();
+  Load(FilledSequences(1, 200, 150));
   Open(150);
   for (const char* option : {kPrevious, kNext}) {
     ExpectRefusal(option, 58, "Impossible add other lines, max # of lines is 256!");
@@ -145,7 +135,6 @@ TEST_F(Interpolate, NeverMakesMoreLinesThanASequenceHolds) {
   Ask(kPrevious, 57);
   ExpectClosed();
   EXPECT_EQ(Lines().size(), 256);
-  EXPECT_EQ(Selected(), 149);
 }
 
 TEST_F(Interpolate, TheCountKeepsToItsRange) {
@@ -159,8 +148,7 @@ TEST_F(Interpolate, TheCountKeepsToItsRange) {
     QTest::keyClick(&field, Qt::Key_Tab);
     EXPECT_EQ(hands->Read("CWNumEditInterp"), count) << text;
   }
-  QTest::keyClick(&field, Qt::Key_PageUp);
-  QTest::keyClick(&field, Qt::Key_Up);
+  for (const auto key : {Qt::Key_PageUp, Qt::Key_Up}) QTest::keyClick(&field, key);
   EXPECT_EQ(hands->Read("CWNumEditInterp"), "13");
   hands->Type("CWNumEditInterp", "3");  // Enter is OK
   ExpectClosed();
@@ -170,7 +158,6 @@ TEST_F(Interpolate, TheCountKeepsToItsRange) {
 TEST_F(Interpolate, LocksTheMainWindowUntilItCloses) {
   const std::function<void()> ways[] = {
       [this] { hands->Click("OKButton"); },
-      [this] { Ask(kNext, 2); },
       [this] { hands->Click("CancelButton"); },
       [this] { Dialog().close(); },
       [this] { QTest::keyClick(&Dialog(), Qt::Key_Escape); },
@@ -178,12 +165,11 @@ TEST_F(Interpolate, LocksTheMainWindowUntilItCloses) {
       [this] { form->close(); },  // the last: the program ends
   };
   Compose("128/100 148/100");
+  const QStringList lines = Lines();
   for (const std::function<void()>& close : ways) {
     Open(0);
     EXPECT_TRUE(Dialog().isEnabled());
-    const QStringList lines = Lines();
-    hands->Click("CommandAdd");
-    hands->Click("CommandInterpolate");
+    for (const char* button : {"CommandAdd", "CommandInterpolate"}) hands->Click(button);
     hands->ClickLine("ListSequence", 1);
     QTest::keyClick(form.get(), Qt::Key_L, Qt::ControlModifier);
     EXPECT_EQ(Lines(), lines);
@@ -202,15 +188,12 @@ TEST_F(Interpolate, PlaybackThatMovesTheSelectionIsTakenIntoAccount) {
   Select(0);
   hands->Click("CWButtonEmuPC");
   Open(0);
-  timer.Elapse();
-  timer.Elapse();
+  for (int ticks = 0; ticks < 2; ++ticks) timer.Elapse();
   ExpectRefusal(kNext, 2, "No step is selected that has a step after it!");
-  timer.Elapse();
-  timer.Elapse();
+  for (int ticks = 0; ticks < 2; ++ticks) timer.Elapse();
   hands->Click("OKButton");
   ExpectClosed();
   EXPECT_EQ(Steps(), Local("0/100 10/60 12.5/40 15/100"));
-  EXPECT_EQ(Selected(), 1);
   timer.Elapse();
   EXPECT_EQ(Selected(), 2);
   EXPECT_EQ(timer.Wait(), 40);

@@ -43,18 +43,6 @@ std::unique_ptr<Declaration> Parsed(const std::string& text) {
   return ParseBufferFile(file, *data) ? std::move(data) : nullptr;
 }
 
-TEST(BufferFile, WorkedExampleBothWays) {
-  const auto data = Parsed(ExampleFile());
-  ASSERT_TRUE(data);
-  EXPECT_EQ(data->SeqSteps[0], 2);
-  EXPECT_EQ(data->SeqTable[0].Position[1][0], 255);
-  EXPECT_EQ(data->SeqTable[0].Duration[1], 1000);
-  EXPECT_EQ(data->SeqTable[3].Position[0][11], 0);
-  EXPECT_EQ(data->SeqTable[3].Duration[0], 5120);
-  data->SeqTable[1].Duration[0] = 55;  // beyond its sequence's steps
-  EXPECT_EQ(FormatBufferFile(*data), ExampleFile());
-}
-
 TEST(BufferFile, FullTablesComeBackInEveryLocale) {
   const std::string full = rig::FileOf(rig::FilledSequences(7, 4096, 1638));
   std::setlocale(LC_ALL, "de_DE.UTF-8");  // where the machine has it
@@ -118,12 +106,6 @@ TEST(BufferFile, LinesOfAFile) {
   for (const int steps : {256, 257, 300}) {
     EXPECT_EQ(Parsed(FileWith(Repeat("0\t", 12) + "20", steps)) != nullptr, steps == 256) << steps;
   }
-}
-
-TEST(BufferFile, OneEndlessLineIsNotReadToItsEnd) {
-  const std::string blanks(65536, ' ');
-  EXPECT_FALSE(Parsed(blanks + ExampleFile()));
-  EXPECT_TRUE(Parsed(blanks.substr(100) + ExampleFile()));
 }
 
 }  // namespace

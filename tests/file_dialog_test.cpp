@@ -92,29 +92,25 @@ TEST_F(FileDialog, SaveProposesANameAndCompletesIt) {
   }
 }
 
-TEST_F(FileDialog, LoadsTheFileThatIsMeant) {
-  AddStep(0, 200, 100);
-  Save([](QFileDialog& dialog) { Enter(dialog, "quo\"te"); });
-  for (const QString name : {"none.dat", "none/a.dat", "quo\"te.dat"}) {
-    const char* message = name[0] == 'n' ? "Format Error! Data Not Loaded!" : "Data Loaded!";
-    InDialog("LoadBuffer", message, [name](QFileDialog& dialog) {
-      EXPECT_EQ(Name(dialog).text(), "");
-      Enter(dialog, name);
-    });
-  }
-  EXPECT_EQ(Lines().size(), 1);
-}
-
 TEST_F(FileDialog, ReplacesAFileWithoutAQuestionAndOpensInTheFolderUsedLast) {
   Touch("sub/a.dat");
+  AddStep(0, 200, 100);
   Save([this](QFileDialog& dialog) {
     Enter(dialog, "sub");  // a folder is entered
     EXPECT_EQ(Open(), &dialog);
     Enter(dialog, "a");
   });
-  EXPECT_GT(QFileInfo(folder.filePath("sub/a.dat")).size(), 0);
-  Save([](QFileDialog& dialog) { Enter(dialog, "b"); });
-  EXPECT_EQ(Files("sub"), QStringList({"a.dat", "b.dat"}));
+  Save([](QFileDialog& dialog) { Enter(dialog, "quo\"te"); });
+  EXPECT_EQ(Files("sub"), QStringList({"a.dat", "quo\"te.dat"}));
+  for (const QString name : {"none.dat", "none/a.dat", "quo\"te.dat", "a.dat"}) {
+    const bool there = Files("sub").contains(name);
+    const char* message = there ? "Data Loaded!" : "Format Error! Data Not Loaded!";
+    InDialog("LoadBuffer", message, [name](QFileDialog& dialog) {
+      EXPECT_EQ(Name(dialog).text(), "");
+      Enter(dialog, name);
+    });
+    EXPECT_EQ(Lines().size(), there ? 1 : 0) << name.toStdString();
+  }
 }
 
 TEST_F(FileDialog, AllFilesAreShownAlsoThoseWithoutADot) {

@@ -152,7 +152,7 @@ TEST_F(ListBoxTest, ADragDropsWhereThePointerIs) {
   ExpectHappened(QString("down 2, up %1").arg(LineUnder({20, 40})));
 }
 
-TEST_F(ListBoxTest, HeldOutsideItScrollsOneLineIn60Milliseconds) {
+TEST_F(ListBoxTest, HeldOutsideItScrollsOneLineIn60MillisecondsUntilEscape) {
   Press(On(2));
   QElapsedTimer clock;
   clock.start();
@@ -167,24 +167,21 @@ TEST_F(ListBoxTest, HeldOutsideItScrollsOneLineIn60Milliseconds) {
   Move({20, -20});
   EXPECT_TRUE(QTest::qWaitFor([&] { return Top() == 0; }));
   Release(On(0));
-  Press(Lowest());
-  Move({20, 260});
-  EXPECT_TRUE(QTest::qWaitFor([&] { return Top() >= 3; })) << "straight out of the last line";
-}
+  ExpectHappened("down 2, up 0");
 
-TEST_F(ListBoxTest, EscapeGivesADragUp) {
-  Press(On(1));
-  Move({20, 260});
-  EXPECT_TRUE(QTest::qWaitFor([&] { return Top() > 3; }));
+  const int lowest = LineUnder(Lowest());
+  Press(Lowest());
+  Move({20, 260});  // straight out of the list
+  EXPECT_TRUE(QTest::qWaitFor([&] { return Top() > lowest; }));
   QTest::keyClick(&list, Qt::Key_Escape);
-  const int top = Top();
-  EXPECT_TRUE(InView(1));
-  Move(On(3));
-  QTest::qWait(150);
-  Release(On(3));
-  ExpectHappened("down 1");
-  EXPECT_EQ(list.ListIndex(), 1);
-  EXPECT_EQ(Top(), top);
+  EXPECT_TRUE(InView(lowest));
+  const int after = Top();
+  Move(On(after));
+  QTest::qWait(100);
+  Release(On(after));
+  EXPECT_EQ(list.ListIndex(), lowest);
+  EXPECT_EQ(Top(), after);
+  ExpectHappened(QString("down %1").arg(lowest));
 }
 
 TEST_F(ListBoxTest, LinesMayGoDuringADrag) {
@@ -238,11 +235,6 @@ TEST_F(ListBoxTest, Keys) {
     QTest::simulateEvent(&list, true, Qt::Key_Return, {}, "\r", held);
   }
   ExpectHappened("double 5");  // not again while the key is held
-  list.Clear();
-  for (const auto key : {Qt::Key_Down, Qt::Key_End, Qt::Key_Return, Qt::Key_Menu}) {
-    QTest::keyClick(&list, key);
-  }
-  EXPECT_EQ(list.ListIndex(), -1);
 }
 
 TEST_F(ListBoxTest, PagesTurnWhenTheSelectionLeavesThem) {

@@ -50,14 +50,10 @@ TEST_F(Playback, StartsWhereTheSelectionStands) {
 
 TEST_F(Playback, AnEmptyListLeavesTheSwitchOnWithoutATick) {
   Connect();
-  hands->Click(kEmuPC);
-  for (const char* button : {"CommandBrk", "CommandContinue", "CommandRepeat"}) {
+  for (const char* button : {kEmuPC, "CommandBrk", "CommandContinue", "CommandRepeat"}) {
     hands->Click(button);
     ExpectHalted();
   }
-  hands->Click(kEmuPC);
-  ExpectIdle();
-  hands->Click(kEmuPC);
   AddStep(0, 90, 340);
   ExpectHalted();
   hands->Click("CommandContinue");

@@ -7,7 +7,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <QDir>
 #include <QTemporaryDir>
 #include <filesystem>
 #include <fstream>
@@ -36,9 +35,8 @@ class SaveFileTest : public testing::Test {
     fs::permissions(Path(name), mode);
   }
   perms Mode(const std::string& name) const { return fs::status(Path(name)).permissions(); }
-  QStringList Names() const {
-    return QDir(folder_.path())
-        .entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::Hidden | QDir::System);
+  auto Files() const {
+    return std::distance(fs::directory_iterator(Path()), fs::directory_iterator());
   }
 
   // What the operator is told.
@@ -73,7 +71,7 @@ TEST_F(SaveFileTest, KeepsLinksAndPermissions) {
     EXPECT_EQ(Content(name), "content") << name;
   }
   EXPECT_EQ(Content("target"), "content");
-  EXPECT_EQ(Names(), QStringList({"dangling", "later", "link", "new", "script", "target"}));
+  EXPECT_EQ(Files(), 6);
   for (const char* name : {"link", "dangling"}) EXPECT_TRUE(fs::is_symlink(Path(name))) << name;
   EXPECT_EQ(Mode("target"), perms(0640));
   EXPECT_EQ(Mode("script"), perms(0755));
@@ -89,7 +87,7 @@ TEST_F(SaveFileTest, AFailureLeavesTheEarlierFileAndNothingElse) {
     EXPECT_EQ(SavedByOrdinaryUser("old", limit),
               "File too large\n\nThe earlier file of this name is unchanged.");
   }
-  EXPECT_EQ(Names(), QStringList{"old"});
+  EXPECT_EQ(Files(), 1);
   EXPECT_EQ(Content("old"), "earlier");
 }
 

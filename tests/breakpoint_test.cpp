@@ -63,13 +63,14 @@ TEST_F(BreakPoints, CommandsThatRebuildTheListClearThem) {
     Compose({100, 200});
     SetBreak(0);
     SetBreak(1);
+    SCOPED_TRACE(name.toStdString());
     if (name.endsWith("none selected")) Select(-1);
     if (name.endsWith("Buffer")) {
       Trigger(name);
     } else {
       hands->Click(name.section(',', 0, 0));
     }
-    EXPECT_TRUE(Breaks().empty()) << name.toStdString();
+    ExpectBreaks({});
   }
 }
 

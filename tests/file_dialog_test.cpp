@@ -12,8 +12,6 @@ namespace {
 
 class FileDialog : public WindowTest {
  protected:
-  using Work = std::function<void(QFileDialog&)>;
-
   FileDialog() {
     QDir(folder.path()).mkdir("sub");
     Restart({.file_dialogs = true});
@@ -22,11 +20,11 @@ class FileDialog : public WindowTest {
   QFileDialog* Open() const { return form->findChild<QFileDialog*>("FileDialog"); }
 
   // Chooses a menu item and does `work` in the dialog that it opens; this message comes then.
-  void InDialog(const char* item, const QString& message, const Work& work) {
+  void InDialog(const char* item, const QString& message, const std::function<void()>& work) {
     bool worked = false;
     const auto do_work = [&] {
       if (!std::exchange(opened_, true)) Open()->setDirectory(folder.path());
-      work(*Open());
+      work();
       worked = true;
     };
     if (!message.isEmpty()) box.Expect(QString(item).left(4), message);
@@ -35,22 +33,16 @@ class FileDialog : public WindowTest {
     EXPECT_TRUE(worked);
     EXPECT_EQ(Open(), nullptr);
   }
-  void Save(const Work& work) { InDialog("SaveBuffer", "Data Saved!", work); }
-
-  static QLineEdit& Name(const QFileDialog& dialog) {
-    return *dialog.findChild<QLineEdit*>("fileNameEdit");
+  void Save(const QString& name, int type = 0) {
+    InDialog("SaveBuffer", "Data Saved!", [&] {
+      ChooseType(type);
+      hands->Type(kName, name);
+    });
   }
-  static void Enter(const QFileDialog& dialog, const QString& name) {
-    Name(dialog).selectAll();
-    QTest::keyClicks(&Name(dialog), name);
-    QTest::keyClick(&Name(dialog), Qt::Key_Return);
-  }
-  static QComboBox& Types(const QFileDialog& dialog) {
-    return *dialog.findChild<QComboBox*>("fileTypeCombo");
-  }
-  static void ChooseType(const QFileDialog& dialog, int type) {
-    Types(dialog).setCurrentIndex(type);
-    emit Types(dialog).activated(type);
+  void ChooseType(int type) {
+    auto& types = hands->Find<QComboBox>(kTypes);
+    types.setCurrentIndex(type);
+    emit types.activated(type);
   }
 
   void Touch(const QString& name) const { QFile(folder.filePath(name)).open(QIODevice::WriteOnly); }
@@ -58,6 +50,8 @@ class FileDialog : public WindowTest {
     return QDir(folder.filePath(name)).entryList(QDir::Files);
   }
 
+  static constexpr char kName[] = "fileNameEdit";
+  static constexpr char kTypes[] = "fileTypeCombo";
   QTemporaryDir folder;
 
  private:
@@ -65,12 +59,11 @@ class FileDialog : public WindowTest {
 };
 
 TEST_F(FileDialog, SaveProposesANameAndCompletesIt) {
-  Save([](QFileDialog& dialog) {
-    EXPECT_EQ(Name(dialog).text(), "Sequences 1");
-    EXPECT_EQ(Types(dialog).currentText(), "Data Files (*.dat)");
-    EXPECT_EQ(Types(dialog).itemText(1), "Text Files(*.txt)");
-    EXPECT_EQ(Types(dialog).itemText(2), "All Files (*.*)");
-    QTest::keyClick(&Name(dialog), Qt::Key_Return);
+  InDialog("SaveBuffer", "Data Saved!", [this] {
+    EXPECT_EQ(hands->Read(kTypes), "Data Files (*.dat)");
+    EXPECT_EQ(hands->Find<QComboBox>(kTypes).itemText(1), "Text Files(*.txt)");
+    EXPECT_EQ(hands->Find<QComboBox>(kTypes).itemText(2), "All Files (*.*)");
+    QTest::keyClick(&hands->Find<QWidget>(kName), Qt::Key_Return);
   });
   EXPECT_EQ(Files(), QStringList{"Sequences 1.dat"});
   // clang-format off
@@ -82,11 +75,7 @@ TEST_F(FileDialog, SaveProposesANameAndCompletesIt) {
   Touch("bare");  // another file
   for (const auto& [type, typed, file] : cases) {
     const QStringList before = Files();
-    EXPECT_FALSE(before.contains(file));
-    Save([type, typed](QFileDialog& dialog) {
-      ChooseType(dialog, type);
-      Enter(dialog, typed);
-    });
+    Save(typed, type);
     EXPECT_TRUE(Files().contains(file)) << file;
     EXPECT_EQ(Files().size(), before.size() + 1) << file;
   }
@@ -95,19 +84,18 @@ TEST_F(FileDialog, SaveProposesANameAndCompletesIt) {
 TEST_F(FileDialog, ReplacesAFileWithoutAQuestionAndOpensInTheFolderUsedLast) {
   Touch("sub/a.dat");
   AddStep(0, 200, 100);
-  Save([this](QFileDialog& dialog) {
-    Enter(dialog, "sub");  // a folder is entered
-    EXPECT_EQ(Open(), &dialog);
-    Enter(dialog, "a");
+  InDialog("SaveBuffer", "Data Saved!", [this] {
+    hands->Type(kName, "sub");  // a folder is entered
+    hands->Type(kName, "a");
   });
-  Save([](QFileDialog& dialog) { Enter(dialog, "quo\"te"); });
+  Save("quo\"te");
   EXPECT_EQ(Files("sub"), QStringList({"a.dat", "quo\"te.dat"}));
   for (const QString name : {"none.dat", "none/a.dat", "quo\"te.dat", "a.dat"}) {
     const bool there = Files("sub").contains(name);
     const char* message = there ? "Data Loaded!" : "Format Error! Data Not Loaded!";
-    InDialog("LoadBuffer", message, [name](QFileDialog& dialog) {
-      EXPECT_EQ(Name(dialog).text(), "");
-      Enter(dialog, name);
+    InDialog("LoadBuffer", message, [this, name] {
+      EXPECT_EQ(hands->Read(kName), "");
+      hands->Type(kName, name);
     });
     EXPECT_EQ(Lines().size(), there ? 1 : 0) << name.toStdString();
   }
@@ -115,8 +103,8 @@ TEST_F(FileDialog, ReplacesAFileWithoutAQuestionAndOpensInTheFolderUsedLast) {
 
 TEST_F(FileDialog, AllFilesAreShownAlsoThoseWithoutADot) {
   for (const char* name : {"plain", "x.dat", "y.txt"}) Touch(name);
-  InDialog("LoadBuffer", "", [this](QFileDialog& dialog) {
-    const auto shown = [&list = *dialog.findChild<QListView*>("listView")] {
+  InDialog("LoadBuffer", "", [this] {
+    const auto shown = [&list = hands->Find<QListView>("listView")] {
       QSet<QString> names;
       for (int i = 0; i < list.model()->rowCount(list.rootIndex()); ++i) {
         names.insert(list.model()->index(i, 0, list.rootIndex()).data().toString());
@@ -126,15 +114,15 @@ TEST_F(FileDialog, AllFilesAreShownAlsoThoseWithoutADot) {
     const QSet<QString> expected[] = {
         {"sub", "x.dat"}, {"sub", "y.txt"}, {"plain", "sub", "x.dat", "y.txt"}};
     for (int i = 0; i < 3; ++i) {
-      ChooseType(dialog, i);
+      ChooseType(i);
       EXPECT_TRUE(hands->WaitUntil([&] { return shown() == expected[i]; })) << i;
     }
-    QTest::keyClick(&dialog, Qt::Key_Escape);
+    QTest::keyClick(Open(), Qt::Key_Escape);
   });
 }
 
 TEST_F(FileDialog, ClosesAsCancelledWithTheMainWindow) {
-  InDialog("SaveBuffer", "", [this](QFileDialog&) {
+  InDialog("SaveBuffer", "", [this] {
     hands->Click("CommandAdd");
     EXPECT_TRUE(Lines().isEmpty());
     // Behind a modal window it could not be closed by its close button.

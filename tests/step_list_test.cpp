@@ -93,7 +93,7 @@ TEST_F(LongList, KeysMoveAndShowSteps) {
     for (int i = 0; i < 2; ++i) QTest::keyClick(&list, key, Qt::ControlModifier);
     EXPECT_EQ(Lines(), Moved(20, line));
     EXPECT_EQ(Selected(), line);
-    EXPECT_EQ(Breaks(), std::vector<int>{line});
+    ExpectBreaks({line});
   }
   Connect();
   list.setFocus();

@@ -15,12 +15,6 @@ class BufferCommands : public WindowTest {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : "no file";
   }
-  QString Make(const QByteArray& content) const {
-    QFile file(Path("made"));
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(content);
-    return file.fileName();
-  }
 
   // `item` is "Save" or "Load", which is also the title of the message.
   void Choose(const QString& item, const std::optional<QString>& path, const QString& message) {
@@ -108,7 +102,10 @@ TEST_F(BufferCommands, ABadFileLeavesTheTableEmpty) {
         QByteArray(example).replace(" 2 ", " 300 "), QByteArray(example).replace(" 1 ", "-1 "),
         QByteArray(example).replace("5120", "five")}) {
     SCOPED_TRACE(content.left(200).toStdString());
-    expect_all_lost(Make(content));
+    QFile made(Path("made"));
+    EXPECT_TRUE(made.open(QIODevice::WriteOnly) && made.write(content) >= 0);
+    made.close();
+    expect_all_lost(made.fileName());
   }
   for (const QString& path :
        {Path("pipe"), Path(""), Path("none"), QString("/dev/zero"), QString("/proc/self/mem")}) {

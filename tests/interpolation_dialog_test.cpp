@@ -74,29 +74,23 @@ TEST_F(Interpolate, WorkedCases) {
       {"0/100 128/80 0/120", 2, kPrevious, 1, "-64/100 0/80 -64/120", 2},
   };
   for (const auto& [steps, line, option, count, result, selected] : cases) {
+    SCOPED_TRACE(result);
     hands->Click("CommandClearAll");
     Compose(steps);
+    hands->Click("CommandBrk");  // on the last step
+    const int stored = Data().SeqSteps[0];
     Open(line);
     Ask(option, count);
     ExpectClosed();
     EXPECT_EQ(Steps(), Local(result));
-    EXPECT_EQ(Selected(), selected) << result;
+    EXPECT_EQ(Selected(), selected);
     EXPECT_EQ(hands->Read("LabelStep"), QString("Step N° %1").arg(selected));
+    EXPECT_EQ(Lines().filter("BREAK!"), QStringList{Lines().last()});
+    for (int i = 0; i < Lines().size(); ++i) {
+      EXPECT_EQ(Data().EditBuffer[std::size_t(i)][kBreakColumn], i == Lines().size() - 1) << i;
+    }
+    EXPECT_EQ(Data().SeqSteps[0], stored) << "the next store counts";
   }
-}
-
-TEST_F(Interpolate, BreakpointsStayWithTheirLinesAndNothingIsStored) {
-  Compose("128/100 148/200 128/300 148/300");
-  for (const int line : {1, 3}) {
-    Select(line);
-    hands->Click("CommandBrk");
-  }
-  Open(1);
-  Ask(kNext, 3);
-  ExpectClosed();
-  EXPECT_EQ(Lines().filter("BREAK!"), QStringList{Lines()[5]});
-  for (const std::size_t i : {1, 3, 5}) EXPECT_EQ(Data().EditBuffer[i][kBreakColumn], i == 5);
-  EXPECT_EQ(Data().SeqSteps[0], 4);
 }
 
 TEST_F(Interpolate, OffersTheNeighboursThatThereAre) {

@@ -22,6 +22,8 @@ TEST_F(StepFields, CommitClampsAndShowsOffsetAndAngle) {
     EXPECT_EQ(hands->Read("Text1_15"), Local(angle)) << typed;
     EXPECT_EQ(hands->Read("CWSlide1_3"), slider) << typed;
   }
+  hands->Type("CWNumEditTimeStep", "-50");
+  EXPECT_EQ(hands->Read("CWNumEditTimeStep"), "50 ms");
 }
 
 TEST_F(StepFields, LeavingAFieldCommitsBeforeTheButtonThatTakesTheFocusActs) {
@@ -63,7 +65,6 @@ TEST_F(StepList, AddInsertsBehindTheSelectedLineAndStores) {
   ExpectSteps("40512", 0);
   EXPECT_EQ(hands->Read("LabelStep"), "Step N° 0");
   EXPECT_EQ(hands->Read("LabelByte"), "70 bytes");
-  EXPECT_EQ(Data().SeqTable[0].Position[1][0], 128);
   EXPECT_EQ(Data().SeqTable[0].Duration[2], 200);
 }
 
@@ -77,7 +78,6 @@ TEST_F(StepList, RemoveAndReplaceKeepTheSelectionInPlace) {
   hands->Type("Text1_0", "12");
   hands->Click("CommandReplace");
   ExpectSteps("063", 1);
-  EXPECT_EQ(Data().SeqSteps[0], 3);
   Select(-1);
   for (const char* button : {"CommandReplace", "CommandRem"}) hands->Click(button);
   ExpectSteps("063", -1);

@@ -118,9 +118,7 @@ TEST_F(Interpolate, RefusalsChangeNothingAndLeaveTheDialogOpen) {
   Ask(kPrevious, 5);
   ExpectClosed();
   EXPECT_EQ(Lines().size(), 7);
-}
-
-TEST_F(Interpolate, NeverMakesMoreLinesThanASequenceHolds) {
+  // Never does it make more lines than a sequence holds.
   Load(FilledSequences(1, 200, 150));
   Open(150);
   for (const char* option : {kPrevious, kNext}) {

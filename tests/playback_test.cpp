@@ -18,12 +18,10 @@ TEST_F(Playback, HoldsTheSelectedStepThenWalksRoundTheList) {
     EXPECT_EQ(hands->Read("LabelStep"), QString("Step N° %1").arg(step));
     EXPECT_EQ(hands->Read("CWNumEditTimeStep"), QString("%1 ms").arg(timer.Wait()));
     EXPECT_EQ(timer.Starts(), 1);  // the ticks follow each other; none starts the wait anew
-    ExpectRunning();
   }
   hands->Click(kEmuPC);
   ExpectIdle();
   EXPECT_EQ(Selected(), 1);
-  ExpectSent({});
 }
 
 TEST_F(Playback, StartsWhereTheSelectionStands) {
@@ -53,7 +51,7 @@ TEST_F(Playback, AnEmptyListLeavesTheSwitchOnWithoutATick) {
   EXPECT_EQ(timer.Wait(), 340);
 }
 
-class BoardPlays : public Playback {};
+using BoardPlays = Playback;
 
 TEST_F(BoardPlays, TheCurrentSequence) {
   hands->ChooseMenu("Emu");

@@ -20,20 +20,14 @@ std::string Repeat(const std::string& text, int times) {
   return all;
 }
 
-std::string Titles(int first, const std::string& end) {
-  std::string lines;
-  for (int s = first; s < 16; ++s) lines += "Sequence " + std::to_string(s) + end;
-  return lines;
-}
-
-// A file whose steps, all in sequence 0, stand on the lines from 19 on.
-std::string FileWith(const std::string& step_line, int steps = 1) {
-  return "Index\n" + std::to_string(steps) + "\n" + Repeat("0\n", 15) + "Sequence 0\n" +
-         Repeat(step_line + "\n", steps) + Titles(1, "\n");
-}
-
 std::string With(std::string text, const std::string& old, const std::string& replacement) {
   return text.replace(text.find(old), old.size(), replacement);
+}
+
+// A file with so many steps in sequence 0.
+std::string FileWith(const std::string& step_line, int steps = 1) {
+  const std::string counted = With(rig::FileOf({}, "\n"), " 0 ", std::to_string(steps));
+  return With(counted, "Sequence 0\n", "Sequence 0\n" + Repeat(step_line + "\n", steps));
 }
 
 // What a text holds; null when it is refused.

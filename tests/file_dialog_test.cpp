@@ -88,6 +88,10 @@ TEST_F(FileDialog, ReplacesAFileWithoutAQuestionAndOpensInTheFolderUsedLast) {
     hands->Type(kName, "sub");  // a folder is entered
     hands->Type(kName, "a");
   });
+  InDialog("SaveBuffer", "", [this] {
+    hands->Type(kName, folder.path());
+    QTest::keyClick(Open(), Qt::Key_Escape);
+  });
   Save("quo\"te");
   EXPECT_EQ(Files("sub"), QStringList({"a.dat", "quo\"te.dat"}));
   for (const QString name : {"none.dat", "none/a.dat", "quo\"te.dat", "a.dat"}) {

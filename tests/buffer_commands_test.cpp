@@ -26,8 +26,7 @@ class BufferCommands : public WindowTest {
   void ExpectAllEmpty() const {
     EXPECT_TRUE(Lines().isEmpty());
     EXPECT_EQ(Data().CurSeq, 0);
-    EXPECT_EQ(Data().SeqSteps, decltype(Data().SeqSteps){});
-    EXPECT_EQ(Data().SeqTable, decltype(Data().SeqTable){});
+    EXPECT_EQ(Table(), Sequences{});
     EXPECT_EQ(hands->Read("LabelSeq"), "Sequence N° 0");
     EXPECT_EQ(hands->Read("LabelStep"), "Step N° ...");
     for (const EditRow& row : Data().EditBuffer) EXPECT_EQ(row[kBreakColumn], 0);

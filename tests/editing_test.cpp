@@ -1,5 +1,4 @@
 // Composing steps: fields and sliders, the step list, the choice of the sequence. No port is open.
-#include "platform/push_button.h"
 #include "tests/window_fixture.h"
 
 namespace pelmora {

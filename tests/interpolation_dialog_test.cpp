@@ -2,7 +2,6 @@
 // is locked while it is open.
 #include <QRadioButton>
 
-#include "platform/push_button.h"
 #include "tests/window_fixture.h"
 
 namespace pelmora {

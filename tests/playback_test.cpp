@@ -25,8 +25,13 @@ TEST_F(Playback, HoldsTheSelectedStepThenWalksRoundTheList) {
 }
 
 TEST_F(Playback, StartsWhereTheSelectionStands) {
-  Connect();
   Compose({60, 80, 100});
+  Select(-1);
+  ExpectMessage("No Connection Available!");
+  hands->Click(kEmuPC);
+  ExpectIdle();
+  EXPECT_EQ(Selected(), -1) << "without a port nothing changes";
+  Connect();
   for (const auto& [selected, held, then] :
        {std::tuple(-1, 60, 1), std::tuple(1, 80, 2), std::tuple(2, 100, 0)}) {
     Select(selected);

@@ -148,8 +148,9 @@ TEST_F(ListBoxTest, ADragDropsWhereThePointerIs) {
   Press(On(2));
   Wheel(On(2), 1, Qt::LeftButton);
   EXPECT_NE(Top(), 0);
+  const int line = LineUnder({20, 40});
   Release({20, 40});
-  ExpectHappened(QString("down 2, up %1").arg(LineUnder({20, 40})));
+  ExpectHappened(QString("down 2, up %1").arg(line));
 }
 
 TEST_F(ListBoxTest, HeldOutsideItScrollsOneLineIn60MillisecondsUntilEscape) {

@@ -7,8 +7,7 @@ using namespace pelmora;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
   if (size == 0) return 0;
-  constexpr std::array<std::string_view, 3> kPoints = {".", ",", "\u066B"};
-  const std::string_view point = kPoints[bytes[0] % kPoints.size()];
+  const std::string_view point = PointOf(bytes[0]);
   const std::string line(bytes + 1, bytes + size);
   Require(!HasBreakMark(WithoutBreakMarks(line)));
   Require(WithoutBreakMarks(WithBreakMark(line)) == WithoutBreakMarks(line));
@@ -20,13 +19,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     Require(row == untouched);
     return 0;
   }
-  EditRow marked = untouched;
-  Require(ReadStepLine(WithBreakMark(line), point, marked) && marked == row);
-
-  EditRow rebuilt = untouched;
-  Require(ReadStepLine(TableLine(row, point), point, rebuilt) && rebuilt == row);
-  rebuilt = untouched;
-  Require(ReadStepLine(EditorLine(row, point), point, rebuilt));
-  Require(rebuilt == row);
+  // As it is, as a line of the table and as one of the editor.
+  for (const std::string& same :
+       {WithBreakMark(line), TableLine(row, point), EditorLine(row, point)}) {
+    EditRow again = untouched;
+    Require(ReadStepLine(same, point, again) && again == row);
+  }
   return 0;
 }

@@ -9,8 +9,7 @@ using namespace pelmora;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
   if (size == 0) return 0;
-  constexpr std::array<std::string_view, 3> kPoints = {".", ",", "\u066B"};
-  const std::string_view point = kPoints[bytes[0] % kPoints.size()];
+  const std::string_view point = PointOf(bytes[0]);
   const std::string text(bytes + 1, bytes + size);
 
   const std::vector<EditRow> untouched = {EditRow{}};

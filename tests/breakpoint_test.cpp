@@ -6,89 +6,72 @@ namespace {
 
 class BreakPoints : public Playback {
  protected:
-  void ComposeTen() { Compose(std::vector<int>(10, 400)); }
+  static int Duration(int step) { return 400 + 20 * step; }
+  // The button shows this step, whose whole duration is waited for.
+  void ExpectAfter(const char* button, int step) {
+    const int starts = timer.Starts();
+    hands->Click(button);
+    ExpectRunning();
+    EXPECT_EQ(Selected(), step);
+    EXPECT_EQ(timer.Wait(), Duration(step));
+    EXPECT_EQ(timer.Starts(), starts + 1);
+  }
 };
 
 TEST_F(BreakPoints, HaltContinueAndRepeat) {
-  ComposeTen();
-  SetBreak(4);
+  std::vector<int> durations;
+  for (int step = 0; step < 10; ++step) durations.push_back(Duration(step));
+  Compose(durations);
+  for (const int line : {2, 4, 2}) SetBreak(line);  // the second press takes it away
+  ExpectBreaks({4});
   Play(0);
-  for (const int step : {1, 2, 3}) {
-    ExpectTick(step);
-    ExpectRunning();
-  }
+  ExpectTicks({1, 2, 3});
+  ExpectAfter("CommandContinue", 3);
   ExpectTick(4);
   ExpectHalted();
   timer.Elapse();
   ExpectSent({});
-
-  hands->Click("CommandContinue");
-  ExpectRunning();
-  EXPECT_EQ(timer.Wait(), 400);
+  ExpectAfter("CommandContinue", 4);
   ExpectSent({});
-  for (const int step : {5, 6, 7, 8, 9, 0, 1, 2, 3}) ExpectTick(step);
+  ExpectTicks({5, 6, 7, 8, 9, 0, 1, 2, 3});
   ExpectRunning();
   ExpectTick(4);
   ExpectHalted();
 
   SetBreak(1);
-  hands->Click("CommandRepeat");
-  ExpectRunning();
-  EXPECT_EQ(Selected(), 1);
+  ExpectAfter("CommandRepeat", 1);
   ExpectSent(Shown(1));
-  for (const int step : {2, 3, 4}) ExpectTick(step);
+  ExpectTicks({2, 3, 4});
   ExpectHalted();
-
-  hands->Click("CommandRepeat");
-  ExpectSent(Shown(1));
-  hands->Click("CommandRepeat");  // no earlier breakpoint: from the start
-  ExpectSent(Shown(0));
-  EXPECT_EQ(Selected(), 0);
-  hands->Click("CommandRepeat");
-  EXPECT_EQ(Selected(), 0);
+  for (const int step : {1, 0}) {  // without an earlier breakpoint from the start
+    ExpectAfter("CommandRepeat", step);
+    ExpectSent(Shown(step));
+  }
+  ExpectAfter("CommandRepeat", 0);
   ExpectTick(1);
   ExpectHalted();
   hands->Click(kEmuPC);
   ExpectIdle();
 }
 
-TEST_F(BreakPoints, ContinueAndRepeatTakeTheShownStepsDuration) {
-  Compose({100, 200, 300});
-  Play(2);
-  const int starts = timer.Starts();
-  Select(1);
-  hands->Click("CommandContinue");
-  EXPECT_EQ(timer.Wait(), 200);
-  EXPECT_EQ(timer.Starts(), starts + 1);  // the wait begins anew
-  Select(2);
-  SetBreak(1);
-  hands->Click("CommandRepeat");
-  EXPECT_EQ(timer.Wait(), 200);
-  hands->Click("CommandRepeat");
-  EXPECT_EQ(timer.Wait(), 100);
-  EXPECT_EQ(timer.Starts(), starts + 3);
-  ExpectRunning();
-}
-
 TEST_F(BreakPoints, CommandsThatRebuildTheListClearThem) {
-  for (const QString name : {"CommandAdd", "CommandRem", "RemoveNone", "CommandReplace",
-                             "CommandMoreSeq", "CommandLessSeq", "CommandClear", "CommandClearAll",
-                             "CommandResBrk", "SaveBuffer", "LoadBuffer"}) {
+  // "Remove" also when it has no line to remove, the file commands also when they are cancelled.
+  for (const QString name : {"CommandAdd", "CommandRem", "CommandRem, none selected",
+                             "CommandReplace", "CommandMoreSeq", "CommandLessSeq", "CommandClear",
+                             "CommandClearAll", "CommandResBrk", "SaveBuffer", "LoadBuffer"}) {
     hands->Click("CommandClearAll");
     hands->Click("CommandMoreSeq");
     Compose({100, 200});
     SetBreak(0);
     SetBreak(1);
-    if (name == "RemoveNone") {
-      Select(-1);
-      hands->Click("CommandRem");
-      EXPECT_EQ(Lines().size(), 2);
-    } else if (name.startsWith("Command")) {
-      hands->Click(name);
+    SCOPED_TRACE(name.toStdString());
+    if (name.endsWith("none selected")) Select(-1);
+    if (name.endsWith("Buffer")) {
+      Trigger(name);
     } else {
-      Trigger(name);  // the file dialog is cancelled
+      hands->Click(name.section(',', 0, 0));
     }
-    EXPECT_EQ(Breaks(), std::vector<int>{}) << name.toStdString();
+    ExpectBreaks({});
   }
 }
 

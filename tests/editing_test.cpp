@@ -1,5 +1,4 @@
 // Composing steps: fields and sliders, the step list, the choice of the sequence. No port is open.
-#include "platform/push_button.h"
 #include "tests/window_fixture.h"
 
 namespace pelmora {
@@ -8,32 +7,22 @@ namespace {
 class StepFields : public WindowTest {};
 
 TEST_F(StepFields, CommitClampsAndShowsOffsetAndAngle) {
-  struct Case {
-    const char* typed;
-    const char* offset;
-    const char* angle;
-    const char* slider;
-  };
-  constexpr Case cases[] = {
-      {"200", "127", "63.5 °", "255"},
-      {"-300", "-128", "-64 °", "0"},
-      {"5", "5", "2.5 °", "133"},
-      {"", "0", "0 °", "128"},
-      {"007", "7", "3.5 °", "135"},
-      {"-", "7", "3.5 °", "135"},
-      {"1-2", "7", "3.5 °", "135"},
-      {"a b+4.x2", "42", "21 °", "170"},
-      {"999999999999", "127", "63.5 °", "255"},
-      {"-1", "-1", "-0.5 °", "127"},
-      {"--1", "-1", "-0.5 °", "127"},
-      {"99999999999999999999999999999999", "127", "63.5 °", "255"},
-  };
-  for (const Case& c : cases) {
-    hands->Type("Text1_3", c.typed);
-    EXPECT_EQ(hands->Read("Text1_3"), c.offset) << c.typed;
-    EXPECT_EQ(hands->Read("Text1_15"), Local(c.angle)) << c.typed;
-    EXPECT_EQ(hands->Read("CWSlide1_3"), c.slider) << c.typed;
+  // clang-format off
+  const std::tuple<const char*, const char*, const char*, const char*> cases[] = {
+      {"200", "127", "63.5 °", "255"},           {"-300", "-128", "-64 °", "0"},
+      {"999999999999", "127", "63.5 °", "255"},  {"", "0", "0 °", "128"},
+      {"5", "5", "2.5 °", "133"},                {"-1", "-1", "-0.5 °", "127"},
+      {"007", "7", "3.5 °", "135"},              {"-", "7", "3.5 °", "135"},
+      {"1-2", "7", "3.5 °", "135"},              {"a b+4.x2", "42", "21 °", "170"}};
+  // clang-format on
+  for (const auto& [typed, offset, angle, slider] : cases) {
+    hands->Type("Text1_3", typed);
+    EXPECT_EQ(hands->Read("Text1_3"), offset) << typed;
+    EXPECT_EQ(hands->Read("Text1_15"), Local(angle)) << typed;
+    EXPECT_EQ(hands->Read("CWSlide1_3"), slider) << typed;
   }
+  hands->Type("CWNumEditTimeStep", "-50");
+  EXPECT_EQ(hands->Read("CWNumEditTimeStep"), "50 ms");
 }
 
 TEST_F(StepFields, LeavingAFieldCommitsBeforeTheButtonThatTakesTheFocusActs) {
@@ -52,96 +41,77 @@ class StepList : public WindowTest {
   void AddSteps(int count) {
     for (int i = 0; i < count; ++i) AddStep(0, 128 + 2 * i, 100 + 20 * i);
   }
-  // Every line's number, as its first angle says.
-  QString Order() const {
-    QString order;
-    for (const QString& line : Lines()) order += line.section(' ', 0, 0);
-    return order;
-  }
-  void ExpectRowsMatchLines() const {
-    for (int i = 0; i < Lines().size(); ++i) {
-      EXPECT_EQ(Data().EditBuffer[static_cast<std::size_t>(i)][0],
-                128 + 2 * QString(Order()[i]).toInt());
+  // The lines as their first angles say, with which their rows have to agree.
+  void ExpectSteps(const QString& steps, int selected) const {
+    QString found;
+    for (const QString& line : Lines()) found += line.section(' ', 0, 0);
+    EXPECT_EQ(found, steps);
+    EXPECT_EQ(Selected(), selected);
+    for (std::size_t i = 0; const QChar step : found) {
+      EXPECT_EQ(Data().EditBuffer[i++][0], 128 + 2 * step.digitValue());
     }
   }
 };
 
 TEST_F(StepList, AddInsertsBehindTheSelectedLineAndStores) {
   AddSteps(3);
-  EXPECT_EQ(Lines()[2], "2 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t140 ms");
+  EXPECT_EQ(Lines()[2], "2 °" + QString("\t0 °").repeated(11) + "\t140 ms");
   Select(0);
   AddStep(0, 138, 200);
-  EXPECT_EQ(Order(), "0512");
-  EXPECT_EQ(Selected(), 1);
+  ExpectSteps("0512", 1);
   Select(-1);
   AddStep(0, 136, 200);
-  EXPECT_EQ(Order(), "40512");
-  EXPECT_EQ(Selected(), 0);
+  ExpectSteps("40512", 0);
   EXPECT_EQ(hands->Read("LabelStep"), "Step N° 0");
   EXPECT_EQ(hands->Read("LabelByte"), "70 bytes");
-  EXPECT_EQ(Data().SeqSteps[0], 5);
-  EXPECT_EQ(Data().SeqTable[0].Position[1][0], 128);
   EXPECT_EQ(Data().SeqTable[0].Duration[2], 200);
-  ExpectRowsMatchLines();
 }
 
 TEST_F(StepList, RemoveAndReplaceKeepTheSelectionInPlace) {
   AddSteps(5);
   hands->Click("CommandRem");  // the last
-  EXPECT_EQ(Order(), "0123");
-  EXPECT_EQ(Selected(), 3);
+  ExpectSteps("0123", 3);
   Select(1);
   hands->Click("CommandRem");
-  EXPECT_EQ(Order(), "023");
-  EXPECT_EQ(Selected(), 1);
+  ExpectSteps("023", 1);
   hands->Type("Text1_0", "12");
   hands->Click("CommandReplace");
-  EXPECT_EQ(Order(), "063");
-  EXPECT_EQ(Selected(), 1);
-  EXPECT_EQ(Data().SeqSteps[0], 3);
-  ExpectRowsMatchLines();
+  ExpectSteps("063", 1);
   Select(-1);
-  hands->Click("CommandReplace");
-  hands->Click("CommandRem");
-  EXPECT_EQ(Order(), "063");
-  for (int i = 0; i < 3; ++i) {
-    Select(0);
-    hands->Click("CommandRem");
-  }
+  for (const char* button : {"CommandReplace", "CommandRem"}) hands->Click(button);
+  ExpectSteps("063", -1);
+  Select(0);
+  for (int i = 0; i < 4; ++i) hands->Click("CommandRem");  // the fourth finds none
+  ExpectSteps("", -1);
   EXPECT_EQ(hands->Read("LabelStep"), "Step N° -1");
   EXPECT_EQ(hands->Read("LabelByte"), "0 bytes");
-  hands->Click("CommandRem");
-  EXPECT_TRUE(Lines().isEmpty());
 }
 
 TEST_F(StepList, FullListRefusesAnotherLine) {
-  for (int i = 0; i < 256; ++i) hands->Click("CommandAdd");
+  Load(FilledSequences(1, 256, 5));
+  Select(255);
   hands->Click("CommandBrk");
   const QStringList before = Lines();
-  ExpectMessage("Impossible add other lines, max # of lines is 256!");
-  hands->Click("CommandAdd");
-  ExpectMessage("Impossible add other lines, max # of lines is 256!");
-  hands->Click("CommandReplace");
+  for (const char* button : {"CommandAdd", "CommandReplace"}) {
+    ExpectMessage("Impossible add other lines, max # of lines is 256!");
+    hands->Click(button);
+  }
   EXPECT_EQ(Lines(), before);
-  EXPECT_EQ(hands->Read("LabelByte"), "3584 bytes");
 }
 
 TEST_F(StepList, ArrowsWrapRoundAndShow) {
-  hands->Click("CommandUp");
-  hands->Click("CommandDwn");
+  for (const char* button : {"CommandUp", "CommandDwn"}) hands->Click(button);
   AddSteps(3);
   hands->Click("CommandUp");
-  EXPECT_EQ(Selected(), 0);
+  ExpectSteps("012", 0);
   EXPECT_EQ(hands->Read("Text1_0"), "0");
   hands->Click("CommandDwn");
-  EXPECT_EQ(Selected(), 2);
+  ExpectSteps("012", 2);
   EXPECT_EQ(hands->Read("Text1_0"), "4");
   EXPECT_EQ(hands->Read("CWNumEditTimeStep"), "140 ms");
   Select(-1);
-  hands->Click("CommandDwn");
-  EXPECT_EQ(Selected(), -1);
-  hands->Click("CommandUp");
-  EXPECT_EQ(Selected(), 0);
+  for (const char* button : {"CommandDwn", "CommandUp"}) hands->Click(button);
+  ExpectSteps("012", 0);
 }
 
 TEST_F(StepList, DraggingMovesALineWithItsBreakpoint) {
@@ -149,19 +119,12 @@ TEST_F(StepList, DraggingMovesALineWithItsBreakpoint) {
   Select(1);
   hands->Click("CommandBrk");
   hands->DragLine("ListSequence", 1, 4);
-  EXPECT_EQ(Order(), "0234156");
-  EXPECT_EQ(Selected(), 4);
+  ExpectSteps("0234156", 4);
   EXPECT_TRUE(Lines()[4].endsWith("\tBREAK!"));
-  EXPECT_EQ(Data().EditBuffer[4][13], 1);
-  EXPECT_EQ(Data().EditBuffer[1][13], 0);
-  ExpectRowsMatchLines();
-  hands->DragLine("ListSequence", 4, 1);
-  EXPECT_EQ(Order(), "0123456");
-  EXPECT_EQ(Data().EditBuffer[1][13], 1);
-  // The table catches up at the next store only.
-  hands->DragLine("ListSequence", 0, 6);
-  EXPECT_EQ(Data().SeqTable[0].Position[0][0], 128);
-  EXPECT_EQ(Data().EditBuffer[0][0], 130);
+  for (const std::size_t i : {1, 4}) EXPECT_EQ(Data().EditBuffer[i][kBreakColumn], i == 4);
+  hands->DragLine("ListSequence", 6, 0);
+  ExpectSteps("6023415", 0);
+  EXPECT_EQ(Data().SeqTable[0].Position[0][0], 128) << "the next store counts";
 }
 
 class Navigation : public StepList {};
@@ -171,7 +134,6 @@ TEST_F(Navigation, StoresTheOutgoingSequenceAndListsTheIncomingOne) {
   Select(1);
   hands->Click("CommandBrk");
   hands->Click("CommandMoreSeq");
-  EXPECT_EQ(Data().EditBuffer[1][13], 0);
   EXPECT_TRUE(Lines().isEmpty());
   EXPECT_EQ(hands->Read("LabelSeq"), "Sequence N° 1");
   EXPECT_EQ(hands->Read("LabelSeqEmu"), "Sequence N° 1");
@@ -180,26 +142,20 @@ TEST_F(Navigation, StoresTheOutgoingSequenceAndListsTheIncomingOne) {
   EXPECT_EQ(hands->Read("CommandOffset"), "OffSet Seq. 1");
   EXPECT_EQ(hands->Read("LabelOffset"), "42 bytes");
   hands->Click("CommandLessSeq");
-  EXPECT_EQ(Order(), "012");
-  EXPECT_EQ(Selected(), -1);
-  EXPECT_EQ(Lines()[1], "1 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t0 °\t120  ms\t");
-  for (const EditRow& row : Data().EditBuffer) EXPECT_EQ(row[13], 0);
+  ExpectSteps("012", -1);
+  EXPECT_EQ(Lines()[1], "1 °" + QString("\t0 °").repeated(11) + "\t120  ms\t");
+  EXPECT_EQ(Data().EditBuffer[1][kBreakColumn], 0);
 }
 
 TEST_F(Navigation, WarnsEveryTimeTheCapacityIsExceeded) {
-  // 6 x 256 + 182 = 1718 steps fit, one more does not.
-  for (int sequence = 0; sequence < 6; ++sequence) {
-    for (int i = 0; i < 256; ++i) hands->Find<platform::PushButton>("CommandAdd").click();
-    hands->Click("CommandMoreSeq");
-  }
-  for (int i = 0; i < 182; ++i) hands->Find<platform::PushButton>("CommandAdd").click();
+  Load(FilledSequences(1, 1718, 5));  // one more does not fit
+  for (int i = 0; i < 6; ++i) hands->Click("CommandMoreSeq");
   EXPECT_EQ(hands->Read("LabelByte"), "24052 bytes");
-  const QString warning = "Out of memory: too many steps. Max # of bytes is 24064!";
-  ExpectMessage(warning);
-  hands->Click("CommandAdd");
-  EXPECT_EQ(hands->Read("LabelByte"), "24066 bytes");
-  ExpectMessage(warning);
-  hands->Click("CommandMoreSeq");
+  for (const char* button : {"CommandAdd", "CommandMoreSeq"}) {
+    ExpectMessage("Out of memory: too many steps. Max # of bytes is 24064!");
+    hands->Click(button);
+    EXPECT_EQ(hands->Read("LabelByte"), "24066 bytes");
+  }
 }
 
 }  // namespace

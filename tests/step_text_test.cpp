@@ -1,8 +1,6 @@
 // Steps as text: what is written, what is read, what is refused and why.
 #include <gtest/gtest.h>
 
-#include <random>
-
 #include "core/step_line.h"
 #include "core/step_text.h"
 
@@ -34,47 +32,16 @@ TEST(StepText, IsANumberInEachFieldAndALineForEachStep) {
             Line("-64", "63.5", "20") + '\n' + Line("0.5", "-0.5", "32767") + '\n');
   EXPECT_EQ(FormatStepText(steps, kComma),
             Line("-64", "63,5", "20") + '\n' + Line("0,5", "-0,5", "32767") + '\n');
-  EXPECT_EQ(FormatStepText({}, "."), "");
-}
-
-TEST(StepText, AWholeSequenceIsTheSameThereAndBack) {
-  std::mt19937 random(1);
-  std::vector<EditRow> steps(kSteps);
-  for (EditRow& step : steps) {
-    for (std::size_t ch = 0; ch < kChannels; ++ch) step[ch] = static_cast<int>(random() % 256);
-    step[kDurationColumn] = static_cast<int>(20 + random() % (32767 - 20 + 1));
-    step[kBreakColumn] = 0;
-  }
-  for (const char* point : {".", kComma, "\u066B"}) {
-    std::string text = FormatStepText(steps, point);
-    for (const char* end : {"\n", "\r\n", "\r"}) {
-      std::string other;
-      for (const char letter : text) letter == '\n' ? other += end : other += letter;
-      for (int closed = 0; closed < 2; ++closed) {
-        std::vector<EditRow> read;
-        EXPECT_FALSE(ReadStepText(other, point, read));
-        EXPECT_EQ(read, steps);
-        other.resize(other.size() - std::string_view(end).size());
-      }
-    }
-  }
 }
 
 TEST(StepText, ReadsWhatASpreadsheetOrTheListGives) {
   const EditRow step = Step(129, 0, 100);
-  struct Case {
-    std::string text;
-    std::vector<EditRow> steps;
-  };
-  const Case cases[] = {
+  const std::pair<std::string, std::vector<EditRow>> cases[] = {
       {"", {}},
       {Line("0.5", "-64", "100"), {step}},
       {Line("0,5", "-64", "100"), {step}},
       {Line("0,5 °", "-64°", "100 ms"), {step}},
-      {Line(" +0.50  ", "-64.0 ° ", "100  ms"), {step}},
-      {Line("0.5", "-64", "100.0") + "\t", {step}},
-      {Line("0.5", "-64", "100") + "\tBREAK!", {step}},
-      {TableLine(step, kComma), {step}},
+      {Line(" +0.50  ", "-64.0 ° ", "100.0  ms") + "\t", {step}},
       {WithBreakMark(TableLine(step, kComma)) + "\n", {step}},
       {WithBreakMark(EditorLine(step, kComma)), {step}},
       {Line("0.5", "-64", "100") + "\r" + Line("63,5", "0.25", "20\t\t") + "\r\n" +
@@ -83,49 +50,39 @@ TEST(StepText, ReadsWhatASpreadsheetOrTheListGives) {
       {Line("0", "0", "20.5") + "\n" + Line("0", "0", "21.5"),
        {Step(128, 128, 20), Step(128, 128, 22)}},
   };
-  for (const Case& c : cases) {
+  for (const auto& [text, steps] : cases) {
     std::vector<EditRow> read = {Step(1, 2, 3)};
-    const auto fault = ReadStepText(c.text, kComma, read);
-    EXPECT_FALSE(fault) << c.text << ": " << fault->reason;
-    EXPECT_EQ(read, c.steps) << c.text;
+    const auto fault = ReadStepText(text, kComma, read);
+    EXPECT_FALSE(fault) << text << ": " << fault->reason;
+    EXPECT_EQ(read, steps) << text;
   }
 }
 
 TEST(StepText, RefusesTheWholeTextForOneLineThatIsNoStep) {
   const std::string good = Line("0", "0", "100");
-  struct Case {
-    std::string line;
-    const char* reason;
+  const std::pair<const char*, std::vector<std::string>> cases[] = {
+      {"it has fewer than 13 fields", {"", "hello", kTenCentres + "0\t0"}},
+      {"the angle of Ch0 is no number",
+       {Line("", "0", "100"), Line("°", "0", "100"), Line("1.5.5", "0", "100"),
+        Line("1.000,5", "0", "100"), Line("0 ms", "0", "100"), Line("nan", "0", "100")}},
+      {"the angle of Ch11 is no number", {Line("0", "zero", "100")}},
+      {"the angle of Ch0 is outside -64 to 63,5 °", {Line("-64.01", "0", "100")}},
+      {"the angle of Ch11 is outside -64 to 63,5 °", {Line("0", "63,51", "100")}},
+      {"the duration is no number",
+       {Line("0", "0", ""), Line("0", "0", "100 °"), Line("0", "0", "1e999")}},
+      {"the duration is outside 20 to 32767 ms",
+       {Line("0", "0", "19.9"), Line("0", "0", "32767.1"), Line("0", "0", "-100")}},
   };
-  const Case cases[] = {
-      {"", "it has fewer than 13 fields"},
-      {"hello", "it has fewer than 13 fields"},
-      {kTenCentres + "0\t0", "it has fewer than 13 fields"},
-      {Line("", "0", "100"), "the angle of Ch0 is no number"},
-      {Line("0", "zero", "100"), "the angle of Ch11 is no number"},
-      {Line("°", "0", "100"), "the angle of Ch0 is no number"},
-      {Line("1.5.5", "0", "100"), "the angle of Ch0 is no number"},
-      {Line("1.000,5", "0", "100"), "the angle of Ch0 is no number"},
-      {Line("0 ms", "0", "100"), "the angle of Ch0 is no number"},
-      {Line("nan", "0", "100"), "the angle of Ch0 is no number"},
-      {Line("-64.01", "0", "100"), "the angle of Ch0 is outside -64 to 63,5 °"},
-      {Line("0", "63,51", "100"), "the angle of Ch11 is outside -64 to 63,5 °"},
-      {Line("0", "0", ""), "the duration is no number"},
-      {Line("0", "0", "100 °"), "the duration is no number"},
-      {Line("0", "0", "1e999"), "the duration is no number"},
-      {Line("0", "0", "19.9"), "the duration is outside 20 to 32767 ms"},
-      {Line("0", "0", "32767.1"), "the duration is outside 20 to 32767 ms"},
-      {Line("0", "0", "-100"), "the duration is outside 20 to 32767 ms"},
-  };
-  for (const Case& c : cases) {
-    const std::vector<EditRow> before = {Step(1, 2, 3)};
-    std::vector<EditRow> read = before;
-    const auto fault =
-        ReadStepText(good + "\n" + good + "\r\n" + c.line + "\r" + good, kComma, read);
-    ASSERT_TRUE(fault) << c.line;
-    EXPECT_EQ(fault->line, 3) << c.line;
-    EXPECT_EQ(fault->reason, c.reason) << c.line;
-    EXPECT_EQ(read, before) << c.line;
+  for (const auto& [reason, lines] : cases) {
+    for (const std::string& line : lines) {
+      const std::vector<EditRow> before = {Step(1, 2, 3)};
+      std::vector<EditRow> read = before;
+      const auto fault = ReadStepText(good + "\n" + good + "\r\n" + line + "\r", kComma, read);
+      ASSERT_TRUE(fault) << line;
+      EXPECT_EQ(fault->line, 3) << line;
+      EXPECT_EQ(fault->reason, reason) << line;
+      EXPECT_EQ(read, before) << line;
+    }
   }
 }
 

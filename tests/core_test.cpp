@@ -1,15 +1,22 @@
-// Numbers, step lines, and what the sequence table refuses.
+// Numbers, step lines, what the sequence table refuses, interpolated steps, and the flash image.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
+#include <span>
 #include <tuple>
 
+#include "core/board_codec.h"
+#include "core/interpolation.h"
 #include "core/number_text.h"
 #include "core/sequence_store.h"
 #include "core/step_line.h"
+#include "rig/sequences.h"
 
 namespace pelmora {
 namespace {
+
+using namespace rig;
 
 const std::string kMomayyez = "\u066B";  // the Arabic decimal separator: two bytes
 
@@ -104,6 +111,85 @@ TEST(SequenceStore, RefusesValuesThatDoNotFit) {
     EXPECT_EQ(StoreEditBuffer(*data, lines), fits) << column << ": " << value;
     EXPECT_EQ(data->SeqSteps[0], fits ? lines : 9);
     EXPECT_EQ(data->SeqTable[0].Position[0][5], fits ? 77 : 0);
+  }
+}
+
+TEST(Interpolation, WorkedCases) {
+  using Values = std::vector<int>;
+  const std::tuple<int, int, int, Values, Values> cases[] = {
+      {128, 148, 100, {128, 133, 138, 143}, {20, 40, 20, 20}},
+      {128, 128, 100, {128, 128, 128}, {40, 20, 40}},
+      {128, 128, 150, {128, 128}, {80, 80}},
+      {128, 130, 60, {128, 129, 129}, {20, 20, 20}},
+      {128, 129, 40, {128, 128}, {20, 20}},  // half a count goes to the even neighbour
+      {129, 130, 40, {129, 130}, {20, 20}},
+      {255, 0, 80, {255, 191, 128, 64}, {20, 20, 20, 20}},
+      {7, 9, 130, {7}, {120}},  // 6.5 ticks
+  };
+  for (const auto& [from, to, duration, positions, durations] : cases) {
+    const auto count = static_cast<int>(positions.size());
+    std::vector<EditRow> steps;
+    for (std::size_t i = 0; i < positions.size(); ++i) {
+      steps.push_back(Row(positions[i], positions[i], positions[i], durations[i]));
+    }
+    EditRow first = Row(from, from, from, duration);
+    first[kBreakColumn] = 1;
+    EXPECT_EQ(Interpolate(first, Row(to, to, to, 9999), count), steps) << from << ' ' << to;
+  }
+}
+
+TEST(Interpolation, StepsShorterThanATickAreTooShort) {
+  EXPECT_FALSE(StepTimeTooShort(100, 5));
+  EXPECT_TRUE(StepTimeTooShort(100, 6));
+  EXPECT_TRUE(StepTimeTooShort(99, 5));
+}
+
+FlashHeader Header(const Bytes& bytes) {
+  FlashHeader header{};
+  std::copy_n(bytes.begin(), header.size(), header.begin());
+  return header;
+}
+
+TEST(BoardCodec, ExampleBothWays) {
+  const Bytes image = ExampleImage();
+  ASSERT_EQ(image.size(), 108u);
+  const auto table = std::make_unique<SequenceTable>();
+  const auto rows = std::make_unique<FlashRows>();
+  ASSERT_TRUE(DecodeHeader(Header(image), *table));
+  StageStepData(std::span(image).subspan(kHeaderBytes), *rows);
+  ASSERT_TRUE(DecodeSteps(*rows, *table));
+  EXPECT_EQ(table->SeqTable[0].Position[1][0], 255);
+  EXPECT_EQ(table->SeqTable[3].Duration[0], 5120);
+
+  for (auto& row : *rows) row.fill(0xEE);
+  table->SeqOffset.fill(-1);
+  ComputeFlashFigures(*table);
+  const auto command = ProgramCommand(*table);
+  EncodeSteps(*table, *rows);
+  Bytes built(command.begin(), command.end());
+  for (int i = 0; i < 42; ++i) built.push_back(StagedByte(*rows, i));
+  EXPECT_EQ(built, Bytes{2} + image);
+}
+
+TEST(BoardCodec, TicksOfADuration) {
+  const std::pair<int, int> cases[] = {
+      {0, 0},      {20, 1},     {9, 0},        {10, 0},       {11, 1},  {30, 2},    {50, 2},
+      {5110, 256}, {5120, 256}, {32760, 1638}, {32767, 1638}, {-10, 0}, {-32768, 0}};
+  for (const auto& [ms, ticks] : cases) EXPECT_EQ(DurationToTicks(ms), ticks) << ms;
+}
+
+TEST(BoardCodec, StepsStopAtTheFirstThatCannotBeStored) {
+  const std::tuple<std::uint8_t, std::uint8_t, bool, int> words[] = {
+      {0x06, 0x66, true, 32760}, {0x06, 0x67, false, 0}, {0x80, 0x00, false, 0}};
+  for (const auto& [high, low, stored, ms] : words) {
+    const auto table = std::make_unique<SequenceTable>();
+    const auto rows = std::make_unique<FlashRows>();
+    table->SeqSteps[1] = table->SeqSteps[2] = 1;
+    (*rows)[0] = {9, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 8, high, low};
+    (*rows)[1].fill(1);
+    EXPECT_EQ(DecodeSteps(*rows, *table), stored) << int{high} << ' ' << int{low};
+    EXPECT_EQ(table->SeqTable[1].Duration[0], ms);
+    EXPECT_EQ(table->SeqTable[2].Position[0][0], stored ? 1 : 0);
   }
 }
 

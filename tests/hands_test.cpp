@@ -45,17 +45,6 @@ TEST_F(Hands, KeysHeldWithALetterLeaveTheEntryAlone) {
   EXPECT_EQ(hands->Read("CWSlide1_3"), "121");
 }
 
-TEST_F(Hands, OffsetsOfAnyLengthAreClamped) {
-  const QPair<QString, const char*> cases[] = {{QString(400, '9'), "127"},
-                                               {"-" + QString(400, '9'), "-128"},
-                                               {QString(400, '0') + "5", "5"}};
-  for (const auto& [typed, offset] : cases) {
-    hands->Find<QLineEdit>("Text1_0").setText(typed);
-    QTest::keyClick(&Focus("Text1_0"), Qt::Key_Return);
-    EXPECT_EQ(hands->Read("Text1_0"), offset);
-  }
-}
-
 TEST_F(Hands, WheelMovesTheFaderThatHasTheFocusOnly) {
   auto& fader = hands->Find<platform::CWSlide>("CWSlide1_3");
   Focus("CommandAdd");
@@ -172,11 +161,18 @@ TEST_F(Hands, DoubleClickOnAFlashButtonIsOnePress) {
   EXPECT_EQ(Lines().size(), 1);
 }
 
-TEST_F(Hands, EchoIsReachedWithTabAndClearedBySpace) {
+TEST_F(Hands, EchoShowsTheLastByteAndIsEmptiedByAClickOrBySpace) {
+  Trigger("Serial");
   Connect();
-  hands->Find<QAction>("Serial").trigger();
-  board.Send({65});
-  ASSERT_TRUE(hands->WaitUntil([this] { return hands->Read("Echo") == "65"; }));
+  QStringList seen;
+  QObject::connect(&hands->Find<QLineEdit>("Echo"), &QLineEdit::textChanged, form.get(),
+                   [&](const QString& text) { seen.append(text); });
+  for (const bool clicked : {true, false}) {
+    board.Send({1, 2, 255, 65});
+    ASSERT_TRUE(hands->WaitUntil([this] { return hands->Read("Echo") == "65"; }));
+    if (clicked) hands->Click("Echo");
+  }
+  EXPECT_EQ(seen.join(' '), "1 2 255 65  1 2 255 65");
   QTest::keyClick(&Focus("CWButtonMainOnOff"), Qt::Key_Tab);
   auto& echo = hands->Find<QWidget>("Echo");
   EXPECT_TRUE(echo.hasFocus());

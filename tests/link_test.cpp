@@ -1,5 +1,5 @@
-// The board's side of the window: choosing and losing the port, the bytes of live control, and the
-// debug panel, on a real pseudo terminal.
+// The board's side of the window: choosing and losing the port, and the bytes of live control, on a
+// real pseudo terminal.
 #include <fcntl.h>
 #include <termios.h>
 #include <unistd.h>
@@ -18,7 +18,6 @@ TEST_F(Port, OpensWithTheBoardsLineSettingsAndLocksTheList) {
   hands->Choose("ComboPort", "Comm1");
   EXPECT_FALSE(Enabled("ComboPort"));
   EXPECT_EQ(hands->Read("ComboPort"), "Comm1");
-  EXPECT_EQ(hands->Read("Echo"), "");
   const int line = open(board.DevicePath().c_str(), O_RDWR | O_NOCTTY);
   termios settings{};
   ASSERT_EQ(tcgetattr(line, &settings), 0);
@@ -30,6 +29,7 @@ TEST_F(Port, OpensWithTheBoardsLineSettingsAndLocksTheList) {
   EXPECT_EQ(settings.c_lflag & (ICANON | ECHO | ISIG | IEXTEN), 0U);
   EXPECT_EQ(settings.c_oflag & OPOST, 0U);
   ExpectSent({});
+  EXPECT_FALSE(hands->WaitUntil([this] { return hands->Read("Echo") != ""; }, 30));
 }
 
 // An entry without a device has nothing to open.
@@ -125,23 +125,6 @@ TEST_F(Live, WithoutAPortSwitchesSayItOnceAndSlidersStaySilent) {
   hands->MoveSlider("CWSlide1_0", 250);
   hands->ChooseMenu("Resetting");
   EXPECT_EQ(hands->Read("Text1_0"), "122");
-}
-
-class Debug : public WindowTest {};
-
-TEST_F(Debug, EchoShowsTheLastByteAndAClickEmptiesIt) {
-  hands->ChooseMenu("Serial");
-  hands->Click("CommandInBuff");
-  EXPECT_EQ(hands->Read("Echo"), "0");
-  Connect();
-  QStringList seen;
-  QObject::connect(&hands->Find<QLineEdit>("Echo"), &QLineEdit::textChanged, form.get(),
-                   [&](const QString& text) { seen.append(text); });
-  board.Send({1, 2, 65, 7, 255});
-  EXPECT_TRUE(hands->WaitUntil([&] { return hands->Read("Echo") == "255"; }));
-  EXPECT_EQ(seen.join(' '), "1 2 65 7 255");
-  hands->Click("Echo");
-  EXPECT_EQ(hands->Read("Echo"), "");
 }
 
 }  // namespace

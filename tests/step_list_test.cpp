@@ -6,7 +6,7 @@ namespace {
 
 class LongList : public Playback {
  protected:
-  LongList() : list(hands->Find<platform::ListBox>("ListSequence")) {
+  LongList() : list(List()) {
     Compose(std::vector<int>(40, 100));
     composed = Lines();
     list.SetListIndex(0);
@@ -82,18 +82,6 @@ TEST_F(LongList, ADragGoesBeyondThePageAndEscapeTakesItBack) {
   QTest::keyClick(&list, Qt::Key_Q, Qt::AltModifier);  // "Clear Sequence"
   Release(Lowest());
   EXPECT_TRUE(Lines().isEmpty());
-}
-
-TEST_F(LongList, KeysMoveStepsWithTheirBreakpoints) {
-  SetBreak(20);
-  composed = Lines();
-  list.SetListIndex(20);
-  for (const auto& [key, line] : {std::pair(Qt::Key_Down, 22), std::pair(Qt::Key_Up, 20)}) {
-    for (int i = 0; i < 2; ++i) QTest::keyClick(&list, key, Qt::ControlModifier);
-    EXPECT_EQ(Lines(), Moved(20, line));
-    EXPECT_EQ(Selected(), line);
-    ExpectBreaks({line});
-  }
 }
 
 TEST_F(LongList, AltArrowsPressTheArrowButtonsFromAnywhere) {

@@ -50,4 +50,22 @@ void WindowTest::Key(QWidget& control, int key, Qt::KeyboardModifiers modifiers)
   QTest::keyClick(&control, static_cast<Qt::Key>(key), modifiers);
 }
 
+void WindowTest::AddSteps(int count) {
+  for (int i = 0; i < count; ++i) AddStep(0, 128 + 2 * i, 100 + 20 * i);
+}
+
+QString WindowTest::Order() const {
+  QString order;
+  for (const QString& line : Lines()) order += line.section(' ', 0, 0);
+  return order;
+}
+
+void WindowTest::ExpectSteps(const QString& steps, int selected) const {
+  EXPECT_EQ(Order(), steps);
+  EXPECT_EQ(Selected(), selected);
+  for (std::size_t i = 0; const QChar step : steps) {
+    EXPECT_EQ(Data().EditBuffer[i++][0], 128 + 2 * step.digitValue());
+  }
+}
+
 }  // namespace pelmora

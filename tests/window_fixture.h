@@ -51,6 +51,13 @@ class WindowTest : public testing::Test, public ProgramWithBoard {
   // A test that hangs in a wait is ended by failing. Begins anew to count: for tests of many parts.
   void StartWatchdog();
 
+  // Steps told apart by channel 0: positions 128, 130, 132, ... read "0 °", "1 °", "2 °", ...
+  void AddSteps(int count);
+  // The lines as their first angles say.
+  QString Order() const;
+  // Just these lines, with which their rows agree, and this selection.
+  void ExpectSteps(const QString& steps, int selected) const;
+
  private:
   QTimer watchdog_;
 };

@@ -1,5 +1,4 @@
 #include <QCoreApplication>
-#include <QFile>
 #include <QTemporaryDir>
 
 #include "bench/connected_program.h"
@@ -23,28 +22,19 @@ double Time(Work work) {
 void AddFileRows(Report& report) {
   ConnectedProgram program(simboard::Pace::kUnpaced);
   const QTemporaryDir folder;
-  QFile file(folder.filePath(QStringLiteral("sequences.dat")));
+  const QString file = folder.filePath(QStringLiteral("sequences.dat"));
   const auto warning = QStringLiteral("Out of memory: too many steps. Max # of bytes is 24064!");
   program.ExpectMessage(warning);
   program.Load(rig::FilledSequences(1, kLargest, 5));
-  program.files.answer = file.fileName();
+  program.files.answer = file;
   std::vector<double> saves, writes, loads, reads;
   for (int i = 0; i < kRounds; ++i) {
     QByteArray content;
     program.ExpectMessage(warning);
     program.box.Expect("Save", "Data Saved!");
     saves.push_back(Time([&] { program.Trigger("SaveBuffer"); }));
-    reads.push_back(Time([&] {
-      if (!file.open(QIODevice::ReadOnly)) qFatal("the file is gone");
-      content = file.readAll();
-      file.close();
-    }));
-    writes.push_back(Time([&] {
-      if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()) {
-        qFatal("the file can't be written");
-      }
-      file.close();
-    }));
+    reads.push_back(Time([&] { content = rig::ReadFile(file); }));
+    writes.push_back(Time([&] { rig::WriteFile(file, content); }));
     program.ExpectMessage(warning);
     program.box.Expect("Load", "Data Loaded!");
     loads.push_back(Time([&] { program.Trigger("LoadBuffer"); }));

@@ -3,7 +3,6 @@
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
-#include <QFile>
 #include <QProgressBar>
 #include <QTemporaryDir>
 
@@ -108,11 +107,8 @@ void ProgramWithBoard::Trigger(const QString& item) {
 
 void ProgramWithBoard::Load(const Sequences& sequences) {
   const QTemporaryDir folder;
-  QFile file(folder.filePath("sequences.dat"));
-  if (!file.open(QIODevice::WriteOnly)) return complain_("no room for a temporary file");
-  file.write(QByteArray::fromStdString(FileOf(sequences)));
-  file.close();
-  files.answer = file.fileName();
+  files.answer = folder.filePath("sequences.dat");
+  WriteFile(*files.answer, QByteArray::fromStdString(FileOf(sequences)));
   box.Expect("Load", "Data Loaded!");
   Trigger("LoadBuffer");
   if (Table() != sequences) complain_("the program does not hold what it has loaded");

@@ -19,6 +19,7 @@
 #include "platform/message_box.h"
 #include "platform/port_directory.h"
 #include "rig/bytes.h"
+#include "rig/files.h"
 #include "rig/first_port.h"
 #include "rig/operator.h"
 #include "rig/scripted.h"

@@ -11,10 +11,6 @@ class BufferCommands : public WindowTest {
   BufferCommands() { EXPECT_EQ(mkfifo(QFile::encodeName(Path("pipe")).constData(), 0600), 0); }
 
   QString Path(const QString& name) const { return folder_.filePath(name); }
-  static std::string Content(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : "no file";
-  }
 
   // `item` is "Save" or "Load", which is also the title of the message.
   void Choose(const QString& item, const std::optional<QString>& path, const QString& message) {
@@ -48,7 +44,7 @@ TEST_F(BufferCommands, TheWorkedFileThereAndBack) {
   EXPECT_EQ(hands->Read("LabelByte"), "42 bytes");
   EXPECT_EQ(Data().SeqOffset[3], 28);
   Choose("Save", Path("a.dat"), "Data Saved!");
-  EXPECT_EQ(Content(Path("a.dat")), ExampleFile());
+  EXPECT_EQ(ReadFile(Path("a.dat")).toStdString(), ExampleFile());
 }
 
 TEST_F(BufferCommands, EverySaveCountsAndStores) {
@@ -57,7 +53,7 @@ TEST_F(BufferCommands, EverySaveCountsAndStores) {
   hands->Click("CommandClear");
   EXPECT_EQ(Data().SeqSteps[0], 1);
   Choose("Save", Path("empty"), "Data Saved!");
-  EXPECT_EQ(Content(Path("empty")), FileOf({}));
+  EXPECT_EQ(ReadFile(Path("empty")).toStdString(), FileOf({}));
   EXPECT_EQ(files.requests[0].proposed_name, "Sequences 1");
   EXPECT_EQ(files.requests[1].proposed_name, "Sequences 2");
 }
@@ -87,10 +83,8 @@ TEST_F(BufferCommands, ABadFileLeavesTheTableEmpty) {
         QByteArray(example).replace(" 2 ", " 300 "), QByteArray(example).replace(" 1 ", "-1 "),
         QByteArray(example).replace("5120", "five")}) {
     SCOPED_TRACE(content.left(200).toStdString());
-    QFile made(Path("made"));
-    EXPECT_TRUE(made.open(QIODevice::WriteOnly) && made.write(content) >= 0);
-    made.close();
-    expect_all_lost(made.fileName());
+    WriteFile(Path("made"), content);
+    expect_all_lost(Path("made"));
   }
   for (const QString& path :
        {Path("pipe"), Path(""), Path("none"), QString("/dev/zero"), QString("/proc/self/mem")}) {

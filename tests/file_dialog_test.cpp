@@ -44,7 +44,7 @@ class FileDialog : public WindowTest {
     emit types.activated(type);
   }
 
-  void Touch(const QString& name) const { QFile(folder.filePath(name)).open(QIODevice::WriteOnly); }
+  void Touch(const QString& name) const { WriteFile(folder.filePath(name), ""); }
   QStringList Files(const QString& name = "") const {
     return QDir(folder.filePath(name)).entryList(QDir::Files);
   }

@@ -47,9 +47,7 @@ TEST_F(NestedOperations, ASaveDuringAReadWritesNoCountBeyondWhatASequenceHolds) 
                 Abort();
               });
   Read();
-  QFile file(*files.answer);
-  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-  EXPECT_EQ(file.readAll().split('\n')[6], " 256 \r");
+  EXPECT_EQ(ReadFile(*files.answer).split('\n')[6], " 256 \r");
 }
 
 // A read that was aborted inside the first one's wait has set the line up for single bytes.
@@ -103,19 +101,18 @@ TEST_F(NestedOperations, AnEraseInsideAnotherTakesItsPlace) {
 
 // Each outer wait is shown again, and can be ended, once the inner operation has.
 TEST_F(NestedOperations, TheOuterWaitOffersAbortAgain) {
-  struct Case {
+  const struct {
     const char *outer, *inner;
     int acks;
     std::size_t sent;
     const char *inner_message, *outer_message;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"CommandFlash", "CommandRead", 1, 68, kReadingErrorText, kAbortText},
       {"CommandFlash", "CommandErase", 2, 68 + 256, kAbortText, "Operation Aborted!255"},
       {"CommandRead", "CommandRead", 0, 1, kReadingErrorText, kReadingErrorText},
   };
   Connect();
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.inner);
     Load(RandomSequences(33, 40));
     board.ClearLog();

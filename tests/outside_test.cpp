@@ -5,7 +5,6 @@
 
 #include <QDir>
 #include <QDirIterator>
-#include <QFile>
 #include <QPoint>
 #include <QProcess>
 #include <QProcessEnvironment>
@@ -14,6 +13,7 @@
 
 #include "board/simulated_board.h"
 #include "rig/bytes.h"
+#include "rig/files.h"
 
 namespace pelmora {
 namespace {
@@ -123,11 +123,10 @@ class Outside : public testing::Test {
 
   // The bytes that the board received in the whole run.
   QList<int> Received() const {
-    QFile file(LogPath());
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
     QList<int> bytes;
-    for (const QByteArray& byte : file.readAll().simplified().split(' '))
+    for (const QByteArray& byte : rig::ReadFile(LogPath()).simplified().split(' ')) {
       bytes.append(byte.toInt());
+    }
     return bytes;
   }
 

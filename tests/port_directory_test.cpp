@@ -14,6 +14,7 @@
 
 #include "platform/ms_comm.h"
 #include "platform/port_lock.h"
+#include "rig/files.h"
 #include "rig/first_port.h"
 
 namespace platform {
@@ -28,9 +29,7 @@ TEST(PortDirectory, ListsTheMachinesPortsWithoutOpeningThem) {
   tty.mkpath("tty7");  // a console
   // A name without a port behind it has type 0.
   for (const auto& [name, type] : {std::pair{"ttyS0/type", "4\n"}, {"ttyS1/type", "0\n"}}) {
-    QFile file(tty.filePath(name));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(type);
+    rig::WriteFile(tty.filePath(name), type);
   }
   EXPECT_EQ(LinuxPorts(folder.path()),
             QStringList({"/dev/ttyS0", "/dev/ttyUSB9", "/dev/ttyUSB10"}));
@@ -50,7 +49,7 @@ bool OrdinaryUserIsTold(const QString& reason, const QString& device) {
 TEST(PortDirectory, NamesTheReasonInPlainWords) {
   const QTemporaryDir folder;
   const QString file = folder.filePath("port");
-  QFile(file).open(QIODevice::WriteOnly);
+  rig::WriteFile(file, "");
   EXPECT_EQ(OpenFailureReason(file + "9", true, ""), "there is no such device");
   for (const QString& device : {file, folder.path(), QString("/dev/null")}) {
     EXPECT_EQ(OpenFailureReason(device, true, ""), "it is no serial port") << device.toStdString();
@@ -77,11 +76,7 @@ struct Locked : testing::Test {
     QFile::remove(LockOf(device).file);
     close(terminal);
   }
-  void Lock(const QByteArray& content) {
-    QFile file(LockOf(device).file);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(content);
-  }
+  void Lock(const QByteArray& content) { rig::WriteFile(LockOf(device).file, content); }
 
   const int terminal = posix_openpt(O_RDWR | O_NOCTTY);
   QString device;

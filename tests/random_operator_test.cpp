@@ -178,9 +178,8 @@ class RandomOperator : public WindowTest {
     files.answer = Random(6) == 0 ? std::nullopt : std::optional(path);
     if (Random(2) == 0) return Trigger("SaveBuffer");
     if (Random(2) == 0) {
-      QFile file(path);
-      ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-      file.write(QByteArray::fromStdString(FileOf(RandomSequences(random_.generate(), 400))));
+      const Sequences sequences = RandomSequences(random_.generate(), 400);
+      WriteFile(path, QByteArray::fromStdString(FileOf(sequences)));
     }
     Trigger("LoadBuffer");
   }

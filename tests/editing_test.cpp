@@ -4,7 +4,8 @@
 namespace pelmora {
 namespace {
 
-class StepFields : public WindowTest {};
+using StepFields = WindowTest;
+using StepList = WindowTest;
 
 TEST_F(StepFields, CommitClampsAndShowsOffsetAndAngle) {
   // clang-format off
@@ -36,8 +37,6 @@ TEST_F(StepFields, LeavingAFieldCommitsBeforeTheButtonThatTakesTheFocusActs) {
   EXPECT_TRUE(Lines()[0].startsWith("5 °\t0 °\t"));
   EXPECT_TRUE(Lines()[1].startsWith("5 °\t-10 °\t"));
 }
-
-class StepList : public WindowTest {};
 
 TEST_F(StepList, AddInsertsBehindTheSelectedLineAndStores) {
   AddSteps(3);
@@ -113,9 +112,7 @@ TEST_F(StepList, DraggingMovesALineWithItsBreakpoint) {
   EXPECT_EQ(Data().SeqTable[0].Position[0][0], 128) << "the next store counts";
 }
 
-class Navigation : public StepList {};
-
-TEST_F(Navigation, StoresTheOutgoingSequenceAndListsTheIncomingOne) {
+TEST_F(StepList, StoresTheOutgoingSequenceAndListsTheIncomingOne) {
   AddSteps(3);
   Select(1);
   hands->Click("CommandBrk");
@@ -131,17 +128,6 @@ TEST_F(Navigation, StoresTheOutgoingSequenceAndListsTheIncomingOne) {
   ExpectSteps("012", -1);
   EXPECT_EQ(Lines()[1], "1 °" + QString("\t0 °").repeated(11) + "\t120  ms\t");
   EXPECT_EQ(Data().EditBuffer[1][kBreakColumn], 0);
-}
-
-TEST_F(Navigation, WarnsEveryTimeTheCapacityIsExceeded) {
-  Load(FilledSequences(1, 1718, 5));  // one more does not fit
-  for (int i = 0; i < 6; ++i) hands->Click("CommandMoreSeq");
-  EXPECT_EQ(hands->Read("LabelByte"), "24052 bytes");
-  for (const char* button : {"CommandAdd", "CommandMoreSeq"}) {
-    ExpectMessage("Out of memory: too many steps. Max # of bytes is 24064!");
-    hands->Click(button);
-    EXPECT_EQ(hands->Read("LabelByte"), "24066 bytes");
-  }
 }
 
 }  // namespace

@@ -78,6 +78,14 @@ void Operator::Type(const QString& name, const QString& text, bool enter) {
   if (enter) QTest::keyClick(target, Qt::Key_Return);
 }
 
+void Operator::Keys(QWidget& control, const QString& keys) {
+  QApplication::setActiveWindow(control.window());
+  for (const QString& key : keys.split(' ')) {
+    const QKeyCombination pressed = QKeySequence(key)[0];
+    QTest::keyClick(&control, pressed.key(), pressed.keyboardModifiers());
+  }
+}
+
 void Operator::Hold(QWidget& control, Qt::Key key, Qt::KeyboardModifiers modifiers) {
   const QString text = key == Qt::Key_Space ? " " : key == Qt::Key_Return ? "\r" : "";
   for (int i = 0; i < 6; ++i) {

@@ -35,6 +35,10 @@ class Operator : public QObject {
   // Clicks into a field, replaces its text by typing, and ends with Enter if told to.
   void Type(const QString& name, const QString& text, bool enter = true);
 
+  // Presses keys for a control, one after the other: "Alt+A", "Home Ctrl+X End". Its window is made
+  // the active one first: one that closes may leave none active.
+  static void Keys(QWidget& control, const QString& keys);
+
   // Gives a control a key that is held until the keyboard has repeated it five times.
   static void Hold(QWidget& control, Qt::Key key, Qt::KeyboardModifiers modifiers = {});
 

@@ -30,18 +30,13 @@ class Hands : public WindowTest {
 TEST_F(Hands, KeysHeldWithALetterLeaveTheEntryAlone) {
   hands->Type("Text1_3", "4", false);
   auto& field = hands->Find<QWidget>("Text1_3");
-  const Qt::KeyboardModifiers chords[] = {Qt::AltModifier, Qt::MetaModifier,
-                                          Qt::ControlModifier | Qt::AltModifier,
-                                          Qt::AltModifier | Qt::ShiftModifier};
-  for (const auto held : chords) {
-    for (const char letter : {'z', '7', ' ', '.'}) QTest::keyClick(&field, letter, held);
+  for (const QString chord : {"Alt+", "Meta+", "Ctrl+Alt+", "Alt+Shift+"}) {
+    for (const char* letter : {"Z", "7", "Space", "."}) hands->Keys(field, chord + letter);
   }
   EXPECT_EQ(hands->Read("Text1_3"), "4");
-  QTest::keyClicks(&field, "2");
-  QTest::keyClick(&field, Qt::Key_Return);
+  hands->Keys(field, "2 Return");
   EXPECT_EQ(hands->Read("CWSlide1_3"), "170");
-  QTest::keyClicks(&field, "-7");  // Enter has selected the text
-  QTest::keyClick(&field, Qt::Key_Return);
+  hands->Keys(field, "- 7 Return");  // Enter has selected the text
   EXPECT_EQ(hands->Read("CWSlide1_3"), "121");
 }
 
@@ -75,25 +70,20 @@ TEST_F(Hands, PressThatCommitsAnOffsetGrabsTheHandleThatItMoves) {
 }
 
 TEST_F(Hands, DurationTakesSeparatorsRoundsAndStopsAtItsBounds) {
-  struct Case {
-    const char* typed;
-    Qt::Key key;
-    const char* shown;
-  };
-  const Case cases[] = {
-      {"1000.6", Qt::Key_Return, "1001 ms"},  {"1000.5", Qt::Key_Return, "1000 ms"},
-      {"1001.50", Qt::Key_Return, "1002 ms"}, {"1200.", Qt::Key_Return, "1200 ms"},
-      {"50x.0", Qt::Key_Return, "50 ms"},     {".6", Qt::Key_Return, "20 ms"},
-      {"30", Qt::Key_Down, "20 ms"},          {"150", Qt::Key_PageDown, "20 ms"},
-      {"32760", Qt::Key_Up, "32767 ms"},      {"32600", Qt::Key_PageUp, "32767 ms"},
-      {"1000", Qt::Key_Up, "1020 ms"},        {"1000", Qt::Key_PageUp, "1200 ms"},
-      {"19", Qt::Key_Return, "20 ms"},        {"40000", Qt::Key_Return, "32767 ms"},
+  const std::tuple<const char*, const char*, const char*> cases[] = {
+      {"1000.6", "Return", "1001 ms"},  {"1000.5", "Return", "1000 ms"},
+      {"1001.50", "Return", "1002 ms"}, {"1200.", "Return", "1200 ms"},
+      {"50x.0", "Return", "50 ms"},     {".6", "Return", "20 ms"},
+      {"30", "Down", "20 ms"},          {"150", "PgDown", "20 ms"},
+      {"32760", "Up", "32767 ms"},      {"32600", "PgUp", "32767 ms"},
+      {"1000", "Up", "1020 ms"},        {"1000", "PgUp", "1200 ms"},
+      {"19", "Return", "20 ms"},        {"40000", "Return", "32767 ms"},
   };
   auto& duration = hands->Find<QSpinBox>("CWNumEditTimeStep");
-  for (const Case& c : cases) {
-    hands->Type("CWNumEditTimeStep", c.typed, false);
-    QTest::keyClick(&duration, c.key);
-    EXPECT_EQ(duration.text(), c.shown) << c.typed;
+  for (const auto& [typed, key, shown] : cases) {
+    hands->Type("CWNumEditTimeStep", typed, false);
+    hands->Keys(duration, key);
+    EXPECT_EQ(duration.text(), shown) << typed;
   }
   hands->Type("CWNumEditTimeStep", QString("9").repeated(400));
   EXPECT_EQ(duration.text(), "32767 ms");
@@ -113,28 +103,21 @@ TEST_F(Hands, CaretStaysBeforeTheUnit) {
   auto& duration = hands->Find<QSpinBox>("CWNumEditTimeStep");
   QWidget* edit = duration.findChild<QLineEdit*>();
   QTest::mouseClick(edit, Qt::LeftButton, {}, QPoint(edit->width() - 4, edit->height() / 2));
-  QTest::keyClicks(&duration, "5");
-  QTest::keyClick(&duration, Qt::Key_End);
-  QTest::keyClicks(&duration, "6");
-  QTest::keyClick(&duration, Qt::Key_Return);
+  hands->Keys(duration, "5 End 6 Return");
   EXPECT_EQ(duration.text(), "32767 ms") << "a digit was refused";
 }
 
 TEST_F(Hands, HeldKeyPressesOnce) {
   Connect();
-  const struct {
-    const char* button;
-    Qt::Key key;
-    Qt::KeyboardModifiers modifiers;
-  } cases[] = {
+  const std::tuple<const char*, Qt::Key, Qt::KeyboardModifiers> cases[] = {
       {"CommandRem", Qt::Key_Return, {}},         {"CommandRem", Qt::Key_Space, {}},
       {"CommandRem", Qt::Key_R, Qt::AltModifier}, {"CWButtonMainOnOff", Qt::Key_Return, {}},
       {"CWButtonMainOnOff", Qt::Key_Space, {}},   {"CWButtonMainOnOff", Qt::Key_O, Qt::AltModifier},
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.key);
+  for (const auto& [button, key, modifiers] : cases) {
+    SCOPED_TRACE(key);
     while (Lines().size() < 10) Press("CommandAdd");
-    Operator::Hold(Focus(c.button), c.key, c.modifiers);
+    Operator::Hold(Focus(button), key, modifiers);
     const bool on = hands->Read("CWButtonMainOnOff") == "On";
     EXPECT_EQ(Lines().size(), on ? 10 : 9);
     if (on) Press("CWButtonMainOnOff");
@@ -173,7 +156,7 @@ TEST_F(Hands, EchoShowsTheLastByteAndIsEmptiedByAClickOrBySpace) {
     if (clicked) hands->Click("Echo");
   }
   EXPECT_EQ(seen.join(' '), "1 2 255 65  1 2 255 65");
-  QTest::keyClick(&Focus("CWButtonMainOnOff"), Qt::Key_Tab);
+  hands->Keys(Focus("CWButtonMainOnOff"), "Tab");
   auto& echo = hands->Find<QWidget>("Echo");
   EXPECT_TRUE(echo.hasFocus());
   QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(&echo);
@@ -237,14 +220,9 @@ TEST_F(HandsOnMessages, KeysAndClicksDoNotReachTheWindowBehind) {
   for (int i = 0; i < 3; ++i) Press("CommandAdd");
   const QStringList lines = Lines();
   InBox([&](QMessageBox& message) {
-    QTest::keyClick(&List(), Qt::Key_Up);
-    QTest::keyClick(&hands->Find<QWidget>("CWSlide1_0"), Qt::Key_Up);
-    for (const auto key : {Qt::Key_A, Qt::Key_R, Qt::Key_Right}) {
-      QTest::keyClick(form.get(), key, Qt::AltModifier);
-    }
-    for (const auto key : {Qt::Key_S, Qt::Key_L}) {
-      QTest::keyClick(form.get(), key, Qt::ControlModifier);
-    }
+    hands->Keys(List(), "Up");
+    hands->Keys(hands->Find<QWidget>("CWSlide1_0"), "Up");
+    hands->Keys(*form, "Alt+A Alt+R Alt+Right Ctrl+S Ctrl+L");
     hands->Click("CommandAdd");
     hands->ClickLine("ListSequence", 0);
     EXPECT_TRUE(message.isVisible());

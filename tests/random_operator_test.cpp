@@ -197,8 +197,8 @@ class RandomOperator : public WindowTest {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     seen_["interpolated"] += Count() > lines;
   }
-  void TakeBack() { ListKey(Qt::Key_Z, Qt::ControlModifier); }
-  void DoAgain() { ListKey(Qt::Key_Y, Qt::ControlModifier); }
+  void TakeBack() { ListKeys("Ctrl+Z"); }
+  void DoAgain() { ListKeys("Ctrl+Y"); }
   void Undo() {
     undo_chosen_ = true;
     const QStringList lines = Lines();
@@ -211,9 +211,9 @@ class RandomOperator : public WindowTest {
   void CopyAndPaste() {
     const int lines = Count();
     if (lines > 0 && Selected() < 0) Select(Random(lines));
-    ListKey(Random(3) == 0 ? Qt::Key_X : Qt::Key_C, Qt::ControlModifier);
+    ListKeys(Random(3) == 0 ? "Ctrl+X" : "Ctrl+C");
     const int left = Count();
-    ListKey(Qt::Key_V, Qt::ControlModifier);
+    ListKeys("Ctrl+V");
     seen_["pasted steps"] += Count() > left;
   }
   // What has changed since `before` can be undone and done again, in as many steps as it took.
@@ -372,12 +372,12 @@ class RandomChanges : public RandomOperator, public testing::WithParamInterface<
         [&] {
           PressOneOf({"CommandRem", "CommandRem", "CommandClear", "CommandClearAll"});
         },
-        [&] { ListKey(Qt::Key_Up, Qt::ControlModifier); },
-        [&] { ListKey(Qt::Key_Down, Qt::ControlModifier); },
-        [&] { ListKey(Qt::Key_X, Qt::ControlModifier); },
-        [&] { ListKey(Qt::Key_V, Qt::ControlModifier); },
-        [&] { ListKey(Qt::Key_V, Qt::ControlModifier); },
-        [&] { Selected() < 0 ? ListKey(Qt::Key_Up, Qt::ControlModifier) : Interpolate(); },
+        [&] { ListKeys("Ctrl+Up"); },
+        [&] { ListKeys("Ctrl+Down"); },
+        [&] { ListKeys("Ctrl+X"); },
+        [&] { ListKeys("Ctrl+V"); },
+        [&] { ListKeys("Ctrl+V"); },
+        [&] { Selected() < 0 ? ListKeys("Ctrl+Up") : Interpolate(); },
         [&] { SaveOrLoad(); },
         [&] { Press("CommandRead"); },
     });
@@ -392,7 +392,7 @@ class RandomChanges : public RandomOperator, public testing::WithParamInterface<
         [&] {
           PressOneOf({"CommandBrk", "CommandMoreSeq", "CommandLessSeq", "CommandUp"});
         },
-        [&] { ListKey(Qt::Key_C, Qt::ControlModifier); },
+        [&] { ListKeys("Ctrl+C"); },
         [&] { TryToConnect(); },
         [&] { FillFlash(); },
         [&] { Misbehave(); },

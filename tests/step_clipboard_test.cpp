@@ -7,17 +7,14 @@
 namespace pelmora {
 namespace {
 
-constexpr auto kControl = Qt::ControlModifier;
-constexpr auto kControlShift = Qt::ControlModifier | Qt::ShiftModifier;
-
 class StepClipboard : public FlashTest {
  protected:
   StepClipboard() { QGuiApplication::clipboard()->clear(); }
 
-  // A key for the control that has the focus.
-  void KeyToFocus(int key, Qt::KeyboardModifiers modifiers = {}) {
+  // Keys for the control that has the focus.
+  void Keys(const QString& keys) {
     QWidget* focus = QApplication::focusWidget();
-    Key(focus ? *focus : *form, key, modifiers);
+    hands->Keys(focus ? *focus : *form, keys);
   }
   void SetClipboard(const QString& text) { QGuiApplication::clipboard()->setText(text); }
   QString Clipboard() const { return QGuiApplication::clipboard()->text(); }
@@ -30,7 +27,7 @@ class StepClipboard : public FlashTest {
     const SequenceView before = Look(*this);
     SetClipboard(text);
     ExpectMessage(message);
-    ListKey(Qt::Key_V, kControl);
+    ListKeys("Ctrl+V");
     EXPECT_EQ(Difference(Look(*this), before), "");
   }
 };
@@ -38,18 +35,18 @@ class StepClipboard : public FlashTest {
 TEST_F(StepClipboard, CopiesCutsAndPastesAsAddDoes) {
   AddSteps(4);
   Select(1);
-  ListKey(Qt::Key_C, kControl);
+  ListKeys("Ctrl+C");
   EXPECT_EQ(Clipboard(), TextOf("1", "120"));
-  ListKey(Qt::Key_C, kControlShift);
+  ListKeys("Ctrl+Shift+C");
   EXPECT_EQ(Clipboard(),
             TextOf("0", "100") + TextOf("1", "120") + TextOf("2", "140") + TextOf("3", "160"));
   Press("CommandBrk");
-  ListKey(Qt::Key_X, kControl);
+  ListKeys("Ctrl+X");
   EXPECT_EQ(Clipboard(), TextOf("1", "120"));
   ExpectSteps("023", 1);
   Select(2);
   Press("CommandBrk");
-  ListKey(Qt::Key_V, kControl);
+  ListKeys("Ctrl+V");
   ExpectSteps("0231", 3);
   EXPECT_EQ(Lines()[3], "1 °" + QString("\t0 °").repeated(11) + "\t120 ms");
   EXPECT_FALSE(Lines()[2].contains("BREAK!"));
@@ -57,21 +54,21 @@ TEST_F(StepClipboard, CopiesCutsAndPastesAsAddDoes) {
   EXPECT_EQ(hands->Read("LabelByte"), "56 bytes") << "stored";
   // Pasted again, several go on below and keep their order; with nothing selected, at the top.
   SetClipboard(TextOf("7", "20") + TextOf("8", "20"));
-  for (int i = 0; i < 2; ++i) ListKey(Qt::Key_V, kControl);
+  ListKeys("Ctrl+V Ctrl+V");
   ExpectSteps("02317878", 7);
   Select(-1);
-  ListKey(Qt::Key_V, kControl);
+  ListKeys("Ctrl+V");
   ExpectSteps("7802317878", 1);
 }
 
 TEST_F(StepClipboard, NothingSelectedOrNothingToPasteDoesNothing) {
-  ListKey(Qt::Key_V, kControl);
+  ListKeys("Ctrl+V");
   SetClipboard("untouched");
-  ListKey(Qt::Key_C, kControlShift);
+  ListKeys("Ctrl+Shift+C");
   for (const int steps : {0, 2}) {
     AddSteps(steps);
     Select(-1);
-    for (const int key : {Qt::Key_C, Qt::Key_X}) ListKey(key, kControl);
+    ListKeys("Ctrl+C Ctrl+X");
     EXPECT_EQ(Clipboard(), "untouched");
     EXPECT_EQ(Lines().size(), steps);
   }
@@ -81,7 +78,7 @@ TEST_F(StepClipboard, KeysOfOtherControlsAreTheirOwn) {
   SetClipboard(TextOf("5", "20"));
   for (const char* name : {"CommandAdd", "CWSlide1_3", "Text1_3"}) {
     hands->Find<QWidget>(name).setFocus();
-    KeyToFocus(Qt::Key_V, kControl);
+    Keys("Ctrl+V");
     EXPECT_TRUE(Lines().isEmpty()) << name;
   }
 }
@@ -95,7 +92,7 @@ TEST_F(StepClipboard, ATextThatIsNoStepsIsRefusedAsAWhole) {
                     Local("63.5") + " °.");
   ExpectRefused(good.repeated(kSteps - 1), "Impossible add other lines, max # of lines is 256!");
   SetClipboard(good.repeated(kSteps - 2));
-  ListKey(Qt::Key_V, kControl);
+  ListKeys("Ctrl+V");
   EXPECT_EQ(Lines().size(), kSteps);
 }
 
@@ -104,15 +101,15 @@ TEST_F(StepClipboard, WarnsOfTheCapacityOnce) {
   SetClipboard(TextOf("1", "20").repeated(5));
   for (int i = 0; i < 10; ++i) Press("CommandMoreSeq");
   ExpectMessage("Out of memory: too many steps. Max # of bytes is 24064!");
-  ListKey(Qt::Key_V, kControl);
+  ListKeys("Ctrl+V");
   EXPECT_EQ(Lines().size(), 5);
 }
 
 TEST_F(StepClipboard, AWholeSequenceGoesIntoAnotherOneAsItIs) {
   Load(FilledSequences(7, kSteps, 1638));
-  ListKey(Qt::Key_C, kControlShift);
+  ListKeys("Ctrl+Shift+C");
   Press("CommandMoreSeq");
-  ListKey(Qt::Key_V, kControl);
+  ListKeys("Ctrl+V");
   EXPECT_EQ(Table()[1], Table()[0]);
 }
 
@@ -175,37 +172,31 @@ TEST_F(StepClipboard, TypicalUseByTheKeyboard) {
   hands->Find<QWidget>("CommandAdd").setFocus();
   for (int i = 0; i < 3; ++i) {
     SetSlider(0, kCentre + 2 * i);
-    KeyToFocus(Qt::Key_A, Qt::AltModifier);
+    Keys("Alt+A");
   }
-  ListKey(Qt::Key_C, kControlShift);
+  ListKeys("Ctrl+Shift+C");
   hands->Find<QWidget>("CommandMoreSeq").setFocus();
-  for (int i = 0; i < 3; ++i) KeyToFocus(Qt::Key_Space);
-  ListKey(Qt::Key_V, kControl);
-  ListKey(Qt::Key_Home);
-  ListKey(Qt::Key_X, kControl);
-  ListKey(Qt::Key_End);
-  ListKey(Qt::Key_V, kControl);
-  ListKey(Qt::Key_Up, kControl);
+  Keys("Space Space Space");
+  ListKeys("Ctrl+V Home Ctrl+X End Ctrl+V Ctrl+Up");
   EXPECT_EQ(Order(), "102");
   hands->Find<QWidget>("CommandLessSeq").setFocus();
-  KeyToFocus(Qt::Key_Space);
-  KeyToFocus(Qt::Key_Tab);  // anywhere
+  Keys("Space");
   ExpectMessage(kErasedText);
   ExpectMessage(kProgrammedText);
-  KeyToFocus(Qt::Key_G, Qt::AltModifier);
+  Keys("Alt+G");
   const SequenceView programmed = Look(*this);
   ExpectMessage(kReadText);
-  KeyToFocus(Qt::Key_D, Qt::AltModifier);
+  Keys("Alt+D");
   EXPECT_EQ(Order(), "012");
   EXPECT_EQ(Data().SeqSteps[3], 3);
   const SequenceView read = Look(*this);
   EXPECT_EQ(Contents(read), Contents(programmed)) << "what was pasted has been on the board";
   EXPECT_EQ(read.data->SeqTable[3].Position[0][0], kCentre + 2);
-  KeyToFocus(Qt::Key_Z, kControl);
+  Keys("Ctrl+Z");
   EXPECT_EQ(Difference(Look(*this), programmed), "");
-  KeyToFocus(Qt::Key_Z, kControlShift);
+  Keys("Ctrl+Shift+Z");
   EXPECT_EQ(Difference(Look(*this), read), "");
-  for (int i = 0; i < 6; ++i) KeyToFocus(Qt::Key_Z, kControl);
+  Keys("Ctrl+Z Ctrl+Z Ctrl+Z Ctrl+Z Ctrl+Z Ctrl+Z");
   EXPECT_EQ(hands->Read("LabelSeq"), "Sequence N° 0");
   EXPECT_EQ(Order(), "01") << "before the third step was added";
 }

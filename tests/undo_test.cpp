@@ -5,12 +5,10 @@
 namespace pelmora {
 namespace {
 
-constexpr auto kCtrl = Qt::ControlModifier;
-
 class UndoTest : public FlashTest {
  protected:
-  void Undo() { Key(*form, Qt::Key_Z, kCtrl); }
-  void Redo() { Key(*form, Qt::Key_Z, kCtrl | Qt::ShiftModifier); }
+  void Undo() { hands->Keys(*form, "Ctrl+Z"); }
+  void Redo() { hands->Keys(*form, "Ctrl+Shift+Z"); }
   SequenceView Now() const { return Look(*this); }
   void ExpectView(const SequenceView& wanted) { EXPECT_EQ(Difference(Now(), wanted), ""); }
   void Add(int channel, int position, int duration_ms) {
@@ -47,7 +45,7 @@ class UndoTest : public FlashTest {
     Add(1, 20, 200);
     Press("CommandMoreSeq");
     for (const int position : {30, 60, 90, 120}) Add(2, position, position * 10);
-    ListKey(Qt::Key_Up, kCtrl);
+    ListKeys("Ctrl+Up");
     Press("CommandBrk");
     Select(1);
     Connect();
@@ -67,11 +65,11 @@ TEST_F(UndoTest, OfEachChangeIsOneStepAndBringsEverythingBack) {
       {"Replace", [&] { Press("CommandReplace"); }},
       {"Clear Sequence", [&] { Press("CommandClear"); }},
       {"Clear All", [&] { Press("CommandClearAll"); }},
-      {"Move", [&] { ListKey(Qt::Key_Up, kCtrl); }},
+      {"Move", [&] { ListKeys("Ctrl+Up"); }},
       {"Move", [&] { hands->DragLine("ListSequence", 3, 0); }},
       {"Interpolate", [&] { Interpolate(5); }},
-      {"Cut", [&] { ListKey(Qt::Key_X, kCtrl); }},
-      {"Paste", [&] { ListKey(Qt::Key_V, kCtrl); }},
+      {"Cut", [&] { ListKeys("Ctrl+X"); }},
+      {"Paste", [&] { ListKeys("Ctrl+V"); }},
       {"Load Buffer", [&] { Trigger("LoadBuffer"); }},  // cancelled
       {"Load Buffer", [&] { Load(ExampleSequences()); }},
       {"Read Seq.",
@@ -104,7 +102,7 @@ TEST_F(UndoTest, OfEachChangeIsOneStepAndBringsEverythingBack) {
     Redo();
     ExpectView(after);
     Undo();
-    Key(*form, Qt::Key_Y, kCtrl);
+    hands->Keys(*form, "Ctrl+Y");
     ExpectView(after);
     Undo();
     ExpectView(before);
@@ -210,16 +208,16 @@ TEST_F(UndoTest, IsTheFieldsOwnWhileAnEntryIsBeingEdited) {
     const QString typed = hands->Read(name);
     ASSERT_NE(typed, shown);
     // The toolkit takes typing back in one or several steps.
-    for (int i = 0; i < 3; ++i) Key(field, Qt::Key_Z, kCtrl);
+    hands->Keys(field, "Ctrl+Z Ctrl+Z Ctrl+Z");
     EXPECT_EQ(hands->Read(name), shown);
-    for (int i = 0; i < 3; ++i) Key(field, Qt::Key_Y, kCtrl);
+    hands->Keys(field, "Ctrl+Y Ctrl+Y Ctrl+Y");
     EXPECT_EQ(hands->Read(name), typed);
     EXPECT_EQ(Lines().size(), lines);
-    Key(field, Qt::Key_Return);
+    hands->Keys(field, "Return");
     const QString committed = hands->Read(name);
-    Key(field, Qt::Key_Z, kCtrl);
+    hands->Keys(field, "Ctrl+Z");
     EXPECT_EQ(Lines().size(), lines - 1) << "committed, the entry is no longer being edited";
-    Key(field, Qt::Key_Y, kCtrl);
+    hands->Keys(field, "Ctrl+Y");
     EXPECT_EQ(Lines().size(), lines);
     EXPECT_EQ(hands->Read(name), committed);
   }

@@ -44,12 +44,6 @@ void WindowTest::ExpectSent(const Bytes& bytes) {
   EXPECT_EQ(Sent(bytes.size()), bytes);
 }
 
-void WindowTest::Key(QWidget& control, int key, Qt::KeyboardModifiers modifiers) {
-  QApplication::setActiveWindow(form.get());
-  if (&control == &List()) control.setFocus();
-  QTest::keyClick(&control, static_cast<Qt::Key>(key), modifiers);
-}
-
 void WindowTest::AddSteps(int count) {
   for (int i = 0; i < count; ++i) AddStep(0, 128 + 2 * i, 100 + 20 * i);
 }

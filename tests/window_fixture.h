@@ -43,10 +43,11 @@ class WindowTest : public testing::Test, public ProgramWithBoard {
   // The exact bytes on the line since the last look.
   void ExpectSent(const Bytes& bytes);
 
-  // A key for a control of the window, which is made the active one: on the off-screen platform a
-  // dialog that closes leaves none active. The list gets the focus.
-  void Key(QWidget& control, int key, Qt::KeyboardModifiers modifiers = {});
-  void ListKey(int key, Qt::KeyboardModifiers modifiers = {}) { Key(List(), key, modifiers); }
+  // Keys for the list, which gets the focus.
+  void ListKeys(const QString& keys) const {
+    List().setFocus();
+    hands->Keys(List(), keys);
+  }
 
   // A test that hangs in a wait is ended by failing. Begins anew to count: for tests of many parts.
   void StartWatchdog();

@@ -1,7 +1,6 @@
 // Each flash operation against each fault of the board and of the line, and against the operator
 // who ends a wait: the messages, what is left, and that the next operation works.
 #include <QElapsedTimer>
-#include <ostream>
 
 #include "tests/flash_fixture.h"
 
@@ -30,10 +29,6 @@ struct Fault {
   std::size_t sent = 0;  // bytes on the line when it happens
   int waiting = 0;       // step data shown by the bar when it happens
 };
-
-void PrintTo(const Fault& fault, std::ostream* out) {
-  *out << fault.name;
-}
 
 const Faults kSilent{.silent = true};
 

@@ -19,8 +19,11 @@ inline constexpr char kCorruptedText[] = "Impossible to Load Sequences! Flash me
 
 class FlashTest : public WindowTest {
  protected:
-  FlashTest();
-  ~FlashTest() override;
+  FlashTest() {
+    Trigger("FreshProg");
+    Trigger("Serial");
+  }
+  ~FlashTest() override { ExpectAtRest(); }
 
   void Erase() { hands->Click("CommandErase"); }
   void Program() { hands->Click("CommandFlash"); }
@@ -28,31 +31,66 @@ class FlashTest : public WindowTest {
   void Abort() { hands->Click("Command1"); }
 
   // The operation, with the messages of its success.
-  void ProgramWell();
-  void ReadWell();
+  void ProgramWell() {
+    ExpectMessage(kErasedText);
+    ExpectMessage(kProgrammedText);
+    Program();
+  }
+  void ReadWell() {
+    ExpectMessage(kReadText);
+    Read();
+  }
 
   // What programming these sequences sends.
-  static Bytes ProgramBytes(const Sequences& sequences);
+  static Bytes ProgramBytes(const Sequences& sequences) {
+    return Bytes{7, 2} + HeaderOf(sequences) + StepDataOf(sequences);
+  }
 
   // Puts sequences into the board's flash.
-  void FillFlash(const Sequences& sequences);
+  void FillFlash(const Sequences& sequences) {
+    board.SetFlash(HeaderOf(sequences), StepDataOf(sequences));
+  }
 
   // Pulls the adapter; the message that says so is expected.
-  void Unplug();
+  void Unplug() {
+    ExpectLoss();
+    board.Unplug();
+  }
   // After `Unplug`, once its message has come: the board is back and "Comm1" chosen again.
-  void ConnectAgain();
+  void ConnectAgain() {
+    ASSERT_TRUE(hands->WaitUntil([this] { return Enabled("ComboPort"); }));
+    board.Replug();
+    Connect();
+  }
 
   // Does `action` once so many bytes are on the line.
-  void WhenSent(std::size_t count, std::function<void()> action);
+  void WhenSent(std::size_t count, std::function<void()> action) {
+    hands->When([this, count] { return board.WaitForBytes(count, {}); }, std::move(action));
+  }
 
   // What the button shows of the receive buffer.
-  QString InBuff() const;
+  QString InBuff() const {
+    hands->Click("CommandInBuff");
+    return hands->Read("Echo");
+  }
 
   // The word at the bar's place and the busy pointer over the window.
-  bool ShowsErasing() const;
+  bool ShowsErasing() const {
+    const bool shown = hands->Find<QWidget>("LabelErase").isVisible();
+    const bool busy = hands->Find<QWidget>("CommandAdd").cursor().shape() == Qt::BusyCursor;
+    EXPECT_EQ(shown, busy);
+    return shown;
+  }
 
   // No operation is running and none has left anything behind. Holds at the end of each test.
-  void ExpectAtRest();
+  void ExpectAtRest() {
+    EXPECT_FALSE(Waiting());
+    EXPECT_FALSE(AbortRequested());
+    EXPECT_FALSE(Enabled("Command1"));
+    EXPECT_FALSE(BarShown());
+    EXPECT_FALSE(ShowsErasing());
+    EXPECT_LE(std::ranges::max(Data().SeqSteps), kMostSteps);
+  }
 };
 
 }  // namespace pelmora

@@ -73,7 +73,7 @@ TEST_F(Hands, DurationTakesSeparatorsRoundsAndStopsAtItsBounds) {
   const std::tuple<const char*, const char*, const char*> cases[] = {
       {"1000.6", "Return", "1001 ms"},  {"1000.5", "Return", "1000 ms"},
       {"1001.50", "Return", "1002 ms"}, {"1200.", "Return", "1200 ms"},
-      {"50x.0", "Return", "50 ms"},     {".6", "Return", "20 ms"},
+      {"-50x.0", "Return", "50 ms"},    {".6", "Return", "20 ms"},
       {"30", "Down", "20 ms"},          {"150", "PgDown", "20 ms"},
       {"32760", "Up", "32767 ms"},      {"32600", "PgUp", "32767 ms"},
       {"1000", "Up", "1020 ms"},        {"1000", "PgUp", "1200 ms"},

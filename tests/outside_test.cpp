@@ -60,21 +60,22 @@ class Outside : public testing::Test {
   void Start(const QString& program, const QStringList& options) {
     program_.setProcessEnvironment(environment_);
     program_.start(program, options);
-    window_ = FindWindow("^Pelmora V 3.0$");
+    window_ = Focus("^Pelmora V 3.0$");
     ASSERT_FALSE(window_.isEmpty());
     const QString geometry = XDoTool({"getwindowgeometry", "--shell", window_});
     menu_height_ = geometry.section("HEIGHT=", 1).section('\n', 0, 0).toInt() - kClientHeight;
     ASSERT_GT(menu_height_, 0);
-    XDoTool({"windowfocus", "--sync", window_});
   }
 
-  QString FindWindow(const QString& title) {
-    return XDoTool({"search", "--sync", "--onlyvisible", "--name", title});
+  // Waits for a window and gives it the focus, as no window manager does; its number.
+  QString Focus(const QString& title) {
+    const QString window = XDoTool({"search", "--sync", "--onlyvisible", "--name", title});
+    XDoTool({"windowfocus", "--sync", window});
+    return window;
   }
 
-  // Closes the open message box; there is no window manager that would give it the focus.
   void AnswerMessage() {
-    XDoTool({"windowfocus", "--sync", FindWindow("^Program$")});
+    Focus("^Program$");
     Key("Return");
     QThread::msleep(200);
     XDoTool({"windowfocus", "--sync", window_});
@@ -165,11 +166,11 @@ TEST_F(Outside, NothingPersistsButTheSavedFile) {
   }
   Start(PELMORA, {});
   Key("ctrl+s");
-  XDoTool({"windowfocus", "--sync", FindWindow("^Save As$")});
+  Focus("^Save As$");
   XDoTool({"key", "ctrl+a"});
   XDoTool({"type", "--", home + "/a"});
   Key("Return");
-  XDoTool({"windowfocus", "--sync", FindWindow("^Save$")});
+  Focus("^Save$");
   Key("ctrl+q");  // while the message is open
   ExpectEnd();
   QStringList files;

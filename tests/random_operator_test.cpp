@@ -73,6 +73,9 @@ class RandomOperator : public WindowTest {
     done_.append(button);
     Press(button);
   }
+  void ListKeysOneOf(const QStringList& keys) {
+    ListKeys(keys[Random(static_cast<int>(keys.size()))]);
+  }
   void PressAnyButton() {
     PressOneOf({"CommandRem", "CommandReplace", "CommandUp", "CommandDwn", "CommandMoreSeq",
                 "CommandLessSeq", "CommandUpdate", "CommandBrk", "CommandBrk", "CommandResBrk",
@@ -211,7 +214,7 @@ class RandomOperator : public WindowTest {
   void CopyAndPaste() {
     const int lines = Count();
     if (lines > 0 && Selected() < 0) Select(Random(lines));
-    ListKeys(Random(3) == 0 ? "Ctrl+X" : "Ctrl+C");
+    ListKeysOneOf({"Ctrl+C", "Ctrl+C", "Ctrl+X"});
     const int left = Count();
     ListKeys("Ctrl+V");
     seen_["pasted steps"] += Count() > left;
@@ -372,11 +375,15 @@ class RandomChanges : public RandomOperator, public testing::WithParamInterface<
         [&] {
           PressOneOf({"CommandRem", "CommandRem", "CommandClear", "CommandClearAll"});
         },
-        [&] { ListKeys("Ctrl+Up"); },
-        [&] { ListKeys("Ctrl+Down"); },
-        [&] { ListKeys("Ctrl+X"); },
-        [&] { ListKeys("Ctrl+V"); },
-        [&] { ListKeys("Ctrl+V"); },
+        [&] {
+          ListKeysOneOf({"Ctrl+Up", "Ctrl+Down"});
+        },
+        [&] {
+          ListKeysOneOf({"Ctrl+X", "Ctrl+V", "Ctrl+V"});
+        },
+        [&] {
+          ListKeysOneOf({"Ctrl+X", "Ctrl+V", "Ctrl+V"});
+        },
         [&] { Selected() < 0 ? ListKeys("Ctrl+Up") : Interpolate(); },
         [&] { SaveOrLoad(); },
         [&] { Press("CommandRead"); },

@@ -5,8 +5,6 @@
 namespace pelmora {
 namespace {
 
-constexpr int kTestLimit = 30000;  // ms, before a test that hangs is ended
-
 void Fail(const QString& problem) {
   ADD_FAILURE() << problem.toStdString();
 }
@@ -28,20 +26,12 @@ WindowTest::WindowTest() : ProgramWithBoard(Fail, simboard::Pace::kUnpaced) {
   StartWatchdog();
 }
 
-void WindowTest::StartWatchdog() {
-  watchdog_.start(kTestLimit);
-}
-
 WindowTest::~WindowTest() {
   EXPECT_EQ(box.Outstanding(), 0U) << "messages that were expected did not come";
   // An open port waits at its end for all that a true line would still have to carry.
   box.ExpectAnything();
   board.Unplug();
   if (hands) hands->WaitUntil([this] { return !form->Link().Port().Connected(); }, 500);
-}
-
-void WindowTest::ExpectSent(const Bytes& bytes) {
-  EXPECT_EQ(Sent(bytes.size()), bytes);
 }
 
 void WindowTest::AddSteps(int count) {

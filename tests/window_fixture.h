@@ -41,7 +41,7 @@ class WindowTest : public testing::Test, public ProgramWithBoard {
   ~WindowTest() override;
 
   // The exact bytes on the line since the last look.
-  void ExpectSent(const Bytes& bytes);
+  void ExpectSent(const Bytes& bytes) { EXPECT_EQ(Sent(bytes.size()), bytes); }
 
   // Keys for the list, which gets the focus.
   void ListKeys(const QString& keys) const {
@@ -50,7 +50,7 @@ class WindowTest : public testing::Test, public ProgramWithBoard {
   }
 
   // A test that hangs in a wait is ended by failing. Begins anew to count: for tests of many parts.
-  void StartWatchdog();
+  void StartWatchdog() { watchdog_.start(kTestLimit); }
 
   // Steps told apart by channel 0: positions 128, 130, 132, ... read "0 °", "1 °", "2 °", ...
   void AddSteps(int count);
@@ -60,6 +60,8 @@ class WindowTest : public testing::Test, public ProgramWithBoard {
   void ExpectSteps(const QString& steps, int selected) const;
 
  private:
+  static constexpr int kTestLimit = 30000;  // ms
+
   QTimer watchdog_;
 };
 

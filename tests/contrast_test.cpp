@@ -118,6 +118,11 @@ TEST_F(Look, ControlsAreDrawnInTheirColours) {
   const ControlColours display = FieldColoursOf({}, true, palette);
   const SlideColours fader = SlideColoursOf({}, palette);
   EXPECT_NE(display.face, field.face) << "a display looks like a field to type in";
+  EXPECT_NE(ButtonColoursOf({.hovered = true}, palette).edge, button.edge);
+  EXPECT_NE(ColoursOf({.selected = true, .halted = true}, palette).ground,
+            ColoursOf({.selected = true}, palette).ground);
+  EXPECT_EQ(qApp->style()->pixelMetric(QStyle::PM_MessageBoxIconSize), 32);
+  EXPECT_EQ(qApp->style()->styleHint(QStyle::SH_DialogButtonBox_ButtonsHaveIcons), 0);
   SetSlider(3, 200);
   const auto expect_drawn = [this](const char* control, const std::vector<QColor>& colours) {
     const QImage image = Drawn(control);

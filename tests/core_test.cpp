@@ -1,4 +1,5 @@
-// Numbers, step lines, what the sequence table refuses, interpolated steps, and the flash image.
+// Numbers, step lines, steps as text, what the sequence table refuses, interpolated steps, and the
+// flash image.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -11,6 +12,7 @@
 #include "core/number_text.h"
 #include "core/sequence_store.h"
 #include "core/step_line.h"
+#include "core/step_text.h"
 #include "rig/sequences.h"
 
 namespace pelmora {
@@ -95,6 +97,75 @@ TEST(StepLine, ReadsOtherTexts) {
     EditRow row = Row(1, 2, 3, 4);
     EXPECT_FALSE(ReadStepLine(Line(angle, rest), ".", row)) << angle << ", " << rest;
     EXPECT_EQ(row, Row(1, 2, 3, 4)) << angle << ", " << rest;
+  }
+}
+
+// Steps as text for other programs.
+const std::string kTenCentres = "0\t0\t0\t0\t0\t0\t0\t0\t0\t0\t";
+
+std::string TextLine(const std::string& first, const std::string& last,
+                     const std::string& duration) {
+  return first + '\t' + kTenCentres + last + '\t' + duration;
+}
+
+TEST(StepText, IsANumberInEachFieldAndALineForEachStep) {
+  const std::vector<EditRow> steps = {Row(0, kCentre, 255, 20), Row(129, kCentre, 127, 32767)};
+  EXPECT_EQ(FormatStepText(steps, "."),
+            TextLine("-64", "63.5", "20") + '\n' + TextLine("0.5", "-0.5", "32767") + '\n');
+  EXPECT_EQ(FormatStepText(steps, ","),
+            TextLine("-64", "63,5", "20") + '\n' + TextLine("0,5", "-0,5", "32767") + '\n');
+}
+
+TEST(StepText, ReadsWhatASpreadsheetOrTheListGives) {
+  const EditRow step = Row(129, kCentre, 0, 100);
+  const std::pair<std::string, std::vector<EditRow>> cases[] = {
+      {"", {}},
+      {TextLine("0.5", "-64", "100"), {step}},
+      {TextLine("0,5", "-64", "100"), {step}},
+      {TextLine("0,5 °", "-64°", "100 ms"), {step}},
+      {TextLine(" +0.50  ", "-64.0 ° ", "100.0  ms") + "\t", {step}},
+      {WithBreakMark(TableLine(step, ",")) + "\n", {step}},
+      {WithBreakMark(EditorLine(step, ",")), {step}},
+      {TextLine("0.5", "-64", "100") + "\r" + TextLine("63,5", "0.25", "20\t\t") + "\r\n" +
+           TextLine("-0.25", "-64", "32767") + "\n",
+       {step, Row(255, kCentre, 128, 20), Row(127, kCentre, 0, 32767)}},
+      {TextLine("0", "0", "20.5") + "\n" + TextLine("0", "0", "21.5"),
+       {Row(128, kCentre, 128, 20), Row(128, kCentre, 128, 22)}},
+  };
+  for (const auto& [text, steps] : cases) {
+    std::vector<EditRow> read = {Row(1, kCentre, 2, 3)};
+    const auto fault = ReadStepText(text, ",", read);
+    EXPECT_FALSE(fault) << text << ": " << fault->reason;
+    EXPECT_EQ(read, steps) << text;
+  }
+}
+
+TEST(StepText, RefusesTheWholeTextForOneLineThatIsNoStep) {
+  const std::string good = TextLine("0", "0", "100");
+  const std::pair<const char*, std::vector<std::string>> cases[] = {
+      {"it has fewer than 13 fields", {"", "hello", kTenCentres + "0\t0"}},
+      {"the angle of Ch0 is no number",
+       {TextLine("", "0", "100"), TextLine("°", "0", "100"), TextLine("1.5.5", "0", "100"),
+        TextLine("1.000,5", "0", "100"), TextLine("0 ms", "0", "100"),
+        TextLine("nan", "0", "100")}},
+      {"the angle of Ch11 is no number", {TextLine("0", "zero", "100")}},
+      {"the angle of Ch0 is outside -64 to 63,5 °", {TextLine("-64.01", "0", "100")}},
+      {"the angle of Ch11 is outside -64 to 63,5 °", {TextLine("0", "63,51", "100")}},
+      {"the duration is no number",
+       {TextLine("0", "0", ""), TextLine("0", "0", "100 °"), TextLine("0", "0", "1e999")}},
+      {"the duration is outside 20 to 32767 ms",
+       {TextLine("0", "0", "19.9"), TextLine("0", "0", "32767.1"), TextLine("0", "0", "-100")}},
+  };
+  for (const auto& [reason, lines] : cases) {
+    for (const std::string& line : lines) {
+      const std::vector<EditRow> before = {Row(1, kCentre, 2, 3)};
+      std::vector<EditRow> read = before;
+      const auto fault = ReadStepText(good + "\n" + good + "\r\n" + line + "\r", ",", read);
+      ASSERT_TRUE(fault) << line;
+      EXPECT_EQ(fault->line, 3) << line;
+      EXPECT_EQ(fault->reason, reason) << line;
+      EXPECT_EQ(read, before) << line;
+    }
   }
 }
 

@@ -129,7 +129,8 @@ TEST_F(Outside, SignalsEndTheProgramAsClosingTheWindowDoes) {
   for (const int signal : {SIGINT, SIGHUP, SIGTERM}) {
     const bool waiting = signal == SIGTERM;  // for a board that stays silent
     const QString log = folder_.filePath("received");
-    Start(PELMORA_DEMO, waiting ? QStringList{"--silent", "--log", log} : QStringList{"--log", log});
+    Start(PELMORA_DEMO,
+          waiting ? QStringList{"--silent", "--log", log} : QStringList{"--log", log});
     ChoosePort("Home");
     if (waiting) {
       Key("alt+v");

@@ -1,5 +1,6 @@
 // Playing a sequence from the PC and by the board: which bytes leave at which step, the switches
 // and the timer in every state, and what the operator may do meanwhile.
+#include "platform/list_look.h"
 #include "tests/playback_fixture.h"
 
 namespace pelmora {
@@ -147,6 +148,9 @@ TEST_F(BreakPoints, HaltContinueAndRepeat) {
   ExpectAfter("CommandContinue", 3);
   ExpectTick(4);
   ExpectHalted();
+  const QPoint line = List().visualItemRect(List().item(4)).bottomLeft();
+  EXPECT_EQ(List().viewport()->grab().toImage().pixelColor(line),
+            platform::ColoursOf({.selected = true, .halted = true}, List().palette()).ground);
   timer.Elapse();
   ExpectSent({});
   ExpectAfter("CommandContinue", 4);

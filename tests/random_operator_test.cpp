@@ -243,9 +243,10 @@ class RandomOperator : public WindowTest {
     for (auto& byte : header) byte = static_cast<std::uint8_t>(Random(4) == 0 ? Random(256) : 0);
     constexpr std::chrono::milliseconds kLate(kPatience / 2);
     const auto cut = static_cast<std::size_t>(Random(120));
-    const simboard::Faults faults[] = {
-        {.silent = true}, {.before_reply = {3, 0}}, {.extra_replies = 2}, {.cut_reply_at = cut},
-        {.after_reply = {1, 2}}, {.lying_header = header}, {.reply_delay = kLate}};
+    const simboard::Faults faults[] = {{.silent = true},        {.before_reply = {3, 0}},
+                                       {.extra_replies = 2},    {.cut_reply_at = cut},
+                                       {.after_reply = {1, 2}}, {.lying_header = header},
+                                       {.reply_delay = kLate}};
     const auto kind = static_cast<std::size_t>(Random(12));
     board.SetFaults(kind < std::size(faults) ? faults[kind] : simboard::Faults{});
   }

@@ -94,6 +94,10 @@ TEST_F(LongList, AltArrowsPressTheArrowButtonsFromAnywhere) {
       EXPECT_EQ(hands->Read("LabelStep"), QString("Step N° %1").arg(line)) << name;
     }
   }
+  hands->Type("Text1_1", "40", false);
+  hands->Keys(hands->Find<QWidget>("Text1_1"), "Alt+Left");
+  EXPECT_EQ(hands->Read("Text1_1"), "0") << "committed before the step is shown";
+  Select(0);
   Operator::Hold(list, Qt::Key_Right, Qt::AltModifier);
   EXPECT_EQ(Selected(), 1) << "once for a held key";
 }

@@ -124,14 +124,16 @@ TEST_F(Look, ControlsAreDrawnInTheirColours) {
   EXPECT_EQ(qApp->style()->pixelMetric(QStyle::PM_MessageBoxIconSize), 32);
   EXPECT_EQ(qApp->style()->styleHint(QStyle::SH_DialogButtonBox_ButtonsHaveIcons), 0);
   SetSlider(3, 200);
-  const auto expect_drawn = [this](const char* control, const std::vector<QColor>& colours) {
-    const QImage image = Drawn(control);
+  const auto pixels = [](const QImage& image, const QColor& colour) {
+    int found = 0;
+    for (int y = 0; y < image.height(); ++y) {
+      for (int x = 0; x < image.width(); ++x) found += image.pixelColor(x, y) == colour;
+    }
+    return found;
+  };
+  const auto expect_drawn = [&](const char* control, const std::vector<QColor>& colours) {
     for (const QColor& colour : colours) {
-      int pixels = 0;
-      for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) pixels += image.pixelColor(x, y) == colour;
-      }
-      EXPECT_GE(pixels, 8) << control << ' ' << colour.name().toStdString();
+      EXPECT_GE(pixels(Drawn(control), colour), 8) << control << colour.name().toStdString();
     }
   };
   expect_drawn("CommandAdd", {button.face, button.edge});
@@ -142,8 +144,12 @@ TEST_F(Look, ControlsAreDrawnInTheirColours) {
   expect_drawn("CWNumEditTimeStep", {field.face, field.edge});
   expect_drawn("CWSlide1_3", {fader.tick, fader.major_tick, fader.groove, fader.groove_edge,
                               fader.accent, fader.handle, fader.handle_edge});
+  const auto word = [&] { return Drawn("CWButtonMainOnOff").copy(155, 0, 38, 37); };
+  const int off = pixels(word(), button.word);
   Connect();
   expect_drawn("ComboPort", {on.face, on.edge});
+  Press("CWButtonMainOnOff");
+  EXPECT_GT(off, pixels(word(), on.word)) << "\"OFF\" takes more ink than \"ON\"";
 }
 
 TEST_F(Look, FadersStandOverTheMiddleOfTheirFields) {

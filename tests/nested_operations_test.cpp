@@ -77,59 +77,53 @@ TEST_F(NestedOperations, LessDataThanAnnouncedIsNoSuccess) {
 TEST_F(NestedOperations, AnEraseInsideAnotherTakesItsPlace) {
   Load(ExampleSequences());
   Connect();
-  struct Programs {
-    bool outer, inner;
-  };
-  for (const Programs programs : {Programs{false, false}, {true, false}, {true, true}}) {
+  for (const auto& [outer_programs, inner_programs] :
+       {std::pair(false, false), {true, false}, {true, true}}) {
     board.SetFaults({.silent = true});
-    WhenSent(1, [this, programs] {
+    WhenSent(1, [&] {
       WhenSent(2, [this] {
         board.SetFaults({.silent_after_acks = 1});
         board.Send({255});
       });
       ExpectMessage(kErasedText);
-      if (programs.inner) ExpectMessage(kProgrammedText);
-      if (programs.outer) ExpectMessage(kAbortText);
-      programs.inner ? Program() : Erase();
+      if (inner_programs) ExpectMessage(kProgrammedText);
+      if (outer_programs) ExpectMessage(kAbortText);
+      inner_programs ? Program() : Erase();
     });
-    programs.outer ? Program() : Erase();
+    outer_programs ? Program() : Erase();
     EXPECT_EQ(box.Outstanding(), 0U);
-    ExpectSent(programs.inner ? Bytes{7} + ProgramBytes(ExampleSequences()) : Bytes{7, 7});
+    ExpectSent(inner_programs ? Bytes{7} + ProgramBytes(ExampleSequences()) : Bytes{7, 7});
     ExpectAtRest();
   }
 }
 
 // Each outer wait is shown again, and can be ended, once the inner operation has.
 TEST_F(NestedOperations, TheOuterWaitOffersAbortAgain) {
-  const struct {
-    const char *outer, *inner;
-    int acks;
-    std::size_t sent;
-    const char *inner_message, *outer_message;
-  } cases[] = {
+  using Text = const char*;
+  const std::tuple<Text, Text, int, std::size_t, Text, Text> cases[] = {
       {"CommandFlash", "CommandRead", 1, 68, kReadingErrorText, kAbortText},
       {"CommandFlash", "CommandErase", 2, 68 + 256, kAbortText, "Operation Aborted!255"},
       {"CommandRead", "CommandRead", 0, 1, kReadingErrorText, kReadingErrorText},
   };
   Connect();
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.inner);
+  for (const auto& [outer, inner, acks, sent, inner_message, outer_message] : cases) {
+    SCOPED_TRACE(inner);
     Load(RandomSequences(33, 40));
     board.ClearLog();
-    board.SetFaults({.silent = c.acks == 0, .silent_after_acks = c.acks});
-    if (c.acks > 0) ExpectMessage(kErasedText);
-    WhenSent(c.sent, [this, &c] {
-      WhenSent(c.sent + 1, [this] { Abort(); });
-      ExpectMessage(c.inner_message);
+    board.SetFaults({.silent = acks == 0, .silent_after_acks = acks});
+    if (acks > 0) ExpectMessage(kErasedText);
+    WhenSent(sent, [&] {
+      WhenSent(sent + 1, [this] { Abort(); });
+      ExpectMessage(inner_message);
       board.SetFaults({.silent = true});
       hands->When([this] { return Enabled("Command1") && BarShown() && box.Outstanding() == 0; },
-                  [this, &c] {
-                    ExpectMessage(c.outer_message);
+                  [&] {
+                    ExpectMessage(outer_message);
                     Abort();
                   });
-      hands->Click(c.inner);
+      hands->Click(inner);
     });
-    hands->Click(c.outer);
+    hands->Click(outer);
     ExpectAtRest();
     FillFlash({});  // the board gives the unfinished program up
   }

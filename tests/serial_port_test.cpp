@@ -231,7 +231,7 @@ TEST_F(Locked, StaleLocksAreToldFromLiveOnesAndRemoved) {
       {live + "\n" + program_invocation_short_name + " and more\n", State::kHeld, "is using it"},
       {live + "\nanother_program\nhost\n", State::kStale, "left by a program that has ended"},
       {"   " + kEnded + "\n", State::kStale, "left by a program that has ended; root may remove"},
-      {kEnded + "\nminicom\nhost\n", State::kStale, "left by a program that has ended"},
+      {kEnded + "\nterminal\nhost\n", State::kStale, "left by a program that has ended"},
       {"", State::kUnclear, "doesn't say which program made it"},
       {"no number", State::kUnclear, "doesn't say which program made it"}};
   for (const auto& [content, state, reason] : cases) {

@@ -9,7 +9,6 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QDialog>
-#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
@@ -25,7 +24,6 @@
 
 #include "platform/cw_num_edit.h"
 #include "platform/cw_slide.h"
-#include "platform/list_box.h"
 #include "rig/program_with_board.h"
 
 namespace pelmora {

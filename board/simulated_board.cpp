@@ -98,12 +98,6 @@ void SimulatedBoard::Replug() {
   NoteChange();
 }
 
-std::vector<std::uint8_t> SimulatedBoard::FlashHeader() const {
-  const std::lock_guard lock(mutex_);
-  const auto& header = board_.Flash().header;
-  return {header.begin(), header.end()};
-}
-
 std::vector<std::uint8_t> SimulatedBoard::FlashData() const {
   const std::lock_guard lock(mutex_);
   return board_.Flash().data;

@@ -99,8 +99,7 @@ class SimulatedBoard {
   // off. DevicePath is a new one as a rule. Throws as the constructor does.
   void Replug();
 
-  // The flash as a read sends it: the 66-byte header, and the step data written so far.
-  std::vector<std::uint8_t> FlashHeader() const;
+  // The step data that has been written into the flash so far.
   std::vector<std::uint8_t> FlashData() const;
   // Puts an image into the flash as if it had been programmed. A header that is not 66 bytes long
   // is cut or filled with zeros; data beyond the flash's 24064 bytes are dropped.

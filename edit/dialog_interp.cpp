@@ -130,8 +130,8 @@ Interpolation::Interpolation(const InterpolationParts& parts, std::vector<QWidge
 
 void Interpolation::CommandInterpolate_Click() {
   if (parts_.edited.ListCount() < 2 || parts_.edited.ListIndex() < 0) return;
-  if (dialog_ && dialog_->isVisible()) return;
-  // One that was closed inside an operation's wait has not been deleted yet.
+  // An open dialog keeps the button locked; one that was closed inside an operation's wait has not
+  // been deleted yet.
   delete dialog_.data();
   dialog_ = new DialogInterp(parts_, locked_);
   dialog_->show();

@@ -37,11 +37,9 @@ ProgramSequences::Outcome ProgramSequences::Transfer() {
   if (erased == Answer::kAborted) return {};
   // The sequences may have grown during the erase.
   if (RefuseOversize()) return {};
-  // Never send to a board that was not erased: another program may have run during the erase, or
-  // the port have been reopened while its message was open.
-  if (erased == Answer::kTakenOver || !operation.ModeSet() || operation.Aborted()) {
-    return {kAbortedText};
-  }
+  // Never send to a board that was not erased: another erase may have run inside this one, or the
+  // port have been reopened while its message was open.
+  if (erased == Answer::kTakenOver || operation.Aborted()) return {kAbortedText};
   const int total = edited_.Data().TotalBytes;
   operation.BeginTransfer(total - 1);
   EncodeSteps(edited_.Data(), link_.FlashImage());

@@ -18,8 +18,4 @@ int LineBacklog::Bytes(Clock::time_point now) const {
   return static_cast<int>((free_ - now + byte_time_ - Clock::duration(1)) / byte_time_);
 }
 
-LineBacklog::Clock::duration LineBacklog::TimeUntil(int bytes, Clock::time_point now) const {
-  return std::max(Clock::duration::zero(), free_ - now - bytes * byte_time_);
-}
-
 }  // namespace platform

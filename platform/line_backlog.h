@@ -19,9 +19,6 @@ class LineBacklog {
   // Bytes that have not left yet, the one being sent included.
   int Bytes(Clock::time_point now) const;
 
-  // How long it takes until at most `bytes` have not left yet.
-  Clock::duration TimeUntil(int bytes, Clock::time_point now) const;
-
  private:
   Clock::duration byte_time_{};
   Clock::time_point free_{};  // when the line has carried the last byte

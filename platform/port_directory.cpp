@@ -11,6 +11,7 @@
 #include <QFileInfo>
 #include <algorithm>
 #include <cerrno>
+#include <utility>
 
 #include "platform/port_lock.h"
 
@@ -72,23 +73,29 @@ QString LockReason(const QString& device) {
 
 }  // namespace
 
+MachinePorts::MachinePorts(QString terminals, QString devices)
+    : terminals_(std::move(terminals)), devices_(std::move(devices)) {}
+
 QString MachinePorts::DeviceFor(int number) const {
-  const QFileInfo link("/dev/comm" + QString::number(number));
+  const QDir devices(devices_);
+  const QFileInfo link(devices.filePath("comm" + QString::number(number)));
   if (link.isSymLink() || link.exists()) return link.filePath();
-  return LinuxPorts("/sys/class/tty").value(number - 1);
+  const QString name = Names().value(number - 1);
+  return name.isEmpty() ? QString() : devices.filePath(name);
 }
 
-QStringList LinuxPorts(const QString& sys_class_tty) {
-  QStringList devices;
-  const QDir folder(sys_class_tty);
+// The names of the serial ports in natural order.
+QStringList MachinePorts::Names() const {
+  QStringList ports;
+  const QDir folder(terminals_);
   for (const QString& name : folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
     if (!QFileInfo::exists(folder.filePath(name + "/device"))) continue;
     // Names are set aside for built-in ports that this machine does not have; their type is 0.
     QFile type(folder.filePath(name + "/type"));
     if (type.open(QIODevice::ReadOnly) && type.readAll().trimmed() == "0") continue;
-    devices += "/dev/" + name;
+    ports += name;
   }
-  return NaturalOrder(devices);
+  return NaturalOrder(ports);
 }
 
 QString OpenFailureReason(const QString& device, bool busy, const QString& system_reason) {

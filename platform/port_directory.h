@@ -16,17 +16,23 @@ class PortDirectory {
 };
 
 // The machine's ports: the link /dev/comm<n> where it exists, otherwise the n-th of the machine's
-// available serial ports in natural order (ttyUSB2 before ttyUSB10).
+// available serial ports in natural order (ttyUSB2 before ttyUSB10). Reads what the system says of
+// them and opens none: opening a port just to list it would raise its control lines, and would
+// leave out the ports that this user may not open.
 class MachinePorts : public PortDirectory {
  public:
-  QString DeviceFor(int number) const override;
-};
+  // The folder in which the system lists its terminals, and the one with their devices.
+  explicit MachinePorts(QString terminals = QStringLiteral("/sys/class/tty"),
+                        QString devices = QStringLiteral("/dev"));
 
-// The serial ports among the entries of /sys/class/tty, as device paths in
-// natural order (runs of digits compare as numbers). Reads what the system says of them and opens
-// none: opening a port just to list it would raise its control lines, and would leave out the ports
-// that this user may not open.
-QStringList LinuxPorts(const QString& sys_class_tty);
+  QString DeviceFor(int number) const override;
+
+ private:
+  QStringList Names() const;
+
+  const QString terminals_;
+  const QString devices_;
+};
 
 // Why a device could not be opened, in plain words: no such device, no serial port, no permission
 // and the group that gives it, a lock and whose it is, or the system's own reason. `device` is its

@@ -86,11 +86,6 @@ void ProgramWithBoard::ExpectLoss(std::function<void()> meanwhile) {
                 std::move(meanwhile));
 }
 
-void ProgramWithBoard::LetLineRest() {
-  const auto ready = [this] { return form->Link().Port().TimeUntilReady().count() == 0; };
-  if (!hands->WaitUntil(ready)) complain_("the line is never free");
-}
-
 void ProgramWithBoard::SetSlider(int channel, int position) {
   hands->Find<platform::CWSlide>(QStringLiteral("CWSlide1_%1").arg(channel)).setValue(position);
 }

@@ -63,10 +63,6 @@ class ProgramWithBoard {
   // on.
   void ExpectLoss(std::function<void()> meanwhile = {});
 
-  // Waits until the line is free for the next pose: playback waits for that, too. The program
-  // counts by the line's true speed, also where the simulated line is faster.
-  void LetLineRest();
-
   // Moves a slider to `position` in one go.
   void SetSlider(int channel, int position);
   // Adds a step with channel `channel` at `position`, the others as they stand.

@@ -20,9 +20,10 @@ class Hands : public WindowTest {
     window.activateWindow();
     return hands->WaitUntil([&] { return QApplication::activeWindow() == &window; });
   }
-  static void Wheel(QWidget& control, int notches) {
+  static void Wheel(QWidget& control, double notches) {
     const QPointF place = control.rect().center();
-    QWheelEvent wheel(place, control.mapToGlobal(place), {}, {0, 120 * notches}, {}, {}, {}, false);
+    const QPoint angle(0, qRound(120 * notches));
+    QWheelEvent wheel(place, control.mapToGlobal(place), {}, angle, {}, {}, {}, false);
     QApplication::sendEvent(&control, &wheel);
   }
 };
@@ -53,6 +54,8 @@ TEST_F(Hands, WheelMovesTheFaderThatHasTheFocusOnly) {
   EXPECT_EQ(fader.value(), 129);
   Wheel(fader, -3);
   EXPECT_EQ(fader.value(), 126);
+  for (int i = 0; i < 5; ++i) Wheel(fader, -0.4);
+  EXPECT_EQ(fader.value(), 124) << "a fine wheel";
 }
 
 TEST_F(Hands, PressThatCommitsAnOffsetGrabsTheHandleThatItMoves) {
@@ -85,6 +88,7 @@ TEST_F(Hands, DurationTakesSeparatorsRoundsAndStopsAtItsBounds) {
     hands->Keys(duration, key);
     EXPECT_EQ(duration.text(), shown) << typed;
   }
+  hands->Type("CWNumEditTimeStep", "70");
   hands->Type("CWNumEditTimeStep", QString("9").repeated(400));
   EXPECT_EQ(duration.text(), "32767 ms");
   hands->Type("CWNumEditTimeStep", "70");

@@ -72,7 +72,7 @@ TEST_F(Port, LostWhileOpenIsSaidOnceAndNothingComposedIsLost) {
 
 class Live : public WindowTest {};
 
-TEST_F(Live, SliderSendsCodeAndPositionOfItsChannel) {
+TEST_F(Live, SliderSendsCodeAndPositionOfItsChannelAndResetCentresAll) {
   Connect();
   constexpr std::uint8_t codes[12] = {8, 9, 10, 11, 12, 13, 14, 15, 40, 41, 42, 43};
   for (int channel = 0; channel < 12; ++channel) {
@@ -83,6 +83,10 @@ TEST_F(Live, SliderSendsCodeAndPositionOfItsChannel) {
   }
   EXPECT_EQ(hands->Read("Text1_0"), "-128");
   EXPECT_EQ(hands->Read("Text1_12"), "-64 °");
+  Bytes centred;
+  for (const std::uint8_t code : codes) centred.insert(centred.end(), {code, 128});
+  hands->Click("CommandUpdate");
+  ExpectSent(centred);
 }
 
 TEST_F(Live, ShowingAStepSendsOnlyTheChannelsThatChange) {

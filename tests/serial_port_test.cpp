@@ -155,8 +155,9 @@ TEST_F(MSCommTest, PulledLineIsOneLossAndCostsNothing) {
   }
 }
 
-TEST(PortDirectory, ListsTheMachinesPortsWithoutOpeningThem) {
+TEST(PortDirectory, CountsTheMachinesPortsAndPrefersLinks) {
   const QTemporaryDir folder;
+  const QTemporaryDir devices;
   const QDir tty(folder.path());
   for (const char* made : {"ttyUSB10/device", "ttyUSB9/device", "ttyS0/device", "ttyS1/device"}) {
     tty.mkpath(made);
@@ -166,8 +167,13 @@ TEST(PortDirectory, ListsTheMachinesPortsWithoutOpeningThem) {
   for (const auto& [name, type] : {std::pair{"ttyS0/type", "4\n"}, {"ttyS1/type", "0\n"}}) {
     rig::WriteFile(tty.filePath(name), type);
   }
-  EXPECT_EQ(LinuxPorts(folder.path()),
-            QStringList({"/dev/ttyS0", "/dev/ttyUSB9", "/dev/ttyUSB10"}));
+  // An adapter that is pulled leaves its entry to it.
+  QFile::link("nowhere", devices.filePath("comm5"));
+  const MachinePorts ports(folder.path(), devices.path());
+  const char* wanted[] = {"ttyS0", "ttyUSB9", "ttyUSB10", nullptr, "comm5"};
+  for (int number = 1; const char* name : wanted) {
+    EXPECT_EQ(ports.DeviceFor(number++), name ? devices.filePath(name) : QString());
+  }
 }
 
 bool OrdinaryUserIsTold(const QString& reason, const QString& device) {

@@ -112,7 +112,10 @@ TEST_F(UndoTest, OfEachChangeIsOneStepAndBringsEverythingBack) {
   // What was composed is undone as well.
   for (int i = 0; i < 7; ++i) Undo();
   EXPECT_EQ(Contents(Now()), std::vector<std::vector<EditRow>>(kSequences));
+  // What changes nothing is no step, and leaves the undone ones to be done again.
+  for (const char* button : {"CommandRem", "CommandClear", "CommandClearAll"}) Press(button);
   EXPECT_EQ(MenuItem("ListUndo"), "");
+  EXPECT_EQ(MenuItem("ListRedo"), "Redo Add");
 }
 
 TEST_F(UndoTest, IsSilentAboveTheBoardsCapacity) {

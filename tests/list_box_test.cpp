@@ -6,6 +6,8 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QMainWindow>
+#include <QPainter>
+#include <QScrollBar>
 #include <QTest>
 #include <QWheelEvent>
 
@@ -284,7 +286,22 @@ TEST_F(ListLook, LinesAreDrawnAsTheirStatesSay) {
   const LineColours colours = ColoursOf({}, list.palette());
   EXPECT_TRUE(has(0, 160, colours.strong));
   EXPECT_FALSE(has(2, 160, colours.strong));
-  EXPECT_TRUE(has(2, 224, colours.number));
+  // Whether the text, and nothing else, stands at the right end of this part of the line.
+  const auto shows = [this](int line, int left, int right, const QString& text,
+                            const QColor& colour) {
+    const QImage drawn = Line(line).copy(left, 0, right - left, Line(line).height());
+    QImage wanted = drawn;
+    wanted.fill(ColoursOf({}, list.palette()).ground);
+    QPainter painter(&wanted);
+    painter.setFont(list.font());
+    painter.setPen(colour);
+    painter.drawText(wanted.rect(), Qt::AlignRight | Qt::AlignVCenter, text);
+    return drawn == wanted;
+  };
+  const int scroll_bar = list.verticalScrollBar()->sizeHint().width();
+  const int numbers = list.width() - 2 * list.frameWidth() - scroll_bar - 6;
+  EXPECT_TRUE(shows(2, 224, numbers, "2", colours.number));
+  EXPECT_TRUE(shows(0, 70, 144 - list.frameWidth(), "100 ms", colours.text));
   EXPECT_EQ(Line(0).copy(0, 0, 150, 20), Line(2).copy(0, 0, 150, 20)) << "under each other";
   Wheel({20, 20}, 1);
   ExpectGround(5, {.odd = true});  // stripes belong to the lines

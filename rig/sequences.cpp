@@ -41,13 +41,6 @@ Bytes StepDataOf(const Sequences& sequences) {
   return bytes;
 }
 
-Bytes HeaderFor(std::size_t bytes) {
-  Bytes header;
-  PutWord(header, bytes);
-  header.resize(66);
-  return header;
-}
-
 std::string FileOf(const Sequences& sequences, const std::string& end) {
   std::string text = "Index" + end;
   for (const auto& sequence : sequences) text += ' ' + std::to_string(sequence.size()) + ' ' + end;

@@ -25,8 +25,6 @@ using Sequences = std::array<std::vector<Step>, 16>;
 // The image's 66-byte header, and the step data behind it.
 Bytes HeaderOf(const Sequences& sequences);
 Bytes StepDataOf(const Sequences& sequences);
-// A header that announces so many bytes of step data, for no sequence.
-Bytes HeaderFor(std::size_t bytes);
 
 // The buffer file. `end` stands at the end of each line.
 std::string FileOf(const Sequences& sequences, const std::string& end = "\r\n");

@@ -19,47 +19,22 @@ namespace {
 using namespace rig;
 using Clock = std::chrono::steady_clock;
 
-struct ServoBoardTest : testing::Test {
-  // Feeds the bytes at the present time; what the board answers.
-  Bytes Feed(const Bytes& bytes) {
-    Bytes answer;
-    for (const std::uint8_t byte : bytes) {
-      board_.Receive(byte, now_);
-      for (const auto& reply : board_.TakeReplies()) answer = answer + reply.bytes;
-    }
-    return answer;
-  }
-
-  void PassTime(std::chrono::milliseconds time) {
-    now_ += time;
-    board_.Tick(now_);
-  }
-
-  ServoBoard board_;
-  ServoBoard::TimePoint now_{1000s};
-};
-
-TEST_F(ServoBoardTest, PlaysStepsForTheirTimeOverAndOver) {
-  Feed(Bytes{2} + ExampleImage() + Bytes{3, 0});
+TEST(ServoBoard, PlaysStepsForTheirTimeOverAndOver) {
+  ServoBoard board;
+  ServoBoard::TimePoint now{1000s};
+  const auto feed = [&](const Bytes& bytes) {
+    for (const std::uint8_t byte : bytes) board.Receive(byte, now);
+  };
+  feed(Bytes{2} + ExampleImage() + Bytes{3, 0});
   const std::tuple<std::chrono::milliseconds, std::size_t, int> moments[] = {
       {99ms, 0, 128}, {1ms, 1, 255}, {999ms, 1, 255}, {1ms, 0, 128}, {2300ms, 1, 255}};
   for (const auto& [later, step, channel0] : moments) {
-    PassTime(later);
-    EXPECT_EQ(board_.NowPlaying()->step, step) << later.count();
-    EXPECT_EQ(board_.Positions()[0], channel0) << later.count();
+    board.Tick(now += later);
+    EXPECT_EQ(board.NowPlaying()->step, step) << later.count();
+    EXPECT_EQ(board.Positions()[0], channel0) << later.count();
   }
-  Feed({8, 77, 3, 3});
-  EXPECT_EQ(board_.NowPlaying()->sequence, 3u);
-}
-
-TEST_F(ServoBoardTest, GivesUpAProgramThatTheSenderAbandons) {
-  Feed(Bytes{2} + HeaderFor(1000) + Bytes(600, 5));
-  PassTime(999ms);
-  Feed({5});
-  PassTime(999ms);
-  EXPECT_TRUE(board_.Programming()) << "every byte starts the patience anew";
-  PassTime(1ms);
-  EXPECT_EQ(Feed({6}), HeaderFor(1000) + Bytes(512, 5) + Bytes(488, 0)) << "whole blocks stay";
+  feed({8, 77, 3, 3});
+  EXPECT_EQ(board.NowPlaying()->sequence, 3u);
 }
 
 TEST(PtyLine, KeepsThePaceOf9600BaudInBothDirectionsAtOnce) {

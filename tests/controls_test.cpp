@@ -3,14 +3,11 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QMainWindow>
-#include <QMessageBox>
 #include <QSignalSpy>
 #include <QTest>
-#include <QTimer>
 
 #include "platform/cw_slide.h"
 #include "platform/drop_down_list.h"
-#include "platform/message_box.h"
 #include "platform/text_field.h"
 
 namespace platform {
@@ -110,24 +107,6 @@ TEST_F(ControlsTest, EntriesAreChosenFromTheOpenListOnly) {
     list.showPopup();
     EXPECT_EQ(list.itemData(2, Qt::ToolTipRole), "taken3");
   }
-}
-
-TEST_F(ControlsTest, OpenDialogsEndWithTheProgram) {
-  Events events;
-  ShowWindow();
-  ModalMessageBox message(events);
-  QTimer::singleShot(0, &events, [&] {
-    const auto* box = window.findChild<QMessageBox*>();
-    ASSERT_NE(box, nullptr);
-    EXPECT_EQ(box->text(), "<b>No</b> Connection");
-    EXPECT_EQ(box->textFormat(), Qt::PlainText);
-    EXPECT_EQ(box->icon(), QMessageBox::Information);
-    EXPECT_EQ(box->standardButtons(), QMessageBox::Ok);
-    // The window gets no input meanwhile, but the toolkit would let it be closed.
-    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
-    events.End();
-  });
-  for (const char* text : {"<b>No</b> Connection", "late"}) message.Show(text, "Program");
 }
 
 }  // namespace

@@ -214,7 +214,15 @@ class HandsOnMessages : public Hands {
 
 TEST_F(HandsOnMessages, CtrlQEndsTheProgram) {
   Connect();
-  InBox([](QMessageBox& message) { QTest::keyClick(&message, Qt::Key_Q, Qt::ControlModifier); });
+  InBox([](QMessageBox& message) {
+    EXPECT_EQ(message.text(), "Data Flash Erased");
+    EXPECT_EQ(message.textFormat(), Qt::PlainText);
+    EXPECT_EQ(message.icon(), QMessageBox::Information);
+    EXPECT_EQ(message.standardButtons(), QMessageBox::Ok);
+    // The window gets no input meanwhile, but the toolkit would let it be closed.
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+    QTest::keyClick(&message, Qt::Key_Q, Qt::ControlModifier);
+  });
   hands->Find<QPushButton>("CommandErase").click();
   EXPECT_TRUE(events.Ending());
   ExpectSent({7, 0});

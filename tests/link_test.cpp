@@ -44,30 +44,8 @@ TEST_F(Port, ThatCannotBeOpenedIsNamedAndTheListStaysOpen) {
     EXPECT_EQ(combo.currentIndex(), -1);
     EXPECT_TRUE(combo.isEnabled());
   }
-  ExpectMessage(kNoConnection);
-  hands->Click("CWButtonMainOnOff");
   board.Replug();
   Connect();
-}
-
-TEST_F(Port, LostWhileOpenIsSaidOnceAndNothingComposedIsLost) {
-  AddStep(0, 200, 500);
-  Connect();
-  hands->Click("CWButtonMainOnOff");
-  ExpectSent({1});
-  ExpectLoss();
-  board.Unplug();
-  EXPECT_TRUE(hands->WaitUntil([this] { return box.Outstanding() == 0; }));
-  QTest::qWait(50);
-  EXPECT_TRUE(Enabled("ComboPort"));
-  EXPECT_EQ(hands->Read("ComboPort"), "");
-  EXPECT_EQ(hands->Read("CWButtonMainOnOff"), "Off");
-  EXPECT_EQ(Lines().size(), 1);
-  hands->MoveSlider("CWSlide1_0", 100);
-  board.Replug();
-  Connect();
-  hands->MoveSlider("CWSlide1_0", 101);
-  ExpectSent({8, 101});
 }
 
 class Live : public WindowTest {};
@@ -87,36 +65,6 @@ TEST_F(Live, SliderSendsCodeAndPositionOfItsChannelAndResetCentresAll) {
   for (const std::uint8_t code : codes) centred.insert(centred.end(), {code, 128});
   hands->Click("CommandUpdate");
   ExpectSent(centred);
-}
-
-TEST_F(Live, ShowingAStepSendsOnlyTheChannelsThatChange) {
-  AddStep(2, 128, 100);
-  AddStep(9, 10, 200);
-  SetSlider(2, 250);
-  hands->Click("CommandAdd");
-  Connect();
-  hands->Click("CommandUp");
-  ExpectSent({10, 128, 41, 128});
-  hands->Click("CommandUp");
-  ExpectSent({41, 10});
-  hands->Click("CommandUpdate");
-  ExpectSent({41, 128});
-}
-
-TEST_F(Live, ResetSendsResetFirstAndTurnsEverySwitchOff) {
-  Connect();
-  hands->Click("CWButtonMainOnOff");
-  hands->ChooseMenu("Emu");
-  hands->Click("CWButtonRealEmu");
-  ExpectSent({1, 3, 0});
-  for (const Bytes& sent : {Bytes{17, 0, 4}, Bytes{17}}) {
-    hands->ChooseMenu("Resetting");
-    ExpectSent(sent);
-    for (const char* name : {"CWButtonMainOnOff", "CWButtonRealEmu", "CWButtonEmuPC"}) {
-      EXPECT_EQ(hands->Read(name), "Off");
-      EXPECT_TRUE(Enabled(name));
-    }
-  }
 }
 
 TEST_F(Live, WithoutAPortSwitchesSayItOnceAndSlidersStaySilent) {

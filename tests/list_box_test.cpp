@@ -76,24 +76,6 @@ class ListBoxTest : public testing::Test {
   QStringList log;
 };
 
-// At every height of the list, so that its last line is a cut one, a whole one, or a sliver.
-TEST_F(ListBoxTest, AClickStaysOnTheLineUnderThePointer) {
-  for (int height = 190; height < 210; ++height) {
-    SCOPED_TRACE(height);
-    list.resize(300, height);
-    for (const int turned : {0, 3}) {
-      list.scrollToTop();
-      Wheel({20, 20}, turned);
-      const int line = LineUnder(Lowest());
-      Press(Lowest());
-      EXPECT_EQ(LineUnder(Lowest()), line);
-      Release(Lowest());
-      EXPECT_EQ(LineUnder(Lowest()), line);
-      ExpectHappened(QString("down %1, up %1").arg(line));
-    }
-  }
-}
-
 TEST_F(ListBoxTest, ASelectionByTheProgramScrollsAfterTheGestureOnly) {
   const std::function<void()> ends[] = {[this] { Release(On(3)); },  // it counts no more
                                         [this] { list.setEnabled(false); },

@@ -31,7 +31,8 @@ TEST_F(NestedOperations, AReadShowsTheBoardsTableWhateverIsPressedMeanwhile) {
 }
 
 TEST_F(NestedOperations, ASaveDuringAReadWritesNoCountBeyondWhatASequenceHolds) {
-  Bytes header = HeaderFor(28);
+  Bytes header = {0, 28};
+  header.resize(66);
   header[2 + 4 * 5] = 1;  // 256 steps and some in sequence 5
   header[3 + 4 * 5] = 44;
   const QTemporaryDir folder;

@@ -1,10 +1,87 @@
 // Playing a sequence from the PC and by the board: which bytes leave at which step, the switches
-// and the timer in every state, and what the operator may do meanwhile.
+// and the timer in every state, and what the operator may do meanwhile, in a long list, too.
+#include "platform/cw_button.h"
 #include "platform/list_look.h"
-#include "tests/playback_fixture.h"
+#include "tests/window_fixture.h"
 
 namespace pelmora {
 namespace {
+
+constexpr char kEmuPC[] = "CWButtonEmuPC";
+constexpr char kRealEmu[] = "CWButtonRealEmu";
+
+class Playback : public WindowTest {
+ protected:
+  // Channel 0 of step `step` of a composed sequence.
+  static std::uint8_t Position(int step) { return static_cast<std::uint8_t>(100 + step); }
+  static Bytes Shown(int step) { return {8, Position(step)}; }
+
+  // Steps that differ in channel 0. To be called before the port is open, so that nothing is sent.
+  void Compose(const std::vector<int>& durations) {
+    for (std::size_t i = 0; i < durations.size(); ++i) {
+      AddStep(0, Position(static_cast<int>(i)), durations[i]);
+    }
+    hands->Click("CommandUpdate");
+  }
+
+  void Play(int from) {
+    Connect();
+    Select(from);
+    hands->Click(kEmuPC);
+  }
+
+  bool On(const char* name) const { return hands->Read(name) == "On"; }
+
+  // The next tick shows exactly this step.
+  void ExpectTick(int step) {
+    timer.Elapse();
+    EXPECT_EQ(Selected(), step);
+    ExpectSent(Shown(step));
+  }
+  void ExpectTicks(std::initializer_list<int> steps) {
+    for (const int step : steps) ExpectTick(step);
+  }
+
+  void ExpectState(bool on, bool running, bool real_emu_enabled) {
+    EXPECT_EQ(On(kEmuPC), on);
+    EXPECT_EQ(timer.Enabled(), running);
+    EXPECT_EQ(Enabled(kRealEmu), real_emu_enabled);
+    EXPECT_TRUE(Enabled(kEmuPC));
+    EXPECT_EQ(hands->Find<platform::CWButton>(kEmuPC).Waiting(), on && !running);
+  }
+  void ExpectIdle() { ExpectState(false, false, true); }
+  void ExpectRunning() { ExpectState(true, true, false); }
+  void ExpectHalted() { ExpectState(true, false, false); }
+
+  // Pulls the line; one message comes for it, also if the program does `next` before it is noticed.
+  void LoseThePort(const std::function<void()>& next) {
+    ExpectLoss([this] {
+      ExpectIdle();
+      timer.Elapse();
+    });
+    board.Unplug();
+    next();
+    EXPECT_TRUE(hands->WaitUntil([this] { return box.Outstanding() == 0; }));
+    ExpectIdle();
+  }
+
+  // Just these lines carry a mark, and just their rows a flag.
+  void ExpectBreaks(const std::vector<int>& breaks) const {
+    const QStringList lines = Lines();
+    for (int i = 0; i < kSteps; ++i) {
+      const bool expected = std::ranges::count(breaks, i) > 0;
+      EXPECT_EQ(lines.value(i).endsWith("\tBREAK!"), expected) << i;
+      EXPECT_EQ(Data().EditBuffer[static_cast<std::size_t>(i)][kBreakColumn], expected) << i;
+    }
+  }
+
+  void SetBreak(int line) {
+    const int selected = Selected();
+    Select(line);
+    hands->Click("CommandBrk");
+    Select(selected);
+  }
+};
 
 TEST_F(Playback, HoldsTheSelectedStepThenWalksRoundTheList) {
   const std::vector<int> durations = {500, 1000, 200};
@@ -76,7 +153,7 @@ TEST_F(BoardPlays, TheCurrentSequence) {
   }
 }
 
-TEST_F(Playback, ResetStopsItRunningAndHalted) {
+TEST_F(Playback, ResetComesFirstAndTurnsEverySwitchOff) {
   Compose({100, 200});
   Play(0);
   hands->Click("CWButtonMainOnOff");
@@ -84,6 +161,12 @@ TEST_F(Playback, ResetStopsItRunningAndHalted) {
   hands->ChooseMenu("Resetting");
   ExpectSent({17, 0});
   ExpectIdle();
+  Press(kRealEmu);
+  ExpectSent({3, 0});
+  Trigger("Resetting");
+  ExpectSent({17, 4});
+  ExpectIdle();
+  EXPECT_FALSE(On(kRealEmu));
   SetBreak(1);
   hands->Click(kEmuPC);
   ExpectTick(1);
@@ -113,6 +196,8 @@ TEST_F(Playback, ALostPortEndsItWithOneMessage) {
     LoseThePort([this] { timer.Elapse(); });
     EXPECT_FALSE(On(kRealEmu));
     EXPECT_EQ(Lines().size(), 2);
+    EXPECT_TRUE(Enabled("ComboPort"));
+    EXPECT_EQ(hands->Read("ComboPort"), "");
     hands->Click("CommandResBrk");
     board.Replug();
     board.ClearLog();
@@ -195,6 +280,95 @@ TEST_F(BreakPoints, CommandsThatRebuildTheListClearThem) {
     }
     ExpectBreaks({});
   }
+}
+
+// The list under the operator's hands, longer than its window, while a sequence plays in it.
+class LongList : public Playback {
+ protected:
+  LongList() : list(List()) {
+    Compose(std::vector<int>(40, 100));
+    composed = Lines();
+    list.SetListIndex(0);
+  }
+
+  // The composed lines, one of which has gone to another place.
+  QStringList Moved(int from, int to) const {
+    QStringList lines = composed;
+    lines.move(from, to);
+    return lines;
+  }
+  QPoint On(int line) const { return list.visualItemRect(list.item(line)).center(); }
+  QPoint Lowest() const { return {20, list.viewport()->height() - 1}; }
+  int LowestLine() const { return list.indexAt(Lowest()).row(); }
+  void Press(QPoint place) { QTest::mousePress(list.viewport(), Qt::LeftButton, {}, place); }
+  void Move(QPoint place) { QTest::mouseMove(list.viewport(), place); }
+  void Release(QPoint place) { QTest::mouseRelease(list.viewport(), Qt::LeftButton, {}, place); }
+
+  platform::ListBox& list;
+  QStringList composed;
+};
+
+TEST_F(LongList, AClickWhileItPlaysMovesNoStep) {
+  Play(0);
+  for (int ticks = 0; ticks < 16; ++ticks) {
+    list.scrollToTop();
+    list.SetListIndex(8);
+    const int line = LowestLine();
+    Press(Lowest());
+    for (int i = 0; i < ticks; ++i) timer.Elapse();
+    Release(Lowest());
+    EXPECT_EQ(Lines(), composed) << ticks;
+    EXPECT_EQ(Selected(), line) << ticks;
+  }
+}
+
+TEST_F(LongList, ADragWhileItPlaysDropsWhereThePointerIs) {
+  Play(0);
+  const int line = LowestLine();
+  Press(On(2));
+  for (int report = 0; report < 5; ++report) {
+    Move(Lowest() - QPoint(0, report));
+    timer.Elapse();
+  }
+  Release(Lowest());
+  EXPECT_EQ(Selected(), line);
+  EXPECT_EQ(Lines(), Moved(2, line));
+}
+
+TEST_F(LongList, ADragGoesBeyondThePageAndEscapeTakesItBack) {
+  hands->DragLine("ListSequence", 1, 30);
+  EXPECT_EQ(Lines(), Moved(1, 30));
+  EXPECT_EQ(Selected(), 30);
+  hands->DragLine("ListSequence", 30, 1);
+  Press(On(1));
+  Move(Lowest());
+  QTest::keyClick(&list, Qt::Key_Escape);
+  Release(Lowest());
+  EXPECT_EQ(Lines(), composed);
+  EXPECT_EQ(Selected(), 1);
+  Press(On(1));
+  Move(Lowest());
+  QTest::keyClick(&list, Qt::Key_Q, Qt::AltModifier);  // "Clear Sequence"
+  Release(Lowest());
+  EXPECT_TRUE(Lines().isEmpty());
+}
+
+TEST_F(LongList, AltArrowsPressTheArrowButtonsFromAnywhere) {
+  for (const char* name : {"ListSequence", "CWSlide1_0", "Text1_0", "CommandAdd"}) {
+    auto& control = hands->Find<QWidget>(name);
+    for (const auto& [key, line] : {std::pair(Qt::Key_Right, 1), std::pair(Qt::Key_Left, 0)}) {
+      control.setFocus();
+      QTest::keyClick(&control, key, Qt::AltModifier);
+      EXPECT_EQ(Selected(), line) << name;
+      EXPECT_EQ(hands->Read("LabelStep"), QString("Step N° %1").arg(line)) << name;
+    }
+  }
+  hands->Type("Text1_1", "40", false);
+  hands->Keys(hands->Find<QWidget>("Text1_1"), "Alt+Left");
+  EXPECT_EQ(hands->Read("Text1_1"), "0") << "committed before the step is shown";
+  Select(0);
+  Operator::Hold(list, Qt::Key_Right, Qt::AltModifier);
+  EXPECT_EQ(Selected(), 1) << "once for a held key";
 }
 
 }  // namespace

@@ -11,11 +11,6 @@ class UndoTest : public FlashTest {
   void Redo() { hands->Keys(*form, "Ctrl+Shift+Z"); }
   SequenceView Now() const { return Look(*this); }
   void ExpectView(const SequenceView& wanted) { EXPECT_EQ(Difference(Now(), wanted), ""); }
-  void Add(int channel, int position, int duration_ms) {
-    SetSlider(channel, position);
-    hands->Find<platform::CWNumEdit>("CWNumEditTimeStep").setValue(duration_ms);
-    Press("CommandAdd");
-  }
   void Interpolate(int count) {
     Press("CommandInterpolate");
     form->findChild<QSpinBox*>("CWNumEditInterp")->setValue(count);
@@ -40,11 +35,11 @@ class UndoTest : public FlashTest {
   // Steps in three sequences, the current one (2) changed since it was stored, a breakpoint, and a
   // selection that no label names.
   UndoTest() {
-    Add(0, 10, 100);
+    AddStep(0, 10, 100);
     Press("CommandMoreSeq");
-    Add(1, 20, 200);
+    AddStep(1, 20, 200);
     Press("CommandMoreSeq");
-    for (const int position : {30, 60, 90, 120}) Add(2, position, position * 10);
+    for (const int position : {30, 60, 90, 120}) AddStep(2, position, position * 10);
     ListKeys("Ctrl+Up");
     Press("CommandBrk");
     Select(1);

@@ -188,13 +188,14 @@ TEST_F(Playback, ALostPortEndsItWithOneMessage) {
   for (const auto& [button, halted] :
        {std::pair(kEmuPC, false), std::pair(kEmuPC, true), std::pair(kRealEmu, false)}) {
     Connect();
+    hands->Click("CWButtonMainOnOff");
     Select(0);
     hands->Click(button);
     if (halted) SetBreak(1);
     timer.Elapse();
     EXPECT_EQ(timer.Enabled(), button == kEmuPC && !halted);
     LoseThePort([this] { timer.Elapse(); });
-    EXPECT_FALSE(On(kRealEmu));
+    EXPECT_FALSE(On(kRealEmu) || On("CWButtonMainOnOff"));
     EXPECT_EQ(Lines().size(), 2);
     EXPECT_TRUE(Enabled("ComboPort"));
     EXPECT_EQ(hands->Read("ComboPort"), "");

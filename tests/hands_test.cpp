@@ -225,6 +225,7 @@ TEST_F(HandsOnMessages, CtrlQEndsTheProgram) {
   });
   hands->Find<QPushButton>("CommandErase").click();
   EXPECT_TRUE(events.Ending());
+  Press("CommandErase");  // no message comes any more
   ExpectSent({7, 0});
 }
 

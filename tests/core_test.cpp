@@ -101,9 +101,8 @@ std::string TextLine(const std::string& first, const std::string& last,
 
 TEST(StepText, IsWrittenPlainlyAndReadAsASpreadsheetOrTheListGivesIt) {
   const EditRow step = Row(129, kCentre, 0, 100);
-  const std::vector<EditRow> two = {step, step};
-  EXPECT_EQ(FormatStepText(two, ","),
-            TextLine("0,5", "-64", "100\n") + TextLine("0,5", "-64", "100\n"));
+  const std::string line = TextLine("0,5", "-64", "100\n");
+  EXPECT_EQ(FormatStepText(std::vector{step, step}, ","), line + line);
   const std::pair<std::string, std::vector<EditRow>> cases[] = {
       {"", {}},
       {TextLine("0.5", "-64", "100"), {step}},

@@ -9,8 +9,6 @@
 namespace pelmora {
 namespace {
 
-constexpr char kNoConnection[] = "No Connection Available!";
-
 class Port : public WindowTest {};
 
 TEST_F(Port, OpensWithTheBoardsLineSettingsAndLocksTheList) {
@@ -37,8 +35,8 @@ TEST_F(Port, ThatCannotBeOpenedIsNamedAndTheListStaysOpen) {
   auto& combo = hands->Find<QComboBox>("ComboPort");
   board.Unplug();
   for (const int entry : {4, 0}) {
-    const QString reason = "there is no serial port for this entry";
-    ExpectMessage(QString("Comm%1 can't be opened: %2.").arg(entry + 1).arg(reason));
+    ExpectMessage(
+        QString("Comm%1 can't be opened: there is no serial port for this entry.").arg(entry + 1));
     combo.setCurrentIndex(entry);
     emit combo.activated(entry);
     EXPECT_EQ(combo.currentIndex(), -1);
@@ -70,7 +68,7 @@ TEST_F(Live, SliderSendsCodeAndPositionOfItsChannelAndResetCentresAll) {
 TEST_F(Live, WithoutAPortSwitchesSayItOnceAndSlidersStaySilent) {
   hands->ChooseMenu("Emu");
   for (const char* name : {"CWButtonMainOnOff", "CWButtonRealEmu", "CWButtonEmuPC"}) {
-    ExpectMessage(kNoConnection);
+    ExpectMessage("No Connection Available!");
     hands->Click(name);
     EXPECT_EQ(hands->Read(name), "Off");
   }

@@ -89,7 +89,8 @@ void BoardOperation::Send(std::span<const std::uint8_t> bytes) {
 
 BoardOperation::Answer BoardOperation::WaitForAck() {
   do {
-    if (mode_ == Mode::kErase && !ModeSet()) return Answer::kTakenOver;
+    // Another operation inside this wait may have ended the mode.
+    if (mode_ == Mode::kErase && !link_.EraseMode()) return Answer::kTakenOver;
     if (link_.ack_received_) {
       link_.ack_received_ = mode_ == Mode::kRead;
       return Answer::kReceived;

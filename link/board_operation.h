@@ -169,9 +169,6 @@ class BoardOperation {
   // before this returns true.
   bool Aborted();
 
-  // Whether its mode is still set: another operation inside one of its waits may have ended it.
-  bool ModeSet() const { return link_.Is(mode_); }
-
   // Whether others have sent bytes since the first `Send` of this operation.
   bool Disturbed() const;
 

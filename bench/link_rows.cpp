@@ -6,7 +6,7 @@
 
 #include "bench/connected_program.h"
 #include "bench/rows.h"
-#include "platform/cw_slide.h"
+#include "platform/controls/cw_slide.h"
 
 namespace bench {
 namespace {

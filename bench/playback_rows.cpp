@@ -7,7 +7,7 @@
 
 #include "bench/connected_program.h"
 #include "bench/rows.h"
-#include "platform/cw_button.h"
+#include "platform/controls/cw_button.h"
 
 namespace bench {
 namespace {

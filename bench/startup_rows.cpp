@@ -17,11 +17,11 @@
 #include <variant>
 
 #include "bench/rows.h"
-#include "platform/events.h"
-#include "platform/file_dialog.h"
-#include "platform/hi_timer.h"
-#include "platform/message_box.h"
-#include "platform/port_directory.h"
+#include "platform/dialogs/file_dialog.h"
+#include "platform/dialogs/modal_message_box.h"
+#include "platform/serial/port_directory.h"
+#include "platform/system/events.h"
+#include "platform/system/hi_timer.h"
 #include "ui/form1.h"
 #include "ui/inventory.h"
 #include "ui/look.h"

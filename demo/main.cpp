@@ -17,7 +17,7 @@
 
 #include "board/board_window.h"
 #include "demo/tour.h"
-#include "platform/end_signals.h"
+#include "platform/system/end_signals.h"
 #include "rig/program_with_board.h"
 
 namespace {

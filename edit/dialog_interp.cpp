@@ -4,10 +4,10 @@
 #include <utility>
 
 #include "core/interpolation.h"
-#include "platform/held_keys.h"
-#include "platform/option_button.h"
-#include "platform/push_button.h"
-#include "platform/twips.h"
+#include "platform/controls/option_button.h"
+#include "platform/controls/push_button.h"
+#include "platform/controls/twips.h"
+#include "platform/dialogs/held_keys.h"
 
 namespace pelmora {
 namespace {

@@ -10,9 +10,9 @@
 
 #include "core/declaration.h"
 #include "edit/edited_sequence.h"
-#include "platform/cw_num_edit.h"
-#include "platform/events.h"
-#include "platform/message_box.h"
+#include "platform/controls/cw_num_edit.h"
+#include "platform/system/events.h"
+#include "platform/system/message_box.h"
 
 namespace pelmora {
 

@@ -18,8 +18,8 @@
 #include "core/board_codec.h"
 #include "core/declaration.h"
 #include "edit/history.h"
-#include "platform/list_box.h"
-#include "platform/message_box.h"
+#include "platform/controls/list_box.h"
+#include "platform/system/message_box.h"
 
 namespace pelmora {
 

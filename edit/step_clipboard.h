@@ -2,7 +2,7 @@
 #pragma once
 
 #include "edit/edited_sequence.h"
-#include "platform/message_box.h"
+#include "platform/system/message_box.h"
 
 namespace pelmora {
 

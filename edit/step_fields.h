@@ -8,9 +8,9 @@
 #include "core/declaration.h"
 #include "edit/edited_sequence.h"
 #include "link/live_control.h"
-#include "platform/cw_num_edit.h"
-#include "platform/cw_slide.h"
-#include "platform/text_field.h"
+#include "platform/controls/cw_num_edit.h"
+#include "platform/controls/cw_slide.h"
+#include "platform/controls/text_field.h"
 
 namespace pelmora {
 

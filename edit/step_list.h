@@ -3,7 +3,7 @@
 
 #include "edit/edited_sequence.h"
 #include "edit/step_fields.h"
-#include "platform/message_box.h"
+#include "platform/system/message_box.h"
 
 namespace pelmora {
 

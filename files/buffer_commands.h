@@ -5,8 +5,8 @@
 #include <cstdint>
 
 #include "edit/edited_sequence.h"
-#include "platform/file_dialog.h"
-#include "platform/message_box.h"
+#include "platform/dialogs/file_dialog.h"
+#include "platform/system/message_box.h"
 
 namespace pelmora {
 

@@ -16,11 +16,11 @@
 
 #include "core/board_codec.h"
 #include "link/serial_port.h"
-#include "platform/events.h"
-#include "platform/message_box.h"
-#include "platform/ms_comm.h"
-#include "platform/progress_bar.h"
-#include "platform/text_field.h"
+#include "platform/controls/progress_bar.h"
+#include "platform/controls/text_field.h"
+#include "platform/serial/ms_comm.h"
+#include "platform/system/events.h"
+#include "platform/system/message_box.h"
 
 namespace pelmora {
 

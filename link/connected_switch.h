@@ -2,7 +2,7 @@
 #pragma once
 
 #include "link/serial_port.h"
-#include "platform/cw_button.h"
+#include "platform/controls/cw_button.h"
 
 namespace pelmora {
 

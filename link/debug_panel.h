@@ -1,8 +1,8 @@
 // The "Serial Comm Debug" panel: a look at the receive buffer.
 #pragma once
 
-#include "platform/ms_comm.h"
-#include "platform/text_field.h"
+#include "platform/controls/text_field.h"
+#include "platform/serial/ms_comm.h"
 
 namespace pelmora {
 

@@ -3,7 +3,7 @@
 
 #include "link/connected_switch.h"
 #include "link/serial_port.h"
-#include "platform/cw_button.h"
+#include "platform/controls/cw_button.h"
 
 namespace pelmora {
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "link/board_operation.h"
-#include "platform/ms_comm.h"
+#include "platform/serial/ms_comm.h"
 
 namespace pelmora {
 

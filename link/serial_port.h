@@ -7,9 +7,9 @@
 #include <cstdint>
 #include <span>
 
-#include "platform/drop_down_list.h"
-#include "platform/message_box.h"
-#include "platform/ms_comm.h"
+#include "platform/controls/drop_down_list.h"
+#include "platform/serial/ms_comm.h"
+#include "platform/system/message_box.h"
 
 namespace pelmora {
 

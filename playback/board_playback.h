@@ -4,7 +4,7 @@
 #include "edit/edited_sequence.h"
 #include "link/connected_switch.h"
 #include "link/serial_port.h"
-#include "platform/cw_button.h"
+#include "platform/controls/cw_button.h"
 
 namespace pelmora {
 

@@ -7,8 +7,8 @@
 #include "edit/edited_sequence.h"
 #include "edit/step_list.h"
 #include "link/connected_switch.h"
-#include "platform/cw_button.h"
-#include "platform/hi_timer.h"
+#include "platform/controls/cw_button.h"
+#include "platform/system/hi_timer.h"
 
 namespace pelmora {
 

@@ -4,7 +4,7 @@
 #include <functional>
 #include <utility>
 
-#include "platform/port_directory.h"
+#include "platform/serial/port_directory.h"
 
 namespace rig {
 

@@ -18,7 +18,7 @@
 #include <QtTest/QTest>
 #include <cstdlib>
 
-#include "platform/cw_slide.h"
+#include "platform/controls/cw_slide.h"
 
 namespace rig {
 namespace {

@@ -6,8 +6,8 @@
 #include <QProgressBar>
 #include <QTemporaryDir>
 
-#include "platform/cw_slide.h"
-#include "platform/list_box.h"
+#include "platform/controls/cw_slide.h"
+#include "platform/controls/list_box.h"
 #include "ui/look.h"
 
 namespace rig {

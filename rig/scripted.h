@@ -9,10 +9,10 @@
 #include <optional>
 #include <vector>
 
-#include "platform/events.h"
-#include "platform/file_dialog.h"
-#include "platform/hi_timer.h"
-#include "platform/message_box.h"
+#include "platform/dialogs/file_dialog.h"
+#include "platform/system/events.h"
+#include "platform/system/hi_timer.h"
+#include "platform/system/message_box.h"
 
 namespace rig {
 

@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "platform/control_look.h"
-#include "platform/drop_down_list.h"
-#include "platform/list_look.h"
-#include "platform/slide_style.h"
+#include "platform/controls/drop_down_list.h"
+#include "platform/look/control_look.h"
+#include "platform/look/list_look.h"
+#include "platform/look/slide_style.h"
 #include "tests/window_fixture.h"
 #include "ui/look.h"
 

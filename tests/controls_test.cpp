@@ -6,9 +6,9 @@
 #include <QSignalSpy>
 #include <QTest>
 
-#include "platform/cw_slide.h"
-#include "platform/drop_down_list.h"
-#include "platform/text_field.h"
+#include "platform/controls/cw_slide.h"
+#include "platform/controls/drop_down_list.h"
+#include "platform/controls/text_field.h"
 
 namespace platform {
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/hi_timer.h"
+#include "platform/system/hi_timer.h"
 
 #include <gtest/gtest.h>
 

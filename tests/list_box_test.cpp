@@ -1,5 +1,5 @@
 // The list box with a pointer and keys, in a list that is longer than its window.
-#include "platform/list_box.h"
+#include "platform/controls/list_box.h"
 
 #include <gtest/gtest.h>
 
@@ -11,7 +11,7 @@
 #include <QTest>
 #include <QWheelEvent>
 
-#include "platform/list_look.h"
+#include "platform/look/list_look.h"
 
 namespace platform {
 namespace {

@@ -1,7 +1,7 @@
 // Playing a sequence from the PC and by the board: which bytes leave at which step, the switches
 // and the timer in every state, and what the operator may do meanwhile, in a long list, too.
-#include "platform/cw_button.h"
-#include "platform/list_look.h"
+#include "platform/controls/cw_button.h"
+#include "platform/look/list_look.h"
 #include "tests/window_fixture.h"
 
 namespace pelmora {

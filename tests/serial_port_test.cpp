@@ -1,5 +1,5 @@
 // The serial control on a pseudo terminal, the machine's ports, and the locks of other programs.
-#include "platform/ms_comm.h"
+#include "platform/serial/ms_comm.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -17,7 +17,7 @@
 #include <span>
 
 #include "board/simulated_board.h"
-#include "platform/port_lock.h"
+#include "platform/serial/port_lock.h"
 #include "rig/bytes.h"
 #include "rig/files.h"
 #include "rig/first_port.h"

@@ -4,7 +4,7 @@
 #include <QElapsedTimer>
 #include <QtTest/QTest>
 
-#include "platform/cw_slide.h"
+#include "platform/controls/cw_slide.h"
 #include "rig/program_with_board.h"
 
 namespace pelmora {

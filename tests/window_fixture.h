@@ -22,8 +22,8 @@
 #include <algorithm>
 #include <functional>
 
-#include "platform/cw_num_edit.h"
-#include "platform/cw_slide.h"
+#include "platform/controls/cw_num_edit.h"
+#include "platform/controls/cw_slide.h"
 #include "rig/program_with_board.h"
 
 namespace pelmora {

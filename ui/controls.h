@@ -9,15 +9,15 @@
 #include <array>
 
 #include "core/declaration.h"
-#include "platform/cw_button.h"
-#include "platform/cw_num_edit.h"
-#include "platform/cw_slide.h"
-#include "platform/drop_down_list.h"
-#include "platform/list_box.h"
-#include "platform/panel.h"
-#include "platform/progress_bar.h"
-#include "platform/push_button.h"
-#include "platform/text_field.h"
+#include "platform/controls/cw_button.h"
+#include "platform/controls/cw_num_edit.h"
+#include "platform/controls/cw_slide.h"
+#include "platform/controls/drop_down_list.h"
+#include "platform/controls/list_box.h"
+#include "platform/controls/panel.h"
+#include "platform/controls/progress_bar.h"
+#include "platform/controls/push_button.h"
+#include "platform/controls/text_field.h"
 
 namespace pelmora {
 

@@ -1,7 +1,7 @@
 // What the inventory does not say of the controls: colours, scales, columns, entries.
 #pragma once
 
-#include "platform/port_directory.h"
+#include "platform/serial/port_directory.h"
 #include "ui/controls.h"
 
 namespace pelmora {

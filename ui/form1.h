@@ -8,12 +8,12 @@
 #include <memory>
 #include <vector>
 
-#include "platform/events.h"
-#include "platform/file_dialog.h"
-#include "platform/hi_timer.h"
-#include "platform/message_box.h"
-#include "platform/port_directory.h"
-#include "platform/push_button.h"
+#include "platform/controls/push_button.h"
+#include "platform/dialogs/file_dialog.h"
+#include "platform/serial/port_directory.h"
+#include "platform/system/events.h"
+#include "platform/system/hi_timer.h"
+#include "platform/system/message_box.h"
 
 namespace pelmora {
 

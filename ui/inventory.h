@@ -6,7 +6,7 @@
 #include <span>
 #include <variant>
 
-#include "platform/twips.h"
+#include "platform/controls/twips.h"
 #include "ui/controls.h"
 
 namespace pelmora {

@@ -13,7 +13,7 @@
 #include "edit/step_clipboard.h"
 #include "edit/step_list.h"
 #include "edit/undo_commands.h"
-#include "platform/list_box.h"
+#include "platform/controls/list_box.h"
 
 namespace pelmora {
 

@@ -3,7 +3,7 @@
 #include <QFont>
 #include <QIcon>
 
-#include "platform/control_style.h"
+#include "platform/look/control_style.h"
 
 namespace pelmora {
 namespace {

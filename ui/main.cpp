@@ -2,12 +2,12 @@
 #include <QApplication>
 #include <QScreen>
 
-#include "platform/end_signals.h"
-#include "platform/events.h"
-#include "platform/file_dialog.h"
-#include "platform/hi_timer.h"
-#include "platform/message_box.h"
-#include "platform/port_directory.h"
+#include "platform/dialogs/file_dialog.h"
+#include "platform/dialogs/modal_message_box.h"
+#include "platform/serial/port_directory.h"
+#include "platform/system/end_signals.h"
+#include "platform/system/events.h"
+#include "platform/system/hi_timer.h"
 #include "ui/form1.h"
 #include "ui/look.h"
 

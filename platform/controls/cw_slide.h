@@ -1,0 +1,55 @@
+// A vertical fader with a caption, which the toolkit's slider has not, and which moves for an
+// operator who means it: the wheel moves it only when it has the focus, by 1 a notch, and pressing
+// its handle grabs it also when that press, by taking the focus, has let another control move it.
+#pragma once
+
+#include <QBasicTimer>
+#include <QSlider>
+#include <QString>
+#include <functional>
+
+namespace platform {
+
+class CWSlide : public QSlider {
+  Q_OBJECT
+ public:
+  explicit CWSlide(QWidget* parent = nullptr);
+
+  // The scale 0 .. `maximum`; a maximum below 0 counts as 0. A value above it is cut, which is a
+  // change like any other.
+  void SetScaleMaximum(int maximum);
+
+  // Text drawn above the fader, e.g. "Ch3".
+  void SetCaption(const QString& caption);
+  const QString& Caption() const { return caption_; }
+
+  // Where fader and caption stand: the axis's distance from the left edge in pixels, -1 for the
+  // middle.
+  void SetAxis(int x);
+
+  // Whether a change may be announced now; asked while the handle is dragged. As long as it says
+  // no, the handle follows the pointer and the value waits; it then takes the handle's place of
+  // that moment. A release announces its value at once. Without it every move is announced.
+  std::function<bool()> MayChange;
+
+ protected:
+  void initStyleOption(QStyleOptionSlider* option) const override;
+  void paintEvent(QPaintEvent* event) override;
+  void timerEvent(QTimerEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
+
+ private:
+  QRect Handle() const;
+  void Follow();
+
+  QString caption_;
+  QPoint grab_shift_;  // how far the handle was moved by the press that grabbed it
+  QBasicTimer follow_timer_;
+  int wheel_angle_ = 0;  // of a notch that is not complete yet
+  int axis_ = -1;
+};
+
+}  // namespace platform

@@ -1,0 +1,92 @@
+#include "platform/controls/drop_down_list.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+#include <QWheelEvent>
+
+#include "platform/look/colours.h"
+#include "platform/look/control_look.h"
+
+namespace platform {
+namespace {
+
+constexpr int kLampLeft = 7;      // from the edge to the lamp
+constexpr int kEntryLamp = 10;    // diameter
+constexpr int kEntryLampGap = 6;  // between lamp and text
+constexpr int kEntryPadding = 8;  // above and below an entry of the open list together
+
+}  // namespace
+
+DropDownList::DropDownList(QWidget* parent) : QComboBox(parent) {
+  setFocusPolicy(Qt::StrongFocus);
+  connect(this, &QComboBox::activated, this, &DropDownList::Click);
+}
+
+QColor DropDownList::PaleColour(const QPalette& palette) {
+  return Blend(palette.color(QPalette::Active, QPalette::Text),
+               palette.color(QPalette::Active, QPalette::Base), 0.36);
+}
+
+void DropDownList::RefreshEntries() {
+  const QSize size(0, fontMetrics().height() + kEntryPadding);
+  for (int i = 0; i < count(); ++i) {
+    const int item = itemData(i).toInt();
+    setItemData(i, size, Qt::SizeHintRole);
+    if (ToolTip) setItemData(i, ToolTip(item), Qt::ToolTipRole);
+    const bool pale = Pale && Pale(item);
+    setItemData(i, pale ? QVariant(PaleColour(palette())) : QVariant(), Qt::ForegroundRole);
+  }
+}
+
+void DropDownList::showPopup() {
+  RefreshEntries();
+  QComboBox::showPopup();
+}
+
+void DropDownList::paintEvent(QPaintEvent* event) {
+  if (isEnabled() || currentIndex() < 0) {
+    QComboBox::paintEvent(event);
+    return;
+  }
+  ControlState state;
+  state.on = true;
+  const ControlColours colours = ButtonColoursOf(state, palette());
+  QPainter painter(this);
+  DrawBox(painter, rect(), colours.face, colours.edge, false);
+  DrawLamp(painter, QRectF(kLampLeft, (height() - kEntryLamp) / 2.0, kEntryLamp, kEntryLamp),
+           colours, true);
+  painter.setPen(colours.text);
+  painter.drawText(rect().adjusted(kLampLeft + kEntryLamp + kEntryLampGap, 0, 0, 0),
+                   Qt::AlignVCenter | Qt::AlignLeft, currentText());
+}
+
+bool DropDownList::event(QEvent* event) {
+  if (event->type() == QEvent::ToolTip && ToolTip) {
+    setToolTip(currentIndex() < 0 ? QString() : ToolTip(currentData().toInt()));
+  }
+  return QComboBox::event(event);
+}
+
+void DropDownList::keyPressEvent(QKeyEvent* event) {
+  // On a closed list the toolkit chooses the next entry at once, entry by entry on the way to the
+  // one that is meant. An entry is chosen from the open list only.
+  const bool leaves = event->matches(QKeySequence::Cancel) || event->key() == Qt::Key_Tab ||
+                      event->key() == Qt::Key_Backtab;
+  const bool plain = (event->modifiers() & ~(Qt::KeypadModifier | Qt::ShiftModifier)) == 0;
+  const bool moves = event->key() == Qt::Key_Up || event->key() == Qt::Key_Down ||
+                     event->key() == Qt::Key_PageUp || event->key() == Qt::Key_PageDown ||
+                     event->key() == Qt::Key_Home || event->key() == Qt::Key_End;
+  const bool types = !event->text().isEmpty() && event->text().at(0).isPrint();
+  if (!leaves && plain && (moves || types)) {
+    showPopup();
+    event->accept();
+    return;
+  }
+  QComboBox::keyPressEvent(event);
+}
+
+void DropDownList::wheelEvent(QWheelEvent* event) {
+  event->ignore();
+}
+
+}  // namespace platform

@@ -1,0 +1,39 @@
+#include "platform/controls/panel.h"
+
+#include <QPainter>
+
+namespace platform {
+namespace {
+
+constexpr double kRadius = 6;
+constexpr int kCaptionLeft = 12;
+constexpr int kCaptionGap = 5;  // between the caption and the frame that it interrupts
+
+}  // namespace
+
+Panel::Panel(const QString& caption, QWidget* parent) : QGroupBox(caption, parent) {}
+
+void Panel::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  const QFontMetrics metrics = fontMetrics();
+  const int half_caption = metrics.height() / 2;
+  const double frame_top = title().isEmpty() ? 0.5 : half_caption + 0.5;
+  const QRectF frame(0.5, frame_top, width() - 1.0, height() - frame_top - 0.5);
+  painter.setPen(palette().color(QPalette::Midlight));
+  painter.setBrush(palette().color(QPalette::Light));
+  painter.drawRoundedRect(frame, kRadius, kRadius);
+  if (title().isEmpty()) return;
+  const int text_width = metrics.horizontalAdvance(title());
+  const QRect text(kCaptionLeft, 0, text_width, metrics.height());
+  // The upper half of the caption stands on the window, the lower on the card.
+  painter.fillRect(text.adjusted(-kCaptionGap, 0, kCaptionGap, -half_caption),
+                   palette().color(QPalette::Window));
+  painter.fillRect(text.adjusted(-kCaptionGap, half_caption, kCaptionGap, 0),
+                   palette().color(QPalette::Light));
+  painter.setPen(
+      palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::WindowText));
+  painter.drawText(text, Qt::AlignCenter | Qt::TextSingleLine, title());
+}
+
+}  // namespace platform

@@ -1,0 +1,47 @@
+#include "platform/controls/push_button.h"
+
+#include <QKeyEvent>
+#include <QPointer>
+#include <QShortcutEvent>
+
+namespace platform {
+
+PushButton::PushButton(const QString& caption, QWidget* parent) : QPushButton(caption, parent) {
+  setFocusPolicy(Qt::StrongFocus);
+}
+
+bool PushButton::event(QEvent* event) {
+  if (event->type() != QEvent::Shortcut) return QPushButton::event(event);
+  const auto& mnemonic = static_cast<const QShortcutEvent&>(*event);
+  if (mnemonic.isAmbiguous()) return QPushButton::event(event);
+  setShortcutAutoRepeat(mnemonic.shortcutId(), false);
+  // The toolkit animates a mnemonic's click and leaves the focus where it was; by the time of the
+  // click the field would still hold an uncommitted entry.
+  const QPointer<PushButton> self(this);
+  setFocus(Qt::ShortcutFocusReason);
+  if (self) click();
+  return true;
+}
+
+void PushButton::keyPressEvent(QKeyEvent* event) {
+  const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (!enter && event->key() != Qt::Key_Space) {
+    QPushButton::keyPressEvent(event);
+    return;
+  }
+  event->accept();
+  if (event->isAutoRepeat()) return;
+  // The toolkit presses by Enter in dialogs only.
+  if (enter) {
+    click();
+  } else {
+    QPushButton::keyPressEvent(event);
+  }
+}
+
+void PushButton::mouseDoubleClickEvent(QMouseEvent* event) {
+  // Without this press the release that follows is no click.
+  if (!double_click_presses_once_) QPushButton::mouseDoubleClickEvent(event);
+}
+
+}  // namespace platform

@@ -1,0 +1,28 @@
+#include "platform/controls/scroll_view.h"
+
+#include <QApplication>
+#include <QStyle>
+
+namespace platform {
+
+ScrollView::ScrollView(QWidget* content, const QSize& limit, QWidget* parent)
+    : QScrollArea(parent) {
+  setFrameShape(NoFrame);
+  setFocusPolicy(Qt::NoFocus);
+  const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+  QSize size = content->size();
+  if (size.height() > limit.height()) size.rwidth() += bar;
+  if (size.width() > limit.width()) size.rheight() += bar;
+  setFixedSize(size.boundedTo(limit));
+  setWidget(content);
+  content->show();
+  connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { Follow(now); });
+}
+
+void ScrollView::Follow(QWidget* focus) {
+  // A control that the pointer presses must not move away from under it.
+  const bool by_key = QApplication::mouseButtons() == Qt::NoButton;
+  if (focus && by_key && widget()->isAncestorOf(focus)) ensureWidgetVisible(focus);
+}
+
+}  // namespace platform

@@ -1,0 +1,34 @@
+#include "platform/controls/undo_keys.h"
+
+#include <QKeyEvent>
+
+namespace platform {
+namespace {
+
+bool IsRedoKey(const QKeyEvent& key) {
+  return key.key() == Qt::Key_Y && key.modifiers() == Qt::ControlModifier;
+}
+
+bool IsUndoOrRedoKey(const QKeyEvent& key) {
+  const Qt::KeyboardModifiers without_shift = key.modifiers() & ~Qt::ShiftModifier;
+  return IsRedoKey(key) || (key.key() == Qt::Key_Z && without_shift == Qt::ControlModifier);
+}
+
+}  // namespace
+
+bool TakeUndoKeys(QLineEdit& entry, QEvent& event) {
+  if (event.type() != QEvent::ShortcutOverride && event.type() != QEvent::KeyPress) return false;
+  const auto& key = static_cast<const QKeyEvent&>(event);
+  if (!IsUndoOrRedoKey(key)) return false;
+  const bool edited = entry.isModified() || entry.isRedoAvailable();
+  if (event.type() == QEvent::ShortcutOverride) {
+    event.setAccepted(edited);
+    return true;
+  }
+  if (!edited || !IsRedoKey(key)) return false;
+  entry.redo();
+  event.accept();
+  return true;
+}
+
+}  // namespace platform

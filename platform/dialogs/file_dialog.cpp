@@ -1,0 +1,150 @@
+#include "platform/dialogs/file_dialog.h"
+
+#include <QDialogButtonBox>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <QSettings>
+#include <QStringList>
+#include <QTreeView>
+#include <algorithm>
+
+#include "platform/dialogs/modal.h"
+
+namespace platform {
+namespace {
+
+constexpr QLatin1String kAnyName("*.*");
+
+// An entry of the list of file types: what is shown, and its patterns.
+struct Entry {
+  QString description;
+  QStringList patterns;
+};
+
+std::vector<Entry> Entries(const QString& filter) {
+  const QStringList parts = filter.split('|');
+  std::vector<Entry> types;
+  for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
+    types.push_back({parts[i], parts[i + 1].split(';')});
+  }
+  return types;
+}
+
+// The toolkit reads an entry's patterns from the last brackets and shows what stands before them.
+QString NameFilter(const Entry& type) {
+  // The toolkit would leave out names without a dot.
+  const QString patterns = type.patterns.join(' ').replace(kAnyName, "*");
+  return type.description + " (" + patterns + ")";
+}
+
+// The toolkit's dialog, which finds the file that is meant by itself: the toolkit takes a name with
+// quotation marks for several names, and asks about names that do not exist.
+class Dialog : public QFileDialog {
+ public:
+  Dialog(const FileRequest& request, bool save, const QString& folder)
+      : QFileDialog(DialogParent()),
+        types_(Entries(request.filter)),
+        extension_(request.default_extension) {
+    setObjectName("FileDialog");
+    setOption(DontUseNativeDialog);
+    setOption(HideNameFilterDetails);
+    setAcceptMode(save ? AcceptSave : AcceptOpen);
+    setFileMode(AnyFile);
+    QStringList filters;
+    for (const Entry& type : types_) filters += NameFilter(type);
+    setNameFilters(filters);
+    if (!folder.isEmpty()) setDirectory(folder);
+    selectFile(request.proposed_name);
+    ShowDatesInFull();
+    // The toolkit would refuse a name in a folder that does not exist without a word.
+    connect(&Name(), &QLineEdit::textChanged, this, [this](const QString& typed) {
+      auto* buttons = findChild<QDialogButtonBox*>();
+      buttons->button(acceptMode() == AcceptSave ? QDialogButtonBox::Save : QDialogButtonBox::Open)
+          ->setEnabled(!typed.isEmpty());
+    });
+  }
+
+  // Full path of the file that was chosen.
+  const QString& Path() const { return path_; }
+
+  void accept() override {
+    QString typed = Name().text();
+    if (typed.isEmpty()) return;
+    if (typed == "~" || typed.startsWith("~/")) typed.replace(0, 1, QDir::homePath());
+    const QString path = QDir::cleanPath(directory().absoluteFilePath(typed));
+    if (QFileInfo(path).isDir()) {
+      setDirectory(path);
+      Name().clear();
+      return;
+    }
+    path_ = acceptMode() == AcceptSave ? Completed(path) : path;
+    done(Accepted);
+  }
+
+ private:
+  QLineEdit& Name() const { return *findChild<QLineEdit*>("fileNameEdit"); }
+
+  // The toolkit's columns cut dates off and leave names what remains of a fixed width.
+  void ShowDatesInFull() {
+    auto* files = findChild<QTreeView*>("treeView");
+    if (files == nullptr) return;
+    files->header()->setStretchLastSection(false);
+    files->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    files->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+  }
+
+  // The path with the default extension, unless its name has one: one of the file types that are
+  // offered, or any when all files are shown.
+  QString Completed(const QString& path) const {
+    const QString name = QFileInfo(path).fileName();
+    for (const Entry& type : types_) {
+      for (const QString& pattern : type.patterns) {
+        const QString extension = QString(pattern).remove('*');
+        const bool has_it = pattern == kAnyName
+                                ? name.contains('.') && selectedNameFilter() == type.description
+                                : name.endsWith(extension, Qt::CaseInsensitive);
+        if (has_it) return path;
+      }
+    }
+    return path + extension_;
+  }
+
+  const std::vector<Entry> types_;
+  const QString extension_;
+  QString path_;
+};
+
+}  // namespace
+
+ModalFileDialog::ModalFileDialog(Events& events) : events_(events) {
+  // The toolkit's dialog keeps the folders of earlier runs in a settings file. Here it keeps none:
+  // there can be no file below this one.
+  QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("/dev/null"));
+}
+
+std::optional<QString> ModalFileDialog::ShowSave(const FileRequest& request) {
+  return Show(request, true);
+}
+
+std::optional<QString> ModalFileDialog::ShowOpen(const FileRequest& request) {
+  return Show(request, false);
+}
+
+std::optional<QString> ModalFileDialog::Show(const FileRequest& request, bool save) {
+  if (events_.Ending()) return std::nullopt;
+  const QPointer<Dialog> dialog = new Dialog(request, save, folder_);
+  std::optional<QString> path;
+  if (RunModal(*dialog, events_)) {
+    path = dialog->Path();
+    folder_ = QFileInfo(*path).absolutePath();
+  }
+  delete dialog.data();
+  return path;
+}
+
+}  // namespace platform

@@ -1,0 +1,47 @@
+// The Open / Save file dialog.
+#pragma once
+
+#include <QString>
+#include <optional>
+
+#include "platform/system/events.h"
+
+namespace platform {
+
+struct FileRequest {
+  // Descriptions and patterns in turn, separated by bars: "Data Files (*.dat)|*.dat|...". The
+  // first entry is the selected one.
+  QString filter;
+  // Appended to a name to be written that was typed without one of the filter's extensions
+  // (".dat"); while the entry for all files is selected, whatever follows a dot is an extension.
+  QString default_extension;
+  QString proposed_name;
+};
+
+class FileDialog {
+ public:
+  virtual ~FileDialog() = default;
+
+  // Asks for a file to write (no question before an existing one is replaced) or to read (which may
+  // turn out not to exist). The full path, or nothing when the operator cancels.
+  virtual std::optional<QString> ShowSave(const FileRequest& request) = 0;
+  virtual std::optional<QString> ShowOpen(const FileRequest& request) = 0;
+};
+
+// The one on the screen. It opens in the folder used last in this run and remembers nothing beyond
+// it. Once the program is ending it shows nothing, and an open one closes as cancelled.
+class ModalFileDialog : public FileDialog {
+ public:
+  explicit ModalFileDialog(Events& events);
+
+  std::optional<QString> ShowSave(const FileRequest& request) override;
+  std::optional<QString> ShowOpen(const FileRequest& request) override;
+
+ private:
+  std::optional<QString> Show(const FileRequest& request, bool save);
+
+  Events& events_;
+  QString folder_;
+};
+
+}  // namespace platform

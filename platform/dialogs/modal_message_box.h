@@ -1,0 +1,20 @@
+// The message box on the screen, with an information icon and one OK button.
+#pragma once
+
+#include "platform/system/events.h"
+#include "platform/system/message_box.h"
+
+namespace platform {
+
+// Once the program is ending it shows nothing, and an open one closes.
+class ModalMessageBox : public MessageBox {
+ public:
+  explicit ModalMessageBox(Events& events) : events_(events) {}
+
+  void Show(const QString& text, const QString& title) override;
+
+ private:
+  Events& events_;
+};
+
+}  // namespace platform

@@ -1,0 +1,96 @@
+#include "platform/look/control_look.h"
+
+#include "platform/look/colours.h"
+
+namespace platform {
+
+ControlColours ButtonColoursOf(const ControlState& state, const QPalette& palette) {
+  const QColor window = palette.color(QPalette::Active, QPalette::Window);
+  const QColor button = palette.color(QPalette::Active, QPalette::Button);
+  const QColor text = palette.color(QPalette::Active, QPalette::ButtonText);
+  const QColor faded = palette.color(QPalette::Disabled, QPalette::ButtonText);
+  const QColor accent = palette.color(QPalette::Active, QPalette::Highlight);
+
+  ControlColours colours;
+  colours.text = state.enabled ? text : faded;
+  colours.edge = Blend(button, text, state.enabled ? kEdgeShare : 0.2);
+  colours.face = button;
+  colours.rim = state.enabled ? Blend(button, text, 0.78) : faded;
+  colours.word = colours.rim;
+  if (state.on) {
+    const SignalColours& signal = state.waiting ? kWaitingSignal : kOnSignal;
+    const double paled = state.enabled ? 0 : 0.4;
+    colours.lamp = Blend(signal.lamp, window, paled);
+    colours.edge = colours.rim = Blend(signal.edge, window, paled);
+    colours.word = state.enabled ? signal.word : Blend(signal.word, window, 0.2);
+    colours.face = Blend(button, signal.lamp, state.enabled ? 0.2 : 0.1);
+  }
+  if (state.enabled && state.pressed) {
+    colours.face = Blend(colours.face, text, 0.14);
+  } else if (state.enabled && state.hovered) {
+    colours.face = Blend(colours.face, accent, 0.14);
+    if (!state.on) colours.edge = accent;
+  }
+  if (state.focused) colours.edge = accent;
+  if (!state.on) colours.lamp = colours.face;
+  return colours;
+}
+
+ControlColours FieldColoursOf(const ControlState& state, bool read_only, const QPalette& palette) {
+  const QColor window = palette.color(QPalette::Active, QPalette::Window);
+  const QColor base = palette.color(QPalette::Active, QPalette::Base);
+  const QColor text = palette.color(QPalette::Active, QPalette::Text);
+  const QColor accent = palette.color(QPalette::Active, QPalette::Highlight);
+
+  ControlColours colours;
+  colours.text = state.enabled ? text : palette.color(QPalette::Disabled, QPalette::Text);
+  colours.face = read_only || !state.enabled ? window : base;
+  colours.edge = read_only || !state.enabled ? palette.color(QPalette::Active, QPalette::Midlight)
+                                             : Blend(base, text, kEdgeShare);
+  if (state.enabled && state.hovered && !read_only) colours.edge = accent;
+  if (state.focused) colours.edge = accent;
+  return colours;
+}
+
+void DrawBox(QPainter& painter, const QRect& rect, const QColor& ground, const QColor& edge,
+             bool focused) {
+  const double width = focused ? 2 : 1;
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(QPen(edge, width));
+  painter.setBrush(ground);
+  const double half = width / 2;
+  painter.drawRoundedRect(QRectF(rect).adjusted(half, half, -half, -half), kCornerRadius - half,
+                          kCornerRadius - half);
+  painter.restore();
+}
+
+void DrawLamp(QPainter& painter, const QRectF& place, const ControlColours& colours, bool lit) {
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  if (!lit) {
+    painter.setPen(QPen(colours.rim, 1.5));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawEllipse(place.adjusted(1, 1, -1, -1));
+    painter.restore();
+    return;
+  }
+  QRadialGradient glow(place.center(), place.width() / 2 + 3);
+  glow.setColorAt(0.6, colours.lamp);
+  QColor outside = colours.lamp;
+  outside.setAlpha(0);
+  glow.setColorAt(1, outside);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(glow);
+  painter.drawEllipse(place.adjusted(-3, -3, 3, 3));
+  QRadialGradient bulb(place.topLeft() + QPointF(place.width() * 0.35, place.height() * 0.3),
+                       place.width() * 0.8);
+  bulb.setColorAt(0, colours.lamp.lighter(170));
+  bulb.setColorAt(1, colours.lamp);
+  painter.setPen(QPen(colours.rim, 1));
+  painter.setBrush(bulb);
+  painter.drawEllipse(place.adjusted(0.5, 0.5, -0.5, -0.5));
+  painter.restore();
+}
+
+}  // namespace platform

@@ -1,0 +1,150 @@
+#include "platform/look/slide_style.h"
+
+#include <QPainter>
+#include <QStyleOptionSlider>
+#include <algorithm>
+#include <cstdlib>
+
+#include "platform/look/colours.h"
+
+namespace platform {
+namespace {
+
+constexpr int kHandleLength = 15;  // along the fader
+constexpr int kHandleWidth = 25;   // across it
+constexpr int kGrooveWidth = 5;
+constexpr int kTickLength = 4;
+constexpr int kMajorTickLength = 6;
+constexpr int kTickDistance = 7;  // from the fader's axis to the inner end of a tick
+constexpr int kTickCount = 9;     // on each side, the ends and the centre among them
+constexpr int kCaptionGap = 3;    // below the caption
+
+QRect FaderTrack(const QStyleOptionSlider& option) {
+  const int caption = option.fontMetrics.height() + kCaptionGap;
+  return option.rect.adjusted(0, caption, 0, -1);
+}
+
+// The vertical centre of the handle when it stands for `value`.
+int FaderY(const QStyleOptionSlider& option, int value) {
+  const QRect track = FaderTrack(option);
+  return track.top() + kHandleLength / 2 +
+         QStyle::sliderPositionFromValue(option.minimum, option.maximum, value,
+                                         track.height() - kHandleLength, option.upsideDown);
+}
+
+QRect FaderHandle(const QStyleOptionSlider& option) {
+  QRect handle(0, 0, kHandleWidth, kHandleLength);
+  handle.moveCenter({option.rect.center().x(), FaderY(option, option.sliderPosition)});
+  return handle;
+}
+
+ControlState StateOf(const QStyleOptionSlider& option) {
+  const bool on_handle = (option.activeSubControls & QStyle::SC_SliderHandle) != 0;
+  ControlState state;
+  state.enabled = (option.state & QStyle::State_Enabled) != 0;
+  state.focused = (option.state & QStyle::State_HasFocus) != 0;
+  state.pressed = on_handle && (option.state & QStyle::State_Sunken) != 0;
+  state.hovered = on_handle && (option.state & QStyle::State_MouseOver) != 0;
+  return state;
+}
+
+void DrawTicks(QPainter& painter, const QStyleOptionSlider& option, const SlideColours& colours) {
+  const int x = option.rect.center().x();
+  for (int i = 0; i < kTickCount; ++i) {
+    const int y = FaderY(option, (option.maximum + 1) * i / (kTickCount - 1));
+    const bool major = i == kTickCount / 2 || i == 0 || i == kTickCount - 1;
+    const int length = major ? kMajorTickLength : kTickLength;
+    const QColor& colour = major ? colours.major_tick : colours.tick;
+    painter.fillRect(x - kTickDistance - length + 1, y, length, 1, colour);
+    painter.fillRect(x + kTickDistance, y, length, 1, colour);
+  }
+}
+
+void DrawHandle(QPainter& painter, const QRect& handle, const SlideColours& colours,
+                const ControlState& state) {
+  DrawBox(painter, handle, colours.handle, colours.handle_edge, state.focused);
+  painter.fillRect(handle.left() + 5, handle.center().y(), handle.width() - 10, 1, colours.accent);
+}
+
+void DrawFader(QPainter& painter, const QStyleOptionSlider& option) {
+  const ControlState state = StateOf(option);
+  const SlideColours colours = SlideColoursOf(state, option.palette);
+  DrawTicks(painter, option, colours);
+
+  const QRect track = FaderTrack(option);
+  const QRect groove(option.rect.center().x() - kGrooveWidth / 2, track.top() + 2, kGrooveWidth,
+                     track.height() - 4);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(colours.groove_edge);
+  painter.setBrush(colours.groove);
+  painter.drawRoundedRect(QRectF(groove).adjusted(0.5, 0.5, -0.5, -0.5), kGrooveWidth / 2.0,
+                          kGrooveWidth / 2.0);
+  painter.setRenderHint(QPainter::Antialiasing, false);
+
+  const int centre = FaderY(option, (option.maximum + 1) / 2);
+  const int handle = FaderY(option, option.sliderPosition);
+  painter.fillRect(groove.left(), std::min(centre, handle), kGrooveWidth,
+                   std::abs(centre - handle) + 1, colours.accent);
+  DrawHandle(painter, FaderHandle(option), colours, state);
+}
+
+}  // namespace
+
+SlideColours SlideColoursOf(const ControlState& state, const QPalette& palette) {
+  const QColor card = palette.color(QPalette::Active, QPalette::Light);
+  const QColor text = palette.color(QPalette::Active, QPalette::WindowText);
+  const ControlColours handle = ButtonColoursOf(state, palette);
+  SlideColours colours;
+  colours.text = state.enabled ? text : palette.color(QPalette::Disabled, QPalette::WindowText);
+  colours.tick = Blend(card, text, state.enabled ? kEdgeShare : 0.35);
+  colours.major_tick = Blend(card, text, state.enabled ? 0.75 : 0.45);
+  colours.groove = Blend(card, text, 0.14);
+  colours.groove_edge = colours.tick;
+  colours.accent =
+      state.enabled ? palette.color(QPalette::Active, QPalette::Highlight) : colours.major_tick;
+  colours.handle = handle.face;
+  colours.handle_edge = handle.edge;
+  return colours;
+}
+
+void DrawSlideCaption(QPainter& painter, const QStyleOptionSlider& option, const QRect& area,
+                      const QString& caption) {
+  const int width = option.fontMetrics.horizontalAdvance(caption);
+  const int left = std::min(option.rect.center().x() - width / 2, area.right() - width + 1);
+  const QRect place(std::max(area.left(), left), area.top(), width, option.fontMetrics.height());
+  painter.setPen(SlideColoursOf(StateOf(option), option.palette).text);
+  painter.drawText(place, Qt::AlignLeft | Qt::AlignTop | Qt::TextDontClip, caption);
+}
+
+void SlideStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                                    QPainter* painter, const QWidget* widget) const {
+  const auto* slider = qstyleoption_cast<const QStyleOptionSlider*>(option);
+  if (control != CC_Slider || slider == nullptr) {
+    QCommonStyle::drawComplexControl(control, option, painter, widget);
+    return;
+  }
+  painter->save();
+  DrawFader(*painter, *slider);
+  painter->restore();
+}
+
+QRect SlideStyle::subControlRect(ComplexControl control, const QStyleOptionComplex* option,
+                                 SubControl sub_control, const QWidget* widget) const {
+  const auto* slider = qstyleoption_cast<const QStyleOptionSlider*>(option);
+  if (control != CC_Slider || slider == nullptr) {
+    return QCommonStyle::subControlRect(control, option, sub_control, widget);
+  }
+  if (sub_control == SC_SliderHandle) return FaderHandle(*slider);
+  if (sub_control == SC_SliderGroove) return FaderTrack(*slider);
+  return {};
+}
+
+int SlideStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                          QStyleHintReturn* data) const {
+  if (hint == SH_Slider_AbsoluteSetButtons) return Qt::NoButton;
+  if (hint == SH_Slider_PageSetButtons) return Qt::LeftButton;
+  if (hint == SH_Slider_StopMouseOverSlider) return 1;
+  return QCommonStyle::styleHint(hint, option, widget, data);
+}
+
+}  // namespace platform

@@ -1,0 +1,46 @@
+// The look of faders and the places of their parts: what is drawn is also what the mouse hits.
+#pragma once
+
+#include <QColor>
+#include <QCommonStyle>
+#include <QPainter>
+#include <QPalette>
+#include <QStyleOptionSlider>
+
+#include "platform/look/control_look.h"
+
+namespace platform {
+
+struct SlideColours {
+  QColor text;
+  QColor tick;
+  QColor major_tick;  // at the ends and the centre
+  QColor groove;
+  QColor groove_edge;
+  QColor accent;  // between the centre and the handle
+  QColor handle;
+  QColor handle_edge;
+};
+
+// On the ground of a panel.
+SlideColours SlideColoursOf(const ControlState& state, const QPalette& palette);
+
+// Draws the text above a fader, in the middle over it where `area`, that of the whole control, has
+// the room.
+void DrawSlideCaption(QPainter& painter, const QStyleOptionSlider& option, const QRect& area,
+                      const QString& caption);
+
+// Draws a vertical fader below its caption, in the middle of the option's rectangle. Pressing
+// beside the handle moves it by a page and never to the pointer.
+class SlideStyle : public QCommonStyle {
+  Q_OBJECT
+ public:
+  void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                          QPainter* painter, const QWidget* widget) const override;
+  QRect subControlRect(ComplexControl control, const QStyleOptionComplex* option,
+                       SubControl sub_control, const QWidget* widget) const override;
+  int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                QStyleHintReturn* data) const override;
+};
+
+}  // namespace platform

@@ -66,22 +66,6 @@ void Live(const std::function<bool()>& done) {
   while (!done()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
 }
 
-void Play(ConnectedProgram& program, TickLog& log) {
-  auto& timer = program.genuine_timer;
-  const std::function<void()> tick = timer.Timer;
-  timer.Timer = [&] {
-    log.Tick();
-    tick();
-  };
-  auto& play = program.hands->Find<platform::CWButton>("CWButtonEmuPC");
-  play.click();
-  if (!timer.Enabled()) qFatal("the playback doesn't start");
-  log.Start();
-  Live([&] { return log.Done(); });
-  play.click();
-  timer.Timer = tick;
-}
-
 // Two steps of 20 ms that differ in so many channels.
 rig::Sequences TwoSteps(std::size_t channels) {
   rig::Sequences sequences;
@@ -93,6 +77,24 @@ rig::Sequences TwoSteps(std::size_t channels) {
     sequences[0].push_back(step);
   }
   return sequences;
+}
+
+// Plays two steps of 20 ms whose bytes the line carries in time.
+void Play(TickLog& log) {
+  ConnectedProgram program(simboard::Pace::kUnpaced, {.timer = true});
+  platform::HiTimer& timer = program.genuine_timer;
+  const QObject listener;
+  QObject::connect(&timer, &platform::HiTimer::Timer, &listener, [&log] { log.Tick(); });
+  // A window that is made later hears of each tick later than the log.
+  program.Restart({.timer = true});
+  program.Connect();
+  program.Load(TwoSteps(6));
+  auto& play = program.hands->Find<platform::CWButton>("CWButtonEmuPC");
+  play.click();
+  if (!timer.Enabled()) qFatal("the playback doesn't start");
+  log.Start();
+  Live([&] { return log.Done(); });
+  play.click();
 }
 
 // How long the board goes on after "PC Emu" has been switched Off, having played steps that take
@@ -131,12 +133,10 @@ void AddPlaybackRows(Report& report) {
     const char* name;
   } kBareTimers[] = {{Qt::PreciseTimer, "the toolkit's precise timer"},
                      {Qt::CoarseTimer, "the toolkit's coarse timer"}};
-  ConnectedProgram program(simboard::Pace::kUnpaced, {.timer = true});
-  program.Load(TwoSteps(6));  // the line carries them in time
   TickLog even(kTicks);
   TickLog stalled(kTicksBeforeStall + kTicksAfterStall, kTicksBeforeStall);
-  Play(program, even);
-  Play(program, stalled);
+  Play(even);
+  Play(stalled);
   for (const auto& [type, name] : kBareTimers) {
     TickLog bare(kTicks);
     TickLog bare_stalled(kTicksBeforeStall + kTicksAfterStall, kTicksBeforeStall);

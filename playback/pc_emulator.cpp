@@ -18,10 +18,11 @@ void PcEmulator::CWButtonEmuPC_ValueChanged(bool on) {
     timer_.SetEnabled(false);
   }
   if (edited_.ListIndex() < 0 && edited_.ListCount() > 0) edited_.Select(0);
-  if (edited_.ListIndex() < 0) return TellState();
-  timer_.SetInterval(SelectedDuration());
-  timer_.SetEnabled(on);
-  TellState();
+  if (edited_.ListIndex() >= 0) {
+    Hold();
+    timer_.SetEnabled(on);
+  }
+  emit StateChanged();
 }
 
 void PcEmulator::HiTimer1_Timer() {
@@ -36,33 +37,40 @@ void PcEmulator::HiTimer1_Timer() {
     return;
   }
   step_list_.CommandUp_Click();
-  timer_.SetInterval(SelectedDuration());
+  Hold();
   if (edited_.Row(edited_.ListIndex())[kBreakColumn] > 0) {
     timer_.SetEnabled(false);
-    TellState();
+    emit StateChanged();
   }
 }
 
 void PcEmulator::HoldSelectedStep() {
   if (!Playing() || edited_.ListIndex() < 0) return;
-  timer_.SetInterval(SelectedDuration());
+  Hold();
   timer_.SetEnabled(true);
-  TellState();
+  emit StateChanged();
 }
 
 void PcEmulator::MSComm1_PortLost() {
   timer_.SetEnabled(false);
   emu_pc_.DropToOff();
   button_real_emu_.setEnabled(true);
-  TellState();
+  emit StateChanged();
 }
 
 int PcEmulator::SelectedDuration() const {
   return edited_.Row(edited_.ListIndex())[kDurationColumn];
 }
 
-void PcEmulator::TellState() const {
-  if (StateChanged) StateChanged();
+// The selected step is held from now on.
+void PcEmulator::Hold() {
+  held_since_ = std::chrono::steady_clock::now();
+  timer_.SetInterval(SelectedDuration());
+}
+
+std::optional<HeldStep> PcEmulator::Held() const {
+  if (!Playing() || edited_.ListIndex() < 0) return std::nullopt;
+  return HeldStep{edited_.ListIndex(), held_since_, SelectedDuration()};
 }
 
 }  // namespace pelmora

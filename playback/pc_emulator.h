@@ -2,7 +2,9 @@
 // sliders, and those move the servos. The selected line is the playback position.
 #pragma once
 
-#include <functional>
+#include <QObject>
+#include <chrono>
+#include <optional>
 
 #include "edit/edited_sequence.h"
 #include "edit/step_list.h"
@@ -12,7 +14,15 @@
 
 namespace pelmora {
 
-class PcEmulator {
+// A step that playback holds.
+struct HeldStep {
+  int line;  // in the step list
+  std::chrono::steady_clock::time_point since;
+  int duration_ms;  // until the next step is shown; while playback is halted nothing follows it
+};
+
+class PcEmulator : public QObject {
+  Q_OBJECT
  public:
   PcEmulator(EditedSequence& edited, StepList& step_list, platform::HiTimer& timer,
              ConnectedSwitch& emu_pc, platform::CWButton& button_real_emu);
@@ -35,20 +45,27 @@ class PcEmulator {
 
   // Playback is in progress, but waits for the operator: halted at a breakpoint.
   bool Halted() const { return Playing() && !timer_.Enabled(); }
-  // Called when playback may have begun, ended, halted or gone on.
-  std::function<void()> StateChanged;
+
+  // The step that playback holds: the selected one, since it was shown or "Continue" or "Repeat"
+  // began its wait. Nothing when the switch is Off or no line is selected.
+  std::optional<HeldStep> Held() const;
 
   void MSComm1_PortLost();
 
+ signals:
+  // Playback may have begun, ended, halted or gone on.
+  void StateChanged();
+
  private:
   int SelectedDuration() const;
-  void TellState() const;
+  void Hold();
 
   EditedSequence& edited_;
   StepList& step_list_;
   platform::HiTimer& timer_;
   ConnectedSwitch& emu_pc_;
   platform::CWButton& button_real_emu_;
+  std::chrono::steady_clock::time_point held_since_;
 };
 
 }  // namespace pelmora

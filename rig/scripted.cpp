@@ -46,9 +46,9 @@ void ManualTimer::SetEnabled(bool enabled) {
 }
 
 void ManualTimer::Elapse() {
-  if (!enabled_ || !Timer) return;
+  if (!enabled_) return;
   const int starts = starts_;
-  Timer();
+  emit Timer();
   if (starts_ == starts) wait_ = interval_;
 }
 

@@ -21,13 +21,13 @@ struct HiTimerTest : testing::Test {
     std::vector<double> times;
     QEventLoop loop;
     const auto start = Clock::now();
-    timer.Timer = [&] {
+    QObject::connect(&timer, &SystemHiTimer::Timer, &loop, [&] {
       times.push_back(std::chrono::duration<double, std::milli>(Clock::now() - start).count());
       in_tick(times.size());
       if (times.size() != count) return;
       timer.SetEnabled(false);
       QTimer::singleShot(100, &loop, &QEventLoop::quit);
-    };
+    });
     timer.SetEnabled(true);
     loop.exec();
     EXPECT_EQ(times.size(), count) << "a stopped timer ticks";
@@ -64,7 +64,7 @@ TEST_F(HiTimerTest, IntervalSetInATickGovernsTheNextWait) {
 
 TEST_F(HiTimerTest, EnablingStartsAFullWaitAnew) {
   int ticks = 0;
-  timer.Timer = [&] { ++ticks; };
+  QObject::connect(&timer, &SystemHiTimer::Timer, [&] { ++ticks; });
   timer.SetInterval(60);
   timer.SetEnabled(true);
   QTest::qWait(40);

@@ -2,6 +2,7 @@
 // and the timer in every state, and what the operator may do meanwhile, in a long list, too.
 #include "platform/controls/cw_button.h"
 #include "platform/look/list_look.h"
+#include "playback/pc_emulator.h"
 #include "tests/window_fixture.h"
 
 namespace pelmora {
@@ -49,7 +50,18 @@ class Playback : public WindowTest {
     EXPECT_TRUE(Enabled(kEmuPC));
     EXPECT_EQ(hands->Find<platform::CWButton>(kEmuPC).Waiting(), on && !running);
   }
-  void ExpectIdle() { ExpectState(false, false, true); }
+  // The step that playback holds and its duration in ms, held for no longer than since `from`.
+  void ExpectHeld(int line, int duration, std::chrono::steady_clock::time_point from) {
+    const std::optional<HeldStep> held = form->Playback().Held();
+    ASSERT_TRUE(held);
+    EXPECT_EQ(held->line, line);
+    EXPECT_EQ(held->duration_ms, duration);
+    EXPECT_GE(held->since, from);
+  }
+  void ExpectIdle() {
+    ExpectState(false, false, true);
+    EXPECT_FALSE(form->Playback().Held());
+  }
   void ExpectRunning() { ExpectState(true, true, false); }
   void ExpectHalted() { ExpectState(true, false, false); }
 
@@ -91,7 +103,9 @@ TEST_F(Playback, HoldsTheSelectedStepThenWalksRoundTheList) {
   EXPECT_EQ(timer.Wait(), 500);
   ExpectSent({});
   for (const int step : {1, 2, 0, 1, 2, 0, 1}) {
+    const auto before = std::chrono::steady_clock::now();
     ExpectTick(step);
+    ExpectHeld(step, durations[static_cast<std::size_t>(step)], before);
     EXPECT_EQ(timer.Wait(), durations[static_cast<std::size_t>(step)]);
     EXPECT_EQ(hands->Read("LabelStep"), QString("Step N° %1").arg(step));
     EXPECT_EQ(hands->Read("CWNumEditTimeStep"), QString("%1 ms").arg(timer.Wait()));
@@ -215,8 +229,10 @@ class BreakPoints : public Playback {
   // The button shows this step, whose whole duration is waited for.
   void ExpectAfter(const char* button, int step) {
     const int starts = timer.Starts();
+    const auto before = std::chrono::steady_clock::now();
     hands->Click(button);
     ExpectRunning();
+    ExpectHeld(step, Duration(step), before);
     EXPECT_EQ(Selected(), step);
     EXPECT_EQ(timer.Wait(), Duration(step));
     EXPECT_EQ(timer.Starts(), starts + 1);

@@ -145,7 +145,6 @@ Form1::~Form1() {
   }
   for (CWSlide* slide : controls_->CWSlide1) slide->MayChange = nullptr;
   surroundings_.timer.SetEnabled(false);
-  surroundings_.timer.Timer = nullptr;
 }
 
 const EditedSequence& Form1::Edited() const {
@@ -154,6 +153,10 @@ const EditedSequence& Form1::Edited() const {
 
 const BoardLink& Form1::Link() const {
   return handlers_->link;
+}
+
+const PcEmulator& Form1::Playback() const {
+  return handlers_->pc_emulator;
 }
 
 void Form1::PlaceOn(const QRect& screen) {
@@ -265,12 +268,13 @@ void Form1::ConnectPlayback() {
           [&h](bool on) { h.pc_emulator.CWButtonEmuPC_ValueChanged(on); });
   connect(&h.real_emu.Button(), &CWButton::toggled, wiring_.get(),
           [&h](bool on) { h.board_playback.CWButtonRealEmu_ValueChanged(on); });
-  surroundings_.timer.Timer = [&h] { h.pc_emulator.HiTimer1_Timer(); };
-  h.pc_emulator.StateChanged = [this, &h] {
+  connect(&surroundings_.timer, &platform::HiTimer::Timer, wiring_.get(),
+          [&h] { h.pc_emulator.HiTimer1_Timer(); });
+  connect(&h.pc_emulator, &PcEmulator::StateChanged, wiring_.get(), [this, &h] {
     const bool halted = h.pc_emulator.Halted();
     h.emu_pc.Button().SetWaiting(halted);
     controls_->ListSequence->SetHalted(halted);
-  };
+  });
   OnClick(controls_->CommandBrk, [&h] { h.breakpoints.CommandBrk_Click(); });
   OnClick(controls_->CommandResBrk, [&h] { h.breakpoints.CommandResBrk_Click(); });
   OnClick(controls_->CommandContinue, [&h] { h.breakpoints.CommandContinue_Click(); });

@@ -29,6 +29,7 @@ struct Surroundings {
 class BoardLink;
 struct Controls;
 class EditedSequence;
+class PcEmulator;
 
 class Form1 : public QMainWindow {
   Q_OBJECT
@@ -39,6 +40,7 @@ class Form1 : public QMainWindow {
   // For tests that look behind the controls.
   const EditedSequence& Edited() const;
   const BoardLink& Link() const;
+  const PcEmulator& Playback() const;
 
   // Centres the window on the usable part of a screen, in pixels. One that is too small for it
   // shows the client area in a view that can be scrolled. To be called once, before the window is

@@ -10,7 +10,7 @@ using Milliseconds = std::chrono::milliseconds;
 
 }  // namespace
 
-SystemHiTimer::SystemHiTimer(QObject* parent) : QObject(parent) {
+SystemHiTimer::SystemHiTimer(QObject* parent) : HiTimer(parent) {
   connect(&alarm_, &Alarm::Rang, this, &SystemHiTimer::Wake);
 }
 
@@ -31,7 +31,7 @@ void SystemHiTimer::Wake() {
   const Clock::time_point tick_due = due_;
 
   const QPointer<SystemHiTimer> self(this);
-  if (const auto tick = Timer) tick();
+  emit Timer();
   if (!self || !enabled_ || alarm_.Active()) return;
 
   const auto now = Clock::now();

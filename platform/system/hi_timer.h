@@ -4,15 +4,15 @@
 
 #include <QObject>
 #include <chrono>
-#include <functional>
 
 #include "platform/system/alarm.h"
 
 namespace platform {
 
-class HiTimer {
+class HiTimer : public QObject {
+  Q_OBJECT
  public:
-  virtual ~HiTimer() = default;
+  using QObject::QObject;
 
   // Milliseconds; below 1 counts as 1. Set inside a tick it governs the wait until the next one;
   // set while enabled outside a tick it governs the wait after the running one.
@@ -23,8 +23,9 @@ class HiTimer {
   virtual void SetEnabled(bool enabled) = 0;
   virtual bool Enabled() const = 0;
 
+ signals:
   // The tick.
-  std::function<void()> Timer;
+  void Timer();
 };
 
 // The timer that keeps real time. It does not drift: a tick is due at the previous one's due time
@@ -32,7 +33,7 @@ class HiTimer {
 // has passed as well, after a stall, it goes on a full interval from now: missed ticks are not
 // made up for. A tick that waits (in a message box, say) is not entered again meanwhile, unless it
 // enables the timer anew.
-class SystemHiTimer : public QObject, public HiTimer {
+class SystemHiTimer : public HiTimer {
   Q_OBJECT
  public:
   explicit SystemHiTimer(QObject* parent = nullptr);

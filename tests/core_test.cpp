@@ -1,5 +1,5 @@
-// Numbers, step lines, steps as text, what the sequence table refuses, interpolated steps, and the
-// flash image.
+// Numbers, step lines, steps as text, the moves between sequence table and edit buffer, and
+// interpolated steps.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -7,7 +7,6 @@
 #include <span>
 #include <tuple>
 
-#include "core/board_codec.h"
 #include "core/interpolation.h"
 #include "core/number_text.h"
 #include "core/sequence_store.h"
@@ -38,6 +37,33 @@ TEST(NumberText, Parsing) {
   }
 }
 
+TEST(NumberText, Angles) {
+  const std::pair<int, std::string> cases[] = {{0, "-64"},   {1, "-63,5"}, {127, "-0,5"},
+                                               {128, "0"},   {129, "0,5"}, {200, "36"},
+                                               {255, "63,5"}};
+  for (const auto& [position, text] : cases) EXPECT_EQ(AngleText(position, ","), text) << position;
+}
+
+TEST(NumberText, HalvesGoToTheEvenNeighbour) {
+  const std::tuple<int, int, int> divisions[] = {{5, 2, 2},   {7, 2, 4}, {-5, 2, -2}, {-7, 2, -4},
+                                                 {-1, 2, 0},  {5, 3, 2}, {4, 3, 1},   {-4, 3, -1},
+                                                 {-5, 3, -2}, {6, 3, 2}, {0, 7, 0}};
+  for (const auto& [over, under, whole] : divisions) {
+    EXPECT_EQ(DivideHalfEven(over, under), whole) << over << '/' << under;
+  }
+  const std::pair<double, std::optional<int>> values[] = {{0.5, 0},
+                                                          {1.5, 2},
+                                                          {-0.5, 0},
+                                                          {-2.5, -2},
+                                                          {2.4999, 2},
+                                                          {2147483647.4, 2147483647},
+                                                          {-2147483648.5, -2147483648},
+                                                          {2147483647.5, {}},
+                                                          {-2147483649, {}},
+                                                          {1e300, {}}};
+  for (const auto& [value, whole] : values) EXPECT_EQ(RoundHalfEven(value), whole) << value;
+}
+
 EditRow Row(int first, int others, int last, int duration_ms) {
   EditRow row;
   row.fill(others);
@@ -48,12 +74,41 @@ EditRow Row(int first, int others, int last, int duration_ms) {
   return row;
 }
 
+std::string Repeat(const std::string& text, int times) {
+  std::string all;
+  for (int i = 0; i < times; ++i) all += text;
+  return all;
+}
+
 // A line of eleven channels at the centre, with the first angle and all that follows them as
 // given.
 std::string Line(const std::string& angle, const std::string& rest) {
-  std::string line = angle + '\t';
-  for (int c = 1; c < kChannels; ++c) line += "0 °\t";
-  return line + rest;
+  return angle + '\t' + Repeat("0 °\t", 11) + rest;
+}
+
+TEST(StepLine, IsBuiltInTwoForms) {
+  const EditRow step = Row(129, kCentre, 0, 100);
+  const std::string fields = "0.5 °\t" + Repeat("0 °\t", 10) + "-64 °\t";
+  EXPECT_EQ(TableLine(step, "."), fields + "100  ms\t");
+  EXPECT_EQ(EditorLine(step, "."), fields + "100 ms");
+}
+
+TEST(StepLine, MarksComeOneAtATimeAndGoTogether) {
+  const std::pair<std::string, std::string> cases[] = {
+      {"a ms", "a ms"},
+      {"a ms\tBREAK!", "a ms"},
+      {"a  ms\t\tBREAK!", "a  ms\t"},
+      {"a\tBREAK!b\tBREAK!", "ab"},
+      {"a\tBREAK!\tBREAK!", "a"},
+      {"a BREAK!", "a BREAK!"},
+      {"a\tBreak!", "a\tBreak!"},
+      {"a\tBREAK", "a\tBREAK"},
+  };
+  for (const auto& [line, without] : cases) {
+    EXPECT_EQ(WithoutBreakMarks(line), without);
+    EXPECT_EQ(HasBreakMark(line), line != without) << line;
+    EXPECT_EQ(WithBreakMark(line), line + "\tBREAK!");
+  }
 }
 
 TEST(StepLine, EveryPositionReadsBack) {
@@ -170,6 +225,65 @@ TEST(SequenceStore, RefusesValuesThatDoNotFit) {
   }
 }
 
+TEST(SequenceStore, StoresAllRowsOfTheCurrentSequenceAndLoadsItsSteps) {
+  auto data = std::make_unique<Declaration>();
+  for (int i = 0; i < kSteps; ++i) {
+    EditRow& row = data->EditBuffer[static_cast<std::size_t>(i)];
+    row = Row(i, 7, 255 - i, 100 * i);
+    row[kBreakColumn] = 1;
+  }
+  data->CurSeq = 15;
+  ASSERT_TRUE(StoreEditBuffer(*data, 2));
+  EXPECT_EQ(data->SeqSteps[15], 2);
+  EXPECT_EQ(data->SeqTable[15].Duration[255], 25500) << "leftovers, too";
+  EXPECT_EQ(data->SeqTable[14], SequenceRecord{});
+  EXPECT_EQ(data->TotalBytes, 0) << "until the figures are computed";
+
+  for (EditRow& row : data->EditBuffer) row = Row(1, 1, 1, 1);
+  data->EditBuffer[1][kBreakColumn] = 1;
+  EXPECT_EQ(LoadEditBuffer(*data), 2);
+  EXPECT_EQ(data->EditBuffer[0], Row(0, 7, 255, 0));
+  EditRow second = Row(1, 7, 254, 100);
+  second[kBreakColumn] = 1;
+  EXPECT_EQ(data->EditBuffer[1], second);
+  EXPECT_EQ(data->EditBuffer[2], Row(1, 1, 1, 1));
+
+  data->EditBuffer[255][kBreakColumn] = 1;
+  ClearBreakFlags(*data);
+  for (const EditRow& row : data->EditBuffer) EXPECT_EQ(row[kBreakColumn], 0);
+
+  ComputeFlashFigures(*data);
+  ClearTable(*data);
+  EXPECT_EQ(data->SeqTable[15], SequenceRecord{});
+  EXPECT_EQ(data->SeqSteps[15] + data->SeqOffset[15] + data->TotalBytes, 0);
+  EXPECT_EQ(data->CurSeq, 15);
+}
+
+TEST(SequenceStore, FiguresOfTheFlash) {
+  using Counts = std::array<std::int16_t, kSequences>;
+  using Offsets = std::array<std::int32_t, kSequences>;
+  Counts full;
+  full.fill(256);
+  Offsets steep;
+  for (std::size_t i = 0; i < kSequences; ++i) steep[i] = static_cast<std::int32_t>(3584 * i);
+  const std::tuple<Counts, Offsets, int> cases[] = {
+      {{}, {}, 0},
+      {{2, 0, 0, 1}, {0, 0, 0, 28}, 42},
+      {{0, 3, 0, 0, 0, 0, 0, 5, 0, 0, 0, 0, 0, 0, 0, 1},
+       {0, 0, 0, 0, 0, 0, 0, 42, 0, 0, 0, 0, 0, 0, 0, 112},
+       126},
+      {{256, 256, 256, 256, 256, 256, 182}, {0, 3584, 7168, 10752, 14336, 17920, 21504}, 24052},
+      {full, steep, 57344}};
+  for (const auto& [counts, offsets, total] : cases) {
+    SequenceTable table;
+    table.SeqOffset.fill(9);
+    table.SeqSteps = counts;
+    ComputeFlashFigures(table);
+    EXPECT_EQ(table.SeqOffset, offsets);
+    EXPECT_EQ(table.TotalBytes, total);
+  }
+}
+
 TEST(Interpolation, WorkedCases) {
   using Values = std::vector<int>;
   const std::tuple<int, int, int, Values, Values> cases[] = {
@@ -191,28 +305,6 @@ TEST(Interpolation, WorkedCases) {
     EditRow first = Row(from, from, from, duration);
     first[kBreakColumn] = 1;
     EXPECT_EQ(Interpolate(first, Row(to, to, to, 9999), count), steps) << from << ' ' << to;
-  }
-}
-
-TEST(BoardCodec, TicksOfADuration) {
-  const std::pair<int, int> cases[] = {
-      {0, 0},      {20, 1},     {9, 0},        {10, 0},       {11, 1},  {30, 2},    {50, 2},
-      {5110, 256}, {5120, 256}, {32760, 1638}, {32767, 1638}, {-10, 0}, {-32768, 0}};
-  for (const auto& [ms, ticks] : cases) EXPECT_EQ(DurationToTicks(ms), ticks) << ms;
-}
-
-TEST(BoardCodec, StepsStopAtTheFirstThatCannotBeStored) {
-  const std::tuple<std::uint8_t, std::uint8_t, bool, int> words[] = {
-      {0x06, 0x66, true, 32760}, {0x06, 0x67, false, 0}, {0x80, 0x00, false, 0}};
-  for (const auto& [high, low, stored, ms] : words) {
-    const auto table = std::make_unique<SequenceTable>();
-    const auto rows = std::make_unique<FlashRows>();
-    table->SeqSteps[1] = table->SeqSteps[2] = 1;
-    (*rows)[0] = {9, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 8, high, low};
-    (*rows)[1].fill(1);
-    EXPECT_EQ(DecodeSteps(*rows, *table), stored) << int{high} << ' ' << int{low};
-    EXPECT_EQ(table->SeqTable[1].Duration[0], ms);
-    EXPECT_EQ(table->SeqTable[2].Position[0][0], stored ? 1 : 0);
   }
 }
 

@@ -1,0 +1,230 @@
+// Every byte spoken with the board, as it stands on the line: the commands, the image's header and
+// its steps in both directions, and the limits of each.
+#include "core/board_codec.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+#include <tuple>
+
+#include "core/sequence_store.h"
+#include "rig/sequences.h"
+
+namespace pelmora {
+namespace {
+
+using namespace rig;
+
+template <class Array>
+Bytes BytesOf(const Array& array) {
+  return Bytes(array.begin(), array.end());
+}
+
+// The sequences as the table holds them, with its figures.
+std::unique_ptr<SequenceTable> TableOf(const Sequences& sequences) {
+  auto table = std::make_unique<SequenceTable>();
+  for (std::size_t i = 0; i < sequences.size(); ++i) {
+    table->SeqSteps[i] = static_cast<std::int16_t>(sequences[i].size());
+    for (std::size_t step = 0; step < sequences[i].size(); ++step) {
+      table->SeqTable[i].Position[step] = sequences[i][step].positions;
+      table->SeqTable[i].Duration[step] = static_cast<std::int16_t>(20 * sequences[i][step].ticks);
+    }
+  }
+  ComputeFlashFigures(*table);
+  return table;
+}
+
+FlashHeader HeaderFrom(const Bytes& bytes) {
+  FlashHeader header{};
+  std::copy_n(bytes.begin(), header.size(), header.begin());
+  return header;
+}
+
+TEST(BoardCodec, Commands) {
+  const std::pair<Bytes, const char*> commands[] = {
+      {BytesOf(PcControlOffCommand()), "00"},
+      {BytesOf(PcControlOnCommand()), "01"},
+      {BytesOf(PlayCommand(0)), "03 00"},
+      {BytesOf(PlayCommand(15)), "03 0F"},
+      {BytesOf(StopCommand()), "04"},
+      {BytesOf(ReadCommand()), "06"},
+      {BytesOf(EraseCommand()), "07"},
+      {BytesOf(ResetCommand()), "11"},
+      {BytesOf(PositionCommand(0, 0)), "08 00"},
+      {BytesOf(PositionCommand(1, 128)), "09 80"},
+      {BytesOf(PositionCommand(2, 128)), "0A 80"},
+      {BytesOf(PositionCommand(3, 127)), "0B 7F"},
+      {BytesOf(PositionCommand(4, 1)), "0C 01"},
+      {BytesOf(PositionCommand(5, 2)), "0D 02"},
+      {BytesOf(PositionCommand(6, 3)), "0E 03"},
+      {BytesOf(PositionCommand(7, 255)), "0F FF"},
+      {BytesOf(PositionCommand(8, 0)), "28 00"},
+      {BytesOf(PositionCommand(9, 200)), "29 C8"},
+      {BytesOf(PositionCommand(10, 254)), "2A FE"},
+      {BytesOf(PositionCommand(11, 255)), "2B FF"},
+  };
+  for (const auto& [bytes, wire] : commands) EXPECT_EQ(bytes, Hex(wire)) << wire;
+  for (const int byte : {0, 1, 127, 128, 254, 255}) {
+    const Bytes received = {static_cast<std::uint8_t>(byte), 255};
+    EXPECT_EQ(IsAcknowledgement(received), byte == 255) << byte;
+  }
+}
+
+TEST(BoardCodec, TheExamplesImageInBothDirections) {
+  const auto table = TableOf(ExampleSequences());
+  const auto command = ProgramCommand(*table);
+  const auto rows = std::make_unique<FlashRows>();
+  (*rows)[3].fill(77);
+  EncodeSteps(*table, *rows);
+  Bytes sent = BytesOf(command);
+  for (int i = 0; i < table->TotalBytes; ++i) sent.push_back(StagedByte(*rows, i));
+  EXPECT_EQ(sent, Bytes{2} + ExampleImage());
+  EXPECT_EQ(StagedByte(*rows, 42), 77) << "a row that isn't written stays";
+
+  const auto read = std::make_unique<SequenceTable>();
+  const auto header = HeaderFrom(ExampleImage());
+  EXPECT_EQ(AnnouncedBytes(header), 42);
+  ASSERT_TRUE(DecodeHeader(header, *read));
+  EXPECT_EQ(read->SeqSteps, table->SeqSteps);
+  EXPECT_EQ(read->SeqOffset, table->SeqOffset);
+  EXPECT_EQ(read->TotalBytes, 0) << "the cut count is the caller's";
+  ASSERT_TRUE(DecodeSteps(*rows, *read));
+  EXPECT_EQ(read->SeqTable, table->SeqTable);
+}
+
+// No steps; sequences that all differ in length; 256 steps in the last one only; 146 in each.
+TEST(BoardCodec, OtherImagesInBothDirections) {
+  Sequences uneven;
+  for (std::size_t i = 1; i < uneven.size(); ++i) {
+    uneven[i] = RandomSequences(static_cast<unsigned>(i), 400)[i];
+    uneven[i].resize(i + 1);
+  }
+  Sequences last;
+  last[15] = FilledSequences(2, 256, 1638)[0];
+  Sequences even;
+  for (auto& sequence : even) sequence = {146, Step{{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}, 256}};
+  for (const Sequences& sequences : {Sequences{}, uneven, last, even}) {
+    const auto table = TableOf(sequences);
+    ASSERT_TRUE(HeaderFits(*table));
+    const auto command = ProgramCommand(*table);
+    EXPECT_EQ(BytesOf(command), Bytes{2} + HeaderOf(sequences));
+    const auto encoded = std::make_unique<FlashRows>();
+    EncodeSteps(*table, *encoded);
+    const Bytes steps = StepDataOf(sequences);
+    Bytes staged;
+    for (int i = 0; i < table->TotalBytes; ++i) staged.push_back(StagedByte(*encoded, i));
+    EXPECT_EQ(staged, steps);
+
+    const auto read = std::make_unique<SequenceTable>();
+    const auto rows = std::make_unique<FlashRows>();
+    ASSERT_TRUE(DecodeHeader(HeaderFrom(HeaderOf(sequences)), *read));
+    StageStepData(steps, *rows);
+    ASSERT_TRUE(DecodeSteps(*rows, *read));
+    EXPECT_EQ(read->SeqSteps, table->SeqSteps);
+    EXPECT_EQ(read->SeqOffset, table->SeqOffset);
+    EXPECT_EQ(read->SeqTable, table->SeqTable);
+  }
+}
+
+// 2340 steps are 32760 bytes, 2341 are 32774.
+TEST(BoardCodec, LimitsOfTheHeader) {
+  for (const auto& [steps, fits] : {std::pair(2340, true), std::pair(2341, false)}) {
+    EXPECT_EQ(HeaderFits(*TableOf(FilledSequences(1, steps, 5))), fits) << steps;
+  }
+  for (const auto& [high, low, bytes] :
+       {std::tuple(0, 13, 13), std::tuple(94, 0, 24064), std::tuple(255, 255, 65535)}) {
+    const FlashHeader header{static_cast<std::uint8_t>(high), static_cast<std::uint8_t>(low)};
+    EXPECT_EQ(AnnouncedBytes(header), bytes);
+  }
+  const auto taken = std::make_unique<SequenceTable>();
+  // The values of a header in their order: count and offset of sequence 0, then those of 1, ...
+  const auto value = [&taken](int i) -> int {
+    const auto sequence = static_cast<std::size_t>(i / 2);
+    return i % 2 == 0 ? taken->SeqSteps[sequence] : taken->SeqOffset[sequence];
+  };
+  for (const int high : {127, 128, 255}) {
+    for (const int at : {0, 1, 14, 15, 30, 31}) {
+      *taken = {};
+      FlashHeader header;
+      header.fill(1);
+      header[static_cast<std::size_t>(2 + 2 * at)] = static_cast<std::uint8_t>(high);
+      header[static_cast<std::size_t>(3 + 2 * at)] = 0;
+      EXPECT_EQ(DecodeHeader(header, *taken), high < 128) << at;
+      for (int i = 0; i < 32; ++i) {
+        const int sent = i == at ? 256 * high : 257;
+        EXPECT_EQ(value(i), high < 128 || i < at ? sent : 0) << at << ' ' << i;
+      }
+    }
+  }
+}
+
+// Bytes go to their rows as they come; what is beyond the last row has no place.
+TEST(BoardCodec, StagedBytesAtTheEndsOfRows) {
+  const auto rows = std::make_unique<FlashRows>();
+  StageStepData(Counting(kFlashRows * kStepBytes), *rows);
+  for (const int i : {0, 13, 14, 27, 28, 255, 256, 24063, 57357}) {
+    EXPECT_EQ(StagedByte(*rows, i), i % 253) << i;
+  }
+  StageStepData(Bytes(15, 254), *rows);
+  const std::pair<int, int> cases[] = {{0, 254}, {14, 254}, {15, 15}, {28, 28}};
+  for (const auto& [i, byte] : cases) EXPECT_EQ(StagedByte(*rows, i), byte) << i;
+  StageStepData({}, *rows);
+  EXPECT_EQ(StagedByte(*rows, 0), 254);
+}
+
+TEST(BoardCodec, TicksOfADuration) {
+  const std::pair<int, int> cases[] = {
+      {0, 0},      {20, 1},     {9, 0},        {10, 0},       {11, 1},  {30, 2},    {50, 2},
+      {5110, 256}, {5120, 256}, {32760, 1638}, {32767, 1638}, {-10, 0}, {-32768, 0}};
+  const auto rows = std::make_unique<FlashRows>();
+  const auto table = std::make_unique<SequenceTable>();
+  table->SeqSteps[15] = 1;
+  for (const auto& [ms, ticks] : cases) {
+    EXPECT_EQ(DurationToTicks(ms), ticks) << ms;
+    table->SeqTable[15].Duration[0] = static_cast<std::int16_t>(ms);
+    EncodeSteps(*table, *rows);
+    EXPECT_EQ((*rows)[0][12] * 256 + (*rows)[0][13], ticks) << ms;
+  }
+}
+
+TEST(BoardCodec, StepsStopAtTheFirstThatCannotBeStored) {
+  const std::tuple<std::uint8_t, std::uint8_t, bool, int> words[] = {
+      {0x06, 0x66, true, 32760}, {0x06, 0x67, false, 0}, {0x80, 0x00, false, 0}};
+  for (const auto& [high, low, stored, ms] : words) {
+    const auto table = std::make_unique<SequenceTable>();
+    const auto rows = std::make_unique<FlashRows>();
+    table->SeqSteps[1] = table->SeqSteps[2] = 1;
+    (*rows)[0] = {9, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 8, high, low};
+    (*rows)[1].fill(1);
+    EXPECT_EQ(DecodeSteps(*rows, *table), stored) << int{high} << ' ' << int{low};
+    EXPECT_EQ(table->SeqTable[1].Duration[0], ms);
+    EXPECT_EQ(table->SeqTable[2].Position[0][0], stored ? 1 : 0);
+  }
+  for (const auto& [count, stored] : {std::pair(256, true), std::pair(257, false)}) {
+    const auto table = std::make_unique<SequenceTable>();
+    const auto rows = std::make_unique<FlashRows>();
+    for (auto& row : *rows) row = {5};
+    table->SeqSteps[3] = static_cast<std::int16_t>(count);
+    table->SeqSteps[4] = 1;
+    EXPECT_EQ(DecodeSteps(*rows, *table), stored);
+    EXPECT_EQ(table->SeqTable[3].Position[255][0], 5) << "those before it are stored";
+    EXPECT_EQ(table->SeqTable[4].Position[0][0], stored ? 5 : 0);
+  }
+}
+
+TEST(BoardCodec, CountsAboveWhatASequenceHoldsAreCut) {
+  const std::pair<std::int16_t, int> cases[] = {{0, 0}, {256, 256}, {257, 256}, {32767, 256}};
+  for (const auto& [count, limited] : cases) {
+    SequenceTable table;
+    table.SeqSteps[0] = table.SeqSteps[15] = count;
+    EXPECT_EQ(StoredSteps(table, 15), limited);
+    EXPECT_EQ(StoredSteps(table, 14), 0);
+    LimitStepCounts(table);
+    EXPECT_EQ(table.SeqSteps[0], limited);
+    EXPECT_EQ(table.SeqSteps[15], limited);
+  }
+}
+
+}  // namespace
+}  // namespace pelmora

@@ -126,7 +126,7 @@ void EditedSequence::Remove() {
 
 void EditedSequence::Move(int from, int to) {
   // At the end of a drag the selection is at its new place already.
-  const History::Change change(changes_, "Move", from);
+  const History::Change change(changes_, "Move", {.selected = from});
   const QString text = controls_.ListSequence.List(from);
   controls_.ListSequence.RemoveItem(from);
   controls_.ListSequence.InsertItem(to, text);

@@ -1,6 +1,7 @@
 // Undo and redo of the changes of the sequences, by the toolkit's undo stack. A step of it holds
-// the states before and after the change: what happens between two changes and is none (another
-// sequence is shown, a line selected, a breakpoint set) is in the states as well.
+// the states before and after the change. What happens between two changes and is none (another
+// sequence is shown, a line selected, a breakpoint set, a sequence stored) is in the states as
+// well, up to the moment of an undo or redo.
 #pragma once
 
 #include <QString>
@@ -11,6 +12,15 @@
 #include "edit/sequence_state.h"
 
 namespace pelmora {
+
+// What is particular about a change.
+struct ChangeTraits {
+  // The line to be selected after an undo, where the selection has run ahead of the change.
+  std::optional<int> selected = {};
+  // Changes that follow each other with the same number here, and nothing between them, are one
+  // step; none when the last has led back to where the first began.
+  std::optional<int> run = {};
+};
 
 class History {
  public:
@@ -26,15 +36,14 @@ class History {
   };
 
   // The time during which something changes the sequences. Changes made while one is open belong
-  // to the outermost: together they are one step, under its name. A change that leaves all
-  // sequences as they were, and the same one on the screen, is no step.
+  // to the outermost: together they are one step, under its name. A change that leaves the
+  // stored table and the lines of the list as they were is no step.
   class Change {
    public:
-    // `name` is what follows "Undo" and "Redo". `selected` is the line to be selected after an
-    // undo, where the selection has run ahead of the change.
-    Change(History& history, const char* name, std::optional<int> selected = {})
+    // `name` is what follows "Undo" and "Redo".
+    Change(History& history, const char* name, const ChangeTraits& traits = {})
         : history_(history) {
-      history_.Begin(name, selected);
+      history_.Begin(name, traits);
     }
     ~Change() { history_.End(); }
     Change(const Change&) = delete;
@@ -53,25 +62,35 @@ class History {
   // The names of the changes that these would undo and redo; empty when there is none.
   QString UndoName() const { return stack_.undoText(); }
   QString RedoName() const { return stack_.redoText(); }
-  // Restore the state before, or after, that change. Nothing happens when it can't be done.
+  // Restore the state before, or after, that change; an undo followed by its redo restores what was
+  // there before the undo. Nothing happens when it can't be done.
   void Undo();
   void Redo();
+
+  // The next change begins a step of its own, whatever its run.
+  void EndRun() { last_run_.reset(); }
 
  private:
   class Step;
   using StatePointer = std::shared_ptr<const SequenceState>;
 
-  void Begin(const char* name, std::optional<int> selected);
+  void Begin(const char* name, const ChangeTraits& traits);
   void End();
-  StatePointer Look();
-  void Restore(const StatePointer& state);
+  StatePointer Capture();
+  // Restores a state and returns the one that it replaces.
+  StatePointer Exchange(const StatePointer& state);
 
   Subject& subject_;
   QUndoStack stack_;
   int open_ = 0;  // changes, one inside the other
-  QString name_;  // of the outermost
+  // Of the outermost.
+  QString name_;
+  std::optional<int> run_;
   StatePointer before_;
-  StatePointer latest_;  // the state last seen or restored, with which the next one shares
+
+  std::optional<int> last_run_;  // of the latest change, as long as another can follow it
+  int step_id_ = 0;              // steps with the same one are merged
+  StatePointer latest_;          // the state last seen or restored, with which the next one shares
 };
 
 }  // namespace pelmora

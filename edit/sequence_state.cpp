@@ -53,9 +53,12 @@ void PutBack(const SequenceState& state, Declaration& data) {
 }
 
 bool SameSequences(const SequenceState& one, const SequenceState& other) {
-  if (one.CurSeq != other.CurSeq) return false;
+  if (one.CurSeq != other.CurSeq || one.SeqOffset != other.SeqOffset ||
+      one.TotalBytes != other.TotalBytes) {
+    return false;
+  }
   for (std::size_t i = 0; i < kSequences; ++i) {
-    if (i != one.CurSeq && !SameStoredSequence(one, other, i)) return false;
+    if (!SameStoredSequence(one, other, i)) return false;
   }
   return SameButForMarks(one.Lines, other.Lines);
 }

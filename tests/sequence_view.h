@@ -38,30 +38,39 @@ inline std::string Difference(const SequenceView& now, const SequenceView& wante
   return now.labels != wanted.labels ? "the labels" : "";
 }
 
-// The 16 sequences as the operator has them before him: the current one as its list stands.
-inline std::vector<std::vector<EditRow>> Contents(const SequenceView& view) {
-  std::vector<std::vector<EditRow>> contents(kSequences);
+using Steps = std::vector<std::vector<EditRow>>;
+
+// The 16 sequences as the table holds them.
+inline Steps StoredSteps(const SequenceView& view) {
+  Steps stored(kSequences);
   for (std::size_t i = 0; i < kSequences; ++i) {
-    const SequenceRecord& stored = view.data->SeqTable[i];
-    const bool current = i == view.data->CurSeq;
-    contents[i].resize(std::size_t(current ? view.lines.size() : view.data->SeqSteps[i]));
-    for (std::size_t step = 0; step < contents[i].size(); ++step) {
-      EditRow& row = contents[i][step] = view.data->EditBuffer[step];
-      row[kBreakColumn] = 0;
-      if (current) continue;
-      std::ranges::copy(stored.Position[step], row.begin());
-      row[kDurationColumn] = stored.Duration[step];
+    const SequenceRecord& record = view.data->SeqTable[i];
+    stored[i].resize(std::size_t(view.data->SeqSteps[i]));
+    for (std::size_t step = 0; step < stored[i].size(); ++step) {
+      std::ranges::copy(record.Position[step], stored[i][step].begin());
+      stored[i][step][kDurationColumn] = record.Duration[step];
     }
   }
+  return stored;
+}
+
+// The 16 sequences as the operator has them before him: the current one as its list stands.
+inline Steps Contents(const SequenceView& view) {
+  Steps contents = StoredSteps(view);
+  const auto& rows = view.data->EditBuffer;
+  contents[view.data->CurSeq].assign(rows.begin(), rows.begin() + view.lines.size());
+  for (EditRow& row : contents[view.data->CurSeq]) row[kBreakColumn] = 0;
   return contents;
 }
 
-// Whether the operator would say that something has changed that can be undone.
+// Whether something has changed that can be undone.
 inline bool Changed(const SequenceView& before, const SequenceView& after) {
   QStringList lines[] = {before.lines, after.lines};
   for (QStringList& list : lines) list.replaceInStrings("\tBREAK!", "");
   return before.data->CurSeq != after.data->CurSeq || lines[0] != lines[1] ||
-         Contents(before) != Contents(after);
+         StoredSteps(before) != StoredSteps(after) ||
+         before.data->SeqOffset != after.data->SeqOffset ||
+         before.data->TotalBytes != after.data->TotalBytes;
 }
 
 }  // namespace pelmora

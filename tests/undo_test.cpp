@@ -106,7 +106,7 @@ TEST_F(UndoTest, OfEachChangeIsOneStepAndBringsEverythingBack) {
   }
   // What was composed is undone as well.
   for (int i = 0; i < 7; ++i) Undo();
-  EXPECT_EQ(Contents(Now()), std::vector<std::vector<EditRow>>(kSequences));
+  EXPECT_EQ(Contents(Now()), Steps(kSequences));
   // What changes nothing is no step, and leaves the undone ones to be done again.
   for (const char* button : {"CommandRem", "CommandClear", "CommandClearAll"}) Press(button);
   EXPECT_EQ(MenuItem("ListUndo"), "");

@@ -11,6 +11,7 @@ inline constexpr int kSequences = 16;  // numbered 0..15
 inline constexpr int kSteps = 256;     // of one sequence, numbered 0..255
 inline constexpr int kChannels = 12;   // servo channels 0..11
 inline constexpr int kCentre = 128;    // the position byte of a servo's centre
+inline constexpr int kHighestPosition = 255;
 
 // Columns of an edit buffer row behind the positions.
 inline constexpr int kDurationColumn = kChannels;   // the duration in ms

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <span>
 
 namespace pelmora {
 namespace {
@@ -24,10 +25,6 @@ void ClearTable(SequenceTable& table) {
   table.SeqSteps.fill(0);
   table.SeqOffset.fill(0);
   table.SeqTable.fill({});
-}
-
-void ClearBreakFlags(Declaration& data) {
-  for (EditRow& row : data.EditBuffer) row[kBreakColumn] = 0;
 }
 
 int LoadEditBuffer(Declaration& data) {
@@ -53,6 +50,19 @@ bool StoreEditBuffer(Declaration& data, int line_count) {
       record.Position[step][c] = static_cast<std::uint8_t>(row[c]);
     }
     record.Duration[step] = static_cast<std::int16_t>(row[kDurationColumn]);
+  }
+  return true;
+}
+
+bool TableHolds(const Declaration& data, int line_count) {
+  if (data.SeqSteps[data.CurSeq] != line_count) return false;
+  const SequenceRecord& record = data.SeqTable[data.CurSeq];
+  for (std::size_t step = 0; step < static_cast<std::size_t>(line_count); ++step) {
+    const EditRow& row = data.EditBuffer[step];
+    if (!std::ranges::equal(record.Position[step], std::span(row).first<kChannels>()) ||
+        record.Duration[step] != row[kDurationColumn]) {
+      return false;
+    }
   }
   return true;
 }

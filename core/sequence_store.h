@@ -15,9 +15,6 @@ int StoredSteps(const SequenceTable& table, std::size_t sequence);
 // Empties all 16 sequences and the flash figures.
 void ClearTable(SequenceTable& table);
 
-// Sets the breakpoint flag of all 256 edit buffer rows to 0.
-void ClearBreakFlags(Declaration& data);
-
 // Copies the steps of `CurSeq` from the table into the edit buffer's first rows. The breakpoint
 // column and the rows beyond stay. Returns the number of steps copied (never more than 256).
 int LoadEditBuffer(Declaration& data);
@@ -26,6 +23,10 @@ int LoadEditBuffer(Declaration& data);
 // and nothing stored, when a position is outside 0..255 or a duration outside -32768..32767 in any
 // row, or `line_count` outside its range.
 bool StoreEditBuffer(Declaration& data, int line_count);
+
+// Whether the table holds `CurSeq` as the edit buffer has it: `line_count` steps with the positions
+// and durations of its rows.
+bool TableHolds(const Declaration& data, int line_count);
 
 // Recomputes `TotalBytes` and every `SeqOffset` from the step counts.
 void ComputeFlashFigures(SequenceTable& table);

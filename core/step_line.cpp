@@ -81,6 +81,16 @@ bool ReadStepLine(std::string_view line, std::string_view decimal_point, EditRow
   return true;
 }
 
+std::string WithValue(std::string_view line, int column, int value,
+                      std::string_view decimal_point) {
+  std::size_t begin = 0;
+  for (int tabs = 0; tabs < column; ++tabs) begin = line.find('\t', begin) + 1;
+  const std::size_t number = line.find(' ', begin) - begin;  // a blank begins the unit
+  return std::string(line).replace(
+      begin, number,
+      column == kDurationColumn ? std::to_string(value) : AngleText(value, decimal_point));
+}
+
 std::string WithBreakMark(std::string_view line) {
   return std::string(line).append(kBreakMark);
 }

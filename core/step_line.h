@@ -30,6 +30,10 @@ std::string EditorLine(const EditRow& row, std::string_view decimal_point);
 // unchanged, when the line is not a step line.
 bool ReadStepLine(std::string_view line, std::string_view decimal_point, EditRow& row);
 
+// A step line with another value of a column: the position of 0..11, or the duration. The rest of
+// the line stays.
+std::string WithValue(std::string_view line, int column, int value, std::string_view decimal_point);
+
 // The line with a breakpoint mark (a tab and "BREAK!") at its end.
 std::string WithBreakMark(std::string_view line);
 

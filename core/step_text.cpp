@@ -11,7 +11,6 @@ namespace {
 constexpr std::string_view kAngleUnit = "\u00B0";
 constexpr std::string_view kDurationUnit = "ms";
 constexpr int kFields = kChannels + 1;
-constexpr int kHighestPosition = 255;
 constexpr double kLowestAngle = -kCentre / 2.0;
 constexpr double kHighestAngle = (kHighestPosition - kCentre) / 2.0;
 

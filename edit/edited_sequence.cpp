@@ -4,7 +4,6 @@
 #include <array>
 #include <utility>
 
-#include "core/sequence_store.h"
 #include "core/step_line.h"
 #include "link/serial_port.h"
 
@@ -23,19 +22,72 @@ QString SequenceCaption(int sequence) {
   return QStringLiteral("Sequence N\u00B0 %1").arg(sequence);
 }
 
+// Whether the editor takes this for a column of a step.
+bool FitsEditor(int column, int value) {
+  if (column == kDurationColumn) return value >= kShortestDuration && value <= kLongestDuration;
+  return column >= 0 && column < kChannels && value >= 0 && value <= kHighestPosition;
+}
+
 }  // namespace
+
+// The time of an operation. With a name it is a change that can be undone. Of operations inside
+// each other the end of the outermost announces and shows what they have left to say.
+class EditedSequence::Operation {
+ public:
+  explicit Operation(EditedSequence& edited) : edited_(edited) {
+    if (edited_.operations_++ == 0) edited_.changes_.EndRun();
+  }
+  Operation(EditedSequence& edited, const char* name, const ChangeTraits& traits = {})
+      : edited_(edited) {
+    ++edited_.operations_;
+    change_.emplace(edited_.changes_, name, traits);
+  }
+  ~Operation() {
+    change_.reset();
+    edited_.EndOperation();
+  }
+  Operation(const Operation&) = delete;
+  Operation& operator=(const Operation&) = delete;
+
+ private:
+  EditedSequence& edited_;
+  std::optional<History::Change> change_;
+};
 
 EditedSequence::EditedSequence(const SequenceControls& controls, platform::MessageBox& message_box,
                                std::string decimal_point)
-    : controls_(controls), message_box_(message_box), decimal_point_(std::move(decimal_point)) {}
+    : controls_(controls), message_box_(message_box), decimal_point_(std::move(decimal_point)) {
+  connect(&controls_.ListSequence, &platform::ListBox::itemSelectionChanged, this, [this] {
+    if (operations_ == 0) AnnounceSelection();
+  });
+}
+
+void EditedSequence::EndOperation() {
+  if (--operations_ > 0) return;
+  if (std::exchange(sequence_changed_, false)) emit SequenceChanged();
+  AnnounceSelection();
+  if (std::exchange(breakpoints_changed_, false)) emit BreakpointsChanged();
+  for (const QString& text : std::exchange(messages_, {})) message_box_.Show(text, kProgramTitle);
+}
+
+// The list tells when the operator or the program selects a line, but not when a selected line gets
+// another index or goes with all others.
+void EditedSequence::AnnounceSelection() {
+  if (announced_selection_ == ListIndex()) return;
+  announced_selection_ = ListIndex();
+  changes_.EndRun();
+  emit SelectionChanged();
+}
 
 void EditedSequence::Form_Load() {
+  const Operation operation(*this);
   ResetBreakPoints();
   DataInit();
 }
 
 void EditedSequence::DataInit() {
   ClearTable(data_);
+  sequence_changed_ = true;
 }
 
 // The list has been cleared.
@@ -47,44 +99,64 @@ void EditedSequence::DataToBuffer() {
 }
 
 bool EditedSequence::BufferToData() {
+  const Operation operation(*this);
   if (!StoreEditBuffer(data_, ListCount())) {
-    message_box_.Show(QStringLiteral("Sequence %1 is not stored: a position or a duration of it is "
-                                     "out of range. The sequence table keeps what it had.")
-                          .arg(data_.CurSeq),
-                      kProgramTitle);
+    messages_.append(QStringLiteral("Sequence %1 is not stored: a position or a duration of it is "
+                                    "out of range. The sequence table keeps what it had.")
+                         .arg(data_.CurSeq));
     return false;
   }
+  sequence_changed_ = true;
   OffsetCalc();
   return true;
+}
+
+// After a change of lines. What can't be stored has been reported and stays in the list, from where
+// the next store takes it.
+void EditedSequence::Store() {
+  StoreAndShowOffset();
+  NameStep();
+}
+
+void EditedSequence::StoreAndShowOffset() {
+  static_cast<void>(BufferToData());
+  ShowOffset();
 }
 
 // The warning comes every time, as long as the capacity is exceeded.
 void EditedSequence::OffsetCalc() {
   ComputeFlashFigures(data_);
   controls_.LabelByte.setText(QStringLiteral("%1 bytes").arg(data_.TotalBytes));
-  if (data_.TotalBytes > kFlashCapacity) message_box_.Show(CapacityText(), kProgramTitle);
+  if (data_.TotalBytes > kFlashCapacity) messages_.append(CapacityText());
 }
 
 void EditedSequence::ResetBreakPoints() {
-  ClearBreakFlags(data_);
-  for (int line = 0; line < ListCount(); ++line) {
-    const std::string text = controls_.ListSequence.List(line).toStdString();
-    if (HasBreakMark(text)) {
-      controls_.ListSequence.SetList(line, QString::fromStdString(WithoutBreakMarks(text)));
-    }
+  const Operation operation(*this);
+  for (int line = 0; line < kSteps; ++line) {
+    if (Row(line)[kBreakColumn] != 0) SetBreak(line, false);
   }
+}
+
+// The flag of a row and, where it has a line, the mark.
+void EditedSequence::SetBreak(int line, bool set) {
+  data_.EditBuffer[static_cast<std::size_t>(line)][kBreakColumn] = set ? 1 : 0;
+  const std::string text = controls_.ListSequence.List(line).toStdString();
+  controls_.ListSequence.SetList(
+      line, QString::fromStdString(set ? WithBreakMark(text) : WithoutBreakMarks(text)));
+  breakpoints_changed_ = true;
 }
 
 // Lines to buffer, marks to flags.
 void EditedSequence::ReadLinesBack() {
-  ClearBreakFlags(data_);
-  const int lines = std::min(ListCount(), kSteps);
-  for (int line = 0; line < lines; ++line) {
+  for (int line = 0; line < kSteps; ++line) {
+    // Empty beyond the last line: a row there keeps its values and loses its flag.
     const std::string text = controls_.ListSequence.List(line).toStdString();
     EditRow& row = data_.EditBuffer[static_cast<std::size_t>(line)];
     ReadStepLine(text, decimal_point_, row);
-    row[kBreakColumn] = HasBreakMark(text) ? 1 : 0;
+    const std::int32_t flag = HasBreakMark(text) ? 1 : 0;
+    breakpoints_changed_ |= std::exchange(row[kBreakColumn], flag) != flag;
   }
+  sequence_changed_ = true;
 }
 
 void EditedSequence::NameStep() {
@@ -97,7 +169,7 @@ void EditedSequence::ShowOffset() {
 }
 
 void EditedSequence::Insert(const std::vector<std::string>& lines) {
-  const History::Change change(changes_, "Add");
+  const Operation operation(*this, "Add");
   ResetBreakPoints();
   int at = ListIndex();
   for (const std::string& line : lines) {
@@ -105,13 +177,11 @@ void EditedSequence::Insert(const std::vector<std::string>& lines) {
   }
   ReadLinesBack();
   Select(at);
-  BufferToData();
-  NameStep();
-  ShowOffset();
+  Store();
 }
 
 void EditedSequence::Remove() {
-  const History::Change change(changes_, "Remove");
+  const Operation operation(*this, "Remove");
   if (ListCount() == 0) return;
   ResetBreakPoints();
   const int line = ListIndex();
@@ -119,14 +189,34 @@ void EditedSequence::Remove() {
   controls_.ListSequence.RemoveItem(line);
   Select(ListCount() > line ? line : line - 1);
   ReadLinesBack();
-  BufferToData();
-  NameStep();
-  ShowOffset();
+  Store();
+}
+
+void EditedSequence::ReplaceSelected(const std::string& line) {
+  const Operation operation(*this, "Replace");
+  const int replaced = ListIndex();
+  Insert({line});
+  Select(replaced);
+  Remove();
+}
+
+bool EditedSequence::ChangeValue(int line, int column, int value) {
+  if (line < 0 || line >= ListCount() || !FitsEditor(column, value)) return false;
+  EditRow& row = data_.EditBuffer[static_cast<std::size_t>(line)];
+  if (row[static_cast<std::size_t>(column)] == value) return true;
+  const Operation operation(*this, column == kDurationColumn ? "Duration" : "Angle",
+                            {.run = line * kEditColumns + column});
+  const std::string text =
+      WithValue(controls_.ListSequence.List(line).toStdString(), column, value, decimal_point_);
+  controls_.ListSequence.SetList(line, QString::fromStdString(text));
+  ReadLinesBack();
+  StoreAndShowOffset();
+  return true;
 }
 
 void EditedSequence::Move(int from, int to) {
   // At the end of a drag the selection is at its new place already.
-  const History::Change change(changes_, "Move", {.selected = from});
+  const Operation operation(*this, "Move", {.selected = from});
   const QString text = controls_.ListSequence.List(from);
   controls_.ListSequence.RemoveItem(from);
   controls_.ListSequence.InsertItem(to, text);
@@ -135,7 +225,7 @@ void EditedSequence::Move(int from, int to) {
 }
 
 void EditedSequence::Replace(int line, const std::vector<EditRow>& steps) {
-  const History::Change change(changes_, "Interpolate");
+  const Operation operation(*this, "Interpolate");
   controls_.ListSequence.RemoveItem(line);
   int at = line;
   for (const EditRow& step : steps) {
@@ -148,24 +238,21 @@ void EditedSequence::Replace(int line, const std::vector<EditRow>& steps) {
 }
 
 void EditedSequence::ToggleBreak() {
+  const Operation operation(*this);
   const int line = ListIndex();
-  if (line < 0) return;
-  const std::string text = controls_.ListSequence.List(line).toStdString();
-  std::int32_t& flag = data_.EditBuffer[static_cast<std::size_t>(line)][kBreakColumn];
-  flag = flag == 0 ? 1 : 0;
-  controls_.ListSequence.SetList(
-      line, QString::fromStdString(flag == 1 ? WithBreakMark(text) : WithoutBreakMarks(text)));
+  if (line >= 0) SetBreak(line, Row(line)[kBreakColumn] == 0);
 }
 
 void EditedSequence::Clear() {
-  const History::Change change(changes_, "Clear Sequence");
+  const Operation operation(*this, "Clear Sequence");
+  sequence_changed_ |= ListCount() > 0;
   controls_.ListSequence.Clear();
   ResetBreakPoints();
   controls_.LabelStep.setText(NoStepCaption());
 }
 
 void EditedSequence::ClearAll() {
-  const History::Change change(changes_, "Clear All");
+  const Operation operation(*this, "Clear All");
   Clear();
   DataInit();
   data_.CurSeq = 0;
@@ -173,6 +260,7 @@ void EditedSequence::ClearAll() {
 }
 
 void EditedSequence::ShowSequence(int sequence) {
+  const Operation operation(*this);
   if (sequence >= 0 && sequence < kSequences && BufferToData()) {
     data_.CurSeq = static_cast<std::uint8_t>(sequence);
     ShowCurrentSequence();
@@ -187,11 +275,12 @@ void EditedSequence::ShowCurrentSequence() {
   controls_.ListSequence.Clear();
   ResetBreakPoints();
   DataToBuffer();
+  sequence_changed_ = true;
   controls_.LabelSeq.setText(SequenceCaption(data_.CurSeq));
 }
 
 void EditedSequence::TakeTable(const SequenceTable& table) {
-  const History::Change change(changes_, "Load Buffer");
+  const Operation operation(*this, "Load Buffer");
   static_cast<SequenceTable&>(data_) = table;
   data_.CurSeq = 0;
   OffsetCalc();
@@ -199,7 +288,8 @@ void EditedSequence::TakeTable(const SequenceTable& table) {
 }
 
 bool EditedSequence::TakeHeader(const FlashHeader& header, int total_bytes) {
-  const History::Change change(changes_, "Read Seq.");
+  const Operation operation(*this, "Read Seq.");
+  sequence_changed_ = true;
   data_.TotalBytes = total_bytes;
   const bool sound = DecodeHeader(header, data_);
   LimitStepCounts(data_);
@@ -207,7 +297,8 @@ bool EditedSequence::TakeHeader(const FlashHeader& header, int total_bytes) {
 }
 
 bool EditedSequence::TakeReply(const FlashHeader& header, int total_bytes, const FlashRows& image) {
-  const History::Change change(changes_, "Read Seq.");
+  const Operation operation(*this, "Read Seq.");
+  sequence_changed_ = true;
   data_.TotalBytes = total_bytes;
   DecodeHeader(header, data_);
   const bool placed = DecodeSteps(image, data_);
@@ -231,6 +322,12 @@ SequenceState EditedSequence::State(const SequenceState* former) const {
 }
 
 void EditedSequence::Restore(const SequenceState& state) {
+  const Operation operation(*this);
+  sequence_changed_ = true;
+  for (std::size_t line = 0; line < kSteps; ++line) {
+    breakpoints_changed_ |=
+        (*state.EditBuffer)[line][kBreakColumn] != data_.EditBuffer[line][kBreakColumn];
+  }
   PutBack(state, data_);
   ShowLines(QString::fromUtf8(state.Lines).split('\n', Qt::SkipEmptyParts));
   Select(state.Selected);

@@ -5,18 +5,24 @@
 // Every operation that changes a sequence can be undone. What belongs to one press of a button is
 // held together by a `History::Change` around it.
 //
+// An operation announces what it has changed when it has ended, each signal once, and shows its
+// messages after that: whoever hears or sees something finds an operation that is complete.
+//
 // The list's lines are the master copy of the current sequence. The sequence table gets it when it
 // is stored (`BufferToData`).
 #pragma once
 
 #include <QLabel>
+#include <QObject>
 #include <QString>
+#include <QStringList>
 #include <array>
 #include <string>
 #include <vector>
 
 #include "core/board_codec.h"
 #include "core/declaration.h"
+#include "core/sequence_store.h"
 #include "edit/history.h"
 #include "platform/controls/list_box.h"
 #include "platform/system/message_box.h"
@@ -33,7 +39,8 @@ struct SequenceControls {
   QLabel& LabelOffset;
 };
 
-class EditedSequence : private History::Subject {
+class EditedSequence : public QObject, private History::Subject {
+  Q_OBJECT
  public:
   // `decimal_point` (UTF-8) is the one of the user's locale; angle texts are built and read with
   // it.
@@ -49,13 +56,17 @@ class EditedSequence : private History::Subject {
   // The step of a line, 0 .. ListCount - 1.
   const EditRow& Row(int line) const { return data_.EditBuffer[static_cast<std::size_t>(line)]; }
 
+  // Whether the table holds the current sequence as the list has it: the same number of steps, with
+  // the same positions and durations. It doesn't after "Move", "Interpolate" and "Clear Sequence".
+  bool Stored() const { return TableHolds(data_, ListCount()); }
+
   // Start-up: no breakpoints, an empty table.
   void Form_Load();
 
   // Stores the edit buffer as `CurSeq`, with as many steps as the list has lines, and runs
   // `OffsetCalc`. False when a value does not fit the table: a message says so, nothing of the
   // sequence is stored, and the caller must not throw the list away.
-  bool BufferToData();
+  [[nodiscard]] bool BufferToData();
 
   // Clears every breakpoint of the current sequence, flags and marks.
   void ResetBreakPoints();
@@ -74,6 +85,15 @@ class EditedSequence : private History::Subject {
   void Remove();
   // Moves a line, with its breakpoint, to the place of another, and selects it. Doesn't store.
   void Move(int from, int to);
+  // "Replace": puts a line in the place of the selected one, which must exist and stays selected,
+  // and stores. The list must have room for one more. Clears the breakpoints.
+  void ReplaceSelected(const std::string& line);
+  // Changes one value of a line and stores: of column 0..11 the position (0..255), of
+  // `kDurationColumn` the duration (20..32767 ms). The line keeps its place, breakpoints and
+  // selection stay. False, and nothing happens, when there is no such line or the value is out of
+  // range. Changes of the same value that follow each other, with nothing in between, are one step
+  // of undo; none is left when they come back to where they began.
+  [[nodiscard]] bool ChangeValue(int line, int column, int value);
   // Puts steps, in their order, in the place of a line and selects the first. Doesn't store. The
   // list must have room for them.
   void Replace(int line, const std::vector<EditRow>& steps);
@@ -101,7 +121,17 @@ class EditedSequence : private History::Subject {
   // those before it are in the table, and the list stays as it was.
   bool TakeReply(const FlashHeader& header, int total_bytes, const FlashRows& image);
 
+ signals:
+  // The lines of the current sequence, `CurSeq` or the table have changed, or have been stored.
+  void SequenceChanged();
+  // `ListIndex` has changed, by an operation or by the operator.
+  void SelectionChanged();
+  // A breakpoint of the current sequence has been set, cleared or moved.
+  void BreakpointsChanged();
+
  private:
+  class Operation;
+
   SequenceState State(const SequenceState* former) const override;
   void Restore(const SequenceState& state) override;
   std::array<QLabel*, 6> Labels() const;
@@ -109,7 +139,12 @@ class EditedSequence : private History::Subject {
   void DataInit();
   void DataToBuffer();
   void OffsetCalc();
+  void Store();
+  void StoreAndShowOffset();
+  void SetBreak(int line, bool set);
   void ReadLinesBack();
+  void EndOperation();
+  void AnnounceSelection();
   void ShowCurrentSequence();
   void ShowOffset();
 
@@ -118,6 +153,14 @@ class EditedSequence : private History::Subject {
   platform::MessageBox& message_box_;
   const std::string decimal_point_;
   History changes_{*this};
+
+  // Of the operation in progress.
+  int operations_ = 0;  // one inside the other
+  bool sequence_changed_ = false;
+  bool breakpoints_changed_ = false;
+  QStringList messages_;
+
+  int announced_selection_ = -1;
 };
 
 // The warning that the sequences exceed the board's capacity.

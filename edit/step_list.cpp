@@ -10,17 +10,7 @@ StepList::StepList(EditedSequence& edited, StepFields& step_fields,
     : edited_(edited), step_fields_(step_fields), message_box_(message_box) {}
 
 void StepList::CommandAdd_Click() {
-  InsertStep();
-}
-
-// False when the list is full; a message has then been shown and nothing has changed.
-bool StepList::InsertStep() {
-  if (edited_.ListCount() >= kSteps) {
-    message_box_.Show(TooManyLinesText(), kProgramTitle);
-    return false;
-  }
-  edited_.Insert({EditorLine(step_fields_.AngleFields(), step_fields_.Duration())});
-  return true;
+  if (HasRoom()) edited_.Insert({NewLine()});
 }
 
 void StepList::CommandRem_Click() {
@@ -28,12 +18,19 @@ void StepList::CommandRem_Click() {
 }
 
 void StepList::CommandReplace_Click() {
-  const int line = edited_.ListIndex();
-  if (line < 0) return;
-  const History::Change change(edited_.Changes(), "Replace");
-  if (!InsertStep()) return;
-  edited_.Select(line);
-  CommandRem_Click();
+  if (edited_.ListIndex() >= 0 && HasRoom()) edited_.ReplaceSelected(NewLine());
+}
+
+// Whether the list can take another line; otherwise a message says so.
+bool StepList::HasRoom() {
+  if (edited_.ListCount() < kSteps) return true;
+  message_box_.Show(TooManyLinesText(), kProgramTitle);
+  return false;
+}
+
+// The line of the step that the editor shows.
+std::string StepList::NewLine() const {
+  return EditorLine(step_fields_.AngleFields(), step_fields_.Duration());
 }
 
 void StepList::CommandClear_Click() {

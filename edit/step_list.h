@@ -1,6 +1,8 @@
 // The step list's editing commands.
 #pragma once
 
+#include <string>
+
 #include "edit/edited_sequence.h"
 #include "edit/step_fields.h"
 #include "platform/system/message_box.h"
@@ -33,7 +35,8 @@ class StepList {
   void ListSequence_DblClick();
 
  private:
-  bool InsertStep();
+  bool HasRoom();
+  std::string NewLine() const;
   void SelectAndShow(int line);
 
   EditedSequence& edited_;

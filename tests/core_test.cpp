@@ -248,10 +248,6 @@ TEST(SequenceStore, StoresAllRowsOfTheCurrentSequenceAndLoadsItsSteps) {
   EXPECT_EQ(data->EditBuffer[1], second);
   EXPECT_EQ(data->EditBuffer[2], Row(1, 1, 1, 1));
 
-  data->EditBuffer[255][kBreakColumn] = 1;
-  ClearBreakFlags(*data);
-  for (const EditRow& row : data->EditBuffer) EXPECT_EQ(row[kBreakColumn], 0);
-
   ComputeFlashFigures(*data);
   ClearTable(*data);
   EXPECT_EQ(data->SeqTable[15], SequenceRecord{});

@@ -92,10 +92,12 @@ std::string FormatStepText(std::span<const EditRow> steps, std::string_view deci
 std::optional<StepTextFault> ReadStepText(std::string_view text, std::string_view decimal_point,
                                           std::vector<EditRow>& steps) {
   std::vector<EditRow> read;
-  for (int line = 1; !text.empty(); ++line) {
+  for (int number = 1; !text.empty(); ++number) {
+    const std::string_view line = TakeLine(text);
+    if (line.find_first_not_of(" \t") == std::string_view::npos) continue;
     EditRow& row = read.emplace_back();
-    if (auto reason = ReadLine(TakeLine(text), decimal_point, row)) {
-      return StepTextFault{line, std::move(*reason)};
+    if (auto reason = ReadLine(line, decimal_point, row)) {
+      return StepTextFault{number, std::move(*reason)};
     }
   }
   steps = std::move(read);

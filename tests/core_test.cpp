@@ -169,6 +169,8 @@ TEST(StepText, IsWrittenPlainlyAndReadAsASpreadsheetOrTheListGivesIt) {
       {TextLine("0.5", "-64", "100") + "\r" + TextLine("63,5", "0.25", "20\t\t") + "\r\n" +
            TextLine("-0.25", "-64", "32767") + "\n",
        {step, Row(255, kCentre, 128, 20), Row(127, kCentre, 0, 32767)}},
+      {"\n" + TextLine("0", "0", "40") + "\n\n \t \t\r\n" + TextLine("0", "0", "60") + "\r\r\n ",
+       {Row(128, kCentre, 128, 40), Row(128, kCentre, 128, 60)}},
       {TextLine("0", "0", "20.5") + "\n" + TextLine("0", "0", "21.5"),
        {Row(128, kCentre, 128, 20), Row(128, kCentre, 128, 22)}},
   };
@@ -183,7 +185,7 @@ TEST(StepText, IsWrittenPlainlyAndReadAsASpreadsheetOrTheListGivesIt) {
 TEST(StepText, RefusesTheWholeTextForOneLineThatIsNoStep) {
   const std::string good = TextLine("0", "0", "100");
   const std::pair<const char*, std::vector<std::string>> cases[] = {
-      {"it has fewer than 13 fields", {"", "hello", kTenCentres + "0\t0"}},
+      {"it has fewer than 13 fields", {"hello", kTenCentres + "0\t0"}},
       {"the angle of Ch0 is no number",
        {TextLine("", "0", "100"), TextLine("°", "0", "100"), TextLine("1.5.5", "0", "100"),
         TextLine("1.000,5", "0", "100"), TextLine("0 ms", "0", "100"),
@@ -200,9 +202,9 @@ TEST(StepText, RefusesTheWholeTextForOneLineThatIsNoStep) {
     for (const std::string& line : lines) {
       const std::vector<EditRow> before = {Row(1, kCentre, 2, 3)};
       std::vector<EditRow> read = before;
-      const auto fault = ReadStepText(good + "\n" + good + "\r\n" + line + "\r", ",", read);
+      const auto fault = ReadStepText(good + "\n\n" + good + "\r\n" + line + "\r", ",", read);
       ASSERT_TRUE(fault) << line;
-      EXPECT_EQ(fault->line, 3) << line;
+      EXPECT_EQ(fault->line, 4) << line;
       EXPECT_EQ(fault->reason, reason) << line;
       EXPECT_EQ(read, before) << line;
     }

@@ -7,7 +7,6 @@
 #include "platform/controls/option_button.h"
 #include "platform/controls/push_button.h"
 #include "platform/controls/twips.h"
-#include "platform/dialogs/held_keys.h"
 
 namespace pelmora {
 namespace {
@@ -69,7 +68,6 @@ void DialogInterp::BuildControls() {
   label->setBuddy(CWNumEditInterp);
   CWNumEditInterp->setAccessibleName(QStringLiteral("Number of Interpolation Steps"));
 
-  new platform::IgnoreHeldKeys(this);
   connect(ok, &QPushButton::clicked, this, &DialogInterp::OKButton_Click);
   connect(cancel, &QPushButton::clicked, this, &DialogInterp::CancelButton_Click);
 }

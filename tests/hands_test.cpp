@@ -111,6 +111,23 @@ TEST_F(Hands, CaretStaysBeforeTheUnit) {
   EXPECT_EQ(duration.text(), "32767 ms") << "a digit was refused";
 }
 
+// A key held on a busy machine: release and press of each repetition bear the same time, but come
+// apart and look like any others.
+void HoldApart(QWidget& control, Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+  static quint64 time = 1;
+  const QString text = key == Qt::Key_Space ? " " : key == Qt::Key_Return ? "\r" : "";
+  for (int i = 0; i < 6; ++i) {
+    const bool shortcut = qt_sendShortcutOverrideEvent(&control, time, key, modifiers, text);
+    for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+      QKeyEvent event(type, key, modifiers, text);
+      if (type == QEvent::KeyRelease) time += 30;
+      event.setTimestamp(time);
+      if (type == QEvent::KeyRelease || !shortcut) QApplication::sendEvent(&control, &event);
+    }
+  }
+  time += 1000;
+}
+
 TEST_F(Hands, HeldKeyPressesOnce) {
   Connect();
   const std::tuple<const char*, Qt::Key, Qt::KeyboardModifiers> cases[] = {
@@ -119,14 +136,21 @@ TEST_F(Hands, HeldKeyPressesOnce) {
       {"CWButtonMainOnOff", Qt::Key_Space, {}},   {"CWButtonMainOnOff", Qt::Key_O, Qt::AltModifier},
   };
   for (const auto& [button, key, modifiers] : cases) {
-    SCOPED_TRACE(key);
-    while (Lines().size() < 10) Press("CommandAdd");
-    Operator::Hold(Focus(button), key, modifiers);
-    const bool on = hands->Read("CWButtonMainOnOff") == "On";
-    EXPECT_EQ(Lines().size(), on ? 10 : 9);
-    if (on) Press("CWButtonMainOnOff");
-    ExpectSent(on ? Bytes{1, 0} : Bytes{});
+    for (const bool apart : {false, true}) {
+      SCOPED_TRACE(testing::Message() << button << ' ' << key << ' ' << apart);
+      while (Lines().size() < 10) Press("CommandAdd");
+      (apart ? HoldApart : Operator::Hold)(Focus(button), key, modifiers);
+      const bool on = hands->Read("CWButtonMainOnOff") == "On";
+      EXPECT_EQ(Lines().size(), on ? 10 : 9);
+      if (on) Press("CWButtonMainOnOff");
+      ExpectSent(on ? Bytes{1, 0} : Bytes{});
+    }
   }
+  // What may be repeated is repeated, and two presses of one key are two.
+  HoldApart(Focus("CWSlide1_0"), Qt::Key_Up);
+  EXPECT_EQ(hands->Read("CWSlide1_0"), "134");
+  for (int i = 0; i < 2; ++i) hands->Keys(Focus("CommandRem"), "Space");
+  EXPECT_EQ(Lines().size(), 8);
   Operator::Hold(Focus("CommandAdd"), Qt::Key_S, Qt::ControlModifier);
   EXPECT_EQ(files.requests.size(), 1U);
 }
@@ -168,6 +192,50 @@ TEST_F(Hands, EchoShowsTheLastByteAndIsEmptiedByAClickOrBySpace) {
   EXPECT_EQ(spoken->text(QAccessible::Value), "65");
   QTest::keyClick(&echo, Qt::Key_Space);
   EXPECT_EQ(hands->Read("Echo"), "");
+}
+
+// A key that is pressed next must do nothing that was not meant.
+TEST_F(Hands, FocusOfAControlThatGoesComesToTheList) {
+  EXPECT_EQ(form->focusWidget(), &List()) << "at the start";
+  Trigger("FreshProg");
+  Trigger("Serial");
+  board.SetFaults({.silent = true});
+  const auto abort_a_read = [this] {
+    hands->When([this] { return Enabled("Command1"); },
+                [this] { hands->Keys(Focus("Command1"), "Return"); });
+    ExpectMessage("Reading Error!");
+    Press("CommandRead");
+  };
+  const std::tuple<const char*, const char*, std::function<void()>> cases[] = {
+      {"port chosen", "ComboPort", [this] { Connect(); }},
+      {"transfer aborted", "CommandRead", abort_a_read},
+      {"panel hidden", "CommandErase", [this] { Trigger("FreshProg"); }},
+      {"panels hidden by the menu", "CommandInBuff", [this] { hands->ChooseMenu("Serial"); }},
+      {"panel hidden behind another window", "CommandErase",
+       [this] {
+         QWidget other;
+         other.show();
+         ASSERT_TRUE(Activate(other));
+         Trigger("FreshProg");
+         ASSERT_TRUE(Activate(*form));
+       }},
+      {"dialog closed", "CommandInterpolate",
+       [this] {
+         for (int i = 0; i < 2; ++i) Press("CommandAdd");
+         Press("CommandInterpolate");
+         hands->Keys(hands->Find<QDialog>("DialogInterp"), "Escape");
+         ASSERT_TRUE(Activate(*form));
+       }},
+  };
+  for (const auto& [name, control, goes] : cases) {
+    if (control == QString("CommandErase") && !hands->Find<QWidget>(control).isVisible()) {
+      Trigger("FreshProg");
+    }
+    ASSERT_TRUE(Focus(control).hasFocus()) << name;
+    goes();
+    const QWidget* focus = QApplication::focusWidget();
+    EXPECT_EQ(focus ? focus->objectName() : "", "ListSequence") << name;
+  }
 }
 
 TEST_F(Hands, InterpolationDialogByKeyboard) {

@@ -27,6 +27,7 @@ class ListBoxTest : public testing::Test {
     QObject::connect(&list, &ListBox::DblClick, [&] { Log("double %1", list.ListIndex()); });
     QObject::connect(&list, &ListBox::MoveLine,
                      [&](int from, int to) { Log("move %1 to " + QString::number(to), from); });
+    QObject::connect(&list, &ListBox::RemoveLine, [&] { Log("remove %1", list.ListIndex()); });
     window.show();
     window.activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
@@ -208,7 +209,9 @@ TEST_F(ListBoxTest, Keys) {
       {5, "Home", 0, ""},                       {0, "Ctrl+Up", 0, ""},
       {5, "Down", 6, ""},                       {5, "Ctrl+Down", 5, "move 5 to 6"},
       {5, "End", 39, ""},                       {5, "Ctrl+Up", 5, "move 5 to 4"},
-      {5, "Esc", 5, ""},                        {5, "Return Num+Enter", 5, "double 5"}};
+      {5, "Esc", 5, ""},                        {5, "Return Num+Enter", 5, "double 5"},
+      {5, "Delete", 5, "remove 5"},             {-1, "Delete", -1, ""},
+      {5, "Shift+Delete Ctrl+Delete Backspace", 5, ""}, {5, "1 3 0", 5, ""}};
   // clang-format on
   for (const bool focused_anew : {false, true}) {
     for (const auto& [selected, keys, then, happens] : cases) {
@@ -230,8 +233,9 @@ TEST_F(ListBoxTest, Keys) {
   list.SetListIndex(5);
   for (const bool held : {false, true, true}) {
     QTest::simulateEvent(&list, true, Qt::Key_Return, {}, "\r", held);
+    QTest::simulateEvent(&list, true, Qt::Key_Delete, {}, "", held);
   }
-  ExpectHappened("double 5");  // not again while the key is held
+  ExpectHappened("double 5, remove 5");  // not again while the key is held
 }
 
 TEST_F(ListBoxTest, PagesTurnWhenTheSelectionLeavesThem) {

@@ -74,13 +74,35 @@ TEST_F(StepClipboard, NothingSelectedOrNothingToPasteDoesNothing) {
   }
 }
 
-TEST_F(StepClipboard, KeysOfOtherControlsAreTheirOwn) {
-  SetClipboard(TextOf("5", "20"));
-  for (const char* name : {"CommandAdd", "CWSlide1_3", "Text1_3"}) {
-    hands->Find<QWidget>(name).setFocus();
-    Keys("Ctrl+V");
-    EXPECT_TRUE(Lines().isEmpty()) << name;
+TEST_F(StepClipboard, KeysWorkWhereverNothingIsTyped) {
+  Trigger("Serial");
+  AddSteps(3);
+  const std::pair<const char*, bool> cases[] = {
+      {"CommandAdd", true}, {"CWSlide1_3", true},        {"CWButtonEmuPC", true},
+      {"ComboPort", true},  {"Text1_3", false},          {"Text1_14", false},
+      {"Echo", false},      {"CWNumEditTimeStep", false}};
+  for (const auto& [name, work] : cases) {
+    SCOPED_TRACE(name);
+    for (const QString keys : {"Ctrl+Shift+C", "Ctrl+C", "Ctrl+X", "Ctrl+V"}) {
+      Select(1);
+      SetClipboard(TextOf("5", "20"));
+      auto& control = hands->Find<QWidget>(name);
+      control.setFocus();
+      const QStringList lines = Lines();
+      Keys(keys);
+      EXPECT_EQ(Lines() != lines, work && (keys == "Ctrl+X" || keys == "Ctrl+V"));
+      EXPECT_EQ(Clipboard().endsWith("\t140\n") || Clipboard().endsWith("\t120\n"),
+                work && keys != "Ctrl+V");
+      if (Lines() != lines) Keys("Ctrl+Z");
+    }
   }
+  hands->Find<QWidget>("CommandAdd").setFocus();
+  Keys("Delete");
+  ExpectSteps("012", 1);
+  Press("CommandBrk");
+  Operator::Hold(List(), Qt::Key_Delete);
+  ExpectSteps("02", 1);  // as "Remove"
+  EXPECT_EQ(hands->Read("LabelByte"), "28 bytes");
 }
 
 TEST_F(StepClipboard, ATextThatIsNoStepsIsRefusedAsAWhole) {
@@ -183,10 +205,12 @@ TEST_F(StepClipboard, TypicalUseByTheKeyboard) {
   Keys("Space");
   ExpectMessage(kErasedText);
   ExpectMessage(kProgrammedText);
-  Keys("Alt+G");
+  hands->Find<QWidget>("CommandFlash").setFocus();
+  Keys("Space");
   const SequenceView programmed = Look(*this);
   ExpectMessage(kReadText);
-  Keys("Alt+D");
+  hands->Find<QWidget>("CommandRead").setFocus();
+  Keys("Space");
   EXPECT_EQ(Order(), "012");
   EXPECT_EQ(Data().SeqSteps[3], 3);
   const SequenceView read = Look(*this);

@@ -104,10 +104,13 @@ TEST_F(StartUp, ToolTipsSayWhatEveryButtonDoesAndItsKeyWhichIsItsOwn) {
   }
   keys.append({QKeySequence::mnemonic(Menus().front().menu).toString(),
                QKeySequence::mnemonic(Menus().back().menu).toString()});
-  EXPECT_GE(keys.size(), 20);
+  EXPECT_GE(keys.size(), 17);
+  for (const char* slow : {"CommandErase", "CommandFlash", "CommandRead"}) {
+    EXPECT_FALSE(hands->Find<QPushButton>(slow).text().contains('&')) << slow;
+  }
   EXPECT_EQ(keys.removeDuplicates(), 0) << keys.join(' ').toStdString();
   EXPECT_EQ(hands->Find<QWidget>("CommandRead").toolTip(),
-            "Empties the program first, then reads all 16 sequences from the board (Alt+D)");
+            "Empties the program first, then reads all 16 sequences from the board");
 }
 
 TEST_F(StartUp, ClosingSendsTwoStopBytesAndNothingMore) {

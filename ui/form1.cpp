@@ -127,6 +127,7 @@ Form1::Form1(const Surroundings& surroundings)
   controls_ = std::make_unique<Controls>(MakeControls(*client, *menuBar()));
   FitFont(*client, *controls_);
   DressControls(*controls_, surroundings_.ports);
+  SetRestingControl(*controls_->ListSequence);
   layout()->setSizeConstraint(QLayout::SetFixedSize);
   handlers_ = std::make_unique<Handlers>(surroundings_, *controls_, *this);
   ConnectEditing();
@@ -219,6 +220,8 @@ void Form1::ConnectEditing() {
           [&h] { h.step_list.ListSequence_DblClick(); });
   connect(controls_->ListSequence, &ListBox::MoveLine, wiring_.get(),
           [&h](int from, int to) { h.step_list.ListSequence_MoveLine(from, to); });
+  connect(controls_->ListSequence, &ListBox::RemoveLine, wiring_.get(),
+          [&h] { h.step_list.CommandRem_Click(); });
   new ListMenu(*controls_->ListSequence, {h.edited, h.undo, h.step_clipboard, h.step_list},
                wiring_.get());
   PressByKey(Qt::ALT | Qt::Key_Right, *controls_->CommandUp);

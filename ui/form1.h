@@ -3,11 +3,12 @@
 #pragma once
 
 #include <QAction>
-#include <QMainWindow>
 #include <QRect>
 #include <memory>
 #include <vector>
 
+#include "platform/controls/held_keys.h"
+#include "platform/controls/main_window.h"
 #include "platform/controls/push_button.h"
 #include "platform/dialogs/file_dialog.h"
 #include "platform/serial/port_directory.h"
@@ -31,7 +32,7 @@ struct Controls;
 class EditedSequence;
 class PcEmulator;
 
-class Form1 : public QMainWindow {
+class Form1 : public platform::MainWindow {
   Q_OBJECT
  public:
   explicit Form1(const Surroundings& surroundings);
@@ -71,6 +72,7 @@ class Form1 : public QMainWindow {
   void EndProgram();
 
   const Surroundings surroundings_;
+  const platform::HeldKeys held_keys_;
   std::unique_ptr<Controls> controls_;
   std::unique_ptr<Handlers> handlers_;
   // Context of all connections to the handlers, so that they end before the handlers do.

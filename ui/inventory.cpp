@@ -38,10 +38,10 @@ constexpr ControlRow kControls[] = {
   {NAMED(LabelOffset),         NAMED(FrameInfo),      "0 bytes",               "",                       1440,  720,  1215,  315, ""},
 
   {NAMED(FrameFlash),          {},                    "Flash Program",         "",                       7680, 2280,  4935, 1395, "", Start::kHidden},
-  {NAMED(CommandFlash),        NAMED(FrameFlash),     "Pro&gram  Seq.",        "",                        120,  300,  1215,  375, "Erases the board, then writes all 16 sequences into it"},
-  {NAMED(CommandRead),         NAMED(FrameFlash),     "Rea&d Seq.",            "",                       1320,  300,  1215,  375, "Empties the program first, then reads all 16 sequences from the board"},
+  {NAMED(CommandFlash),        NAMED(FrameFlash),     "Program  Seq.",         "",                        120,  300,  1215,  375, "Erases the board, then writes all 16 sequences into it"},
+  {NAMED(CommandRead),         NAMED(FrameFlash),     "Read Seq.",             "",                       1320,  300,  1215,  375, "Empties the program first, then reads all 16 sequences from the board"},
   {NAMED(Command1),            NAMED(FrameFlash),     "A&bort",                "",                       2760,  300,   855,  375, "Ends the transfer that is running", Start::kDisabled},
-  {NAMED(CommandErase),        NAMED(FrameFlash),     "&Erease",               "",                       3840,  300,   855,  375, "Empties the board's memory and waits until the board has done it"},
+  {NAMED(CommandErase),        NAMED(FrameFlash),     "Erease",                "",                       3840,  300,   855,  375, "Empties the board's memory and waits until the board has done it"},
   {NAMED(LabelErase),          NAMED(FrameFlash),     "Erasing...",            "",                        120,  840,  4575,  375, "", Start::kHidden},
   {NAMED(ProgressBarFlash),    NAMED(FrameFlash),     "",                      "Flash transfer",          120,  840,  4575,  375, "", Start::kHidden},
 
@@ -60,7 +60,7 @@ constexpr ControlRow kControls[] = {
 
   {NAMED(FrameBuffEdit),       {},                    "Buffer Editing",        "",                      10920, 6240,  1695, 3735, ""},
   {NAMED(CommandAdd),          NAMED(FrameBuffEdit),  "&Add",                  "",                        120,  300,  1455,  375, "Inserts the pose and duration above as a step below the selected one"},
-  {NAMED(CommandRem),          NAMED(FrameBuffEdit),  "&Remove",               "",                        120,  660,  1455,  375, "Removes the selected step"},
+  {NAMED(CommandRem),          NAMED(FrameBuffEdit),  "&Remove",               "",                        120,  660,  1455,  375, "Removes the selected step, as Delete in the list does"},
   {NAMED(CommandReplace),      NAMED(FrameBuffEdit),  "Repla&ce",              "",                        120, 1020,  1455,  375, "Puts the pose and duration above in place of the selected step"},
   {NAMED(CommandClear),        NAMED(FrameBuffEdit),  "Clear Se&quence",       "",                        120, 1560,  1455,  375, "Empties the list of this sequence"},
   {NAMED(CommandClearAll),     NAMED(FrameBuffEdit),  "C&lear All",            "",                        120, 1920,  1455,  375, "Empties all 16 sequences; can be undone with Ctrl+Z"},

@@ -67,9 +67,8 @@ QAction* ListMenu::AddUndoItem(const QString& text, const QList<QKeySequence>& k
 QAction* ListMenu::AddClipboardItem(const QString& text, const QKeySequence& keys, Action action) {
   QAction* item = AddItem(text, std::move(action));
   item->setShortcut(keys);
-  item->setShortcutContext(Qt::WidgetShortcut);
   item->setAutoRepeat(false);
-  list_.addAction(item);
+  list_.window()->addAction(item);
   return item;
 }
 

@@ -27,8 +27,8 @@ struct ListMenuHandlers {
 class ListMenu : public QObject {
   Q_OBJECT
  public:
-  // The keys of undo and redo work in the whole window, those of the clipboard in the list. The
-  // handlers outlive the menu, and so does the list.
+  // The keys of undo, redo and the clipboard work in the whole window; a text field that has the
+  // focus keeps those that it knows itself. The handlers outlive the menu, and so does the list.
   ListMenu(platform::ListBox& list, const ListMenuHandlers& handlers, QObject* parent);
 
  private:

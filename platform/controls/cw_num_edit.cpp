@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "platform/controls/undo_keys.h"
+#include "platform/controls/entry_keys.h"
 
 namespace platform {
 namespace {
@@ -68,7 +68,7 @@ QAbstractSpinBox::StepEnabled CWNumEdit::stepEnabled() const {
 }
 
 bool CWNumEdit::event(QEvent* event) {
-  return TakeUndoKeys(*lineEdit(), *event) || QSpinBox::event(event);
+  return TakeEntryKeys(*lineEdit(), *event) || QSpinBox::event(event);
 }
 
 void CWNumEdit::keyPressEvent(QKeyEvent* event) {

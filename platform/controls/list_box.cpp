@@ -332,6 +332,10 @@ bool ListBox::TakeKey(const QKeyEvent& event) {
     case Qt::Key_Enter:
       if (!event.isAutoRepeat() && !gesture_.Running() && ListIndex() >= 0) emit DblClick();
       return true;
+    case Qt::Key_Delete:
+      if (event.modifiers() & ~Qt::KeypadModifier) return false;
+      if (!event.isAutoRepeat() && !gesture_.Running() && ListIndex() >= 0) emit RemoveLine();
+      return true;
     case Qt::Key_Up:
     case Qt::Key_Down:
       if (control) {

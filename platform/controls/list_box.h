@@ -47,6 +47,8 @@ class ListBox : public QListWidget {
   void SetHalted(bool halted);
 
   void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
+  // The toolkit selects a line that begins with the letters that are typed.
+  void keyboardSearch(const QString&) override {}
 
  signals:
   // A mouse button (any) was pressed on the list; further buttons pressed before it is released
@@ -65,6 +67,8 @@ class ListBox : public QListWidget {
   // Ctrl+Up or Ctrl+Down was pressed: the selected line `from` shall move to its neighbour's place
   // `to`, as if dragged there. Nothing has moved yet.
   void MoveLine(int from, int to);
+  // Delete was pressed with a line selected; not again while it is held. Nothing has gone yet.
+  void RemoveLine();
   // A right click without a drag, after its `MouseUp`; or the menu key. `global` is where a menu
   // should open: at the pointer, or below the selected line.
   void ContextMenuWanted(QPoint global);

@@ -4,7 +4,7 @@
 #include <QKeyEvent>
 #include <algorithm>
 
-#include "platform/controls/undo_keys.h"
+#include "platform/controls/entry_keys.h"
 
 namespace platform {
 namespace {
@@ -42,7 +42,7 @@ bool TextField::Discards(int key) const {
 }
 
 bool TextField::event(QEvent* event) {
-  return TakeUndoKeys(*this, *event) || QLineEdit::event(event);
+  return TakeEntryKeys(*this, *event) || QLineEdit::event(event);
 }
 
 void TextField::keyPressEvent(QKeyEvent* event) {

@@ -1,0 +1,60 @@
+#include "platform/controls/held_keys.h"
+
+#include <QCoreApplication>
+#include <QWidget>
+#include <QWindow>
+
+namespace platform {
+namespace {
+
+// A key reaches the window first, then the control in it.
+const QObject* WindowOf(const QObject* target) {
+  if (const auto* widget = qobject_cast<const QWidget*>(target)) {
+    return widget->window()->windowHandle();
+  }
+  return qobject_cast<const QWindow*>(target);
+}
+
+}  // namespace
+
+HeldKeys::HeldKeys() {
+  QCoreApplication::instance()->installEventFilter(this);
+}
+
+bool HeldKeys::Repeats(const QKeyEvent& press) const {
+  return press.isAutoRepeat() ||
+         (press.key() == released_ && press.timestamp() != 0 && press.timestamp() == release_time_);
+}
+
+bool HeldKeys::eventFilter(QObject* target, QEvent* event) {
+  const bool press = event->type() == QEvent::KeyPress;
+  const bool shortcut = event->type() == QEvent::ShortcutOverride;  // asked before the press
+  if (!press && !shortcut && event->type() != QEvent::KeyRelease) return false;
+  auto& key = static_cast<QKeyEvent&>(*event);
+  if (!press && !shortcut) {
+    if (key.isAutoRepeat()) return false;
+    released_ = key.key();
+    release_time_ = key.timestamp();
+    return false;
+  }
+  const QObject* window = WindowOf(target);
+  if (window == nullptr) return false;
+  if (!Repeats(key)) {
+    window_ = window;
+    return false;
+  }
+  if (window != window_ || (shortcut && !key.isAutoRepeat())) {
+    event->accept();  // of a shortcut this says that it isn't one
+    return true;
+  }
+  if (key.isAutoRepeat()) return false;
+  QKeyEvent repetition(QEvent::KeyPress, key.key(), key.modifiers(), key.nativeScanCode(),
+                       key.nativeVirtualKey(), key.nativeModifiers(), key.text(), true,
+                       static_cast<quint16>(key.count()), key.device());
+  repetition.setTimestamp(key.timestamp());
+  QCoreApplication::sendEvent(target, &repetition);
+  event->setAccepted(repetition.isAccepted());
+  return true;
+}
+
+}  // namespace platform

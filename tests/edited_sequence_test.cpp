@@ -334,5 +334,45 @@ TEST_F(EditedSequenceTest, MergesChangesOfTheSameValueIntoOneUndoStep) {
   }
 }
 
+TEST_F(EditedSequenceTest, UndoesTheAddOfAStepLikeItsNeighbours) {
+  Add(30);
+  edited.Select(2);
+  Add(30);
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_EQ(edited.ListIndex(), 3);
+    edited.Changes().Undo();
+    EXPECT_EQ(edited.ListCount(), 4);
+    EXPECT_EQ(edited.ListIndex(), 2);
+    EXPECT_EQ(edited.Data().SeqSteps[0], 4);
+    EXPECT_EQ(labels[3].text(), "56 bytes");
+    edited.Changes().Redo();
+    EXPECT_EQ(edited.ListCount(), 5);
+    EXPECT_TRUE(edited.Stored());
+  }
+}
+
+// A read that has failed after its header: no steps, but the number of bytes that programming
+// sends.
+TEST_F(EditedSequenceTest, UndoesTheChangeOfAFigureAlone) {
+  edited.ClearAll();
+  EXPECT_TRUE(edited.TakeHeader({}, 28));
+  edited.ClearAll();
+  EXPECT_EQ(edited.Data().TotalBytes, 0);
+  edited.Changes().Undo();
+  EXPECT_EQ(edited.Data().TotalBytes, 28);
+  edited.Changes().Undo();
+  EXPECT_EQ(edited.Data().TotalBytes, 0);
+}
+
+TEST_F(EditedSequenceTest, KeepsFiveHundredStepsOfUndo) {
+  for (int i = 0; i < 600; ++i) {
+    edited.Select(i % 2);
+    ASSERT_TRUE(edited.ChangeValue(i % 2, 0, 100 + i / 2 % 100));
+  }
+  EXPECT_EQ(CountUndoSteps(), 500);
+  EXPECT_EQ(edited.Row(0)[0], 149);
+  EXPECT_EQ(edited.Row(1)[0], 149);
+}
+
 }  // namespace
 }  // namespace pelmora

@@ -13,11 +13,12 @@ QString Message(const QString& title, const QString& text) {
 
 void ScriptedMessageBox::Expect(const QString& title, const QString& text,
                                 std::function<void()> meanwhile) {
-  expected_.push_back({Message(title, text), std::move(meanwhile)});
+  if (!anything_) expected_.push_back({Message(title, text), std::move(meanwhile)});
 }
 
 void ScriptedMessageBox::Show(const QString& text, const QString& title) {
   if (events_.Ending()) return;
+  said.append(Message(title, text));
   if (Shown) Shown(text);
   if (anything_) return;
   const QString message = Message(title, text);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <cstddef>
 #include <deque>
 #include <functional>
@@ -34,6 +35,8 @@ class ScriptedMessageBox : public platform::MessageBox {
   std::size_t Outstanding() const { return expected_.size(); }
   // Called with the text of each message that is shown.
   std::function<void(const QString& text)> Shown;
+  // Every message so far, "Program: Data Flash Read!".
+  QStringList said;
   void Show(const QString& text, const QString& title) override;
 
  private:

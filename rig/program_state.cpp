@@ -1,0 +1,296 @@
+#include "rig/program_state.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QProgressBar>
+#include <QScrollBar>
+#include <QSlider>
+#include <QSpinBox>
+#include <algorithm>
+#include <array>
+
+#include "platform/controls/cw_button.h"
+
+namespace rig {
+namespace {
+
+using pelmora::EditRow;
+using pelmora::kBreakColumn;
+using pelmora::kChannels;
+using pelmora::kDurationColumn;
+
+QString Angle(int position) {
+  return QLocale().toString((position - pelmora::kCentre) / 2.0, 'g', 6) + " °";
+}
+
+QString YesOrNo(bool yes) {
+  return yes ? QStringLiteral("yes") : QStringLiteral("no");
+}
+
+// Equal ones in a row are given once: "0*11".
+QString InShort(const QStringList& fields, const QString& separator) {
+  QStringList runs;
+  for (qsizetype i = 0, next; i < fields.size(); i = next) {
+    for (next = i + 1; next < fields.size() && fields[next] == fields[i];) ++next;
+    runs.append(next - i == 1 ? fields[i] : fields[i] + '*' + QString::number(next - i));
+  }
+  return runs.join(separator);
+}
+
+QString InShort(const EditRow& row) {
+  QStringList positions;
+  for (std::size_t c = 0; c < kChannels; ++c) positions.append(QString::number(row[c]));
+  return InShort(positions, ",") + ':' + QString::number(row[kDurationColumn]);
+}
+
+QString InShort(QString line) {
+  return InShort(line.remove("\tBREAK!").split('\t'), "|");
+}
+
+// What a control shows; nothing for one that only holds others.
+QString Shown(const QWidget& control) {
+  if (auto* label = qobject_cast<const QLabel*>(&control)) return label->text().remove('&');
+  if (auto* field = qobject_cast<const QLineEdit*>(&control)) return field->text();
+  if (auto* number = qobject_cast<const QSpinBox*>(&control)) return number->text();
+  if (auto* combo = qobject_cast<const QComboBox*>(&control)) return combo->currentText();
+  if (auto* panel = qobject_cast<const QGroupBox*>(&control)) return panel->title();
+  if (auto* slide = qobject_cast<const QSlider*>(&control)) return QString::number(slide->value());
+  if (auto* bar = qobject_cast<const QProgressBar*>(&control)) {
+    return bar->isHidden() ? "" : QString("%1 of %2").arg(bar->value()).arg(bar->maximum());
+  }
+  auto* button = qobject_cast<const QAbstractButton*>(&control);
+  if (!button) return {};
+  if (!button->isCheckable()) return button->text().remove('&');
+  auto* lamp = qobject_cast<const platform::CWButton*>(&control);
+  if (!lamp) return button->text().remove('&') + (button->isChecked() ? ", chosen" : "");
+  return button->isChecked() ? lamp->Waiting() ? "On, halted" : "On" : "Off";
+}
+
+class Look {
+ public:
+  explicit Look(const ProgramWithBoard& program) : program_(program) {
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    LookAtWidgets();
+    LookAtChannels();
+    LookAtList();
+    LookAtTable();
+    LookAtTheRest();
+  }
+  ProgramState State() { return std::move(state_); }
+
+ private:
+  void Put(const QString& name, const QString& value) { state_.values[name] = value; }
+
+  void LookAtWidgets() {
+    const QWidget& form = *program_.form;
+    QStringList windows;
+    for (const QWidget* control : form.findChildren<QWidget*>()) {
+      QString name = control->objectName();
+      if (name.isEmpty() || name.startsWith("qt_")) continue;
+      if (control->isWindow() && control->isVisible()) windows.append(control->windowTitle());
+      if (control->window() != &form && !control->isWindow()) {
+        name = control->window()->objectName() + '.' + name;
+      }
+      Put(name, Shown(*control));
+      Put(name + " enabled", YesOrNo(control->isEnabledTo(control->parentWidget())));
+      if (!control->isWindow()) Put(name + " shown", YesOrNo(!control->isHidden()));
+    }
+    for (const QAction* item : form.findChildren<QAction*>()) {
+      if (!item->objectName().isEmpty()) {
+        Put(item->objectName() + " checked", YesOrNo(item->isChecked()));
+      }
+    }
+    Put("windows", windows.join(", "));
+    Put("Form1 enabled", YesOrNo(form.isEnabled()));
+    const QWidget* focus = QApplication::focusWidget();
+    Put("focus", focus ? focus->objectName() : "none");
+    Put("pointer", form.cursor().shape() == Qt::BusyCursor ? "busy" : "arrow");
+  }
+
+  // A fader with its two fields is one value as long as they agree.
+  void LookAtChannels() {
+    for (int i = 0; i < kChannels; ++i) {
+      std::array<QString, 3> shown;
+      const auto take = [&](const QString& name) { return state_.values.extract(name).mapped(); };
+      shown = {take(QString("CWSlide1_%1").arg(i)), take(QString("Text1_%1").arg(i)),
+               take(QString("Text1_%1").arg(kChannels + i))};
+      const int offset = shown[0].toInt() - pelmora::kCentre;
+      const bool agree = shown[1] == QString::number(offset) && shown[2] == Angle(shown[0].toInt());
+      Put(QString("Ch%1").arg(i), agree ? shown[0] : shown[0] + ", " + shown[1] + ", " + shown[2]);
+    }
+  }
+
+  void LookAtList() {
+    const pelmora::Declaration& data = program_.Data();
+    QStringList marks, flags, differing;
+    for (const QString& line : program_.Lines()) {
+      if (line.endsWith("\tBREAK!")) marks.append(QString::number(state_.lines.size()));
+      state_.lines.append(InShort(line));
+    }
+    state_.beyond.assign(data.EditBuffer.begin(), data.EditBuffer.end());
+    for (int i = 0; i < pelmora::kSteps; ++i) {
+      EditRow& row = state_.beyond[static_cast<std::size_t>(i)];
+      if (row[kBreakColumn] != 0) flags.append(QString::number(i));
+      row[kBreakColumn] = 0;
+      if (i >= state_.lines.size()) continue;
+      if (QString(state_.lines[i]).replace("  ms|", " ms") != LineOf(row)) {
+        differing.append(QString::number(i));
+      }
+      listed_.append(InShort(row));
+      row = {};
+    }
+    Put("breaks", marks == flags ? marks.join(' ')
+                                 : "marks " + marks.join(' ') + " flags " + flags.join(' '));
+    Put("rows unlike their lines", differing.join(' '));
+    Put("selected", QString::number(program_.Selected()));
+    Put("top line", QString::number(program_.List().verticalScrollBar()->value()));
+  }
+
+  void LookAtTable() {
+    const pelmora::Declaration& data = program_.Data();
+    Put("CurSeq", QString::number(data.CurSeq));
+    QStringList figures;
+    for (std::size_t i = 0; i < pelmora::kSequences; ++i) {
+      QStringList steps;
+      for (std::size_t step = 0; step < std::size_t(std::min<int>(data.SeqSteps[i], 256)); ++step) {
+        EditRow row{};
+        std::ranges::copy(data.SeqTable[i].Position[step], row.begin());
+        row[kDurationColumn] = data.SeqTable[i].Duration[step];
+        steps.append(InShort(row));
+      }
+      const bool listed = i == data.CurSeq && steps == listed_ && !steps.isEmpty();
+      Put(QString("sequence %1").arg(i), listed ? "as listed" : InShort(steps, " "));
+      if (data.SeqSteps[i] != 0 || data.SeqOffset[i] != 0) {
+        figures.append(QString("%1:%2@%3").arg(i).arg(data.SeqSteps[i]).arg(data.SeqOffset[i]));
+      }
+    }
+    figures.prepend(QString("%1 bytes").arg(data.TotalBytes));
+    Put("flash", figures.join(' '));
+  }
+
+  void LookAtTheRest() {
+    Put("timer", program_.timer.Enabled() ? "on" : "off");
+    Put("interval", QString::number(program_.timer.Interval()));
+    QStringList modes;
+    if (program_.Erasing()) modes.append("erase");
+    if (program_.Programming()) modes.append("program");
+    if (program_.Reading()) modes.append("read");
+    if (program_.AbortRequested()) modes.append("abort");
+    Put("modes", modes.join(' '));
+    Put("port", program_.form->Link().Port().Connected() ? "open" : "closed");
+    Put("program", program_.events.Ending() ? "ending" : "running");
+    // The menu's items get their names when it opens.
+    auto& menu = program_.hands->Find<QMenu>("ListMenu");
+    emit menu.aboutToShow();
+    for (const QString name : {"Undo", "Redo"}) {
+      const auto& item = program_.hands->Find<QAction>("List" + name);
+      Put(name.toLower(), item.isEnabled() ? item.text().remove('&').mid(5) : "none");
+    }
+    emit menu.aboutToHide();
+    QStringList copied;
+    for (const QString& line : QApplication::clipboard()->text().split('\n', Qt::SkipEmptyParts)) {
+      copied.append(InShort(line));
+    }
+    Put("clipboard", InShort(copied, " / "));
+  }
+
+  static QString LineOf(const EditRow& row) {
+    QStringList fields;
+    for (std::size_t c = 0; c < kChannels; ++c) fields.append(Angle(row[c]));
+    return InShort(fields + QStringList(QString::number(row[kDurationColumn]) + " ms"), "|");
+  }
+
+  const ProgramWithBoard& program_;
+  ProgramState state_;
+  QStringList listed_;  // the edit buffer's rows that have a line
+};
+
+using PlacedLines = std::vector<std::pair<std::size_t, QString>>;
+
+// "+3 text", "+4-6 text": equal ones that follow each other are one entry.
+QStringList InShort(const QString& sign, const PlacedLines& lines) {
+  QStringList entries;
+  for (std::size_t i = 0, next; i < lines.size(); i = next) {
+    const auto& [first, text] = lines[i];
+    for (next = i + 1; next < lines.size() && lines[next].second == text &&
+                       lines[next].first == first + next - i;) {
+      ++next;
+    }
+    const QString last = next - i == 1 ? "" : '-' + QString::number(lines[next - 1].first);
+    entries.append(sign + QString::number(first) + last + ' ' + text);
+  }
+  return entries;
+}
+
+// Which lines have gone and come, when as many as possible have stayed.
+QStringList LineDifference(const QStringList& before, const QStringList& after) {
+  const auto n = static_cast<std::size_t>(before.size());
+  const auto m = static_cast<std::size_t>(after.size());
+  // How many lines from `i` and from `j` on are the same.
+  std::vector<std::vector<int>> same(n + 1, std::vector<int>(m + 1));
+  const auto equal = [&](std::size_t i, std::size_t j) {
+    return before[static_cast<qsizetype>(i)] == after[static_cast<qsizetype>(j)];
+  };
+  for (std::size_t i = n; i-- > 0;) {
+    for (std::size_t j = m; j-- > 0;) {
+      same[i][j] = equal(i, j) ? same[i + 1][j + 1] + 1 : std::max(same[i + 1][j], same[i][j + 1]);
+    }
+  }
+  PlacedLines gone, come;
+  for (std::size_t i = 0, j = 0; i < n || j < m;) {
+    if (i < n && j < m && equal(i, j)) {
+      ++i, ++j;
+    } else if (i < n && (j == m || same[i + 1][j] >= same[i][j + 1])) {
+      gone.emplace_back(i, before[static_cast<qsizetype>(i)]);
+      ++i;
+    } else {
+      come.emplace_back(j, after[static_cast<qsizetype>(j)]);
+      ++j;
+    }
+  }
+  return InShort("-", gone) + InShort("+", come);
+}
+
+QString InWords(const QString& name, const QString& value) {
+  for (const auto& [property, yes, no] : {std::tuple("enabled", "enabled", "disabled"),
+                                          {"shown", "shown", "hidden"},
+                                          {"checked", "checked", "unchecked"}}) {
+    if (name.endsWith(QString(" ") + property)) {
+      return name.section(' ', 0, 0) + ' ' + (value == "yes" ? yes : no);
+    }
+  }
+  return name + ": " + (value.isEmpty() ? "none" : value);
+}
+
+}  // namespace
+
+ProgramState StateOf(const ProgramWithBoard& program) {
+  return Look(program).State();
+}
+
+QStringList Difference(const ProgramState& before, const ProgramState& after) {
+  QStringList words = LineDifference(before.lines, after.lines);
+  for (const auto& [name, value] : after.values) {
+    const auto former = before.values.find(name);
+    if (former != before.values.end() && former->second == value) continue;
+    // Of a new window what is not as usual.
+    const bool usual = value.isEmpty() || value == (name.endsWith(" checked") ? "no" : "yes");
+    if (former == before.values.end() && usual) continue;
+    words.append(InWords(name, value));
+  }
+  const auto lines = static_cast<std::size_t>(std::max(before.lines.size(), after.lines.size()));
+  for (std::size_t i = lines; i < before.beyond.size(); ++i) {
+    if (before.beyond[i] != after.beyond[i]) {
+      words.append(QString("row %1: %2").arg(i).arg(InShort(after.beyond[i])));
+    }
+  }
+  return words;
+}
+
+}  // namespace rig

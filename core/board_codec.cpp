@@ -120,6 +120,7 @@ int AnnouncedBytes(const FlashHeader& header) {
 }
 
 bool DecodeHeader(const FlashHeader& header, SequenceTable& table) {
+  table.TotalBytes = std::min(AnnouncedBytes(header), kFlashCapacity);
   for (std::size_t sequence = 0; sequence < kSequences; ++sequence) {
     const std::size_t at = 2 + 4 * sequence;
     const int steps = WordAt(header, at);

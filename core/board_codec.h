@@ -60,9 +60,10 @@ void EncodeSteps(const SequenceTable& table, FlashRows& image);
 // The number of step-data bytes that a header announces, 0..65535, uncut.
 int AnnouncedBytes(const FlashHeader& header);
 
-// Takes `SeqSteps` and `SeqOffset` from a received header. False at the first value that has a high
-// byte of 128 or more; the values before it have been taken. Step counts are taken as they are and
-// may exceed what a sequence holds (`LimitStepCounts`).
+// Takes `TotalBytes`, cut to the board's capacity, `SeqSteps` and `SeqOffset` from a received
+// header. False at the first value that has a high byte of 128 or more; the values before it have
+// been taken. Step counts are taken as they are and may exceed what a sequence holds
+// (`LimitStepCounts`).
 bool DecodeHeader(const FlashHeader& header, SequenceTable& table);
 
 // Stages received step data. At most 4097 x 14 bytes.

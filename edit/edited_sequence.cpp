@@ -287,21 +287,18 @@ void EditedSequence::TakeTable(const SequenceTable& table) {
   ShowCurrentSequence();
 }
 
-bool EditedSequence::TakeHeader(const FlashHeader& header, int total_bytes) {
+bool EditedSequence::TakeHeader(const FlashHeader& header) {
   const Operation operation(*this, "Read Seq.");
   sequence_changed_ = true;
-  data_.TotalBytes = total_bytes;
   const bool sound = DecodeHeader(header, data_);
   LimitStepCounts(data_);
   return sound;
 }
 
-bool EditedSequence::TakeReply(const FlashHeader& header, int total_bytes, const FlashRows& image) {
+bool EditedSequence::TakeReply(const FlashHeader& header, const FlashRows& image) {
   const Operation operation(*this, "Read Seq.");
   sequence_changed_ = true;
-  data_.TotalBytes = total_bytes;
-  DecodeHeader(header, data_);
-  const bool placed = DecodeSteps(image, data_);
+  const bool placed = DecodeHeader(header, data_) && DecodeSteps(image, data_);
   LimitStepCounts(data_);
   if (!placed) return false;
   data_.CurSeq = 0;

@@ -113,13 +113,13 @@ class EditedSequence : public QObject, private History::Subject {
   // Makes a loaded table (every count 0..256) the program's and shows sequence 0.
   void TakeTable(const SequenceTable& table);
 
-  // A read: its header has come, and announces `total_bytes` of step data. Takes the counts, held
-  // to what a sequence can have. False when a value makes no sense; those before it are taken.
-  bool TakeHeader(const FlashHeader& header, int total_bytes);
+  // A read: its header has come. Takes its figures, the counts held to what a sequence can have.
+  // False when a value makes no sense; those before it are taken.
+  [[nodiscard]] bool TakeHeader(const FlashHeader& header);
   // A read: all of its step data has come. Places the rows by the counts of that header, whatever
   // has become of the table meanwhile, and shows sequence 0. False when a step can't be stored:
   // those before it are in the table, and the list stays as it was.
-  bool TakeReply(const FlashHeader& header, int total_bytes, const FlashRows& image);
+  [[nodiscard]] bool TakeReply(const FlashHeader& header, const FlashRows& image);
 
  signals:
   // The lines of the current sequence, `CurSeq` or the table have changed, or have been stored.

@@ -31,12 +31,12 @@ std::optional<double> ReadOffset(const QString& text, const std::string& decimal
 
 }  // namespace
 
-StepFields::StepFields(EditedSequence& edited, LiveControl& live_control,
+StepFields::StepFields(EditedSequence& edited, BoardControl& board_control,
                        const EditorControls& controls)
-    : edited_(edited), live_control_(live_control), controls_(controls) {}
+    : edited_(edited), board_control_(board_control), controls_(controls) {}
 
 void StepFields::CWSlide1_ValueChanged(int channel, int position) {
-  live_control_.SendPosition(channel, position);
+  board_control_.SendPosition(channel, position);
   ShowPosition(channel, position);
 }
 

@@ -7,7 +7,7 @@
 
 #include "core/declaration.h"
 #include "edit/edited_sequence.h"
-#include "link/live_control.h"
+#include "link/board_control.h"
 #include "platform/controls/cw_num_edit.h"
 #include "platform/controls/cw_slide.h"
 #include "platform/controls/text_field.h"
@@ -23,7 +23,7 @@ struct EditorControls {
 
 class StepFields {
  public:
-  StepFields(EditedSequence& edited, LiveControl& live_control, const EditorControls& controls);
+  StepFields(EditedSequence& edited, BoardControl& board_control, const EditorControls& controls);
 
   // The slider reaction, whoever changed the value: sends the position, then shows it as offset and
   // angle.
@@ -52,7 +52,7 @@ class StepFields {
   void ShowPosition(int channel, int position);
 
   EditedSequence& edited_;
-  LiveControl& live_control_;
+  BoardControl& board_control_;
   const EditorControls controls_;
 };
 

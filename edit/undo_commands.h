@@ -2,7 +2,7 @@
 #pragma once
 
 #include "edit/edited_sequence.h"
-#include "link/board_operation.h"
+#include "link/board_link.h"
 
 namespace pelmora {
 

@@ -12,12 +12,12 @@ class EraseFlash {
   explicit EraseFlash(BoardLink& link) : link_(link) {}
 
   // The button.
-  void CommandErase_Click() { Erase(); }
+  void CommandErase_Click() { (void)Erase(); }
 
   // The whole operation, its message box included; the first step of programming. Returns when the
   // board has confirmed, when the wait was aborted (the message says so), or, without a message,
   // when another erase has taken this one's place. There is no time-out.
-  BoardOperation::Answer Erase();
+  [[nodiscard]] BoardOperation::Answer Erase();
 
  private:
   BoardLink& link_;

@@ -32,7 +32,7 @@ void ProgramSequences::CommandFlash_Click() {
 ProgramSequences::Outcome ProgramSequences::Transfer() {
   // Begun before the erase: a connection made anew during its wait is not the one that was erased.
   BoardOperation operation(link_, Mode::kProgram);
-  link_.Echo().clear();
+  debug_panel_.SetEcho({});
   const Answer erased = erase_flash_.Erase();
   if (erased == Answer::kAborted) return {};
   // The sequences may have grown during the erase.
@@ -42,12 +42,12 @@ ProgramSequences::Outcome ProgramSequences::Transfer() {
   if (erased == Answer::kTakenOver || operation.Aborted()) return {kAbortedText};
   const int total = edited_.Data().TotalBytes;
   operation.BeginTransfer(total - 1);
-  EncodeSteps(edited_.Data(), link_.FlashImage());
+  operation.Stage(edited_.Data());
   operation.Send(ProgramCommand(edited_.Data()));
   if (operation.WaitForAck() != Answer::kReceived) return {kAbortedText};
-  int last_sent = 0;
-  if (!SendStepData(operation, total, last_sent))
-    return {kAbortedText + QString::number(last_sent)};
+  if (const std::optional<int> last_sent = SendStepData(operation, total)) {
+    return {kAbortedText + QString::number(*last_sent)};
+  }
   return {QStringLiteral("Data Flash Programmed!"), operation.Disturbed()};
 }
 
@@ -57,17 +57,16 @@ bool ProgramSequences::RefuseOversize() {
   return true;
 }
 
-// False when the transfer was aborted; `last_sent` is the index of the last byte written. No
-// acknowledgement is awaited for a last block that is shorter than the others.
-bool ProgramSequences::SendStepData(BoardOperation& operation, int total, int& last_sent) {
+// When the transfer was aborted, the index of the last byte written. No acknowledgement is awaited
+// for a last block that is shorter than the others.
+std::optional<int> ProgramSequences::SendStepData(BoardOperation& operation, int total) {
   for (int i = 0; i < total; ++i) {
     operation.Send(std::array{StagedByte(link_.FlashImage(), i)});
-    last_sent = i;
-    if (i % ProgressInterval(edited_.Data().TotalBytes) == 0) link_.Bar().SetValue(i);
-    if ((i + 1) % kBlockBytes == 0 && operation.WaitForAck() != Answer::kReceived) return false;
+    if (i % ProgressInterval(edited_.Data().TotalBytes) == 0) operation.MoveBar(i);
+    if ((i + 1) % kBlockBytes == 0 && operation.WaitForAck() != Answer::kReceived) return i;
   }
   // The line may have failed while the last bytes were written.
-  return !operation.Aborted();
+  return total > 0 && operation.Aborted() ? std::optional(total - 1) : std::nullopt;
 }
 
 }  // namespace pelmora

@@ -2,17 +2,20 @@
 #pragma once
 
 #include <QString>
+#include <optional>
 
 #include "edit/edited_sequence.h"
 #include "flash/erase_flash.h"
 #include "link/board_operation.h"
+#include "link/debug_panel.h"
 
 namespace pelmora {
 
 class ProgramSequences {
  public:
-  ProgramSequences(BoardLink& link, EraseFlash& erase_flash, const EditedSequence& edited)
-      : link_(link), erase_flash_(erase_flash), edited_(edited) {}
+  ProgramSequences(BoardLink& link, DebugPanel& debug_panel, EraseFlash& erase_flash,
+                   const EditedSequence& edited)
+      : link_(link), debug_panel_(debug_panel), erase_flash_(erase_flash), edited_(edited) {}
 
   // Erases, sends command and header, waits for the acknowledgement, and streams the step data in
   // blocks of 256 bytes, each acknowledged. Returns when the transfer has ended; the window is live
@@ -26,10 +29,11 @@ class ProgramSequences {
   };
 
   Outcome Transfer();
-  bool SendStepData(BoardOperation& operation, int total, int& last_sent);
+  std::optional<int> SendStepData(BoardOperation& operation, int total);
   bool RefuseOversize();
 
   BoardLink& link_;
+  DebugPanel& debug_panel_;
   EraseFlash& erase_flash_;
   const EditedSequence& edited_;
 };

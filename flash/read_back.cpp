@@ -1,39 +1,43 @@
 #include "flash/read_back.h"
 
+#include <optional>
+
 #include "core/board_codec.h"
+#include "link/read_operation.h"
 
 namespace pelmora {
+namespace {
 
-ReadBack::ReadBack(BoardLink& link, EditedSequence& edited) : link_(link), edited_(edited) {
-  link_.HeaderTaken = [this] {
-    return edited_.TakeHeader(link_.Reply().Header, link_.Reply().RxCount);
-  };
-}
+constexpr char kReadText[] = "Data Flash Read!";
+constexpr char kErrorText[] = "Reading Error!";
+
+}  // namespace
 
 void ReadBack::CommandRead_Click() {
   const History::Change change(edited_.Changes(), "Read Seq.");
-  link_.Echo().clear();
+  debug_panel_.SetEcho({});
+  std::optional<SequencesEmptiedByRead> emptied(link_);
   edited_.ClearAll();
   if (!link_.Port().RequireConnection()) return;
-  link_.Say(Transfer());
+  const char* text = Transfer();
+  if (text == kReadText) emptied.reset();
+  link_.Say(text);
 }
 
 // What there is to say at the end.
-QString ReadBack::Transfer() {
-  BoardOperation operation(link_, Mode::kRead);
+const char* ReadBack::Transfer() {
+  ReadOperation operation(link_,
+                          [this](const FlashHeader& header) { return edited_.TakeHeader(header); });
   operation.BeginTransfer(0);
   operation.Send(ReadCommand());
-  // With this word showing, the receive handler has kept what had arrived as the step data.
+  // With this word showing, the bytes that had arrived have been kept as the step data.
   if (operation.WaitForAck() != BoardOperation::Answer::kReceived &&
-      link_.Echo().text() != kOverflowWord) {
-    return QStringLiteral("Reading Error!");
+      debug_panel_.Echo() != kOverflowWord) {
+    return kErrorText;
   }
   const ReadReply& reply = link_.Reply();
-  if (reply.RxCount < kStepBytes) return QStringLiteral("Nothing to Read!");
-  if (!edited_.TakeReply(reply.Header, reply.RxCount, link_.FlashImage())) {
-    return QStringLiteral("Reading Error!");
-  }
-  return QStringLiteral("Data Flash Read!");
+  if (reply.RxCount < kStepBytes) return "Nothing to Read!";
+  return edited_.TakeReply(reply.Header, link_.FlashImage()) ? kReadText : kErrorText;
 }
 
 }  // namespace pelmora

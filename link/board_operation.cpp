@@ -2,84 +2,40 @@
 
 namespace pelmora {
 
-void BoardLink::Form_Load() {
-  Set(Mode::kRead, false);
-  Set(Mode::kProgram, false);
-  abort_request_ = false;
-  Set(Mode::kErase, false);
-}
-
-void BoardLink::Command1_Click() {
-  abort_request_ = true;
-  parts_.Command1.setEnabled(false);
-}
-
-BoardWait::BoardWait(BoardLink& link, bool transfers)
-    : link_(link),
-      transfers_(transfers),
-      session_(link.parts_.comm.Session()),
-      begun_(link.begun_) {}
-
-bool BoardWait::Turn(platform::Events::Idle idle) {
-  platform::Events& events = link_.parts_.events;
-  // A connection that was lost before this turn may bring no further event to wake up for.
-  if (!Aborted()) {
-    OfferAbort();
-    events.DoEvents(idle);
-  }
-  if (!Aborted()) return true;
-  // A loss is announced from the event queue, and the operator is to read of it first.
-  if (!link_.Port().Connected()) events.DoEvents(platform::Events::Idle::kReturn);
-  return false;
-}
-
-bool BoardWait::Aborted() const {
-  return link_.abort_request_ || !link_.Port().Connected() ||
-         link_.parts_.comm.Session() != session_ || link_.parts_.events.Ending();
-}
-
-// An operation that ran inside the wait has disabled "Abort" and hidden the bar, and it may have
-// taken the answer that the wait is for: without "Abort" the wait would go on for ever.
-void BoardWait::OfferAbort() {
-  if (!transfers_ && link_.begun_ == begun_) return;
-  offered_ = true;
-  link_.parts_.Command1.setEnabled(true);
-  if (transfers_) link_.parts_.ProgressBarFlash.show();
-}
-
+// An operation inside the wait of another forgets what that one was told, an acknowledgement or an
+// abort request: neither may end the inner wait. The outer wait offers "Abort" again.
 BoardOperation::BoardOperation(BoardLink& link, Mode mode)
-    : link_(link), mode_(mode), wait_((++link.begun_, link), false) {
+    : link_(link), mode_(mode), session_(link.comm_.Session()), begun_(++link.begun_) {
   ++link.in_progress_;
-  if (mode == Mode::kRead) link.Port().SetReadReceive();
   link.Set(mode, true);
   link.ack_received_ = false;
   link.abort_request_ = false;
 }
 
 BoardOperation::~BoardOperation() {
-  const bool erased = mode_ == Mode::kErase && !wait_.Aborted();
+  const bool erased = mode_ == Mode::kErase && !MustEnd();
   link_.Set(mode_, false);
-  if (mode_ == Mode::kRead) link_.Port().SetIdleReceive();
-  // Whoever waits around an erase keeps what it shows and was asked.
+  // A confirmed erase leaves the abort request and the bar to the operation around it.
   if (!erased) {
     link_.abort_request_ = false;
-    link_.parts_.ProgressBarFlash.hide();
+    emit link_.BarShown(false);
   }
-  if (!erased || wait_.Offered()) link_.parts_.Command1.setEnabled(false);
+  if (!erased || offered_) emit link_.AbortOffered(false);
   --link_.in_progress_;
 }
 
+// The bar starts at 0, also for a read: it would show how far the transfer before it came.
 void BoardOperation::BeginTransfer(int scale_maximum) {
   link_.abort_request_ = false;
-  wait_.SetTransfers(true);
-  link_.parts_.ProgressBarFlash.SetValue(0);
-  link_.parts_.ProgressBarFlash.SetScaleMaximum(scale_maximum);
-  link_.parts_.Command1.setEnabled(true);
-  link_.parts_.ProgressBarFlash.show();
+  transfers_ = true;
+  emit link_.BarMoved(0);
+  emit link_.BarScaled(scale_maximum);
+  emit link_.AbortOffered(true);
+  emit link_.BarShown(true);
 }
 
 void BoardOperation::Send(std::span<const std::uint8_t> bytes) {
-  SerialPort& port = link_.Port();
+  SerialPort& port = link_.serial_port_;
   if (own_bytes_ == 0) bytes_before_ = port.BytesSent();
   link_.ack_received_ = false;
   const std::uint64_t before = port.BytesSent();
@@ -88,25 +44,54 @@ void BoardOperation::Send(std::span<const std::uint8_t> bytes) {
 }
 
 BoardOperation::Answer BoardOperation::WaitForAck() {
+  Answer answer = Answer::kAborted;
   do {
-    // Another operation inside this wait may have ended the mode.
-    if (mode_ == Mode::kErase && !link_.EraseMode()) return Answer::kTakenOver;
-    if (link_.ack_received_) {
-      link_.ack_received_ = mode_ == Mode::kRead;
-      return Answer::kReceived;
-    }
-  } while (wait_.Turn());
-  return Answer::kAborted;
+    // An erase whose mode is gone would take the next acknowledgement, which answers something
+    // else.
+    if (mode_ == Mode::kErase && !link_.EraseMode())
+      answer = Answer::kTakenOver;
+    else if (link_.ack_received_)
+      answer = Answer::kReceived;
+  } while (answer == Answer::kAborted && Turn());
+  // What ends a read also ends the operation around it. Any other acknowledgement is used up.
+  if (mode_ != Mode::kRead) link_.ack_received_ = false;
+  return answer;
 }
 
 bool BoardOperation::Aborted() {
-  if (!wait_.Aborted()) return false;
-  wait_.Turn(platform::Events::Idle::kReturn);
+  if (!MustEnd()) return false;
+  Turn(platform::Events::Idle::kReturn);
   return true;
 }
 
 bool BoardOperation::Disturbed() const {
   return own_bytes_ > 0 && link_.Port().BytesSent() - bytes_before_ != own_bytes_;
+}
+
+bool BoardOperation::Turn(platform::Events::Idle idle) {
+  // A connection that was lost before this turn may bring no further event to wake up for.
+  if (!MustEnd()) {
+    OfferAbort();
+    link_.events_.DoEvents(idle);
+  }
+  if (!MustEnd()) return true;
+  // A loss is announced from the event queue, and the operator is to read of it first.
+  if (!link_.Port().Connected()) link_.events_.DoEvents(platform::Events::Idle::kReturn);
+  return false;
+}
+
+bool BoardOperation::MustEnd() const {
+  return link_.abort_request_ || !link_.Port().Connected() || link_.comm_.Session() != session_ ||
+         link_.events_.Ending();
+}
+
+// An operation that ran inside the wait has disabled "Abort" and hidden the bar, and it may have
+// taken the answer that the wait is for: without "Abort" the wait would go on for ever.
+void BoardOperation::OfferAbort() {
+  if (!transfers_ && link_.begun_ == begun_) return;
+  offered_ = true;
+  emit link_.AbortOffered(true);
+  if (transfers_) emit link_.BarShown(true);
 }
 
 }  // namespace pelmora

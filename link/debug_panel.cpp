@@ -2,15 +2,17 @@
 
 namespace pelmora {
 
-DebugPanel::DebugPanel(platform::MSComm& comm, platform::TextField& echo)
-    : comm_(comm), echo_(echo) {}
+void DebugPanel::SetEcho(const QString& text) {
+  echo_ = text;
+  emit EchoChanged(echo_);
+}
 
 void DebugPanel::CommandInBuff_Click() {
-  echo_.setText(QString::number(comm_.PortOpen() ? comm_.InBufferCount() : 0));
+  SetEcho(QString::number(comm_.PortOpen() ? comm_.InBufferCount() : 0));
 }
 
 void DebugPanel::Echo_Click() {
-  echo_.clear();
+  SetEcho({});
   comm_.ClearInBuffer();
 }
 

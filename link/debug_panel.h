@@ -1,14 +1,26 @@
-// The "Serial Comm Debug" panel: a look at the receive buffer.
+// The "Serial Comm Debug" panel: the text of `Echo`, and a look at the receive buffer.
 #pragma once
 
-#include "platform/controls/text_field.h"
+#include <QObject>
+#include <QString>
+
 #include "platform/serial/ms_comm.h"
 
 namespace pelmora {
 
-class DebugPanel {
+// Status words in `Echo`; an aborted read looks for the second.
+inline constexpr char kErrorWord[] = "Error!";
+inline constexpr char kOverflowWord[] = "Overflow!";
+
+class DebugPanel : public QObject {
+  Q_OBJECT
  public:
-  DebugPanel(platform::MSComm& comm, platform::TextField& echo);
+  explicit DebugPanel(platform::MSComm& comm) : comm_(comm) {}
+
+  // What `Echo` shows: a received byte, a status word, a count, or nothing. It is more than a
+  // display: an aborted read looks at it.
+  const QString& Echo() const { return echo_; }
+  void SetEcho(const QString& text);
 
   // "InBuff": shows in `Echo` how many received bytes are waiting; "0" when no port is open.
   void CommandInBuff_Click();
@@ -17,9 +29,12 @@ class DebugPanel {
   // the read's course: the bytes will not come again.
   void Echo_Click();
 
+ signals:
+  void EchoChanged(const QString& text);
+
  private:
   platform::MSComm& comm_;
-  platform::TextField& echo_;
+  QString echo_;
 };
 
 }  // namespace pelmora

@@ -14,32 +14,29 @@ constexpr int kPoseBytes = 2 * kChannels;
 
 }  // namespace
 
-SerialPort::SerialPort(platform::MSComm& comm, platform::DropDownList& combo_port,
-                       platform::MessageBox& message_box)
-    : comm_(comm), combo_port_(combo_port), message_box_(message_box) {}
+QString SerialPort::EntryName(int number) {
+  return QStringLiteral("Comm%1").arg(number);
+}
 
-void SerialPort::ComboPort_Click() {
-  const int index = combo_port_.currentIndex();
-  if (index < 0) return;
+void SerialPort::ComboPort_Click(int number) {
   if (comm_.PortOpen()) comm_.Close();
-  comm_.SetCommPort(combo_port_.itemData(index).toInt());
-  if (SetupPort()) {
-    combo_port_.setEnabled(false);
-    return;
-  }
-  const QString entry = combo_port_.itemText(index);
-  combo_port_.setCurrentIndex(-1);
+  comm_.SetCommPort(number);
+  number_ = number;
+  const bool opened = SetupPort();
+  emit Changed();
+  if (opened) return;
   const QString device =
       comm_.LastDevice().isEmpty() ? QString() : QStringLiteral(" (%1)").arg(comm_.LastDevice());
   message_box_.Show(
-      QStringLiteral("%1%2 can't be opened: %3.").arg(entry, device, comm_.LastError()),
+      QStringLiteral("%1%2 can't be opened: %3.").arg(EntryName(number), device, comm_.LastError()),
       kProgramTitle);
 }
 
 bool SerialPort::SetupPort() {
   comm_.SetInBufferSize(kIdleBufferBytes);
   comm_.SetSettings(QStringLiteral("9600,N,8,2"));
-  if (!comm_.PortOpen() && !comm_.Open()) return false;
+  if (!comm_.Open()) return false;
+  comm_.ClearInBuffer();
   SetIdleReceive();
   return true;
 }
@@ -53,8 +50,6 @@ void SerialPort::SetReadReceive() {
 }
 
 void SerialPort::SetReceive(int buffer_bytes, int event_bytes) {
-  comm_.SetInputLen(0);
-  comm_.Input();
   comm_.SetInBufferSize(buffer_bytes);
   comm_.SetInputLen(event_bytes);
   comm_.SetRThreshold(event_bytes);
@@ -78,21 +73,19 @@ std::chrono::milliseconds SerialPort::TimeUntilReady() const {
   return comm_.TimeUntilLeft(kPoseBytes);
 }
 
-void SerialPort::MSComm1_PortLost(bool reading) {
-  const QString entry = combo_port_.currentText();
-  combo_port_.setEnabled(true);
-  combo_port_.setCurrentIndex(-1);
+void SerialPort::MSComm1_PortLost(bool emptied) {
+  emit Changed();
   message_box_.Show(
       QStringLiteral("The connection on %1 (%2) is lost: the adapter was pulled or the "
                      "line hung up.\n\n%3 Choose a port to connect again.")
-          .arg(entry, comm_.LastDevice(),
-               QLatin1String(reading ? "Your sequences were cleared when the read began; undo "
+          .arg(EntryName(number_), comm_.LastDevice(),
+               QLatin1String(emptied ? "Your sequences were cleared when the read began; undo "
                                        "(Ctrl+Z) brings them back."
                                      : "Your sequences are untouched.")),
       kProgramTitle);
 }
 
-bool SerialPort::RequireConnection() {
+bool SerialPort::RequireConnection() const {
   if (Connected()) return true;
   // A write that just failed: the loss has its own message.
   if (comm_.LossPending()) return false;

@@ -2,12 +2,12 @@
 // the test for a connection that every board operation begins with, and the bytes sent over it.
 #pragma once
 
+#include <QObject>
 #include <array>
 #include <chrono>
 #include <cstdint>
 #include <span>
 
-#include "platform/controls/drop_down_list.h"
 #include "platform/serial/ms_comm.h"
 #include "platform/system/message_box.h"
 
@@ -16,25 +16,29 @@ namespace pelmora {
 // Title of the messages about editing, the link and the flash.
 inline constexpr char kProgramTitle[] = "Program";
 
-class SerialPort {
+class SerialPort : public QObject {
+  Q_OBJECT
  public:
-  SerialPort(platform::MSComm& comm, platform::DropDownList& combo_port,
-             platform::MessageBox& message_box);
+  SerialPort(platform::MSComm& comm, platform::MessageBox& message_box)
+      : comm_(comm), message_box_(message_box) {}
 
-  // The operator has chosen an entry: opens that port and locks the list. When it can't be opened,
-  // a message says why and the list stays open for another choice.
-  void ComboPort_Click();
+  // The caption of an entry (1..8) of the list of ports.
+  static QString EntryName(int number);
 
-  // The open port has failed: unlocks the list and says so. `reading`: a read had begun, which has
-  // emptied the sequences.
-  void MSComm1_PortLost(bool reading);
+  // The operator has chosen an entry (1..8): opens that port. When it can't be opened, a message
+  // says why.
+  void ComboPort_Click(int number);
+
+  // The open port has failed: says so. `emptied`: a read had begun, which has emptied the
+  // sequences.
+  void MSComm1_PortLost(bool emptied);
 
   // "Connected" means that the port is open; the board itself is not asked.
   bool Connected() const { return comm_.PortOpen(); }
 
   // True when a port is open. Otherwise false, with "No Connection Available!", unless a loss is
   // about to be reported.
-  bool RequireConnection();
+  [[nodiscard]] bool RequireConnection() const;
 
   // Writes the bytes of a command, each as its own write, if the port is open; otherwise nothing
   // happens.
@@ -49,24 +53,31 @@ class SerialPort {
   // the board never goes on for long after the operator has stopped.
   std::chrono::milliseconds TimeUntilReady() const;
 
-  // The receive settings. Each begins with what waits being discarded.
+ signals:
+  // `Connected` is true now, or a choice has failed, or the port has been lost. Comes before the
+  // message.
+  void Changed();
+
+ private:
+  friend class BoardOperation;
+  friend class ReadOperation;
+
+  bool SetupPort();
+
+  // The receive settings, which an operation changes for as long as it runs.
   // While no operation reads: one receive event and one byte for each received byte.
   void SetIdleReceive();
   // For the reply to a read: one event for the whole header, and room for all that follows it.
   void SetReadReceive();
-
   // From now on no receive event comes and the next `Input` takes everything that has arrived.
   void PollReceive();
-
- private:
-  bool SetupPort();
   void SetReceive(int buffer_bytes, int event_bytes);
 
   platform::MSComm& comm_;
-  platform::DropDownList& combo_port_;
   platform::MessageBox& message_box_;
   std::array<std::uint8_t, 1> TxBuffer{};  // the one byte being written
   std::uint64_t bytes_sent_ = 0;
+  int number_ = 0;  // of the entry chosen last
 };
 
 }  // namespace pelmora

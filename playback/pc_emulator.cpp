@@ -3,36 +3,38 @@
 namespace pelmora {
 
 PcEmulator::PcEmulator(EditedSequence& edited, StepList& step_list, platform::HiTimer& timer,
-                       ConnectedSwitch& emu_pc, platform::CWButton& button_real_emu)
-    : edited_(edited),
-      step_list_(step_list),
-      timer_(timer),
-      emu_pc_(emu_pc),
-      button_real_emu_(button_real_emu) {}
+                       BoardControl& control)
+    : edited_(edited), step_list_(step_list), timer_(timer), control_(control) {
+  connect(&control, &BoardControl::Changed, this, &PcEmulator::StopUnlessPlaying);
+  connect(&control, &BoardControl::PcPlaybackSwitched, this, &PcEmulator::Switched);
+}
 
-void PcEmulator::CWButtonEmuPC_ValueChanged(bool on) {
-  if (!emu_pc_.Accept()) return;
-  button_real_emu_.setEnabled(!on);
-  if (!on) {
-    emu_pc_.Button().setEnabled(true);
-    timer_.SetEnabled(false);
-  }
+PcEmulator::~PcEmulator() {
+  timer_.SetEnabled(false);
+}
+
+// On: the selected step (line 0 if none is) is held for its duration, then playback goes on with
+// the next one. Off: playback stops where it is.
+void PcEmulator::Switched(bool on) {
   if (edited_.ListIndex() < 0 && edited_.ListCount() > 0) edited_.Select(0);
   if (edited_.ListIndex() >= 0) {
     Hold();
     timer_.SetEnabled(on);
   }
+  if (on) emit StateChanged();
+}
+
+// Also when the line is lost, which is no press of the switch.
+void PcEmulator::StopUnlessPlaying() {
+  if (Playing()) return;
+  timer_.SetEnabled(false);
   emit StateChanged();
 }
 
 void PcEmulator::HiTimer1_Timer() {
-  if (!Playing() || edited_.ListCount() == 0) {
-    timer_.SetEnabled(false);
-    emu_pc_.Button().setChecked(false);
-    return;
-  }
+  if (edited_.ListCount() == 0) return control_.CWButtonEmuPC_ValueChanged(false);
   // All channels of a step take longer on the line than the shortest step lasts.
-  if (const auto wait = emu_pc_.Port().TimeUntilReady(); wait.count() > 0) {
+  if (const auto wait = control_.TimeUntilReady(); wait.count() > 0) {
     timer_.SetInterval(static_cast<int>(wait.count()));
     return;
   }
@@ -48,13 +50,6 @@ void PcEmulator::HoldSelectedStep() {
   if (!Playing() || edited_.ListIndex() < 0) return;
   Hold();
   timer_.SetEnabled(true);
-  emit StateChanged();
-}
-
-void PcEmulator::MSComm1_PortLost() {
-  timer_.SetEnabled(false);
-  emu_pc_.DropToOff();
-  button_real_emu_.setEnabled(true);
   emit StateChanged();
 }
 

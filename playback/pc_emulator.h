@@ -1,5 +1,6 @@
 // The PC sequence emulator: a timer walks down the step list; each step that it shows moves the
-// sliders, and those move the servos. The selected line is the playback position.
+// sliders, and those move the servos. The selected line is the playback position. The switch
+// "PC Emu" belongs to `BoardControl`.
 #pragma once
 
 #include <QObject>
@@ -8,8 +9,7 @@
 
 #include "edit/edited_sequence.h"
 #include "edit/step_list.h"
-#include "link/connected_switch.h"
-#include "platform/controls/cw_button.h"
+#include "link/board_control.h"
 #include "platform/system/hi_timer.h"
 
 namespace pelmora {
@@ -25,11 +25,8 @@ class PcEmulator : public QObject {
   Q_OBJECT
  public:
   PcEmulator(EditedSequence& edited, StepList& step_list, platform::HiTimer& timer,
-             ConnectedSwitch& emu_pc, platform::CWButton& button_real_emu);
-
-  // On: the selected step (line 0 if none is) is held for its duration, then playback goes on with
-  // the next one. Off: playback stops where it is.
-  void CWButtonEmuPC_ValueChanged(bool on);
+             BoardControl& control);
+  ~PcEmulator() override;
 
   // The tick: shows the next step and holds it for its duration, or halts on it when it has a
   // breakpoint. While the line has not carried the steps before it waits for that instead: every
@@ -41,7 +38,7 @@ class PcEmulator : public QObject {
   void HoldSelectedStep();
 
   // Whether the switch is On: playback runs or is halted at a breakpoint.
-  bool Playing() const { return emu_pc_.Button().isChecked(); }
+  bool Playing() const { return control_.PcPlays(); }
 
   // Playback is in progress, but waits for the operator: halted at a breakpoint.
   bool Halted() const { return Playing() && !timer_.Enabled(); }
@@ -50,21 +47,20 @@ class PcEmulator : public QObject {
   // began its wait. Nothing when the switch is Off or no line is selected.
   std::optional<HeldStep> Held() const;
 
-  void MSComm1_PortLost();
-
  signals:
   // Playback may have begun, ended, halted or gone on.
   void StateChanged();
 
  private:
+  void Switched(bool on);
+  void StopUnlessPlaying();
   int SelectedDuration() const;
   void Hold();
 
   EditedSequence& edited_;
   StepList& step_list_;
   platform::HiTimer& timer_;
-  ConnectedSwitch& emu_pc_;
-  platform::CWButton& button_real_emu_;
+  BoardControl& control_;
   std::chrono::steady_clock::time_point held_since_;
 };
 

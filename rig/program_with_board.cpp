@@ -77,9 +77,10 @@ Bytes ProgramWithBoard::Sent(std::size_t count) {
 }
 
 void ProgramWithBoard::ExpectLoss(std::function<void()> meanwhile) {
-  const QString sequences = Reading() ? "Your sequences were cleared when the read began; undo "
-                                        "(Ctrl+Z) brings them back."
-                                      : "Your sequences are untouched.";
+  const QString sequences = form->Link().SequencesEmptied()
+                                ? "Your sequences were cleared when the read began; undo "
+                                  "(Ctrl+Z) brings them back."
+                                : "Your sequences are untouched.";
   ExpectMessage("The connection on Comm1 (" + QString::fromStdString(board.DevicePath()) +
                     ") is lost: the adapter was pulled or the line hung up.\n\n" + sequences +
                     " Choose a port to connect again.",

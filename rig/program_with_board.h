@@ -11,7 +11,7 @@
 
 #include "board/simulated_board.h"
 #include "edit/edited_sequence.h"
-#include "link/board_operation.h"
+#include "link/board_link.h"
 #include "platform/controls/list_box.h"
 #include "platform/dialogs/file_dialog.h"
 #include "platform/dialogs/modal_message_box.h"

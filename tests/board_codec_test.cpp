@@ -88,7 +88,7 @@ TEST(BoardCodec, TheExamplesImageInBothDirections) {
   ASSERT_TRUE(DecodeHeader(header, *read));
   EXPECT_EQ(read->SeqSteps, table->SeqSteps);
   EXPECT_EQ(read->SeqOffset, table->SeqOffset);
-  EXPECT_EQ(read->TotalBytes, 0) << "the cut count is the caller's";
+  EXPECT_EQ(read->TotalBytes, 42);
   ASSERT_TRUE(DecodeSteps(*rows, *read));
   EXPECT_EQ(read->SeqTable, table->SeqTable);
 }
@@ -132,12 +132,14 @@ TEST(BoardCodec, LimitsOfTheHeader) {
   for (const auto& [steps, fits] : {std::pair(2340, true), std::pair(2341, false)}) {
     EXPECT_EQ(HeaderFits(*TableOf(FilledSequences(1, steps, 5))), fits) << steps;
   }
-  for (const auto& [high, low, bytes] :
-       {std::tuple(0, 13, 13), std::tuple(94, 0, 24064), std::tuple(255, 255, 65535)}) {
+  const auto taken = std::make_unique<SequenceTable>();
+  for (const auto& [high, low, bytes] : {std::tuple(0, 13, 13), std::tuple(94, 0, 24064),
+                                         std::tuple(94, 1, 24065), std::tuple(255, 255, 65535)}) {
     const FlashHeader header{static_cast<std::uint8_t>(high), static_cast<std::uint8_t>(low)};
     EXPECT_EQ(AnnouncedBytes(header), bytes);
+    ASSERT_TRUE(DecodeHeader(header, *taken));
+    EXPECT_EQ(taken->TotalBytes, std::min(bytes, 24064));
   }
-  const auto taken = std::make_unique<SequenceTable>();
   // The values of a header in their order: count and offset of sequence 0, then those of 1, ...
   const auto value = [&taken](int i) -> int {
     const auto sequence = static_cast<std::size_t>(i / 2);

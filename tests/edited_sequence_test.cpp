@@ -119,8 +119,8 @@ TEST_F(EditedSequenceTest, AnnouncesOnceWhatAnOperationHasChanged) {
       {"a breakpoint", {}, [&] { edited.ToggleBreak(); }, "b"},
       {"no breakpoint", {}, [&] { edited.ResetBreakPoints(); }, ""},
       {"a load", {}, [&] { edited.TakeTable(Table(2)); }, "si"},
-      {"a header", {}, [&] { EXPECT_TRUE(edited.TakeHeader({}, 0)); }, "s"},
-      {"a reply", {}, [&] { EXPECT_TRUE(edited.TakeReply({}, 0, {})); }, "si"},
+      {"a header", {}, [&] { EXPECT_TRUE(edited.TakeHeader({})); }, "s"},
+      {"a reply", {}, [&] { EXPECT_TRUE(edited.TakeReply({}, {})); }, "si"},
       {"an undo", [&] { Add(40); }, [&] { edited.Changes().Undo(); }, "si"},
       {"an undo that brings a breakpoint back",
        [&] {
@@ -155,7 +155,7 @@ TEST_F(EditedSequenceTest, WarnsWhenTheOperationIsComplete) {
     EXPECT_EQ(Heard(), "s");
     EXPECT_EQ(edited.ListIndex(), 0);
     EXPECT_EQ(labels[2].text(), "Step N° 0");
-    EXPECT_TRUE(edited.TakeReply({}, 0, {}));
+    EXPECT_TRUE(edited.TakeReply({}, {}));
   };
   edited.Select(0);
   heard.clear();
@@ -355,7 +355,7 @@ TEST_F(EditedSequenceTest, UndoesTheAddOfAStepLikeItsNeighbours) {
 // sends.
 TEST_F(EditedSequenceTest, UndoesTheChangeOfAFigureAlone) {
   edited.ClearAll();
-  EXPECT_TRUE(edited.TakeHeader({}, 28));
+  EXPECT_TRUE(edited.TakeHeader({0, 28}));
   edited.ClearAll();
   EXPECT_EQ(edited.Data().TotalBytes, 0);
   edited.Changes().Undo();

@@ -19,15 +19,12 @@
 #include "flash/erase_flash.h"
 #include "flash/program_sequences.h"
 #include "flash/read_back.h"
-#include "link/board_operation.h"
-#include "link/connected_switch.h"
+#include "link/board_control.h"
+#include "link/board_link.h"
 #include "link/debug_panel.h"
-#include "link/live_control.h"
-#include "link/receive_handler.h"
 #include "link/serial_port.h"
 #include "platform/controls/scroll_view.h"
 #include "platform/serial/ms_comm.h"
-#include "playback/board_playback.h"
 #include "playback/breakpoints.h"
 #include "playback/pc_emulator.h"
 #include "ui/controls.h"
@@ -43,6 +40,7 @@ using platform::CWButton;
 using platform::CWSlide;
 using platform::DropDownList;
 using platform::ListBox;
+using platform::ProgressBar;
 using platform::PushButton;
 using platform::TextField;
 
@@ -55,20 +53,15 @@ constexpr int kStartInterval = 20;  // ms, of the playback timer
 struct Form1::Handlers {
   Handlers(const Surroundings& around, const Controls& controls, QWidget& form)
       : comm(around.ports),
-        serial_port(comm, *controls.ComboPort, around.message_box),
-        link({comm, serial_port, around.events, around.message_box, *controls.Command1,
-              *controls.ProgressBarFlash, *controls.Echo}),
-        receive(comm, link),
-        debug_panel(comm, *controls.Echo),
-        main_on_off(*controls.CWButtonMainOnOff, serial_port),
-        real_emu(*controls.CWButtonRealEmu, serial_port),
-        emu_pc(*controls.CWButtonEmuPC, serial_port),
-        live_control(serial_port, main_on_off, real_emu.Button(), emu_pc.Button()),
+        serial_port(comm, around.message_box),
+        debug_panel(comm),
+        link(comm, serial_port, debug_panel, around.events, around.message_box),
         edited(
             {*controls.ListSequence, *controls.LabelSeq, *controls.LabelSeqEmu, *controls.LabelStep,
              *controls.LabelByte, *controls.CommandOffset, *controls.LabelOffset},
             around.message_box, QLocale().decimalPoint().toStdString()),
-        step_fields(edited, live_control,
+        control(serial_port, link, edited.Data()),
+        step_fields(edited, control,
                     {controls.CWSlide1, controls.Text1, controls.CWNumEditTimeStep}),
         step_list(edited, step_fields, around.message_box),
         step_clipboard(edited, around.message_box),
@@ -78,24 +71,19 @@ struct Form1::Handlers {
                       {&form, controls.FrameBuffEdit, controls.FrameMan, controls.FramePCEmu,
                        controls.ListSequence}),
         erase(link),
-        program(link, erase, edited),
-        read(link, edited),
-        pc_emulator(edited, step_list, around.timer, emu_pc, real_emu.Button()),
+        program(link, debug_panel, erase, edited),
+        read(link, debug_panel, edited),
+        pc_emulator(edited, step_list, around.timer, control),
         breakpoints(edited, step_fields, pc_emulator),
-        board_playback(edited, serial_port, real_emu, emu_pc.Button()),
         buffer_commands(edited, around.file_dialog, around.message_box) {}
 
   platform::MSComm comm;
   SerialPort serial_port;
-  BoardLink link;
-  ReceiveHandler receive;
   DebugPanel debug_panel;
-  ConnectedSwitch main_on_off;
-  ConnectedSwitch real_emu;
-  ConnectedSwitch emu_pc;
-  LiveControl live_control;
+  BoardLink link;
 
   EditedSequence edited;
+  BoardControl control;
   StepFields step_fields;
   StepList step_list;
   StepClipboard step_clipboard;
@@ -109,7 +97,6 @@ struct Form1::Handlers {
 
   PcEmulator pc_emulator;
   Breakpoints breakpoints;
-  BoardPlayback board_playback;
 
   BufferCommands buffer_commands;
 };
@@ -144,8 +131,6 @@ Form1::~Form1() {
     field->KeyPress = nullptr;
     field->LostFocus = nullptr;
   }
-  for (CWSlide* slide : controls_->CWSlide1) slide->MayChange = nullptr;
-  surroundings_.timer.SetEnabled(false);
 }
 
 const EditedSequence& Form1::Edited() const {
@@ -191,9 +176,8 @@ void Form1::ConnectEditing() {
   for (int i = 0; i < kChannels; ++i) {
     connect(controls_->CWSlide1[static_cast<std::size_t>(i)], &CWSlide::valueChanged, wiring_.get(),
             [&h, i](int value) { h.step_fields.CWSlide1_ValueChanged(i, value); });
-    // A pointer reports more positions than the line can carry.
     controls_->CWSlide1[static_cast<std::size_t>(i)]->MayChange = [&h] {
-      return h.serial_port.TimeUntilReady().count() == 0;
+      return h.control.ReadyForPosition();
     };
   }
   for (int i = 0; i < 2 * kChannels; ++i) {
@@ -230,20 +214,36 @@ void Form1::ConnectEditing() {
 
 void Form1::ConnectLink() {
   Handlers& h = *handlers_;
-  connect(controls_->ComboPort, &DropDownList::Click, wiring_.get(),
-          [&h] { h.serial_port.ComboPort_Click(); });
-  connect(&h.comm, &platform::MSComm::OnComm, wiring_.get(), [&h] { h.receive.MSComm1_OnComm(); });
-  // The message comes last: nothing stands On or locked while it is open.
-  connect(&h.comm, &platform::MSComm::PortLost, wiring_.get(), [&h] {
-    h.pc_emulator.MSComm1_PortLost();
-    h.board_playback.MSComm1_PortLost();
-    h.live_control.MSComm1_PortLost();
-    h.serial_port.MSComm1_PortLost(h.link.ReadMode());
+  DropDownList& combo_port = *controls_->ComboPort;
+  connect(&combo_port, &DropDownList::Click, wiring_.get(),
+          [&h, &combo_port] { h.serial_port.ComboPort_Click(combo_port.currentData().toInt()); });
+  connect(&h.serial_port, &SerialPort::Changed, wiring_.get(), [&h, &combo_port] {
+    const bool connected = h.serial_port.Connected();
+    combo_port.setEnabled(!connected);
+    if (!connected) combo_port.setCurrentIndex(-1);
   });
-  connect(&h.main_on_off.Button(), &CWButton::toggled, wiring_.get(),
-          [&h](bool on) { h.live_control.CWButtonMainOnOff_ValueChanged(on); });
+  connect(&h.comm, &platform::MSComm::OnComm, wiring_.get(), [&h] { h.link.MSComm1_OnComm(); });
+  connect(&h.comm, &platform::MSComm::PortLost, wiring_.get(),
+          [&h] { h.control.MSComm1_PortLost(); });
+  connect(controls_->CWButtonMainOnOff, &CWButton::toggled, wiring_.get(),
+          [&h](bool on) { h.control.CWButtonMainOnOff_ValueChanged(on); });
+  connect(controls_->CWButtonRealEmu, &CWButton::toggled, wiring_.get(),
+          [&h](bool on) { h.control.CWButtonRealEmu_ValueChanged(on); });
+  connect(controls_->CWButtonEmuPC, &CWButton::toggled, wiring_.get(),
+          [&h](bool on) { h.control.CWButtonEmuPC_ValueChanged(on); });
+  connect(&h.control, &BoardControl::Changed, wiring_.get(), [this] { ShowSwitches(); });
   OnClick(controls_->CommandInBuff, [&h] { h.debug_panel.CommandInBuff_Click(); });
   connect(controls_->Echo, &TextField::Click, wiring_.get(), [&h] { h.debug_panel.Echo_Click(); });
+  connect(&h.debug_panel, &DebugPanel::EchoChanged, controls_->Echo, &TextField::setText);
+}
+
+void Form1::ShowSwitches() {
+  const BoardControl& control = handlers_->control;
+  controls_->CWButtonMainOnOff->setChecked(control.PcControl());
+  controls_->CWButtonRealEmu->setChecked(control.BoardPlays());
+  controls_->CWButtonRealEmu->setEnabled(!control.PcPlays());
+  controls_->CWButtonEmuPC->setChecked(control.PcPlays());
+  controls_->CWButtonEmuPC->setEnabled(!control.BoardPlays());
 }
 
 void Form1::ConnectFlash() {
@@ -252,7 +252,13 @@ void Form1::ConnectFlash() {
   OnClick(controls_->CommandFlash, [&h] { h.program.CommandFlash_Click(); });
   OnClick(controls_->CommandRead, [&h] { h.read.CommandRead_Click(); });
   OnClick(controls_->Command1, [&h] { h.link.Command1_Click(); });
-  h.link.ModeChanged = [this, &h] { ShowErasing(h.link.EraseMode()); };
+  connect(&h.link, &BoardLink::ModeChanged, wiring_.get(),
+          [this, &h] { ShowErasing(h.link.EraseMode()); });
+  connect(&h.link, &BoardLink::AbortOffered, controls_->Command1, &QWidget::setEnabled);
+  ProgressBar* bar = controls_->ProgressBarFlash;
+  connect(&h.link, &BoardLink::BarShown, bar, &QWidget::setVisible);
+  connect(&h.link, &BoardLink::BarScaled, bar, &ProgressBar::SetScaleMaximum);
+  connect(&h.link, &BoardLink::BarMoved, bar, &ProgressBar::SetValue);
 }
 
 // An erase has no bar: without this a board that is slow to answer looks like a dead button.
@@ -267,15 +273,11 @@ void Form1::ShowErasing(bool erasing) {
 
 void Form1::ConnectPlayback() {
   Handlers& h = *handlers_;
-  connect(&h.emu_pc.Button(), &CWButton::toggled, wiring_.get(),
-          [&h](bool on) { h.pc_emulator.CWButtonEmuPC_ValueChanged(on); });
-  connect(&h.real_emu.Button(), &CWButton::toggled, wiring_.get(),
-          [&h](bool on) { h.board_playback.CWButtonRealEmu_ValueChanged(on); });
   connect(&surroundings_.timer, &platform::HiTimer::Timer, wiring_.get(),
           [&h] { h.pc_emulator.HiTimer1_Timer(); });
   connect(&h.pc_emulator, &PcEmulator::StateChanged, wiring_.get(), [this, &h] {
     const bool halted = h.pc_emulator.Halted();
-    h.emu_pc.Button().SetWaiting(halted);
+    controls_->CWButtonEmuPC->SetWaiting(halted);
     controls_->ListSequence->SetHalted(halted);
   });
   OnClick(controls_->CommandBrk, [&h] { h.breakpoints.CommandBrk_Click(); });
@@ -292,7 +294,7 @@ void Form1::ConnectMenus() {
   choose(controls_->SaveBuffer, [&h] { h.buffer_commands.SaveBuffer_Click(); });
   choose(controls_->LoadBuffer, [&h] { h.buffer_commands.LoadBuffer_Click(); });
   choose(controls_->Quit, [this] { Quit_Click(); });
-  choose(controls_->Resetting, [&h] { h.live_control.Resetting_Click(); });
+  choose(controls_->Resetting, [&h] { h.control.Resetting_Click(); });
   ConnectPanelToggle(controls_->FreshProg, {controls_->FrameFlash});
   ConnectPanelToggle(controls_->Emu, {controls_->FrameRealEmu});
   ConnectPanelToggle(controls_->Serial, {controls_->FrameSer, controls_->FrameInfo});
@@ -322,15 +324,15 @@ void Form1::closeEvent(QCloseEvent* event) {
 }
 
 void Form1::Form_Unload() {
-  handlers_->live_control.CommandStop_Click();
+  handlers_->control.CommandStop_Click();
 }
 
 void Form1::Form_Terminate() {
-  handlers_->live_control.CommandStop_Click();
+  handlers_->control.CommandStop_Click();
 }
 
 void Form1::Quit_Click() {
-  handlers_->live_control.CommandStop_Click();
+  handlers_->control.CommandStop_Click();
   EndProgram();
 }
 

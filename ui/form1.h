@@ -67,6 +67,7 @@ class Form1 : public platform::MainWindow {
   void Form_Unload();
   void Form_Terminate();
   void Quit_Click();
+  void ShowSwitches();
   void ShowErasing(bool erasing);
   void ConnectPanelToggle(QAction* item, std::vector<QWidget*> panels);
   void EndProgram();

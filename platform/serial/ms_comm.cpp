@@ -146,12 +146,11 @@ void MSComm::Fail() {
       port_->error() == QSerialPort::TimeoutError) {
     return;
   }
-  const QString reason = port_->errorString();
   port_->disconnect(this);
   lost_ = std::move(port_);
-  const auto drop = [this, reason] {
+  const auto drop = [this] {
     lost_.reset();
-    emit PortLost(reason);
+    emit PortLost();
   };
   QMetaObject::invokeMethod(this, drop, Qt::QueuedConnection);
 }

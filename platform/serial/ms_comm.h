@@ -88,8 +88,8 @@ class MSComm : public QObject {
  signals:
   void OnComm();
   // The open port failed (an adapter was pulled). The port is closed already; comes once for each
-  // loss. `reason` is the system's text.
-  void PortLost(const QString& reason);
+  // loss.
+  void PortLost();
 
  private:
   void Receive();

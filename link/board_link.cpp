@@ -1,0 +1,54 @@
+#include "link/board_link.h"
+
+#include "link/read_operation.h"
+
+namespace pelmora {
+
+BoardLink::BoardLink(platform::MSComm& comm, SerialPort& serial_port, DebugPanel& debug_panel,
+                     platform::Events& events, platform::MessageBox& message_box)
+    : comm_(comm),
+      serial_port_(serial_port),
+      debug_panel_(debug_panel),
+      events_(events),
+      message_box_(message_box) {}
+
+void BoardLink::Form_Load() {
+  Set(Mode::kRead, false);
+  Set(Mode::kProgram, false);
+  abort_request_ = false;
+  Set(Mode::kErase, false);
+}
+
+void BoardLink::MSComm1_OnComm() {
+  if (comm_.CommEvent() != platform::kCommEvReceive) return;
+  const QByteArray input = comm_.Input();
+  if (input.isEmpty()) return;
+  if (TakesAcknowledgements()) {
+    if (IsAcknowledgement(Bytes(input))) {
+      ack_received_ = true;
+    } else {
+      debug_panel_.SetEcho(kErrorWord);
+    }
+  } else if (ReadMode()) {
+    innermost_read_->TakeReply(Bytes(input));
+  } else {
+    debug_panel_.SetEcho(QString::number(Bytes(input)[0]));
+  }
+}
+
+void BoardLink::Command1_Click() {
+  abort_request_ = true;
+  emit AbortOffered(false);
+}
+
+std::span<const std::uint8_t> BoardLink::Bytes(const QByteArray& bytes) {
+  return {reinterpret_cast<const std::uint8_t*>(bytes.constData()),
+          static_cast<std::size_t>(bytes.size())};
+}
+
+void BoardLink::Set(Mode mode, bool on) {
+  modes_[static_cast<std::size_t>(mode)] = on;
+  emit ModeChanged();
+}
+
+}  // namespace pelmora

@@ -1,0 +1,110 @@
+// What the operations that wait for the board (erase, program, read) share with each other and with
+// the receive handler: the mode flags, the acknowledgement, the abort request, and what was read
+// last. It lives as long as the window. Everybody may look; only an operation changes it, which is
+// a `BoardOperation` (link/board_operation.h).
+#pragma once
+
+#include <QByteArray>
+#include <QObject>
+#include <QString>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+#include "core/board_codec.h"
+#include "link/debug_panel.h"
+#include "link/serial_port.h"
+#include "platform/serial/ms_comm.h"
+#include "platform/system/events.h"
+#include "platform/system/message_box.h"
+
+namespace pelmora {
+
+class ReadOperation;
+
+enum class Mode { kErase, kProgram, kRead };
+
+// The reply to a read that has been taken to its end.
+struct ReadReply {
+  FlashHeader Header{};
+  // Bytes of step data taken, 0..24064; fewer than announced when an overflow was aborted.
+  std::int32_t RxCount = 0;
+};
+
+class BoardLink : public QObject {
+  Q_OBJECT
+ public:
+  BoardLink(platform::MSComm& comm, SerialPort& serial_port, DebugPanel& debug_panel,
+            platform::Events& events, platform::MessageBox& message_box);
+
+  // Start-up: clears the mode flags and the abort request.
+  void Form_Load();
+
+  // The serial control's event. Decides by the mode flags what the received bytes are: an
+  // acknowledgement (erase, program), a reply to the innermost read, which takes it, or a byte to
+  // show in `Echo`.
+  void MSComm1_OnComm();
+
+  // "Abort": ends the wait that is running. The board is not told.
+  void Command1_Click();
+
+  // The mode flags. One operation inside another's wait leaves several set.
+  bool EraseMode() const { return Is(Mode::kErase); }
+  bool ProgramMode() const { return Is(Mode::kProgram); }
+  bool ReadMode() const { return Is(Mode::kRead); }
+  bool AckReceived() const { return ack_received_; }
+  bool AbortRequest() const { return abort_request_; }
+  // Whether any operation is in progress, from its beginning to its end.
+  bool Busy() const { return in_progress_ > 0; }
+  // Whether a read has emptied the sequences and not yet replaced them, or said that it failed.
+  bool SequencesEmptied() const { return emptied_ > 0; }
+
+  // The last reply to a read that is in progress or has ended; empty until one has been taken.
+  const ReadReply& Reply() const { return reply_; }
+  // The step data of the last program or reply. Rows that a transfer doesn't reach keep what they
+  // held.
+  const FlashRows& FlashImage() const { return flash_image_; }
+
+  const SerialPort& Port() const { return serial_port_; }
+  void Say(const QString& text) const { message_box_.Show(text, kProgramTitle); }
+
+ signals:
+  // A mode flag has been set or cleared.
+  void ModeChanged();
+  // Whether "Abort" can be pressed.
+  void AbortOffered(bool offered);
+  void BarShown(bool shown);
+  // The bar is full at `maximum`; below 1 counts as 1.
+  void BarScaled(int maximum);
+  // Bytes of step data that have been transferred.
+  void BarMoved(int value);
+
+ private:
+  friend class BoardOperation;
+  friend class ReadOperation;
+  friend class SequencesEmptiedByRead;
+
+  bool Is(Mode mode) const { return modes_[static_cast<std::size_t>(mode)]; }
+  void Set(Mode mode, bool on);
+  // Whether received bytes are acknowledgements: an erase or a program is in progress.
+  bool TakesAcknowledgements() const { return EraseMode() || ProgramMode(); }
+  static std::span<const std::uint8_t> Bytes(const QByteArray& bytes);
+
+  platform::MSComm& comm_;
+  SerialPort& serial_port_;
+  DebugPanel& debug_panel_;
+  platform::Events& events_;
+  platform::MessageBox& message_box_;
+  std::array<bool, 3> modes_{};
+  bool ack_received_ = false;
+  bool abort_request_ = false;
+  ReadReply reply_;
+  FlashRows flash_image_{};
+  ReadOperation* innermost_read_ = nullptr;  // while one is in progress
+  unsigned begun_ = 0;                       // operations in this run
+  unsigned in_progress_ = 0;                 // operations, one inside the other
+  unsigned emptied_ = 0;                     // `SequencesEmptiedByRead`, one inside the other
+};
+
+}  // namespace pelmora

@@ -1,0 +1,100 @@
+#include "link/read_operation.h"
+
+#include <QByteArray>
+#include <algorithm>
+#include <utility>
+
+namespace pelmora {
+
+ReadOperation::ReadOperation(BoardLink& link, HeaderCheck check)
+    : BoardOperation(link, Mode::kRead),
+      check_(std::move(check)),
+      outer_(std::exchange(link.innermost_read_, this)) {
+  link.reply_ = {};
+  // The answer that an erase or a program around this read waits for may be waiting already.
+  if (!link.TakesAcknowledgements()) link.comm_.ClearInBuffer();
+  link.serial_port_.SetReadReceive();
+}
+
+ReadOperation::~ReadOperation() {
+  // So it may have come during the read, set up for more bytes at once.
+  link_.comm_.SetInputLen(0);
+  const QByteArray waiting = link_.comm_.Input();
+  if (link_.TakesAcknowledgements() && !waiting.isEmpty() &&
+      IsAcknowledgement(BoardLink::Bytes(waiting))) {
+    link_.ack_received_ = true;
+  }
+  link_.serial_port_.SetIdleReceive();
+  link_.innermost_read_ = outer_;
+}
+
+void ReadOperation::TakeReply(std::span<const std::uint8_t> received) {
+  // From here on this operation polls; no event is raised for the step data.
+  link_.serial_port_.PollReceive();
+  switch (Collect(received)) {
+    case Outcome::kComplete:
+      link_.ack_received_ = true;
+      return;
+    case Outcome::kAnswered:
+    case Outcome::kAborted:
+      return;
+    case Outcome::kCorrupted:
+      // The read goes on waiting, without further events, until it is aborted. A read inside it may
+      // have set the port back.
+      link_.serial_port_.PollReceive();
+      link_.Say(QStringLiteral("Impossible to Load Sequences! Flash memory corrupted."));
+      link_.debug_panel_.SetEcho(kErrorWord);
+  }
+}
+
+ReadOperation::Outcome ReadOperation::Collect(std::span<const std::uint8_t> received) {
+  // Another receive setting, left by an operation inside the wait, could give fewer bytes.
+  if (received.size() < kHeaderBytes) return Outcome::kCorrupted;
+  ReadReply reply;
+  std::ranges::copy(received.first(kHeaderBytes), reply.Header.begin());
+  reply.RxCount = AnnouncedBytes(reply.Header);
+  emit link_.BarScaled(reply.RxCount - 1);
+  if (reply.RxCount > kFlashCapacity) {
+    reply.RxCount = kFlashCapacity;
+    link_.debug_panel_.SetEcho(kOverflowWord);
+  }
+  if (!check_(reply.Header)) return Outcome::kCorrupted;
+  if (reply.RxCount > 0) {
+    const Outcome outcome = WaitForStepData(reply.RxCount);
+    if (outcome != Outcome::kComplete) return outcome;
+    const QByteArray step_data = link_.comm_.Input();
+    if (step_data.size() < reply.RxCount) return Outcome::kCorrupted;
+    StageStepData(BoardLink::Bytes(step_data).first(static_cast<std::size_t>(reply.RxCount)),
+                  link_.flash_image_);
+  }
+  link_.reply_ = reply;
+  return Outcome::kComplete;
+}
+
+// Waits until `rx_count` bytes are in the receive buffer, or what an aborted read is to keep, which
+// `rx_count` then says.
+ReadOperation::Outcome ReadOperation::WaitForStepData(std::int32_t& rx_count) {
+  const platform::MSComm& comm = link_.comm_;
+  do {
+    // With everything here already, no further event may come: look once, without sleeping.
+    const bool complete = comm.InBufferCount() >= rx_count;
+    Turn(complete ? platform::Events::Idle::kReturn : platform::Events::Idle::kSleep);
+    // A read inside this wait has taken a whole reply; what this one waits for is gone.
+    if (link_.ack_received_) return Outcome::kAnswered;
+    MoveBar(comm.InBufferCount());
+    if (MustEnd()) {
+      if (link_.debug_panel_.Echo() != kOverflowWord) return Outcome::kAborted;
+      rx_count = std::min<std::int32_t>(comm.InBufferCount(), kFlashCapacity);
+      return Outcome::kComplete;
+    }
+  } while (comm.InBufferCount() < rx_count);
+  return Outcome::kComplete;
+}
+
+SequencesEmptiedByRead::~SequencesEmptiedByRead() {
+  // The loss that has ended the read, or kept it from beginning, may not have been announced yet.
+  if (link_.comm_.LossPending()) link_.events_.DoEvents(platform::Events::Idle::kReturn);
+  --link_.emptied_;
+}
+
+}  // namespace pelmora

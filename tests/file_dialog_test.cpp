@@ -57,6 +57,43 @@ class FileDialog : public WindowTest {
   bool opened_ = false;
 };
 
+TEST_F(FileDialog, SaveNamesTheFileThatItWouldReplace) {
+  const QString long_name(200, 'x');
+  for (const QString& name : {QString("Walk.dat"), QString("Walk.1.dat"), long_name + ".dat"}) {
+    Touch(name);
+    QFile file(folder.filePath(name));
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    file.setFileTime(QDateTime({2026, 11, 22}, {14, 3}), QFileDevice::FileModificationTime);
+  }
+  const QString walk = "Replaces Walk.dat of 22 Nov 2026, 14:03";
+  InDialog("SaveBuffer", "", [&] {
+    // Without the focus the field follows what is selected in the folder.
+    QApplication::setActiveWindow(Open());
+    hands->Find<QLineEdit>(kName).setFocus();
+    const auto line = [&](const QString& typed) {
+      hands->Find<QLineEdit>(kName).setText(typed);
+      return hands->Read("LabelReplaced");
+    };
+    EXPECT_EQ(line("Walk"), walk);
+    EXPECT_EQ(line("Walk.dat"), walk);
+    EXPECT_EQ(line(""), "");
+    EXPECT_EQ(line("sub"), "") << "a folder is opened";
+    EXPECT_EQ(line("sub/Walk"), "");
+    EXPECT_EQ(line("sub/../Walk"), walk);
+    EXPECT_EQ(line("Walk.txt"), "");
+    const int width = Open()->width();
+    EXPECT_LT(line(long_name).size(), 90);
+    EXPECT_EQ(Open()->width(), width);
+    EXPECT_EQ(line("Walk.1"), walk.section("Walk", 0, 0) + "Walk.1.dat" + walk.section(".dat", 1));
+    Open()->reject();
+  });
+  InDialog("LoadBuffer", "", [&] {
+    hands->Type(kName, "Walk.dat", false);
+    EXPECT_EQ(Open()->findChild<QLabel*>("LabelReplaced"), nullptr);
+    Open()->reject();
+  });
+}
+
 TEST_F(FileDialog, SaveProposesANameAndCompletesIt) {
   InDialog("SaveBuffer", "Data Saved!", [this] {
     EXPECT_EQ(hands->Read(kTypes), "Data Files (*.dat)");

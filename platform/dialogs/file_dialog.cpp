@@ -4,8 +4,11 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QGridLayout>
 #include <QHeaderView>
+#include <QLabel>
 #include <QLineEdit>
+#include <QLocale>
 #include <QPointer>
 #include <QPushButton>
 #include <QSettings>
@@ -14,11 +17,13 @@
 #include <algorithm>
 
 #include "platform/dialogs/modal.h"
+#include "platform/look/colours.h"
 
 namespace platform {
 namespace {
 
 constexpr QLatin1String kAnyName("*.*");
+constexpr int kLongestName = 300;  // pixels, of a file's name in a line of text
 
 // An entry of the list of file types: what is shown, and its patterns.
 struct Entry {
@@ -67,16 +72,15 @@ class Dialog : public QFileDialog {
       buttons->button(acceptMode() == AcceptSave ? QDialogButtonBox::Save : QDialogButtonBox::Open)
           ->setEnabled(!typed.isEmpty());
     });
+    if (save) AddReplacedLine();
   }
 
   // Full path of the file that was chosen.
   const QString& Path() const { return path_; }
 
   void accept() override {
-    QString typed = Name().text();
-    if (typed.isEmpty()) return;
-    if (typed == "~" || typed.startsWith("~/")) typed.replace(0, 1, QDir::homePath());
-    const QString path = QDir::cleanPath(directory().absoluteFilePath(typed));
+    if (Name().text().isEmpty()) return;
+    const QString path = TypedPath();
     if (QFileInfo(path).isDir()) {
       setDirectory(path);
       Name().clear();
@@ -88,6 +92,43 @@ class Dialog : public QFileDialog {
 
  private:
   QLineEdit& Name() const { return *findChild<QLineEdit*>("fileNameEdit"); }
+
+  QString TypedPath() const {
+    QString typed = Name().text();
+    if (typed == "~" || typed.startsWith("~/")) typed.replace(0, 1, QDir::homePath());
+    return QDir::cleanPath(directory().absoluteFilePath(typed));
+  }
+
+  // A line below the dialog's own that names the file which saving would replace.
+  void AddReplacedLine() {
+    replaced_ = new QLabel(this);
+    replaced_->setObjectName("LabelReplaced");
+    replaced_->setTextFormat(Qt::PlainText);
+    QPalette colours = replaced_->palette();
+    colours.setColor(QPalette::WindowText, kWarningColour);
+    replaced_->setPalette(colours);
+    auto* grid = qobject_cast<QGridLayout*>(layout());
+    if (grid) grid->addWidget(replaced_, grid->rowCount(), 1, 1, grid->columnCount() - 1);
+    for (const auto signal : {&QFileDialog::directoryEntered, &QFileDialog::filterSelected}) {
+      connect(this, signal, this, &Dialog::ShowReplaced);
+    }
+    connect(&Name(), &QLineEdit::textChanged, this, &Dialog::ShowReplaced);
+    ShowReplaced();
+  }
+
+  void ShowReplaced() {
+    const QFileInfo file(Completed(TypedPath()));
+    QString line;
+    if (!Name().text().isEmpty() && file.isFile()) {
+      const QString name = fontMetrics().elidedText(file.fileName(), Qt::ElideMiddle, kLongestName);
+      line =
+          QStringLiteral("Replaces %1 of %2")
+              .arg(name, QLocale(QLocale::English)
+                             .toString(file.lastModified(), QStringLiteral("d MMM yyyy, HH:mm")));
+    }
+    replaced_->setText(line);
+    Name().setAccessibleDescription(line);
+  }
 
   // The toolkit's columns cut dates off and leave names what remains of a fixed width.
   void ShowDatesInFull() {
@@ -117,6 +158,7 @@ class Dialog : public QFileDialog {
   const std::vector<Entry> types_;
   const QString extension_;
   QString path_;
+  QLabel* replaced_ = nullptr;
 };
 
 }  // namespace

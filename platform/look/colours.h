@@ -17,6 +17,9 @@ inline QColor Blend(const QColor& a, const QColor& b, double share_of_b) {
 // The share of the text colour in edges and marks that shall stand out from a light ground.
 inline constexpr double kEdgeShare = 0.56;
 
+// The text of a warning, and what is not to be overlooked.
+inline constexpr QColor kWarningColour(0xC0, 0x10, 0x10);
+
 // A state that is shown by a colour: on the lamp, around it, and for a word beside it.
 struct SignalColours {
   QColor lamp;

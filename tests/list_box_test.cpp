@@ -299,6 +299,47 @@ TEST_F(ListLook, LinesAreDrawnAsTheirStatesSay) {
   ExpectGround(4, {.selected = true, .enabled = false});
 }
 
+TEST_F(ListLook, NumbersStandUnderEachOtherAndRepeatedOnesArePaler) {
+  list.clearFocus();
+  list.SetColumns({{10, 60, Qt::AlignHCenter, false, "-63.5 C"}});
+  for (int i = 0; const char* number : {"-0.5 C", "-0.5  C", "-60.5 C", "7 C", "1,5 C"}) {
+    list.SetList(i++, number);
+  }
+  const auto ink = [this](int line) {  // the columns of pixels that are not the ground
+    const QImage drawn = Line(line);
+    std::vector<int> columns;
+    for (int x = 0; x < drawn.width(); ++x) {
+      for (int y = 0; y < drawn.height(); ++y) {
+        if (drawn.pixelColor(x, y) == drawn.pixelColor(0, 0)) continue;
+        columns.push_back(x);
+        break;
+      }
+    }
+    return columns;
+  };
+  EXPECT_EQ(ink(0).back(), ink(2).back());
+  const int digit = list.fontMetrics().horizontalAdvance('0');
+  EXPECT_NEAR(ink(0).front() - ink(2).front(), digit, 1);
+  EXPECT_NEAR(ink(3).front() - ink(2).front(), digit + list.fontMetrics().horizontalAdvance('-'),
+              2);
+  EXPECT_NEAR(ink(4).front(), ink(3).front(), 2) << "any decimal separator";
+
+  const auto darkest = [this](int line) {
+    const QImage drawn = Line(line);
+    int value = 255;
+    for (int x = 0; x < drawn.width(); ++x) {
+      for (int y = 0; y < drawn.height(); ++y) {
+        value = std::min(value, drawn.pixelColor(x, y).value());
+      }
+    }
+    return value;
+  };
+  EXPECT_GT(darkest(1), darkest(0) + 40);
+  EXPECT_NEAR(darkest(2), darkest(0), 20);
+  list.SetList(0, "-1.5 C");
+  EXPECT_NEAR(darkest(1), darkest(0), 20);
+}
+
 TEST_F(ListLook, ADragShowsWhatItDoes) {
   const QColor mark = list.palette().color(QPalette::Text);
   const auto marked = [&](int line, int y) { return Line(line).pixelColor(150, y) == mark; };

@@ -51,6 +51,7 @@ void DressControls(const Controls& controls, const platform::PortDirectory& port
     platform::CWSlide& slide = *controls.CWSlide1[i];
     slide.SetScaleMaximum(255);
     slide.setValue(kCentre);
+    slide.SetToldZero(kCentre);
     // Above the middle of its fields, which are wider.
     slide.SetAxis(controls.Text1[i]->geometry().center().x() - slide.x());
   }
@@ -84,7 +85,7 @@ void DressControls(const Controls& controls, const platform::PortDirectory& port
   for (const platform::TextField* angle : std::span(controls.Text1).last<kChannels>()) {
     columns.push_back(
         {angle->mapTo(controls.ListSequence->parentWidget(), QPoint()).x() - list.left(),
-         angle->width() - 1, Qt::AlignHCenter});
+         angle->width() - 1, Qt::AlignHCenter, false, QStringLiteral("-63.5 \u00B0")});
   }
   const int right = columns.back().left + columns.back().width;
   const platform::ListColumn mark = {right + 110, 70, Qt::AlignLeft, true};

@@ -1,5 +1,6 @@
 #include "platform/controls/list_box.h"
 
+#include <QAccessible>
 #include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -16,16 +17,16 @@ namespace {
 constexpr int kNumberMargin = 6;         // pixels between a line's number and the scroll bar
 constexpr int kScrollMilliseconds = 60;  // per line, while a drag is held above or below the list
 
-// A line whose tabs are read out as pauses.
+// A line that asks its list what is to be told of it.
 class Line : public QListWidgetItem {
  public:
   using QListWidgetItem::QListWidgetItem;
 
   QVariant data(int role) const override {
-    if (role == Qt::AccessibleTextRole) {
-      return text().split('\t', Qt::SkipEmptyParts).join(", ");
-    }
-    return QListWidgetItem::data(role);
+    if (role != Qt::AccessibleTextRole) return QListWidgetItem::data(role);
+    const auto* list = static_cast<const ListBox*>(listWidget());
+    if (list && list->Spoken) return list->Spoken(list->row(this));
+    return text().split('\t', Qt::SkipEmptyParts).join(", ");
   }
 };
 
@@ -48,7 +49,28 @@ QString ListBox::List(int index) const {
 }
 
 void ListBox::SetList(int index, const QString& text) {
-  if (QListWidgetItem* line = item(index)) line->setText(text);
+  QListWidgetItem* line = item(index);
+  if (line == nullptr) return;
+  line->setText(text);
+  viewport()->update();  // the line below may repeat it
+  Announce(index);
+}
+
+// The toolkit tells assistive technology that the new line has the focus, whichever control has it.
+void ListBox::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+  if (hasFocus()) {
+    QListWidget::currentChanged(current, previous);
+  } else {
+    QAbstractItemView::currentChanged(current, previous);
+  }
+}
+
+// What is told of the line has changed.
+void ListBox::Announce(int line) {
+  if (line < 0) return;
+  QAccessibleEvent event(this, QAccessible::NameChanged);
+  event.setChild(line);
+  QAccessible::updateAccessibility(&event);
 }
 
 void ListBox::AddItem(const QString& text) {
@@ -99,8 +121,9 @@ void ListBox::SetLineNumbers(bool shown) {
 }
 
 void ListBox::SetHalted(bool halted) {
-  delegate_->SetHalted(halted);
+  if (!delegate_->SetHalted(halted)) return;
   viewport()->update();
+  Announce(ListIndex());
 }
 
 // Clear of the scroll bar, also while there is none.

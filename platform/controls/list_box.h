@@ -11,6 +11,7 @@
 #include <QListWidget>
 #include <QPoint>
 #include <QString>
+#include <functional>
 #include <vector>
 
 #include "platform/controls/list_gesture.h"
@@ -45,6 +46,10 @@ class ListBox : public QListWidget {
   void SetLineNumbers(bool shown);
   // What walks through the lines has halted: the selected line is amber. Off at the start.
   void SetHalted(bool halted);
+
+  // What assistive technology is told of a line; asked whenever it reads one. Without it the line's
+  // fields.
+  std::function<QString(int line)> Spoken;
 
   void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
   // The toolkit selects a line that begins with the letters that are typed.
@@ -86,6 +91,7 @@ class ListBox : public QListWidget {
   void hideEvent(QHideEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
+  void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
   void focusInEvent(QFocusEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;
   bool event(QEvent* event) override;
@@ -102,6 +108,7 @@ class ListBox : public QListWidget {
   void ShowDrag();
   void HideDrag();
   void LinesChange();
+  void Announce(int line);
   void EndGesture();
   bool TakeKey(const QKeyEvent& event);
   void AskToMove(int distance);

@@ -18,15 +18,41 @@ void DrawFocus(QPainter& painter, const QRect& row, const LineColours& colours) 
   painter.drawRect(row.adjusted(1, 1, -2, -2));
 }
 
-void DrawCell(QPainter& painter, const QStyleOptionViewItem& row, const ListColumn& column,
-              const QString& field, const LineColours& colours) {
-  QFont font = row.font;
-  font.setBold(column.strong);
-  painter.setFont(font);
-  painter.setPen(column.strong ? colours.strong : colours.text);
-  const QRect cell(row.rect.left() + column.left, row.rect.top(), column.width, row.rect.height());
+// The fields of a line as they are drawn.
+QStringList FieldsOf(const QModelIndex& line) {
+  QStringList fields = line.data(Qt::DisplayRole).toString().split('\t');
+  for (QString& field : fields) field = field.simplified();
+  return fields;
+}
+
+// How much of the text stands before the decimal separator: its sign and first digits.
+qsizetype LengthBeforePoint(const QString& number) {
+  qsizetype length = 0;
+  while (length < number.size() && (number[length] == '-' || number[length].isDigit())) ++length;
+  return length;
+}
+
+// The column's decimal separator stands at the same place in all lines.
+void DrawNumber(QPainter& painter, const QRect& cell, const ListColumn& column,
+                const QString& number) {
+  const QFontMetrics metrics = painter.fontMetrics();
+  const auto width_before_point = [&metrics](const QString& text) {
+    return metrics.horizontalAdvance(text.left(LengthBeforePoint(text)));
+  };
+  const QString& widest = column.widest_number;
+  const int point = cell.left() + (column.width - metrics.horizontalAdvance(widest)) / 2 +
+                    width_before_point(widest);
+  const int left = std::max(cell.left(), point - width_before_point(number));
+  const int room = cell.left() + column.width - left;
+  painter.drawText(QRect(left, cell.top(), room, cell.height()),
+                   Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+                   metrics.elidedText(number, Qt::ElideRight, room));
+}
+
+void DrawField(QPainter& painter, const QRect& cell, const ListColumn& column,
+               const QString& field) {
   painter.drawText(cell, static_cast<int>(column.alignment) | Qt::AlignVCenter | Qt::TextSingleLine,
-                   QFontMetrics(font).elidedText(field.simplified(), Qt::ElideRight, column.width));
+                   painter.fontMetrics().elidedText(field, Qt::ElideRight, column.width));
 }
 
 }  // namespace
@@ -50,17 +76,24 @@ void ColumnDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option
         QRect(option.rect.left(), option.rect.top(), number_edge_, option.rect.height()),
         Qt::AlignRight | Qt::AlignVCenter, QString::number(index.row()));
   }
-  const QString text = index.data(Qt::DisplayRole).toString();
-  if (columns_.empty()) {
-    painter->setPen(colours.text);
-    painter->drawText(option.rect.adjusted(4, 0, -4, 0),
-                      Qt::AlignVCenter | Qt::TextExpandTabs | Qt::TextSingleLine, text);
-    return;
-  }
-  const QStringList fields = text.split('\t');
+  const QStringList fields = FieldsOf(index);
+  const QStringList above = FieldsOf(index.siblingAtRow(index.row() - 1));
   const std::size_t drawn = std::min(columns_.size(), static_cast<std::size_t>(fields.size()));
   for (std::size_t i = 0; i < drawn; ++i) {
-    DrawCell(*painter, option, columns_[i], fields[static_cast<qsizetype>(i)], colours);
+    const ListColumn& column = columns_[i];
+    const QString& field = fields[static_cast<qsizetype>(i)];
+    const QRect cell(option.rect.left() + column.left, option.rect.top(), column.width,
+                     option.rect.height());
+    QFont font = option.font;
+    font.setBold(column.strong);
+    painter->setFont(font);
+    painter->setPen(column.strong ? colours.strong : colours.text);
+    if (column.widest_number.isEmpty()) {
+      DrawField(*painter, cell, column, field);
+      continue;
+    }
+    if (above.value(static_cast<qsizetype>(i)) == field) painter->setPen(colours.repeated);
+    DrawNumber(*painter, cell, column, field);
   }
 }
 

@@ -3,6 +3,7 @@
 
 #include <QFontMetrics>
 #include <QStyledItemDelegate>
+#include <utility>
 #include <vector>
 
 namespace platform {
@@ -13,11 +14,15 @@ struct ListColumn {
   int width;
   Qt::Alignment alignment;
   bool strong = false;  // bold and in a colour of its own, not to be overlooked
+  // For a column of numbers its widest text, which is drawn in the middle. The numbers before the
+  // decimal separator end, and what follows begins, where it does in this text; a field that is the
+  // same in the line above is drawn paler.
+  QString widest_number = {};
 };
 
-// Draws a line of tab-separated fields, each in its column; without columns the whole line as it
-// is. Blanks at the ends of a field are not drawn, and several in a row are drawn as one, so that
-// equal fields look the same whoever wrote them.
+// Draws a line of tab-separated fields, each in its column. Blanks at the ends of a field are not
+// drawn, and several in a row are drawn as one, so that equal fields look the same whoever wrote
+// them.
 class ColumnDelegate : public QStyledItemDelegate {
  public:
   using QStyledItemDelegate::QStyledItemDelegate;
@@ -28,7 +33,8 @@ class ColumnDelegate : public QStyledItemDelegate {
   void SetNumberEdge(int right) { number_edge_ = right; }
   // See LineState: the line being dragged, -1 when none is; whether the selected one is halted.
   void SetDragged(int line) { dragged_ = line; }
-  void SetHalted(bool halted) { halted_ = halted; }
+  // False when it is so already.
+  bool SetHalted(bool halted) { return std::exchange(halted_, halted) != halted; }
 
   // The height that a line needs at least, in pixels.
   static int LeastHeight(const QFontMetrics& font);

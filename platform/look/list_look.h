@@ -21,8 +21,9 @@ struct LineState {
 struct LineColours {
   QColor ground;
   QColor text;
-  QColor strong;  // the text of a strong column
-  QColor number;  // the line's number
+  QColor strong;    // the text of a strong column
+  QColor number;    // the line's number
+  QColor repeated;  // a number that is the same in the line above
 };
 
 LineColours ColoursOf(const LineState& state, const QPalette& palette);

@@ -18,6 +18,7 @@ namespace {
 
 constexpr qint64 kRefreshMilliseconds = 34;
 constexpr int kServoColumns = 4;
+constexpr QSize kSize(740, 560);  // with the program's window beside it no wider than 1600 pixels
 
 const char kStyle[] = R"(
 QLabel { color: %text; background: transparent; }
@@ -67,7 +68,7 @@ QString StyleSheet() {
 BoardWindow::BoardWindow(SimulatedBoard& board, QWidget* parent) : QWidget(parent), board_(board) {
   setWindowTitle(QStringLiteral("Simulated board"));
   setAccessibleName(QStringLiteral("Simulated board"));
-  setFixedSize(760, 560);
+  setFixedSize(kSize);
   QPalette colours = palette();
   colours.setColor(QPalette::Window, look::kBackground);
   setPalette(colours);

@@ -85,6 +85,7 @@ int main(int argc, char** argv) {
   board_window.show();
   if (QTest::qWaitForWindowExposed(program.form.get()) &&
       QTest::qWaitForWindowExposed(&board_window)) {
+    QApplication::processEvents();  // the program's window finds its own place first
     PlaceBeside(board_window, *program.form);
   }
   program.form->activateWindow();

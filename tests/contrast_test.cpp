@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/controls/drop_down_list.h"
+#include "platform/look/colours.h"
 #include "platform/look/control_look.h"
 #include "platform/look/list_look.h"
 #include "platform/look/slide_style.h"
@@ -73,6 +74,7 @@ TEST(Contrast, OfTextsAndMarksIsHighEnough) {
     Check("line" + state, line.text, line.ground, kText);
     Check("\"BREAK!\"" + state, line.strong, line.ground, kText);
     Check("line's number" + state, line.number, line.ground, kText);
+    Check("number as in the line above" + state, line.repeated, line.ground, kText);
   }
   const SlideColours fader = SlideColoursOf({}, palette);
   const QColor field_edge = FieldColoursOf({}, false, palette).edge;
@@ -80,6 +82,8 @@ TEST(Contrast, OfTextsAndMarksIsHighEnough) {
   const std::tuple<const char*, QColor, QColor, double> cases[] = {
       {"label, on the window", colour(QPalette::WindowText), window, kText},
       {"label, on a panel", colour(QPalette::WindowText), card, kText},
+      {"warning, in a dialog", kWarningColour, window, kText},
+      {"warning, on a panel", kWarningColour, card, kText},
       {"label of the sequence", kSequenceColour, card, kText},
       {"label of the step", kStepColour, card, kText},
       {"label, disabled", palette.color(QPalette::Disabled, QPalette::WindowText), card, kDisabledText},
@@ -94,6 +98,7 @@ TEST(Contrast, OfTextsAndMarksIsHighEnough) {
       {"fader's groove", fader.groove_edge, card, kMark},
       {"fader's way from the centre", fader.accent, fader.groove, kMark},
       {"fader's handle", fader.handle_edge, card, kMark},
+      {"fader's mark", fader.mark_edge, card, kMark},
       {"line on the handle", fader.accent, fader.handle, kMark},
       {"tool tip", colour(QPalette::ToolTipText), colour(QPalette::ToolTipBase), kText},
   };

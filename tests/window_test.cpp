@@ -3,12 +3,29 @@
 #include <QAccessible>
 #include <QFontMetricsF>
 #include <QGroupBox>
+#include <QHelpEvent>
 #include <QMenuBar>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QToolTip>
 
 #include "tests/window_fixture.h"
 #include "ui/inventory.h"
+
+// As in the toolkit's private headers. The toolkit announces changes only once a reader has asked
+// for them over the session's bus, which a test has not.
+class QPlatformAccessibility {
+ public:
+  void setActive(bool active);
+};
+class QPlatformIntegration {
+ public:
+  QPlatformAccessibility* accessibility() const;
+};
+class QGuiApplicationPrivate {
+ public:
+  static QPlatformIntegration* platform_integration;
+};
 
 namespace pelmora {
 namespace {
@@ -68,21 +85,166 @@ TEST_F(StartUp, MenusTogglePanelsAndTheirCheckMarks) {
   }
 }
 
-TEST_F(StartUp, TellsAssistiveTechnologyNameRoleValueAndState) {
-  SetSlider(3, 200);
+// Of an array the last element.
+struct Told {
+  QAccessible::Role role;
+  const char* control;
+  const char* name;
+  const char* value = "";
+};
+
+// clang-format off
+constexpr Told kTold[] = {
+    {QAccessible::Grouping, "FrameMan", "Channel editor"},
+    {QAccessible::Button, "CommandMoreSeq", "Next sequence"},
+    {QAccessible::Button, "CommandLessSeq", "Previous sequence"},
+    {QAccessible::StaticText, "LabelSeq", "Sequence N° 0"},
+    {QAccessible::StaticText, "LabelStep", "Step N° 3"},
+    {QAccessible::Slider, "CWSlide1_11", "Ch11 position", "72"},
+    {QAccessible::EditableText, "Text1_23", "Ch11 angle", "36 °"},
+    {QAccessible::EditableText, "Text1_11", "Ch11 offset", "72"},
+    {QAccessible::Button, "CommandUpdate", "Reset"},
+    {QAccessible::StaticText, "Label1", "Step Duration"},
+    {QAccessible::SpinBox, "CWNumEditTimeStep", "Step Duration", "160 ms"},
+    {QAccessible::StaticText, "Label2", "Serial Comm Port:"},
+    {QAccessible::ComboBox, "ComboPort", "Serial Comm Port: Comm1", "Comm1"},
+    {QAccessible::CheckBox, "CWButtonMainOnOff", "PC Control Enable"},
+    {QAccessible::Grouping, "FrameSer", "Serial Comm Debug"},
+    {QAccessible::EditableText, "Echo", "Last received"},
+    {QAccessible::Button, "CommandInBuff", "Bytes waiting"},
+    {QAccessible::Grouping, "FrameInfo", "Flash Data Information"},
+    {QAccessible::StaticText, "LabelByteCapt", "Flash Data"},
+    {QAccessible::StaticText, "LabelByte", "56 bytes"},
+    {QAccessible::StaticText, "CommandOffset", "OffSet Seq. 0"},
+    {QAccessible::StaticText, "LabelOffset", "0 bytes"},
+    {QAccessible::Grouping, "FrameFlash", "Flash Program"},
+    {QAccessible::Button, "CommandFlash", "Program  Seq."},
+    {QAccessible::Button, "CommandRead", "Read Seq."},
+    {QAccessible::Button, "Command1", "Abort"},
+    {QAccessible::Button, "CommandErase", "Erease"},
+    {QAccessible::StaticText, "LabelErase", "Erasing..."},
+    {QAccessible::ProgressBar, "ProgressBarFlash", "Flash transfer", "0"},
+    {QAccessible::Grouping, "FrameRealEmu", "Real Emulator"},
+    {QAccessible::CheckBox, "CWButtonRealEmu", "Real Emu"},
+    {QAccessible::StaticText, "LabelSeqEmu", "Sequence N° 0"},
+    {QAccessible::Grouping, "FramePCEmu", "PC Sequence Emulator"},
+    {QAccessible::CheckBox, "CWButtonEmuPC", "PC Emu"},
+    {QAccessible::Button, "CommandContinue", "Continue"},
+    {QAccessible::Button, "CommandRepeat", "Repeat"},
+    {QAccessible::Button, "CommandBrk", "Set/Reset Break"},
+    {QAccessible::Button, "CommandResBrk", "Reset  All Break"},
+    {QAccessible::List, "ListSequence", "Steps of the sequence", "Steps of the sequence"},
+    {QAccessible::Grouping, "FrameBuffEdit", "Buffer Editing"},
+    {QAccessible::Button, "CommandAdd", "Add"},
+    {QAccessible::Button, "CommandRem", "Remove"},
+    {QAccessible::Button, "CommandReplace", "Replace"},
+    {QAccessible::Button, "CommandClear", "Clear Sequence"},
+    {QAccessible::Button, "CommandClearAll", "Clear All"},
+    {QAccessible::Button, "CommandInterpolate", "Interpolate"},
+    {QAccessible::Button, "CommandDwn", "Previous step"},
+    {QAccessible::Button, "CommandUp", "Next step"},
+    {QAccessible::Button, "CommandStart", "ON"},
+    {QAccessible::Button, "CommandStop", "OFF"},
+};
+// clang-format on
+
+class ScreenReader : public WindowTest {
+ protected:
+  ScreenReader() {
+    told_.clear();
+    QGuiApplicationPrivate::platform_integration->accessibility()->setActive(true);
+    former_ = QAccessible::installUpdateHandler([](QAccessibleEvent* event) {
+      const QAccessibleInterface* source = event->accessibleInterface();
+      if (source && event->type() != QAccessible::ObjectHide) told_.append({event->type(), source});
+    });
+  }
+  ~ScreenReader() override {
+    QAccessible::installUpdateHandler(former_);
+    QGuiApplicationPrivate::platform_integration->accessibility()->setActive(false);
+  }
+
+  QAccessibleInterface& Spoken(const QString& control) const {
+    return *QAccessible::queryAccessibleInterface(&hands->Find<QWidget>(control));
+  }
+  QString NameOfLine(int line) const {
+    return Spoken("ListSequence").child(line)->text(QAccessible::Name);
+  }
+  // What events of a kind said since the last look: the names of their sources.
+  static QStringList Heard(QAccessible::Event kind) {
+    QStringList names;
+    for (const auto& [type, name] : std::exchange(told_, {})) {
+      if (type == kind) names.append(name);
+    }
+    return names;
+  }
+
+ private:
+  struct Event {
+    Event(QAccessible::Event kind, const QAccessibleInterface* source)
+        : type(kind), name(source->text(QAccessible::Name)) {}
+    QAccessible::Event type;
+    QString name;
+  };
+  static inline QList<Event> told_;
+  QAccessible::UpdateHandler former_ = nullptr;
+};
+
+TEST_F(ScreenReader, GetsTheRoleNameAndValueOfEveryControl) {
+  EXPECT_EQ(Spoken("ComboPort").text(QAccessible::Name), "Serial Comm Port");
+  AddSteps(4);
+  SetSlider(11, 200);
   Connect();
   hands->Click("CWButtonMainOnOff");
-  const auto spoken = [this](const QString& name) {
-    return QAccessible::queryAccessibleInterface(&hands->Find<QWidget>(name));
-  };
-  EXPECT_EQ(spoken("CWSlide1_3")->text(QAccessible::Name), "Ch3 position");
-  EXPECT_EQ(spoken("CWSlide1_3")->role(), QAccessible::Slider);
-  EXPECT_EQ(spoken("CWSlide1_3")->valueInterface()->currentValue().toInt(), 200);
-  EXPECT_EQ(spoken("CWButtonMainOnOff")->text(QAccessible::Name), "PC Control Enable");
-  EXPECT_TRUE(spoken("CWButtonMainOnOff")->state().checked);
-  for (const ControlRow& row : Inventory()) {
-    EXPECT_NE(spoken(ElementName(row, 0))->text(QAccessible::Name), "") << row.control.name;
+  ASSERT_EQ(std::size(kTold), Inventory().size());
+  for (const Told& told : kTold) {
+    SCOPED_TRACE(told.control);
+    QAccessibleInterface& spoken = Spoken(told.control);
+    EXPECT_EQ(spoken.role(), told.role);
+    EXPECT_EQ(spoken.text(QAccessible::Name), told.name);
+    QString value = spoken.text(QAccessible::Value);
+    if (value.isEmpty() && spoken.valueInterface()) {
+      value = spoken.valueInterface()->currentValue().toString();
+    }
+    EXPECT_EQ(value, told.value);
   }
+  EXPECT_TRUE(Spoken("CWButtonMainOnOff").state().checked);
+  EXPECT_FALSE(Spoken("CWButtonEmuPC").state().checked);
+  EXPECT_EQ(Spoken("CWSlide1_11").valueInterface()->minimumValue(), -128);
+  EXPECT_EQ(Spoken("CWSlide1_11").valueInterface()->maximumValue(), 127);
+  Spoken("CWSlide1_11").valueInterface()->setCurrentValue(-1);
+  EXPECT_EQ(hands->Read("Text1_11"), "-1");
+}
+
+TEST_F(ScreenReader, HearsOfStepsBreakpointsAndAHaltAndKeepsItsPlace) {
+  SetSlider(0, 148);
+  AddSteps(4);
+  SetSlider(11, 127);
+  hands->Click("CommandAdd");
+  EXPECT_EQ(NameOfLine(4),
+            Local("Step 4: Ch0 3 °, Ch1 0 °, Ch2 0 °, Ch3 0 °, Ch4 0 °, Ch5 0 °, Ch6 0 °, "
+                  "Ch7 0 °, Ch8 0 °, Ch9 0 °, Ch10 0 °, Ch11 -0.5 °, 160 ms"));
+  Heard(QAccessible::Focus);
+  for (const char* button : {"CommandDwn", "CommandUp", "CommandAdd", "CommandReplace",
+                             "CommandRem", "CommandBrk", "CommandResBrk", "CommandLessSeq"}) {
+    auto& control = hands->Find<QPushButton>(button);
+    control.setFocus();
+    Heard(QAccessible::Focus);
+    control.click();
+    EXPECT_EQ(Heard(QAccessible::Focus).join('/'), "") << button;
+  }
+  Connect();
+  Select(1);
+  Press("CommandBrk");
+  EXPECT_TRUE(NameOfLine(1).endsWith("ms, breakpoint"));
+  EXPECT_EQ(Heard(QAccessible::NameChanged).last(), NameOfLine(1));
+  Select(0);
+  Press("CWButtonEmuPC");
+  timer.Elapse();
+  EXPECT_TRUE(NameOfLine(1).endsWith("ms, breakpoint, halted"));
+  EXPECT_EQ(Spoken("CWButtonEmuPC").text(QAccessible::Description), "Halted at step 1");
+  EXPECT_TRUE(Heard(QAccessible::NameChanged).contains(NameOfLine(1)));
+  Press("CommandContinue");
+  EXPECT_TRUE(NameOfLine(1).endsWith("breakpoint"));
 }
 
 TEST_F(StartUp, ToolTipsSayWhatEveryButtonDoesAndItsKeyWhichIsItsOwn) {
@@ -123,6 +285,22 @@ TEST_F(StartUp, ClosingSendsTwoStopBytesAndNothingMore) {
   EXPECT_TRUE(events.Ending());
 }
 
+TEST_F(StartUp, TipsOfMenuItemsStandBesideTheMenu) {
+  auto& menu = *qobject_cast<QMenu*>(hands->Find<QAction>("Emu").parent());
+  menu.popup({100, 100});
+  const QPoint place = menu.actionGeometry(menu.actions().at(1)).center();
+  QHelpEvent rest(QEvent::ToolTip, place, menu.mapToGlobal(place));
+  QApplication::sendEvent(&menu, &rest);
+  EXPECT_EQ(QToolTip::text(), hands->Find<QAction>("Emu").toolTip());
+  const auto windows = QApplication::topLevelWidgets();
+  const auto tip = std::ranges::find(windows, "qtooltip_label", &QObject::objectName);
+  ASSERT_NE(tip, windows.end());
+  EXPECT_FALSE((*tip)->geometry().intersects(menu.geometry()));
+  EXPECT_NEAR((*tip)->y(), menu.mapToGlobal(place).y(), 30);
+  QToolTip::hideText();
+  menu.close();
+}
+
 class SmallScreen : public WindowTest {
  protected:
   void ShowOn(const QRect& screen) {
@@ -138,7 +316,8 @@ TEST_F(SmallScreen, LetsEveryControlBeReached) {
   for (const QRect& screen :
        {QRect(0, 0, 1024, 600), QRect(0, 30, 960, 510), QRect(10, 20, 800, 500)}) {
     ShowOn(screen);
-    EXPECT_TRUE(screen.adjusted(0, 30, 0, 0).contains(form->geometry())) << "no title bar is seen";
+    EXPECT_TRUE(hands->WaitUntil([&] { return screen.contains(form->frameGeometry()); }))
+        << "no title bar is seen";
     EXPECT_TRUE(IsWhollySeen(*form->menuBar()));
     EXPECT_EQ(form->minimumSize(), form->maximumSize());
     for (const char* item : {"FreshProg", "Emu", "Serial"}) hands->Find<QAction>(item).trigger();
@@ -162,10 +341,19 @@ TEST_F(SmallScreen, LetsEveryControlBeReached) {
   }
 }
 
-TEST_F(SmallScreen, OnALargerOneNothingScrolls) {
-  ShowOn(QRect(0, 0, 1280, 800));
+TEST_F(SmallScreen, NothingScrollsWhereTheWindowFitsWithItsFrame) {
+  ShowOn(QRect(0, 0, 1280, 720));
+  const QRect frame = form->frameGeometry();
   EXPECT_EQ(form->findChild<QScrollArea*>(), nullptr);
-  EXPECT_NEAR(form->geometry().center().x(), 640, 1);
+  EXPECT_NEAR(frame.center().x(), 640, 1);
+  EXPECT_NEAR(frame.center().y(), 360, 1);
+  ASSERT_GT(frame.height(), form->height()) << "this platform draws no frame";
+  for (const int missing : {0, 1}) {
+    const QRect screen(30, 40, frame.width(), frame.height() - missing);
+    ShowOn(screen);
+    EXPECT_TRUE(hands->WaitUntil([&] { return screen.contains(form->frameGeometry()); }));
+    EXPECT_EQ(form->findChild<QScrollArea*>() != nullptr, missing > 0);
+  }
 }
 
 }  // namespace

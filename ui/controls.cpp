@@ -4,6 +4,7 @@
 #include <QHash>
 #include <QMenu>
 
+#include "platform/controls/menu.h"
 #include "ui/inventory.h"
 
 namespace pelmora {
@@ -88,8 +89,10 @@ void MakeMenus(Controls& controls, QMenuBar& menu_bar) {
   QHash<QString, QMenu*> menus;
   for (const MenuRow& row : Menus()) {
     QMenu*& menu = menus[QString::fromLatin1(row.menu)];
-    if (!menu) menu = menu_bar.addMenu(QString::fromLatin1(row.menu));
-    menu->setToolTipsVisible(true);
+    if (!menu) {
+      menu = new platform::Menu(QString::fromLatin1(row.menu), &menu_bar);
+      menu_bar.addMenu(menu);
+    }
     QAction* item = menu->addAction(QString::fromLatin1(row.caption));
     item->setObjectName(QString::fromLatin1(row.item.name));
     item->setToolTip(QString::fromLatin1(row.tool_tip));

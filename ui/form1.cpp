@@ -6,7 +6,8 @@
 #include <QMenuBar>
 #include <QShortcut>
 #include <QStyle>
-#include <algorithm>
+#include <QWindow>
+#include <utility>
 
 #include "edit/dialog_interp.h"
 #include "edit/edited_sequence.h"
@@ -23,7 +24,6 @@
 #include "link/board_link.h"
 #include "link/debug_panel.h"
 #include "link/serial_port.h"
-#include "platform/controls/scroll_view.h"
 #include "platform/serial/ms_comm.h"
 #include "playback/breakpoints.h"
 #include "playback/pc_emulator.h"
@@ -32,6 +32,7 @@
 #include "ui/fit_font.h"
 #include "ui/inventory.h"
 #include "ui/list_menu.h"
+#include "ui/spoken_step.h"
 
 namespace pelmora {
 namespace {
@@ -44,7 +45,6 @@ using platform::ProgressBar;
 using platform::PushButton;
 using platform::TextField;
 
-constexpr int kTitleBar = 40;  // pixels that a window manager's frame takes at the top, at the most
 constexpr int kStartInterval = 20;  // ms, of the playback timer
 
 }  // namespace
@@ -131,6 +131,7 @@ Form1::~Form1() {
     field->KeyPress = nullptr;
     field->LostFocus = nullptr;
   }
+  controls_->ListSequence->Spoken = nullptr;
 }
 
 const EditedSequence& Form1::Edited() const {
@@ -146,15 +147,37 @@ const PcEmulator& Form1::Playback() const {
 }
 
 void Form1::PlaceOn(const QRect& screen) {
-  QSize limit = screen.size();
-  limit.rheight() -= kTitleBar + menuBar()->sizeHint().height();
+  screen_ = screen;
+  PlaceInFrame();
+}
+
+void Form1::PlaceInFrame() {
+  const QRect room = screen_.marginsRemoved(frame_);
+  QSize limit = room.size();
+  limit.rheight() -= menuBar()->sizeHint().height();
   const QSize client = centralWidget()->size();
-  if (client.width() > limit.width() || client.height() > limit.height()) {
-    setCentralWidget(new platform::ScrollView(takeCentralWidget(), limit, this));
+  if (view_) {
+    view_->SetLimit(limit);
+  } else if (client.width() > limit.width() || client.height() > limit.height()) {
+    view_ = new platform::ScrollView(takeCentralWidget(), limit, this);
+    setCentralWidget(view_);
+    view_->show();
   }
-  QRect place = QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, sizeHint(), screen);
-  place.moveTop(std::max(place.top(), screen.top() + kTitleBar));
-  setGeometry(place);
+  layout()->activate();
+  setGeometry(QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, sizeHint(), room));
+}
+
+// The window manager has put its frame around the window before the window is painted first; some
+// do it once more when they move it.
+bool Form1::event(QEvent* event) {
+  const bool may_have_frame = event->type() == QEvent::Paint || event->type() == QEvent::Move;
+  if (may_have_frame && screen_.isValid() && windowHandle() && isVisible()) {
+    const QMargins frame = windowHandle()->frameMargins();
+    if (std::exchange(frame_, frame) != frame) {
+      QMetaObject::invokeMethod(this, &Form1::PlaceInFrame, Qt::QueuedConnection);
+    }
+  }
+  return MainWindow::event(event);
 }
 
 template <class Handler>
@@ -206,6 +229,10 @@ void Form1::ConnectEditing() {
           [&h](int from, int to) { h.step_list.ListSequence_MoveLine(from, to); });
   connect(controls_->ListSequence, &ListBox::RemoveLine, wiring_.get(),
           [&h] { h.step_list.CommandRem_Click(); });
+  controls_->ListSequence->Spoken = [this, &h](int line) {
+    return SpokenStep(line, controls_->ListSequence->List(line),
+                      h.pc_emulator.Halted() && line == h.edited.ListIndex());
+  };
   new ListMenu(*controls_->ListSequence, {h.edited, h.undo, h.step_clipboard, h.step_list},
                wiring_.get());
   PressByKey(Qt::ALT | Qt::Key_Right, *controls_->CommandUp);
@@ -279,6 +306,8 @@ void Form1::ConnectPlayback() {
     const bool halted = h.pc_emulator.Halted();
     controls_->CWButtonEmuPC->SetWaiting(halted);
     controls_->ListSequence->SetHalted(halted);
+    controls_->CWButtonEmuPC->setAccessibleDescription(
+        halted ? QStringLiteral("Halted at step %1").arg(h.edited.ListIndex()) : QString());
   });
   OnClick(controls_->CommandBrk, [&h] { h.breakpoints.CommandBrk_Click(); });
   OnClick(controls_->CommandResBrk, [&h] { h.breakpoints.CommandResBrk_Click(); });
@@ -295,16 +324,23 @@ void Form1::ConnectMenus() {
   choose(controls_->LoadBuffer, [&h] { h.buffer_commands.LoadBuffer_Click(); });
   choose(controls_->Quit, [this] { Quit_Click(); });
   choose(controls_->Resetting, [&h] { h.control.Resetting_Click(); });
-  ConnectPanelToggle(controls_->FreshProg, {controls_->FrameFlash});
-  ConnectPanelToggle(controls_->Emu, {controls_->FrameRealEmu});
-  ConnectPanelToggle(controls_->Serial, {controls_->FrameSer, controls_->FrameInfo});
+  choose(controls_->FreshProg, [this](bool checked) { FreshProg_Click(checked); });
+  choose(controls_->Emu, [this](bool checked) { Emu_Click(checked); });
+  choose(controls_->Serial, [this](bool checked) { Serial_Click(checked); });
 }
 
-// The item's check mark always mirrors the panels' visibility.
-void Form1::ConnectPanelToggle(QAction* item, std::vector<QWidget*> panels) {
-  connect(item, &QAction::toggled, wiring_.get(), [panels = std::move(panels)](bool checked) {
-    for (QWidget* panel : panels) panel->setVisible(checked);
-  });
+// The click has changed the item's check mark; its panel follows.
+void Form1::FreshProg_Click(bool checked) {
+  controls_->FrameFlash->setVisible(checked);
+}
+
+void Form1::Emu_Click(bool checked) {
+  controls_->FrameRealEmu->setVisible(checked);
+}
+
+void Form1::Serial_Click(bool checked) {
+  controls_->FrameSer->setVisible(checked);
+  controls_->FrameInfo->setVisible(checked);
 }
 
 void Form1::Form_Load() {

@@ -3,13 +3,14 @@
 #pragma once
 
 #include <QAction>
+#include <QMargins>
 #include <QRect>
 #include <memory>
-#include <vector>
 
 #include "platform/controls/held_keys.h"
 #include "platform/controls/main_window.h"
 #include "platform/controls/push_button.h"
+#include "platform/controls/scroll_view.h"
 #include "platform/dialogs/file_dialog.h"
 #include "platform/serial/port_directory.h"
 #include "platform/system/events.h"
@@ -45,10 +46,12 @@ class Form1 : public platform::MainWindow {
 
   // Centres the window on the usable part of a screen, in pixels. One that is too small for it
   // shows the client area in a view that can be scrolled. To be called once, before the window is
-  // shown.
+  // shown. How wide a frame the window manager puts around the window is not known before that:
+  // once it is, the window finds its place again.
   void PlaceOn(const QRect& screen);
 
  protected:
+  bool event(QEvent* event) override;
   // Closing the window: `Form_Unload`, then `Form_Terminate`, then the end of the program.
   void closeEvent(QCloseEvent* event) override;
 
@@ -69,7 +72,10 @@ class Form1 : public platform::MainWindow {
   void Quit_Click();
   void ShowSwitches();
   void ShowErasing(bool erasing);
-  void ConnectPanelToggle(QAction* item, std::vector<QWidget*> panels);
+  void FreshProg_Click(bool checked);
+  void Emu_Click(bool checked);
+  void Serial_Click(bool checked);
+  void PlaceInFrame();
   void EndProgram();
 
   const Surroundings surroundings_;
@@ -78,6 +84,9 @@ class Form1 : public platform::MainWindow {
   std::unique_ptr<Handlers> handlers_;
   // Context of all connections to the handlers, so that they end before the handlers do.
   std::unique_ptr<QObject> wiring_;
+  QRect screen_;    // where the window has to find its place; without one it stays where it is
+  QMargins frame_;  // around the window, as far as it is known
+  platform::ScrollView* view_ = nullptr;  // on a screen that is too small
 };
 
 }  // namespace pelmora

@@ -19,7 +19,7 @@ constexpr ControlRow kControls[] = {
   {NAMED(CWSlide1),            NAMED(FrameMan),       "Ch%1",                  "Ch%1 position",           120,  720,   495, 4095, "", Start::kVisible, kChannels, 600, 0},
   {NAMED(Text1),               NAMED(FrameMan),       "0 \u00B0",              "Ch%1 angle",              120, 4980,   615,  285, "Angle of Ch%1 in degrees; shown, not typed", Start::kReadOnly, kChannels, 600, kChannels},
   {NAMED(Text1),               NAMED(FrameMan),       "0",                     "Ch%1 offset",             120, 5280,   615,  285, "Offset of Ch%1 from its centre in half degrees, -128 to 127; Enter sets it", Start::kVisible, kChannels, 600, 0},
-  {NAMED(CommandUpdate),       NAMED(FrameMan),       "Rese&t",                "Centre all channels",     120, 5640,  1815,  375, "Centres all twelve channels, and with them the servos"},
+  {NAMED(CommandUpdate),       NAMED(FrameMan),       "Rese&t",                "",                        120, 5640,  1815,  375, "Centres all twelve channels; the servos whose channel was off centre follow"},
   {NAMED(Label1),              NAMED(FrameMan),       "Step Duration",         "",                       4320, 5760,  1095,  255, ""},
   {NAMED(CWNumEditTimeStep),   NAMED(FrameMan),       "",                      "Step Duration",          5520, 5700,  1815,  315, "How long the step lasts, 20 to 32767 ms; arrows go by 20, Page Up and Page Down by 200"},
 

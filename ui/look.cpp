@@ -3,6 +3,7 @@
 #include <QFont>
 #include <QIcon>
 
+#include "platform/controls/accessible.h"
 #include "platform/look/control_style.h"
 
 namespace pelmora {
@@ -44,6 +45,7 @@ QPalette ProgramPalette() {
 }
 
 void SetUpLook(QApplication& application) {
+  platform::InstallAccessibility();
   application.setStyle(new platform::ControlStyle);
   application.setWindowIcon(WindowIcon());
   application.setPalette(ProgramPalette());

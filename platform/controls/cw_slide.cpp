@@ -44,6 +44,12 @@ void CWSlide::SetCaption(const QString& caption) {
   update();
 }
 
+void CWSlide::SetMark(int value) {
+  if (mark_ == value) return;
+  mark_ = value;
+  update();
+}
+
 void CWSlide::SetAxis(int x) {
   axis_ = x;
   update();
@@ -79,12 +85,16 @@ void CWSlide::initStyleOption(QStyleOptionSlider* option) const {
   option->rect.setRight(axis_ + reach);
 }
 
+// The style knows a slider and nothing else; what this one has besides is drawn before it, so that
+// the handle stands in front of the mark.
 void CWSlide::paintEvent(QPaintEvent* event) {
-  QSlider::paintEvent(event);
   QStyleOptionSlider option;
   initStyleOption(&option);
   QPainter painter(this);
   DrawSlideCaption(painter, option, rect(), caption_);
+  if (mark_ >= 0 && mark_ != sliderPosition()) DrawSlideMark(painter, option, mark_);
+  painter.end();
+  QSlider::paintEvent(event);
 }
 
 QRect CWSlide::Handle() const {

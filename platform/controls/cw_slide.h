@@ -1,6 +1,6 @@
-// A vertical fader with a caption, which the toolkit's slider has not, and which moves for an
-// operator who means it: the wheel moves it only when it has the focus, by 1 a notch, and pressing
-// its handle grabs it also when that press, by taking the focus, has let another control move it.
+// A vertical fader with a caption and a mark, which the toolkit's slider has not. It doesn't move
+// by accident: the wheel moves it only when it has the focus, by 1 a notch. Pressing its handle
+// grabs it also when that press, by taking the focus, has let another control move it.
 #pragma once
 
 #include <QBasicTimer>
@@ -22,6 +22,16 @@ class CWSlide : public QSlider {
   // Text drawn above the fader, e.g. "Ch3".
   void SetCaption(const QString& caption);
   const QString& Caption() const { return caption_; }
+
+  // A second value to be seen on the fader: a pale mark where the handle would stand for it, as
+  // long as the handle stands elsewhere; -1 for none.
+  void SetMark(int value);
+  int Mark() const { return mark_; }
+
+  // The value that assistive technology is told as 0, those above and below it as positive and
+  // negative numbers. 0 at the start.
+  void SetToldZero(int value) { told_zero_ = value; }
+  int ToldZero() const { return told_zero_; }
 
   // Where fader and caption stand: the axis's distance from the left edge in pixels, -1 for the
   // middle.
@@ -50,6 +60,8 @@ class CWSlide : public QSlider {
   QBasicTimer follow_timer_;
   int wheel_angle_ = 0;  // of a notch that is not complete yet
   int axis_ = -1;
+  int mark_ = -1;
+  int told_zero_ = 0;
 };
 
 }  // namespace platform

@@ -9,14 +9,18 @@ ScrollView::ScrollView(QWidget* content, const QSize& limit, QWidget* parent)
     : QScrollArea(parent) {
   setFrameShape(NoFrame);
   setFocusPolicy(Qt::NoFocus);
+  setWidget(content);
+  SetLimit(limit);
+  content->show();
+  connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { Follow(now); });
+}
+
+void ScrollView::SetLimit(const QSize& limit) {
   const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent);
-  QSize size = content->size();
+  QSize size = widget()->size();
   if (size.height() > limit.height()) size.rwidth() += bar;
   if (size.width() > limit.width()) size.rheight() += bar;
   setFixedSize(size.boundedTo(limit));
-  setWidget(content);
-  content->show();
-  connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { Follow(now); });
 }
 
 void ScrollView::Follow(QWidget* focus) {

@@ -12,6 +12,9 @@ class ScrollView : public QScrollArea {
   // Shows `content` in its own size, in a view of at most `limit` pixels, its scroll bars included.
   ScrollView(QWidget* content, const QSize& limit, QWidget* parent = nullptr);
 
+  // The limit has become another one.
+  void SetLimit(const QSize& limit);
+
  private:
   void Follow(QWidget* focus);
 };

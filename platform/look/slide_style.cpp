@@ -32,10 +32,15 @@ int FaderY(const QStyleOptionSlider& option, int value) {
                                          track.height() - kHandleLength, option.upsideDown);
 }
 
-QRect FaderHandle(const QStyleOptionSlider& option) {
+// The place of the handle when it stands for `value`.
+QRect FaderHandle(const QStyleOptionSlider& option, int value) {
   QRect handle(0, 0, kHandleWidth, kHandleLength);
-  handle.moveCenter({option.rect.center().x(), FaderY(option, option.sliderPosition)});
+  handle.moveCenter({option.rect.center().x(), FaderY(option, value)});
   return handle;
+}
+
+QRect FaderHandle(const QStyleOptionSlider& option) {
+  return FaderHandle(option, option.sliderPosition);
 }
 
 ControlState StateOf(const QStyleOptionSlider& option) {
@@ -104,6 +109,8 @@ SlideColours SlideColoursOf(const ControlState& state, const QPalette& palette) 
       state.enabled ? palette.color(QPalette::Active, QPalette::Highlight) : colours.major_tick;
   colours.handle = handle.face;
   colours.handle_edge = handle.edge;
+  colours.mark = Blend(card, colours.accent, 0.12);
+  colours.mark_edge = Blend(card, colours.accent, 0.75);
   return colours;
 }
 
@@ -114,6 +121,11 @@ void DrawSlideCaption(QPainter& painter, const QStyleOptionSlider& option, const
   const QRect place(std::max(area.left(), left), area.top(), width, option.fontMetrics.height());
   painter.setPen(SlideColoursOf(StateOf(option), option.palette).text);
   painter.drawText(place, Qt::AlignLeft | Qt::AlignTop | Qt::TextDontClip, caption);
+}
+
+void DrawSlideMark(QPainter& painter, const QStyleOptionSlider& option, int value) {
+  const SlideColours colours = SlideColoursOf(StateOf(option), option.palette);
+  DrawBox(painter, FaderHandle(option, value), colours.mark, colours.mark_edge, false);
 }
 
 void SlideStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,

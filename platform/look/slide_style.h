@@ -20,6 +20,8 @@ struct SlideColours {
   QColor accent;  // between the centre and the handle
   QColor handle;
   QColor handle_edge;
+  QColor mark;       // inside a mark
+  QColor mark_edge;  // around it
 };
 
 // On the ground of a panel.
@@ -29,6 +31,9 @@ SlideColours SlideColoursOf(const ControlState& state, const QPalette& palette);
 // the room.
 void DrawSlideCaption(QPainter& painter, const QStyleOptionSlider& option, const QRect& area,
                       const QString& caption);
+
+// Draws a pale handle at the place of `value`. The fader is drawn over it.
+void DrawSlideMark(QPainter& painter, const QStyleOptionSlider& option, int value);
 
 // Draws a vertical fader below its caption, in the middle of the option's rectangle. Pressing
 // beside the handle moves it by a page and never to the pointer.

@@ -47,17 +47,6 @@ TEST_F(BufferCommands, TheWorkedFileThereAndBack) {
   EXPECT_EQ(ReadFile(Path("a.dat")).toStdString(), ExampleFile());
 }
 
-TEST_F(BufferCommands, EverySaveCountsAndStores) {
-  AddStep(0, 128, 100);
-  Choose("Save", std::nullopt, "");
-  hands->Click("CommandClear");
-  EXPECT_EQ(Data().SeqSteps[0], 1);
-  Choose("Save", Path("empty"), "Data Saved!");
-  EXPECT_EQ(ReadFile(Path("empty")).toStdString(), FileOf({}));
-  EXPECT_EQ(files.requests[0].proposed_name, "Sequences 1");
-  EXPECT_EQ(files.requests[1].proposed_name, "Sequences 2");
-}
-
 TEST_F(BufferCommands, AFailedSaveSaysWhy) {
   hands->Click("CommandAdd");
   for (const auto& [path, reason] :

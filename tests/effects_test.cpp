@@ -84,7 +84,8 @@ class Effects : public FlashTest {
          "DialogInterp.CWNumEditInterp: 1 · "
          "DialogInterp.Label1: Number of Interpolation Steps"},
         {"UNLOCKED",
-         "windows: none · focus: none · Form1 enabled · FrameMan enabled · FrameBuffEdit enabled · "
+         "windows: none · focus: ListSequence · Form1 enabled · FrameMan enabled · FrameBuffEdit "
+         "enabled · "
          "FramePCEmu enabled · ListSequence enabled"},
         {"LOST",
          "ComboPort: none · ComboPort enabled · port: closed · "
@@ -133,10 +134,11 @@ class Effects : public FlashTest {
         << "\n  missing: " << expected.join(" · ").toStdString();
   }
 
-  // A dialog that has just come up has no focus yet.
+  // A window that has just come up, or again, has no focus yet.
   void Activate() {
     auto* dialog = form->findChild<QDialog*>("DialogInterp");
-    if (dialog && dialog->isVisible()) QApplication::setActiveWindow(dialog);
+    QWidget* top = dialog && dialog->isVisible() ? dialog : form->window();
+    if (top->isVisible()) QApplication::setActiveWindow(top);
   }
   // Without what differs from run to run.
   static QString Plain(QString text) {
@@ -218,6 +220,7 @@ class Effects : public FlashTest {
         {"double", [&] { hands->DoubleClickLine("ListSequence", number(0)); }},
         {"drag", [&] { hands->DragLine("ListSequence", number(0), number(1)); }},
         {"focus", [&] { Focused(rest); }},
+        {"close", [this] { form->close(); }},
         {"tick", [this] { timer.Elapse(); }},
         {"menu", [&] { Trigger(rest); }},
         {"file", [&] { files.answer = File(rest); }},
@@ -235,11 +238,10 @@ class Effects : public FlashTest {
          [&] { board.SetFaults({.before_reply = {static_cast<std::uint8_t>(number(0))}}); }},
         {"lie", [&] { board.SetFaults({.lying_header = Lie(words)}); }},
         {"lose-at", [&] { WhenSent(words[0].toUInt(), [this] { board.Unplug(); }); }},
-        {"abort", [&] { WhenSent(words[0].toUInt(), [this] { Press("Command1"); }); }},
+        {"abort", [&] { WhenSent(words[0].toUInt(), [this] { Abort(); }); }},
         {"abort-after",
          [&] {
-           hands->When([=, this] { return hands->Read("Echo") == rest; },
-                       [this] { Press("Command1"); });
+           hands->When([=, this] { return hands->Read("Echo") == rest; }, [this] { Abort(); });
          }},
     };
     const auto known = verbs.find(verb);
@@ -312,6 +314,9 @@ seq 8; select 0 > CommandRem
   -0 5 °*12|700  ms| · selected: -1 · undo: Remove · redo: none
   sequence 8: none · flash: 112 bytes 0:2@0 6:1@28 7:4@42 15:1@98
   LabelByte: 112 bytes · LabelStep: Step N° -1 · CommandOffset: OffSet Seq. 8 · LabelOffset: 0 bytes
+focus ListSequence > keys ListSequence Delete
+  -2 16 °|0 °*11|100 ms · breaks: none · undo: Remove · redo: none · sequence 7: as listed
+  LabelByte: 112 bytes · LabelStep: Step N° 2 · CommandOffset: OffSet Seq. 7 · LabelOffset: 42 bytes
 select -1 > CommandRem
   breaks: none
 CommandClear > CommandRem
@@ -466,6 +471,8 @@ closed > CommandUpdate
   Ch0: 128 · Ch11: 128
 focus Text1_3 > type Text1_3 200
   Ch3: 255 · sent 0B FF
+focus Text1_3 > type Text1_3 007
+  Ch3: 135 · sent 0B 87
 focus Text1_3 > type Text1_3 -300
   Ch3: 0 · sent 0B 00
 focus Text1_0 > type Text1_0 
@@ -484,6 +491,11 @@ focus Text1_3 > write Text1_3 50; click CommandAdd
   sequence 7: as listed · flash: 140 bytes 0:2@0 6:1@28 7:5@42 8:1@112 15:1@126
   LabelByte: 140 bytes · LabelStep: Step N° 3 · CommandOffset: OffSet Seq. 7 · LabelOffset: 42 bytes
   Ch3: 178 · focus: CommandAdd · sent 0B B2
+focus Text1_1 > write Text1_1 -20; keys Text1_1 Alt+A
+  +3 36 °|-10 °|0 °*9|-64 °|340 ms · selected: 3 · breaks: none · undo: Add · redo: none
+  sequence 7: as listed · flash: 140 bytes 0:2@0 6:1@28 7:5@42 8:1@112 15:1@126
+  LabelByte: 140 bytes · LabelStep: Step N° 3 · CommandOffset: OffSet Seq. 7 · LabelOffset: 42 bytes
+  Ch1: 108 · focus: CommandAdd · sent 09 6C
 focus CWNumEditTimeStep > type CWNumEditTimeStep 500
   CWNumEditTimeStep: 500 ms
 focus CWNumEditTimeStep > type CWNumEditTimeStep 10
@@ -523,6 +535,8 @@ connect; CommandResBrk; CWButtonEmuPC > CommandRepeat
   sent 08 82 2B 80
 connect; CommandClear; CWButtonEmuPC > CommandRepeat
 connect; CommandClear; CWButtonEmuPC > CommandContinue
+connect; CommandClear; CWButtonEmuPC; CommandAdd > CommandContinue
+  CWButtonEmuPC: On · timer: on · interval: 340
 )");
 }
 
@@ -670,15 +684,16 @@ silent; focus CommandErase > lose-at 1; CommandErase
 CommandClearAll > CommandFlash
   Echo: none · sent NOTHING · says Program: Data Flash Erased / Program: Data Flash Programmed!
 acks 1; focus CommandFlash > abort 68; CommandFlash
-  Echo: none · sent HEADER · says Program: Data Flash Erased / Program: Operation Aborted!
+  Echo: none · focus: ListSequence · sent HEADER · says Program: Data Flash Erased / Program: Operation Aborted!
 flash > CommandRead
   EXAMPLE · flash: 42 bytes 0:2@0 3:1@28 · Echo: none · sent 06 · says Program: Data Flash Read! · undo: Read Seq. · redo: none
 > CommandRead
   CLEARED · Echo: none · sent 06 · says Program: Nothing to Read! · undo: Read Seq. · redo: none
 silent; focus CommandRead > abort 1; CommandRead
-  CLEARED · Echo: none · sent 06 · says Program: Reading Error! · undo: Read Seq. · redo: none
+  CLEARED · focus: ListSequence · Echo: none · sent 06 · says Program: Reading Error! · undo: Read Seq. · redo: none
 flash; lie 14 128; focus CommandRead > abort-after Error!; CommandRead
   ALL LINES · CurSeq: 0 · sequence 0: 0*12:0*2 · OTHERS · flash: 42 bytes 0:2@0 · Echo: Error!
+  focus: ListSequence
   LabelSeq: Sequence N° 0 · LabelStep: Step N° ... · undo: Read Seq. · redo: none · sent 06
   says Program: Impossible to Load Sequences! Flash memory corrupted. / Program: Reading Error!
 flash; lie 2 1 3 1 > CommandRead
@@ -765,6 +780,13 @@ CommandInterpolate; OptionINterp_1; count 2 > OKButton
 CommandInterpolate; OptionINterp_0; count 2 > OKButton
   UNLOCKED · -1 11 °|0 °*11|100 ms · +1 11 °|0 °*11|60 ms · +2 13.5 °|0 °*11|40 ms · breaks: 0 4
   selected: 1 · LabelStep: Step N° 1 · redo: none
+)");
+}
+
+TEST_F(Effects, Closing) {
+  ExpectRows(R"(
+connect; CWButtonEmuPC; CWButtonMainOnOff > close
+  sent 00 00 · timer: off · port: closed · program: ending
 )");
 }
 

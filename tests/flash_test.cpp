@@ -13,40 +13,6 @@ Sequences SevenBlocks() {
 
 class Flash : public FlashTest {};
 
-TEST_F(Flash, WithoutAPortOnlyTheReadClears) {
-  AddStep(0, 200, 100);
-  for (const char* button : {"CommandErase", "CommandFlash", "CommandRead"}) {
-    EXPECT_EQ(Lines().size(), 1) << button;
-    ExpectMessage("No Connection Available!");
-    hands->Click(button);
-  }
-  EXPECT_TRUE(Lines().isEmpty());
-}
-
-TEST_F(Flash, ExampleGoesOverTheLineAndComesBack) {
-  Load(ExampleSequences());
-  Connect();
-  board.Send({77});
-  EXPECT_TRUE(hands->WaitUntil([&] { return hands->Read("Echo") == "77"; }));
-  ExpectMessage(kErasedText, [&] { EXPECT_EQ(Sent(1), Bytes{7}); });
-  ExpectMessage(kProgrammedText);
-  Program();
-  ExpectSent(Bytes{2} + ExampleImage());
-  EXPECT_EQ(hands->Read("Echo"), "");
-
-  hands->Click("CommandMoreSeq");
-  AddStep(5, 1, 40);
-  ExpectSent({13, 1});
-  ReadWell();
-  ExpectSent({6});
-  EXPECT_EQ(Table(), ExampleSequences());
-  EXPECT_EQ(Lines().size(), 2);
-  EXPECT_TRUE(Lines()[1].startsWith("63.5 °\t0 °\t")) << Lines()[1].toStdString();
-  EXPECT_EQ(hands->Read("LabelSeq"), "Sequence N° 0");
-  EXPECT_EQ(hands->Read("LabelStep"), "Step N° ...");
-  EXPECT_EQ(Data().TotalBytes, 42);
-}
-
 TEST_F(Flash, SixteenSequencesSurviveAPowerCycle) {
   Connect();
   std::vector<int> bar;

@@ -92,21 +92,6 @@ TEST_F(Interpolate, WorkedCases) {
   }
 }
 
-TEST_F(Interpolate, OffersTheNeighboursThatThereAre) {
-  Compose("128/100 148/100 158/100");
-  const char* const chosen[] = {kNext, kNeither, kPrevious};  // when it opens on this line
-  for (int line = 0; line < 3; ++line) {
-    Open(line);
-    for (const char* option : {kPrevious, kNext}) {
-      EXPECT_EQ(Enabled(option), line == 1 || chosen[line] == option) << line;
-      EXPECT_EQ(hands->Find<QRadioButton>(option).isChecked(), chosen[line] == option) << line;
-    }
-    EXPECT_EQ(hands->Read("CWNumEditInterp"), "1");
-    hands->Click("CancelButton");
-    ExpectClosed();
-  }
-}
-
 TEST_F(Interpolate, RefusalsChangeNothingAndLeaveTheDialogOpen) {
   Compose("128/100 148/100 158/110");
   Open(1);

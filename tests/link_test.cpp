@@ -46,36 +46,5 @@ TEST_F(Port, ThatCannotBeOpenedIsNamedAndTheListStaysOpen) {
   Connect();
 }
 
-class Live : public WindowTest {};
-
-TEST_F(Live, SliderSendsCodeAndPositionOfItsChannelAndResetCentresAll) {
-  Connect();
-  constexpr std::uint8_t codes[12] = {8, 9, 10, 11, 12, 13, 14, 15, 40, 41, 42, 43};
-  for (int channel = 0; channel < 12; ++channel) {
-    const int position = channel == 0 ? 0 : 190 + channel;
-    SetSlider(channel, position);
-    SetSlider(channel, position);
-    ExpectSent({codes[channel], static_cast<std::uint8_t>(position)});
-  }
-  EXPECT_EQ(hands->Read("Text1_0"), "-128");
-  EXPECT_EQ(hands->Read("Text1_12"), "-64 °");
-  Bytes centred;
-  for (const std::uint8_t code : codes) centred.insert(centred.end(), {code, 128});
-  hands->Click("CommandUpdate");
-  ExpectSent(centred);
-}
-
-TEST_F(Live, WithoutAPortSwitchesSayItOnceAndSlidersStaySilent) {
-  hands->ChooseMenu("Emu");
-  for (const char* name : {"CWButtonMainOnOff", "CWButtonRealEmu", "CWButtonEmuPC"}) {
-    ExpectMessage("No Connection Available!");
-    hands->Click(name);
-    EXPECT_EQ(hands->Read(name), "Off");
-  }
-  hands->MoveSlider("CWSlide1_0", 250);
-  hands->ChooseMenu("Resetting");
-  EXPECT_EQ(hands->Read("Text1_0"), "122");
-}
-
 }  // namespace
 }  // namespace pelmora

@@ -116,57 +116,6 @@ TEST_F(Playback, HoldsTheSelectedStepThenWalksRoundTheList) {
   EXPECT_EQ(Selected(), 1);
 }
 
-TEST_F(Playback, StartsWhereTheSelectionStands) {
-  Compose({60, 80, 100});
-  Select(-1);
-  ExpectMessage("No Connection Available!");
-  hands->Click(kEmuPC);
-  ExpectIdle();
-  EXPECT_EQ(Selected(), -1) << "without a port nothing changes";
-  Connect();
-  for (const auto& [selected, held, then] :
-       {std::tuple(-1, 60, 1), std::tuple(1, 80, 2), std::tuple(2, 100, 0)}) {
-    Select(selected);
-    hands->Click(kEmuPC);
-    EXPECT_EQ(timer.Wait(), held);
-    timer.Elapse();
-    EXPECT_EQ(Selected(), then);
-    hands->Click(kEmuPC);
-  }
-}
-
-TEST_F(Playback, AnEmptyListLeavesTheSwitchOnWithoutATick) {
-  Connect();
-  for (const char* button : {kEmuPC, "CommandBrk", "CommandContinue", "CommandRepeat"}) {
-    hands->Click(button);
-    ExpectHalted();
-  }
-  AddStep(0, 90, 340);
-  ExpectHalted();
-  hands->Click("CommandContinue");
-  ExpectRunning();
-  EXPECT_EQ(timer.Wait(), 340);
-}
-
-using BoardPlays = Playback;
-
-TEST_F(BoardPlays, TheCurrentSequence) {
-  hands->ChooseMenu("Emu");
-  Connect();
-  for (const int sequence : {0, 15}) {
-    while (Data().CurSeq < sequence) hands->Click("CommandMoreSeq");
-    hands->Click(kRealEmu);
-    ExpectSent({3, static_cast<std::uint8_t>(sequence)});
-    EXPECT_FALSE(Enabled(kEmuPC));
-    EXPECT_TRUE(Enabled(kRealEmu));
-    hands->Click(kEmuPC);
-    EXPECT_FALSE(On(kEmuPC));
-    hands->Click(kRealEmu);
-    ExpectSent({4});
-    ExpectIdle();
-  }
-}
-
 TEST_F(Playback, ResetComesFirstAndTurnsEverySwitchOff) {
   Compose({100, 200});
   Play(0);
@@ -276,27 +225,6 @@ TEST_F(BreakPoints, HaltContinueAndRepeat) {
   ExpectHalted();
   hands->Click(kEmuPC);
   ExpectIdle();
-}
-
-TEST_F(BreakPoints, CommandsThatRebuildTheListClearThem) {
-  // "Remove" also when it has no line to remove, the file commands also when they are cancelled.
-  for (const QString name : {"CommandAdd", "CommandRem", "CommandRem, none selected",
-                             "CommandReplace", "CommandMoreSeq", "CommandLessSeq", "CommandClear",
-                             "CommandClearAll", "CommandResBrk", "SaveBuffer", "LoadBuffer"}) {
-    hands->Click("CommandClearAll");
-    hands->Click("CommandMoreSeq");
-    Compose({100, 200});
-    SetBreak(0);
-    SetBreak(1);
-    SCOPED_TRACE(name.toStdString());
-    if (name.endsWith("none selected")) Select(-1);
-    if (name.endsWith("Buffer")) {
-      Trigger(name);
-    } else {
-      hands->Click(name.section(',', 0, 0));
-    }
-    ExpectBreaks({});
-  }
 }
 
 // The list under the operator's hands, longer than its window, while a sequence plays in it.

@@ -61,19 +61,6 @@ TEST_F(StepClipboard, CopiesCutsAndPastesAsAddDoes) {
   ExpectSteps("7802317878", 1);
 }
 
-TEST_F(StepClipboard, NothingSelectedOrNothingToPasteDoesNothing) {
-  ListKeys("Ctrl+V");
-  SetClipboard("untouched");
-  ListKeys("Ctrl+Shift+C");
-  for (const int steps : {0, 2}) {
-    AddSteps(steps);
-    Select(-1);
-    ListKeys("Ctrl+C Ctrl+X");
-    EXPECT_EQ(Clipboard(), "untouched");
-    EXPECT_EQ(Lines().size(), steps);
-  }
-}
-
 TEST_F(StepClipboard, KeysWorkWhereverNothingIsTyped) {
   Trigger("Serial");
   AddSteps(3);
@@ -127,14 +114,6 @@ TEST_F(StepClipboard, WarnsOfTheCapacityOnce) {
   EXPECT_EQ(Lines().size(), 5);
 }
 
-TEST_F(StepClipboard, AWholeSequenceGoesIntoAnotherOneAsItIs) {
-  Load(FilledSequences(7, kSteps, 1638));
-  ListKeys("Ctrl+Shift+C");
-  Press("CommandMoreSeq");
-  ListKeys("Ctrl+V");
-  EXPECT_EQ(Table()[1], Table()[0]);
-}
-
 TEST_F(StepClipboard, MenuShowsNamesAndKeysAndDoesWhatTheyDo) {
   AddSteps(3);
   Select(0);
@@ -185,44 +164,6 @@ TEST_F(StepClipboard, MenuShowsNamesAndKeysAndDoesWhatTheyDo) {
   // The keys of what was disabled work once the menu has gone.
   item("ListUndo").trigger();
   EXPECT_EQ(Order(), "012");
-}
-
-// A sequence is built from another one, without the mouse.
-TEST_F(StepClipboard, TypicalUseByTheKeyboard) {
-  Connect();
-  FillFlash({});
-  hands->Find<QWidget>("CommandAdd").setFocus();
-  for (int i = 0; i < 3; ++i) {
-    SetSlider(0, kCentre + 2 * i);
-    Keys("Alt+A");
-  }
-  ListKeys("Ctrl+Shift+C");
-  hands->Find<QWidget>("CommandMoreSeq").setFocus();
-  Keys("Space Space Space");
-  ListKeys("Ctrl+V Home Ctrl+X End Ctrl+V Ctrl+Up");
-  EXPECT_EQ(Order(), "102");
-  hands->Find<QWidget>("CommandLessSeq").setFocus();
-  Keys("Space");
-  ExpectMessage(kErasedText);
-  ExpectMessage(kProgrammedText);
-  hands->Find<QWidget>("CommandFlash").setFocus();
-  Keys("Space");
-  const SequenceView programmed = Look(*this);
-  ExpectMessage(kReadText);
-  hands->Find<QWidget>("CommandRead").setFocus();
-  Keys("Space");
-  EXPECT_EQ(Order(), "012");
-  EXPECT_EQ(Data().SeqSteps[3], 3);
-  const SequenceView read = Look(*this);
-  EXPECT_EQ(Contents(read), Contents(programmed)) << "what was pasted has been on the board";
-  EXPECT_EQ(read.data->SeqTable[3].Position[0][0], kCentre + 2);
-  Keys("Ctrl+Z");
-  EXPECT_EQ(Difference(Look(*this), programmed), "");
-  Keys("Ctrl+Shift+Z");
-  EXPECT_EQ(Difference(Look(*this), read), "");
-  Keys("Ctrl+Z Ctrl+Z Ctrl+Z Ctrl+Z Ctrl+Z Ctrl+Z");
-  EXPECT_EQ(hands->Read("LabelSeq"), "Sequence N° 0");
-  EXPECT_EQ(Order(), "01") << "before the third step was added";
 }
 
 }  // namespace

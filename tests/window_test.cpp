@@ -70,21 +70,6 @@ TEST_F(StartUp, ShowsEveryCaptionInFull) {
   }
 }
 
-TEST_F(StartUp, MenusTogglePanelsAndTheirCheckMarks) {
-  const QVector<QPair<QString, QStringList>> items = {{"FreshProg", {"FrameFlash"}},
-                                                      {"Emu", {"FrameRealEmu"}},
-                                                      {"Serial", {"FrameSer", "FrameInfo"}}};
-  for (const auto& [item, panels] : items) {
-    for (const bool shown : {false, true, false}) {
-      EXPECT_EQ(hands->Find<QAction>(item).isChecked(), shown);
-      for (const QString& panel : panels) {
-        EXPECT_EQ(hands->Find<QWidget>(panel).isVisible(), shown) << panel.toStdString();
-      }
-      hands->ChooseMenu(item);
-    }
-  }
-}
-
 // Of an array the last element.
 struct Told {
   QAccessible::Role role;

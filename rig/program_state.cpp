@@ -211,50 +211,28 @@ class Look {
   QStringList listed_;  // the edit buffer's rows that have a line
 };
 
-using PlacedLines = std::vector<std::pair<std::size_t, QString>>;
-
-// "+3 text", "+4-6 text": equal ones that follow each other are one entry.
-QStringList InShort(const QString& sign, const PlacedLines& lines) {
+// "+3 text", "+4-6 text": equal ones that follow each other are one entry. The first is line `at`.
+QStringList InShort(const QString& sign, qsizetype at, const QStringList& lines) {
   QStringList entries;
-  for (std::size_t i = 0, next; i < lines.size(); i = next) {
-    const auto& [first, text] = lines[i];
-    for (next = i + 1; next < lines.size() && lines[next].second == text &&
-                       lines[next].first == first + next - i;) {
-      ++next;
-    }
-    const QString last = next - i == 1 ? "" : '-' + QString::number(lines[next - 1].first);
-    entries.append(sign + QString::number(first) + last + ' ' + text);
+  for (qsizetype i = 0, next; i < lines.size(); i = next) {
+    for (next = i + 1; next < lines.size() && lines[next] == lines[i];) ++next;
+    const QString last = next - i == 1 ? "" : '-' + QString::number(at + next - 1);
+    entries.append(sign + QString::number(at + i) + last + ' ' + lines[i]);
   }
   return entries;
 }
 
-// Which lines have gone and come, when as many as possible have stayed.
+// Which lines have gone and come between those that are the same at the beginning and at the end.
 QStringList LineDifference(const QStringList& before, const QStringList& after) {
-  const auto n = static_cast<std::size_t>(before.size());
-  const auto m = static_cast<std::size_t>(after.size());
-  // How many lines from `i` and from `j` on are the same.
-  std::vector<std::vector<int>> same(n + 1, std::vector<int>(m + 1));
-  const auto equal = [&](std::size_t i, std::size_t j) {
-    return before[static_cast<qsizetype>(i)] == after[static_cast<qsizetype>(j)];
-  };
-  for (std::size_t i = n; i-- > 0;) {
-    for (std::size_t j = m; j-- > 0;) {
-      same[i][j] = equal(i, j) ? same[i + 1][j + 1] + 1 : std::max(same[i + 1][j], same[i][j + 1]);
-    }
+  const qsizetype shorter = std::min(before.size(), after.size());
+  qsizetype first = 0, last = 0;
+  while (first < shorter && before[first] == after[first]) ++first;
+  while (last < shorter - first &&
+         before[before.size() - 1 - last] == after[after.size() - 1 - last]) {
+    ++last;
   }
-  PlacedLines gone, come;
-  for (std::size_t i = 0, j = 0; i < n || j < m;) {
-    if (i < n && j < m && equal(i, j)) {
-      ++i, ++j;
-    } else if (i < n && (j == m || same[i + 1][j] >= same[i][j + 1])) {
-      gone.emplace_back(i, before[static_cast<qsizetype>(i)]);
-      ++i;
-    } else {
-      come.emplace_back(j, after[static_cast<qsizetype>(j)]);
-      ++j;
-    }
-  }
-  return InShort("-", gone) + InShort("+", come);
+  return InShort("-", first, before.mid(first, before.size() - first - last)) +
+         InShort("+", first, after.mid(first, after.size() - first - last));
 }
 
 QString InWords(const QString& name, const QString& value) {

@@ -19,24 +19,6 @@ namespace {
 using namespace rig;
 using Clock = std::chrono::steady_clock;
 
-TEST(ServoBoard, PlaysStepsForTheirTimeOverAndOver) {
-  ServoBoard board;
-  ServoBoard::TimePoint now{1000s};
-  const auto feed = [&](const Bytes& bytes) {
-    for (const std::uint8_t byte : bytes) board.Receive(byte, now);
-  };
-  feed(Bytes{2} + ExampleImage() + Bytes{3, 0});
-  const std::tuple<std::chrono::milliseconds, std::size_t, int> moments[] = {
-      {99ms, 0, 128}, {1ms, 1, 255}, {999ms, 1, 255}, {1ms, 0, 128}, {2300ms, 1, 255}};
-  for (const auto& [later, step, channel0] : moments) {
-    board.Tick(now += later);
-    EXPECT_EQ(board.NowPlaying()->step, step) << later.count();
-    EXPECT_EQ(board.Positions()[0], channel0) << later.count();
-  }
-  feed({8, 77, 3, 3});
-  EXPECT_EQ(board.NowPlaying()->sequence, 3u);
-}
-
 TEST(PtyLine, KeepsThePaceOf9600BaudInBothDirectionsAtOnce) {
   constexpr std::size_t kCount = 800;
   constexpr auto kByteTime = 11 * 1.0s / 9600;

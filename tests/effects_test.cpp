@@ -53,7 +53,7 @@ class Effects : public FlashTest {
     for (const QString& line : rows.split('\n') + QStringList("end")) {
       if (line.trimmed().isEmpty()) continue;
       if (line.startsWith(' ')) {
-        expected += In(line.trimmed()).split(" · ");
+        expected += InFull(line.trimmed()).split(" · ");
         continue;
       }
       if (!title.isEmpty()) ExpectRow(title, expected);
@@ -64,37 +64,43 @@ class Effects : public FlashTest {
 
  private:
   // What several rows have in common.
-  static QString In(QString line) {
-    const std::pair<const char*, const char*> parts[] = {
-        {"ALL LINES",
-         "-0 1 °|0 °*11|100  ms| · -1 11 °|0 °*11|100 ms · -2 16 °|0 °*11|100 ms · "
-         "-3 21 °|0 °*11|300  ms| · selected: -1 · breaks: none"},
-        {"OTHERS", "sequence 6: none · sequence 7: none · sequence 8: none · sequence 15: none"},
-        {"CLEARED",
-         "ALL LINES · CurSeq: 0 · sequence 0: none · OTHERS · flash: 0 bytes · "
-         "LabelSeq: Sequence N° 0 · LabelStep: Step N° ..."},
-        {"EXAMPLE",
-         "ALL LINES · +0 0 °*12|100  ms| · +1 63.5 °|0 °*11|1000  ms| · CurSeq: 0 · "
-         "sequence 0: as listed · sequence 3: 0*12:5120 · OTHERS · "
-         "LabelSeq: Sequence N° 0 · LabelStep: Step N° ..."},
-        {"OPENED",
-         "windows: Interpolation · Form1 disabled · FrameMan disabled · FrameBuffEdit disabled · "
-         "FramePCEmu disabled · ListSequence disabled · focus: OKButton · "
-         "DialogInterp.OKButton: OK · DialogInterp.CancelButton: Annulla · "
-         "DialogInterp.CWNumEditInterp: 1 · "
-         "DialogInterp.Label1: Number of Interpolation Steps"},
-        {"UNLOCKED",
-         "windows: none · focus: ListSequence · Form1 enabled · FrameMan enabled · FrameBuffEdit "
-         "enabled · "
-         "FramePCEmu enabled · ListSequence enabled"},
-        {"LOST",
-         "ComboPort: none · ComboPort enabled · port: closed · "
-         "says Program: The connection on Comm1 (PORT) is lost: the adapter was pulled or the line "
-         "hung up."},
-        {"SAYS FULL", "Program: Out of memory: too many steps. Max # of bytes is 24064!"},
-        {"SIX FULL", "0:256@0 1:256@3584 2:256@7168 3:256@10752 4:256@14336 5:256@17920"},
+  static QString InFull(QString line) {
+    // clang-format off
+    using Regex = QRegularExpression;
+    static const std::pair<Regex, const char*> parts[] = {
+        {Regex("CLEARED"), "ALL LINES · CurSeq: 0 · sequence 0: none · OTHERS · flash: 0 bytes · FIRST"},
+        {Regex("EXAMPLE"), "ALL LINES · +0 0 °*12|100  ms| · +1 63.5 °|0 °*11|1000  ms| · CurSeq: 0 · sequence 0: as listed · sequence 3: 0*12:5120 · OTHERS · FIRST"},
+        {Regex("ALL LINES"), "-0 LINE 0 · -1 LINE 1 · -2 LINE 2 · -3 LINE 3 · selected: -1 · breaks: none"},
+        {Regex("LINE 0"), "1 °|0 °*11|100  ms|"},
+        {Regex("LINE 1"), "11 °|0 °*11|100 ms"},
+        {Regex("LINE 2"), "16 °|0 °*11|100 ms"},
+        {Regex("LINE 3"), "21 °|0 °*11|300  ms|"},
+        {Regex("OTHERS"), "sequence 6: none · sequence 7: none · sequence 8: none · sequence 15: none"},
+        {Regex("FIRST"), "LabelSeq: Sequence N° 0 · LabelStep: Step N° ..."},
+        {Regex("THREE STEPS"), "130,128*11:100 150,128*11:200 170,128*11:300"},
+        {Regex("FOUR STEPS"), "130,128*11:100 150,128*11:100 160,128*11:100 170,128*11:300"},
+        {Regex("STORED 3"), "sequence 7: as listed · LabelByte: 112 bytes"},
+        {Regex("STORED 4"), "sequence 7: as listed · FOUR · LabelByte: 126 bytes"},
+        {Regex("STORED 5"), "sequence 7: as listed · flash: 140 bytes 0:2@0 6:1@28 7:5@42 8:1@112 15:1@126 · LabelByte: 140 bytes"},
+        {Regex("FOUR"), "flash: 126 bytes 0:2@0 6:1@28 7:4@42 8:1@98 15:1@112"},
+        {Regex("SIX FULL"), "0:256@0 1:256@3584 2:256@7168 3:256@10752 4:256@14336 5:256@17920"},
+        {Regex("TOO MANY"), "says Program: Out of memory: too many steps. Max # of bytes is 24064!"},
+        {Regex("NO PORT"), "says Program: No Connection Available!"},
+        {Regex("BY (Clear \\w+|Read Seq\\.|Load Buffer|\\w+)"), "undo: \\1 · redo: none"},
+        {Regex("NAMED (\\S+)(?! IN|\\S)"), "NAMED \\1 IN 7 AT 42"},
+        {Regex("NAMED (\\S+) IN (\\d+) AT (\\d+)"), "LabelStep: Step N° \\1 · CommandOffset: OffSet Seq. \\2 · LabelOffset: \\3 bytes"},
+        {Regex("SEQUENCE (\\d+) AT (\\d+)"), "LabelSeq: Sequence N° \\1 · LabelSeqEmu: Sequence N° \\1 · NAMED ... IN \\1 AT \\2"},
+        {Regex("SHOWN 0"), "Ch0: 130 · Ch11: 128 · CWNumEditTimeStep: 100 ms · LabelStep: Step N° 0"},
+        {Regex("SHOWN 1"), "Ch0: 150 · Ch11: 128 · CWNumEditTimeStep: 100 ms · LabelStep: Step N° 1"},
+        {Regex("SHOWN 2"), "Ch0: 160 · Ch11: 128 · CWNumEditTimeStep: 100 ms · LabelStep: Step N° 2"},
+        {Regex("SHOWN 3"), "Ch0: 170 · Ch11: 128 · CWNumEditTimeStep: 300 ms · LabelStep: Step N° 3"},
+        {Regex("OPENED"), "windows: Interpolation · Form1 disabled · FrameMan disabled · FrameBuffEdit disabled · FramePCEmu disabled · ListSequence disabled · focus: OKButton · DialogInterp.OKButton: OK · DialogInterp.CancelButton: Annulla · DialogInterp.CWNumEditInterp: 1 · DialogInterp.Label1: Number of Interpolation Steps"},
+        {Regex("UNLOCKED"), "windows: none · Form1 enabled · FrameMan enabled · FrameBuffEdit enabled · FramePCEmu enabled · ListSequence enabled · focus: ListSequence"},
+        {Regex("LOST"), "ComboPort: none · ComboPort enabled · port: closed · says Program: The connection on Comm1 (PORT) is lost: the adapter was pulled or the line hung up."},
+        {Regex("UNTOUCHED"), "Your sequences are untouched. Choose a port to connect again."},
     };
-    for (int depth = 0; depth < 2; ++depth) {
+    // clang-format on
+    for (int depth = 0; depth < 3; ++depth) {
       for (const auto& [name, text] : parts) line.replace(name, text);
     }
     return line;
@@ -120,10 +126,11 @@ class Effects : public FlashTest {
     QStringList changed = Difference(before, StateOf(*this));
     if (!box.said.isEmpty()) changed.append("says " + Plain(box.said.join(" / ")));
     for (const platform::FileRequest& asked : files.requests) {
-      changed.append("asks for a file " + asked.proposed_name + asked.default_extension);
+      changed.append(
+          QString("asks for a file " + asked.proposed_name + asked.default_extension).trimmed());
     }
     const QStringList sent = expected.filter(QRegularExpression("^sent "));
-    const std::size_t count = sent.isEmpty() ? 0 : Named(sent[0].mid(5)).size();
+    const std::size_t count = sent.isEmpty() ? 0 : BytesOf(sent[0].mid(5)).size();
     if (const Bytes bytes = Sent(count); !bytes.empty()) changed.append("sent " + NameOf(bytes));
     QStringList too_much;
     for (const QString& change : changed) {
@@ -144,14 +151,14 @@ class Effects : public FlashTest {
   static QString Plain(QString text) {
     return text.replace(QRegularExpression("/dev/pts/\\d+"), "PORT").replace("\n\n", " ");
   }
-  static Bytes Named(const QString& bytes) {
+  static Bytes BytesOf(const QString& bytes) {
     if (bytes == "HEADER") return Bytes{7, 2} + HeaderOf(Stored());
     if (bytes == "NOTHING") return ProgramBytes({});
     return bytes == "PROGRAM" ? ProgramBytes(Stored()) : Hex(bytes.toStdString());
   }
   static QString NameOf(const Bytes& bytes) {
     for (const char* name : {"HEADER", "PROGRAM", "NOTHING"}) {
-      if (bytes == Named(name)) return name;
+      if (bytes == BytesOf(name)) return name;
     }
     return QByteArray(reinterpret_cast<const char*>(bytes.data()), qsizetype(bytes.size()))
         .toHex(' ')
@@ -199,6 +206,7 @@ class Effects : public FlashTest {
     const QString rest = command.section(' ', 1);
     const QStringList words = rest.split(' ');
     const auto number = [&words](int i) { return words.value(i).toInt(); };
+    // clang-format off
     const QMap<QString, std::function<void()>> verbs = {
         {"", [] {}},
         {"closed", [] {}},
@@ -206,11 +214,7 @@ class Effects : public FlashTest {
         {"connect", [this] { Connect(); }},
         {"lose", [this] { Lose(); }},
         {"select", [&] { Select(number(0)); }},
-        {"seq",
-         [&] {
-           while (Data().CurSeq < number(0)) Press("CommandMoreSeq");
-           while (Data().CurSeq > number(0)) Press("CommandLessSeq");
-         }},
+        {"seq", [&] { while (Data().CurSeq != number(0)) Press(Data().CurSeq < number(0) ? "CommandMoreSeq" : "CommandLessSeq"); }},
         {"slide", [&] { SetSlider(number(0), number(1)); }},
         {"type", [&] { hands->Type(words[0], rest.section(' ', 1)); }},
         {"write", [&] { hands->Type(words[0], rest.section(' ', 1), false); }},
@@ -225,25 +229,18 @@ class Effects : public FlashTest {
         {"menu", [&] { Trigger(rest); }},
         {"file", [&] { files.answer = File(rest); }},
         {"flash", [this] { FillFlash(ExampleSequences()); }},
-        {"copied",
-         [&] {
-           QGuiApplication::clipboard()->setText(
-               QString(rest).replace('|', '\t').replace('/', '\n'));
-         }},
+        {"copied", [&] { QGuiApplication::clipboard()->setText(QString(rest).replace('|', '\t')); }},
         {"board", [&] { Send(static_cast<std::uint8_t>(number(0))); }},
         {"count", [&] { hands->Find<QSpinBox>("CWNumEditInterp").setValue(number(0)); }},
         {"silent", [this] { board.SetFaults({.silent = true}); }},
         {"acks", [&] { board.SetFaults({.silent_after_acks = number(0)}); }},
-        {"wrong",
-         [&] { board.SetFaults({.before_reply = {static_cast<std::uint8_t>(number(0))}}); }},
+        {"wrong", [&] { board.SetFaults({.before_reply = {static_cast<std::uint8_t>(number(0))}}); }},
         {"lie", [&] { board.SetFaults({.lying_header = Lie(words)}); }},
         {"lose-at", [&] { WhenSent(words[0].toUInt(), [this] { board.Unplug(); }); }},
         {"abort", [&] { WhenSent(words[0].toUInt(), [this] { Abort(); }); }},
-        {"abort-after",
-         [&] {
-           hands->When([=, this] { return hands->Read("Echo") == rest; }, [this] { Abort(); });
-         }},
+        {"abort-after", [&] { hands->When([=, this] { return hands->Read("Echo") == rest; }, [this] { Abort(); }); }},
     };
+    // clang-format on
     const auto known = verbs.find(verb);
     known == verbs.end() ? hands->Click(verb) : known.value()();
   }
@@ -288,50 +285,39 @@ class Effects : public FlashTest {
 TEST_F(Effects, Editing) {
   ExpectRows(R"(
 > CommandAdd
-  +3 36 °|0 °*10|-64 °|340 ms · selected: 3 · breaks: none · undo: Add · redo: none
-  sequence 7: as listed · flash: 140 bytes 0:2@0 6:1@28 7:5@42 8:1@112 15:1@126
-  LabelByte: 140 bytes · LabelStep: Step N° 3 · CommandOffset: OffSet Seq. 7 · LabelOffset: 42 bytes
+  +3 36 °|0 °*10|-64 °|340 ms · selected: 3 · breaks: none · STORED 5 · NAMED 3 · BY Add
 select -1 > CommandAdd
-  +0 36 °|0 °*10|-64 °|340 ms · selected: 0 · breaks: none · undo: Add · redo: none
-  sequence 7: as listed · flash: 140 bytes 0:2@0 6:1@28 7:5@42 8:1@112 15:1@126
-  LabelByte: 140 bytes · LabelStep: Step N° 0 · CommandOffset: OffSet Seq. 7 · LabelOffset: 42 bytes
+  +0 36 °|0 °*10|-64 °|340 ms · selected: 0 · breaks: none · STORED 5 · NAMED 0 · BY Add
 CommandClear > CommandAdd
-  +0 36 °|0 °*10|-64 °|340 ms · selected: 0 · undo: Add
-  sequence 7: as listed · flash: 84 bytes 0:2@0 6:1@28 7:1@42 8:1@56 15:1@70
-  LabelByte: 84 bytes · LabelStep: Step N° 0 · CommandOffset: OffSet Seq. 7 · LabelOffset: 42 bytes
+  +0 36 °|0 °*10|-64 °|340 ms · selected: 0 · sequence 7: as listed
+  flash: 84 bytes 0:2@0 6:1@28 7:1@42 8:1@56 15:1@70 · LabelByte: 84 bytes · NAMED 0 · undo: Add
 seq 15; select 0 > CommandAdd
-  +1 36 °|0 °*10|-64 °|340 ms · selected: 1 · undo: Add · redo: none
-  flash: 140 bytes 0:2@0 6:1@28 7:4@42 8:1@98 15:2@112
-  LabelByte: 140 bytes · LabelStep: Step N° 1 · CommandOffset: OffSet Seq. 15 · LabelOffset: 112 bytes
+  +1 36 °|0 °*10|-64 °|340 ms · selected: 1 · flash: 140 bytes 0:2@0 6:1@28 7:4@42 8:1@98 15:2@112
+  LabelByte: 140 bytes · NAMED 1 IN 15 AT 112 · BY Add
 > CommandRem
-  -2 16 °|0 °*11|100 ms · breaks: none · undo: Remove · redo: none · sequence 7: as listed
-  LabelByte: 112 bytes · LabelStep: Step N° 2 · CommandOffset: OffSet Seq. 7 · LabelOffset: 42 bytes
+  -2 LINE 2 · breaks: none · STORED 3 · NAMED 2
+  BY Remove
 select 3 > CommandRem
-  -3 21 °|0 °*11|300  ms| · selected: 2 · breaks: none · undo: Remove · redo: none
-  sequence 7: as listed
-  LabelByte: 112 bytes · LabelStep: Step N° 2 · CommandOffset: OffSet Seq. 7 · LabelOffset: 42 bytes
+  -3 LINE 3 · selected: 2 · breaks: none · STORED 3 · NAMED 2 · BY Remove
 seq 8; select 0 > CommandRem
-  -0 5 °*12|700  ms| · selected: -1 · undo: Remove · redo: none
-  sequence 8: none · flash: 112 bytes 0:2@0 6:1@28 7:4@42 15:1@98
-  LabelByte: 112 bytes · LabelStep: Step N° -1 · CommandOffset: OffSet Seq. 8 · LabelOffset: 0 bytes
+  -0 5 °*12|700  ms| · selected: -1 · sequence 8: none
+  flash: 112 bytes 0:2@0 6:1@28 7:4@42 15:1@98 · LabelByte: 112 bytes · NAMED -1 IN 8 AT 0 · BY Remove
 focus ListSequence > keys ListSequence Delete
-  -2 16 °|0 °*11|100 ms · breaks: none · undo: Remove · redo: none · sequence 7: as listed
-  LabelByte: 112 bytes · LabelStep: Step N° 2 · CommandOffset: OffSet Seq. 7 · LabelOffset: 42 bytes
+  -2 LINE 2 · breaks: none · STORED 3 · NAMED 2
+  BY Remove
 select -1 > CommandRem
   breaks: none
 CommandClear > CommandRem
 > CommandReplace
-  -2 16 °|0 °*11|100 ms · +2 36 °|0 °*10|-64 °|340 ms · breaks: none · undo: Replace · redo: none
-  row 4: 170,128*11:300
-  sequence 7: as listed · flash: 126 bytes 0:2@0 6:1@28 7:4@42 8:1@98 15:1@112
-  LabelByte: 126 bytes · LabelStep: Step N° 2 · CommandOffset: OffSet Seq. 7 · LabelOffset: 42 bytes
+  -2 LINE 2 · +2 36 °|0 °*10|-64 °|340 ms · breaks: none · row 4: 170,128*11:300
+  STORED 4 · NAMED 2 · BY Replace
 select -1 > CommandReplace
 > CommandClear
-  ALL LINES · LabelStep: Step N° ... · undo: Clear Sequence · redo: none
+  ALL LINES · LabelStep: Step N° ... · BY Clear Sequence
 CommandClear > CommandClear
   LabelStep: Step N° ...
 > CommandClearAll
-  CLEARED · undo: Clear All · redo: none
+  CLEARED · BY Clear All
 CommandClearAll > CommandClearAll
   LabelSeq: Sequence N° 0 · LabelStep: Step N° ...
 )");
@@ -340,82 +326,69 @@ CommandClearAll > CommandClearAll
 TEST_F(Effects, AtTheLimits) {
   ExpectRows(R"(
 file 255; menu LoadBuffer; keys ListSequence End > CommandAdd
-  +255 36 °|0 °*10|-64 °|340 ms · selected: 255 · undo: Add · top line: 243
-  flash: 3584 bytes 0:256@0
-  LabelByte: 3584 bytes · LabelStep: Step N° 255 · CommandOffset: OffSet Seq. 0 · LabelOffset: 0 bytes
+  +255 36 °|0 °*10|-64 °|340 ms · selected: 255 · top line: 243 · flash: 3584 bytes 0:256@0
+  LabelByte: 3584 bytes · NAMED 255 IN 0 AT 0 · undo: Add
 file 256; menu LoadBuffer; select 255; CommandBrk > CommandAdd
   says Program: Impossible add other lines, max # of lines is 256!
 file 256; menu LoadBuffer; select 0; CommandBrk > CommandReplace
   says Program: Impossible add other lines, max # of lines is 256!
 file 1718; menu LoadBuffer; seq 7 > CommandAdd
-  +0 36 °|0 °*10|-64 °|340 ms · selected: 0 · undo: Add · says SAYS FULL
-  sequence 7: as listed · flash: 24066 bytes SIX FULL 6:182@21504 7:1@24052
-  LabelByte: 24066 bytes · LabelStep: Step N° 0 · CommandOffset: OffSet Seq. 7
-  LabelOffset: 24052 bytes
+  +0 36 °|0 °*10|-64 °|340 ms · selected: 0 · sequence 7: as listed
+  flash: 24066 bytes SIX FULL 6:182@21504 7:1@24052 · LabelByte: 24066 bytes · NAMED 0 IN 7 AT 24052 · undo: Add · TOO MANY
 file 1719; menu LoadBuffer; seq 6; select 182 > CommandRem
-  -182 0 °*12|100  ms| · selected: 181 · undo: Remove
-  flash: 24052 bytes SIX FULL 6:182@21504
-  LabelByte: 24052 bytes · LabelStep: Step N° 181 · CommandOffset: OffSet Seq. 6
-  LabelOffset: 21504 bytes · top line: 169
+  -182 0 °*12|100  ms| · selected: 181 · top line: 169 · flash: 24052 bytes SIX FULL 6:182@21504
+  LabelByte: 24052 bytes · NAMED 181 IN 6 AT 21504 · undo: Remove
 file 1719; menu LoadBuffer > CommandMoreSeq
-  CurSeq: 1 · sequence 0: 128*12:100*256 · sequence 1: as listed · says SAYS FULL
-  LabelByte: 24066 bytes · LabelSeq: Sequence N° 1 · LabelSeqEmu: Sequence N° 1
-  LabelStep: Step N° ... · CommandOffset: OffSet Seq. 1 · LabelOffset: 3584 bytes
+  CurSeq: 1 · sequence 0: 128*12:100*256 · sequence 1: as listed · LabelByte: 24066 bytes
+  SEQUENCE 1 AT 3584 · TOO MANY
 file 1719; menu LoadBuffer; file new > menu SaveBuffer
-  LabelByte: 24066 bytes · says SAYS FULL / Save: Data Saved! · asks for a file Sequences 1.dat
+  LabelByte: 24066 bytes · TOO MANY / Save: Data Saved! · asks for a file Sequences 1.dat
 )");
 }
 
 TEST_F(Effects, SelectingShowingAndMoving) {
   ExpectRows(R"(
 > CommandUp
-  selected: 3 · Ch0: 170 · Ch11: 128 · CWNumEditTimeStep: 300 ms · LabelStep: Step N° 3
-  sent 08 AA 2B 80
+  selected: 3 · SHOWN 3 · sent 08 AA 2B 80
 closed; > CommandUp
-  selected: 3 · Ch0: 170 · Ch11: 128 · CWNumEditTimeStep: 300 ms · LabelStep: Step N° 3
+  selected: 3 · SHOWN 3
 select 3 > CommandUp
-  selected: 0 · Ch0: 130 · Ch11: 128 · CWNumEditTimeStep: 100 ms · LabelStep: Step N° 0
-  sent 08 82 2B 80
+  selected: 0 · SHOWN 0 · sent 08 82 2B 80
 select -1 > CommandUp
-  selected: 0 · Ch0: 130 · Ch11: 128 · CWNumEditTimeStep: 100 ms · LabelStep: Step N° 0
-  sent 08 82 2B 80
+  selected: 0 · SHOWN 0 · sent 08 82 2B 80
 CommandClear > CommandUp
 seq 8; select 0 > CommandUp
   Ch0: 138 · Ch1: 138 · Ch2: 138 · Ch3: 138 · Ch4: 138 · Ch5: 138 · Ch6: 138 · Ch7: 138 · Ch8: 138
   Ch9: 138 · Ch10: 138 · Ch11: 138 · CWNumEditTimeStep: 700 ms · LabelStep: Step N° 0
   sent 08 8A 09 8A 0A 8A 0B 8A 0C 8A 0D 8A 0E 8A 0F 8A 28 8A 29 8A 2A 8A 2B 8A
 > CommandDwn
-  selected: 1 · Ch0: 150 · Ch11: 128 · CWNumEditTimeStep: 100 ms · LabelStep: Step N° 1
-  sent 08 96 2B 80
+  selected: 1 · SHOWN 1 · sent 08 96 2B 80
 select 0 > CommandDwn
-  selected: 3 · Ch0: 170 · Ch11: 128 · CWNumEditTimeStep: 300 ms · LabelStep: Step N° 3
-  sent 08 AA 2B 80
+  selected: 3 · SHOWN 3 · sent 08 AA 2B 80
 select -1 > CommandDwn
 CommandClear > CommandDwn
 focus ListSequence > line 1
   selected: 1
 focus ListSequence > double 1
-  selected: 1 · Ch0: 150 · Ch11: 128 · CWNumEditTimeStep: 100 ms · LabelStep: Step N° 1
-  sent 08 96 2B 80
+  selected: 1 · SHOWN 1 · sent 08 96 2B 80
 focus ListSequence > keys ListSequence Return
-  Ch0: 160 · Ch11: 128 · CWNumEditTimeStep: 100 ms · LabelStep: Step N° 2 · sent 08 A0 2B 80
+  SHOWN 2 · sent 08 A0 2B 80
 focus ListSequence; select -1 > keys ListSequence Return
 focus ListSequence > keys ListSequence Home
   selected: 0
 focus ListSequence > keys ListSequence Down
   selected: 3
 focus ListSequence > drag 1 3
-  -1 11 °|0 °*11|100 ms · +3 11 °|0 °*11|100 ms · selected: 3 · breaks: 0 2 · undo: Move
-  redo: none
+  -1 LINE 1 · -2 LINE 2 · -3 LINE 3 · +1 LINE 2 · +2 LINE 3 · +3 LINE 1 · selected: 3 · breaks: 0 2 · BY Move
 focus ListSequence > drag 3 0
-  -3 21 °|0 °*11|300  ms| · +0 21 °|0 °*11|300  ms| · selected: 0 · breaks: 0 1 · undo: Move
-  redo: none
+  -0 LINE 0 · -1 LINE 1 · -2 LINE 2 · -3 LINE 3 · +0 LINE 3 · +1 LINE 0 · +2 LINE 1 · +3 LINE 2
+  selected: 0 · breaks: 0 1 · BY Move
 focus ListSequence > drag 1 1
   selected: 1
 focus ListSequence > keys ListSequence Ctrl+Up
-  -1 11 °|0 °*11|100 ms · +2 11 °|0 °*11|100 ms · selected: 1 · undo: Move · redo: none
+  -1 LINE 1 · -2 LINE 2 · +1 LINE 2 · +2 LINE 1 · selected: 1 · BY Move
 focus ListSequence > keys ListSequence Ctrl+Down
-  -2 16 °|0 °*11|100 ms · +3 16 °|0 °*11|100 ms · selected: 3 · breaks: 0 2 · undo: Move · redo: none
+  -2 LINE 2 · -3 LINE 3 · +2 LINE 3 · +3 LINE 2 · selected: 3 · breaks: 0 2 · BY Move
 focus ListSequence; select 0 > keys ListSequence Ctrl+Up
 focus ListSequence; select 3 > keys ListSequence Ctrl+Down
 focus ListSequence; select -1 > keys ListSequence Ctrl+Down
@@ -425,36 +398,23 @@ focus ListSequence; select -1 > keys ListSequence Ctrl+Down
 TEST_F(Effects, Sequences) {
   ExpectRows(R"(
 > CommandMoreSeq
-  ALL LINES · +0 5 °*12|700  ms| · CurSeq: 8 · sequence 8: as listed
-  sequence 7: 130,128*11:100 150,128*11:100 160,128*11:100 170,128*11:300
-  flash: 126 bytes 0:2@0 6:1@28 7:4@42 8:1@98 15:1@112
-  LabelByte: 126 bytes · LabelSeq: Sequence N° 8 · LabelSeqEmu: Sequence N° 8
-  LabelStep: Step N° ... · CommandOffset: OffSet Seq. 8 · LabelOffset: 98 bytes
+  ALL LINES · +0 5 °*12|700  ms| · CurSeq: 8 · sequence 8: as listed · sequence 7: FOUR STEPS · FOUR
+  LabelByte: 126 bytes · SEQUENCE 8 AT 98
 > CommandLessSeq
-  ALL LINES · +0 -5 °*12|500  ms| · CurSeq: 6 · sequence 6: as listed
-  sequence 7: 130,128*11:100 150,128*11:100 160,128*11:100 170,128*11:300
-  flash: 126 bytes 0:2@0 6:1@28 7:4@42 8:1@98 15:1@112
-  LabelByte: 126 bytes · LabelSeq: Sequence N° 6 · LabelSeqEmu: Sequence N° 6
-  LabelStep: Step N° ... · CommandOffset: OffSet Seq. 6 · LabelOffset: 28 bytes
+  ALL LINES · +0 -5 °*12|500  ms| · CurSeq: 6 · sequence 6: as listed · sequence 7: FOUR STEPS
+  FOUR · LabelByte: 126 bytes · SEQUENCE 6 AT 28
 CommandClear > CommandMoreSeq
   +0 5 °*12|700  ms| · CurSeq: 8 · sequence 8: as listed · sequence 7: none
-  flash: 70 bytes 0:2@0 6:1@28 8:1@42 15:1@56
-  LabelByte: 70 bytes · LabelSeq: Sequence N° 8 · LabelSeqEmu: Sequence N° 8
-  LabelStep: Step N° ... · CommandOffset: OffSet Seq. 8 · LabelOffset: 42 bytes
+  flash: 70 bytes 0:2@0 6:1@28 8:1@42 15:1@56 · LabelByte: 70 bytes · SEQUENCE 8 AT 42
 seq 14 > CommandMoreSeq
-  +0 -4 °*12|40  ms| · CurSeq: 15 · sequence 15: as listed
-  LabelByte: 126 bytes · LabelSeq: Sequence N° 15 · LabelSeqEmu: Sequence N° 15
-  LabelStep: Step N° ... · CommandOffset: OffSet Seq. 15 · LabelOffset: 112 bytes
+  +0 -4 °*12|40  ms| · CurSeq: 15 · sequence 15: as listed · LabelByte: 126 bytes
+  SEQUENCE 15 AT 112
 seq 15; select 0; CommandBrk > CommandMoreSeq
-  LabelSeq: Sequence N° 15 · LabelSeqEmu: Sequence N° 15 · LabelStep: Step N° ...
-  CommandOffset: OffSet Seq. 15 · LabelOffset: 112 bytes
+  SEQUENCE 15 AT 112
 seq 1 > CommandLessSeq
-  +0-1 0 °*12|60  ms| · CurSeq: 0 · sequence 0: as listed
-  LabelByte: 126 bytes · LabelSeq: Sequence N° 0 · LabelSeqEmu: Sequence N° 0
-  LabelStep: Step N° ... · CommandOffset: OffSet Seq. 0 · LabelOffset: 0 bytes
+  +0-1 0 °*12|60  ms| · CurSeq: 0 · sequence 0: as listed · LabelByte: 126 bytes · SEQUENCE 0 AT 0
 seq 0; select 1; CommandBrk > CommandLessSeq
-  LabelSeq: Sequence N° 0 · LabelSeqEmu: Sequence N° 0 · LabelStep: Step N° ...
-  CommandOffset: OffSet Seq. 0 · LabelOffset: 0 bytes
+  SEQUENCE 0 AT 0
 )");
 }
 
@@ -487,15 +447,11 @@ closed; focus Text1_11 > type Text1_11 5
   Ch11: 133
 focus Text1_15 > type Text1_15 5
 focus Text1_3 > write Text1_3 50; click CommandAdd
-  +3 36 °|0 °*2|25 °|0 °*7|-64 °|340 ms · selected: 3 · breaks: none · undo: Add · redo: none
-  sequence 7: as listed · flash: 140 bytes 0:2@0 6:1@28 7:5@42 8:1@112 15:1@126
-  LabelByte: 140 bytes · LabelStep: Step N° 3 · CommandOffset: OffSet Seq. 7 · LabelOffset: 42 bytes
-  Ch3: 178 · focus: CommandAdd · sent 0B B2
+  +3 36 °|0 °*2|25 °|0 °*7|-64 °|340 ms · selected: 3 · breaks: none · focus: CommandAdd · STORED 5
+  Ch3: 178 · NAMED 3 · BY Add · sent 0B B2
 focus Text1_1 > write Text1_1 -20; keys Text1_1 Alt+A
-  +3 36 °|-10 °|0 °*9|-64 °|340 ms · selected: 3 · breaks: none · undo: Add · redo: none
-  sequence 7: as listed · flash: 140 bytes 0:2@0 6:1@28 7:5@42 8:1@112 15:1@126
-  LabelByte: 140 bytes · LabelStep: Step N° 3 · CommandOffset: OffSet Seq. 7 · LabelOffset: 42 bytes
-  Ch1: 108 · focus: CommandAdd · sent 09 6C
+  +3 36 °|-10 °|0 °*9|-64 °|340 ms · selected: 3 · breaks: none · focus: CommandAdd · STORED 5
+  Ch1: 108 · NAMED 3 · BY Add · sent 09 6C
 focus CWNumEditTimeStep > type CWNumEditTimeStep 500
   CWNumEditTimeStep: 500 ms
 focus CWNumEditTimeStep > type CWNumEditTimeStep 10
@@ -525,14 +481,12 @@ connect; CWButtonEmuPC; select 3 > CommandContinue
   interval: 300
 connect; CWButtonEmuPC; tick; select -1 > CommandContinue
 connect; CWButtonEmuPC; tick > CommandRepeat
-  selected: 0 · Ch0: 130 · CWNumEditTimeStep: 100 ms · LabelStep: Step N° 0 · interval: 100
-  timer: on · CWButtonEmuPC: On · sent 08 82
+  selected: 0 · interval: 100 · timer: on · CWButtonEmuPC: On · Ch0: 130 · CWNumEditTimeStep: 100 ms
+  LabelStep: Step N° 0 · sent 08 82
 connect; select 1; CommandBrk; select 3; CWButtonEmuPC > CommandRepeat
-  selected: 1 · Ch0: 150 · Ch11: 128 · CWNumEditTimeStep: 100 ms · LabelStep: Step N° 1
-  interval: 100 · sent 08 96 2B 80
+  selected: 1 · interval: 100 · SHOWN 1 · sent 08 96 2B 80
 connect; CommandResBrk; CWButtonEmuPC > CommandRepeat
-  selected: 0 · Ch0: 130 · Ch11: 128 · CWNumEditTimeStep: 100 ms · LabelStep: Step N° 0
-  sent 08 82 2B 80
+  selected: 0 · SHOWN 0 · sent 08 82 2B 80
 connect; CommandClear; CWButtonEmuPC > CommandRepeat
 connect; CommandClear; CWButtonEmuPC > CommandContinue
 connect; CommandClear; CWButtonEmuPC; CommandAdd > CommandContinue
@@ -547,7 +501,7 @@ TEST_F(Effects, Playback) {
 select -1 > CWButtonEmuPC
   CWButtonEmuPC: On · CWButtonRealEmu disabled · interval: 100 · timer: on · selected: 0
 closed; select -1 > CWButtonEmuPC
-  says Program: No Connection Available!
+  NO PORT
 CommandClear > CWButtonEmuPC
   CWButtonEmuPC: On, halted · CWButtonRealEmu disabled
 connect; CWButtonEmuPC; select 3 > CWButtonEmuPC
@@ -557,14 +511,11 @@ connect; CWButtonEmuPC; tick > CWButtonEmuPC
 connect; CommandClear; CWButtonEmuPC > CWButtonEmuPC
   CWButtonEmuPC: Off · CWButtonRealEmu enabled
 connect; CWButtonEmuPC > tick
-  selected: 3 · Ch0: 170 · Ch11: 128 · CWNumEditTimeStep: 300 ms · LabelStep: Step N° 3
-  interval: 300 · timer: off · CWButtonEmuPC: On, halted · sent 08 AA 2B 80
+  selected: 3 · interval: 300 · timer: off · CWButtonEmuPC: On, halted · SHOWN 3 · sent 08 AA 2B 80
 connect; select 0; CWButtonEmuPC > tick
-  selected: 1 · Ch0: 150 · Ch11: 128 · CWNumEditTimeStep: 100 ms · LabelStep: Step N° 1
-  sent 08 96 2B 80
+  selected: 1 · SHOWN 1 · sent 08 96 2B 80
 connect; CommandResBrk; select 3; CWButtonEmuPC > tick
-  selected: 0 · Ch0: 130 · Ch11: 128 · CWNumEditTimeStep: 100 ms · LabelStep: Step N° 0
-  interval: 100 · sent 08 82 2B 80
+  selected: 0 · interval: 100 · SHOWN 0 · sent 08 82 2B 80
 seq 8; select 0; CommandUp; connect; CWButtonEmuPC > tick
   LabelStep: Step N° 0
 connect; CWButtonEmuPC; CommandClear > tick
@@ -578,7 +529,7 @@ seq 15 > CWButtonRealEmu
 connect; CWButtonRealEmu > CWButtonRealEmu
   CWButtonRealEmu: Off · CWButtonEmuPC enabled · sent 04
 closed > CWButtonRealEmu
-  says Program: No Connection Available!
+  NO PORT
 connect; CWButtonRealEmu > CWButtonEmuPC
 connect; CWButtonEmuPC > CWButtonRealEmu
 )");
@@ -591,7 +542,7 @@ TEST_F(Effects, TheLineAndTheMenus) {
 connect; CWButtonMainOnOff > CWButtonMainOnOff
   CWButtonMainOnOff: Off · sent 00
 closed > CWButtonMainOnOff
-  says Program: No Connection Available!
+  NO PORT
 > menu Resetting
   sent 11
 closed > menu Resetting
@@ -602,13 +553,13 @@ connect; CWButtonMainOnOff; CWButtonEmuPC > menu Resetting
 closed > connect
   ComboPort: Comm1 · ComboPort disabled · port: open
 > lose
-  LOST Your sequences are untouched. Choose a port to connect again.
+  LOST UNTOUCHED
 connect; CWButtonMainOnOff; CWButtonEmuPC > lose
   CWButtonMainOnOff: Off · CWButtonEmuPC: Off · CWButtonRealEmu enabled · timer: off
-  LOST Your sequences are untouched. Choose a port to connect again.
+  LOST UNTOUCHED
 connect; CWButtonRealEmu > lose
   CWButtonRealEmu: Off · CWButtonEmuPC enabled
-  LOST Your sequences are untouched. Choose a port to connect again.
+  LOST UNTOUCHED
 > CommandInBuff
   Echo: 0
 closed > CommandInBuff
@@ -637,98 +588,90 @@ menu Emu > menu Emu
 TEST_F(Effects, Files) {
   ExpectRows(R"(
 file none > menu SaveBuffer
-  breaks: none · sequence 7: as listed · flash: 126 bytes 0:2@0 6:1@28 7:4@42 8:1@98 15:1@112
-  LabelByte: 126 bytes · asks for a file Sequences 1.dat
+  breaks: none · STORED 4 · asks for a file Sequences 1.dat
 file new > menu SaveBuffer
-  breaks: none · sequence 7: as listed · flash: 126 bytes 0:2@0 6:1@28 7:4@42 8:1@98 15:1@112
-  LabelByte: 126 bytes · asks for a file Sequences 1.dat · says Save: Data Saved!
+  breaks: none · STORED 4 · asks for a file Sequences 1.dat · says Save: Data Saved!
 file none; menu SaveBuffer > menu SaveBuffer
   LabelByte: 126 bytes · asks for a file Sequences 2.dat
 file none > menu LoadBuffer
-  CLEARED · asks for a file  · undo: Load Buffer · redo: none
+  CLEARED · BY Load Buffer · asks for a file 
 file example > menu LoadBuffer
-  EXAMPLE · flash: 42 bytes 0:2@0 3:1@28 · LabelByte: 42 bytes · asks for a file  · says Load: Data Loaded! · undo: Load Buffer
-  redo: none
+  EXAMPLE · flash: 42 bytes 0:2@0 3:1@28 · LabelByte: 42 bytes · BY Load Buffer · asks for a file 
+  says Load: Data Loaded!
 file bad > menu LoadBuffer
-  CLEARED · asks for a file  · says Load: Format Error! Data Not Loaded! · undo: Load Buffer
-  redo: none
+  CLEARED · BY Load Buffer · asks for a file  · says Load: Format Error! Data Not Loaded!
 file 1719 > menu LoadBuffer
   ALL LINES · +0-255 0 °*12|100  ms| · CurSeq: 0 · sequence 0: as listed
   sequence 1: 128*12:100*256 · sequence 2: 128*12:100*256 · sequence 3: 128*12:100*256
   sequence 4: 128*12:100*256 · sequence 5: 128*12:100*256 · sequence 6: 128*12:100*183
-  sequence 7: none · sequence 8: none · sequence 15: none
-  flash: 24066 bytes SIX FULL 6:183@21504 · LabelByte: 24066 bytes
-  LabelSeq: Sequence N° 0 · LabelStep: Step N° ... · undo: Load Buffer · redo: none
-  asks for a file  · says SAYS FULL / Load: Data Loaded!
+  sequence 7: none · sequence 8: none · sequence 15: none · flash: 24066 bytes SIX FULL 6:183@21504
+  LabelByte: 24066 bytes · LabelSeq: Sequence N° 0 · LabelStep: Step N° ... · BY Load Buffer
+  asks for a file  · TOO MANY / Load: Data Loaded!
 )");
 }
 
 TEST_F(Effects, Flash) {
   ExpectRows(R"(
 closed > CommandErase
-  says Program: No Connection Available!
+  NO PORT
 closed > CommandFlash
-  says Program: No Connection Available!
+  NO PORT
 closed > CommandRead
-  CLEARED · Echo: none · says Program: No Connection Available! · undo: Read Seq. · redo: none
+  CLEARED · Echo: none · BY Read Seq. · NO PORT
 > Command1
 > CommandErase
   sent 07 · says Program: Data Flash Erased
 wrong 254 > CommandErase
-  sent 07 · says Program: Data Flash Erased · Echo: Error!
+  Echo: Error! · sent 07 · says Program: Data Flash Erased
 silent; focus CommandErase > lose-at 1; CommandErase
+  LOST UNTOUCHED / Program: Operation Aborted!
   sent 07
-  LOST Your sequences are untouched. Choose a port to connect again. / Program: Operation Aborted!
 > CommandFlash
   Echo: none · sent PROGRAM · says Program: Data Flash Erased / Program: Data Flash Programmed!
 CommandClearAll > CommandFlash
   Echo: none · sent NOTHING · says Program: Data Flash Erased / Program: Data Flash Programmed!
 acks 1; focus CommandFlash > abort 68; CommandFlash
-  Echo: none · focus: ListSequence · sent HEADER · says Program: Data Flash Erased / Program: Operation Aborted!
+  Echo: none · focus: ListSequence · sent HEADER
+  says Program: Data Flash Erased / Program: Operation Aborted!
 flash > CommandRead
-  EXAMPLE · flash: 42 bytes 0:2@0 3:1@28 · Echo: none · sent 06 · says Program: Data Flash Read! · undo: Read Seq. · redo: none
+  EXAMPLE · Echo: none · flash: 42 bytes 0:2@0 3:1@28 · BY Read Seq. · sent 06
+  says Program: Data Flash Read!
 > CommandRead
-  CLEARED · Echo: none · sent 06 · says Program: Nothing to Read! · undo: Read Seq. · redo: none
+  CLEARED · Echo: none · BY Read Seq. · sent 06 · says Program: Nothing to Read!
 silent; focus CommandRead > abort 1; CommandRead
-  CLEARED · focus: ListSequence · Echo: none · sent 06 · says Program: Reading Error! · undo: Read Seq. · redo: none
+  CLEARED · focus: ListSequence · Echo: none · BY Read Seq. · sent 06 · says Program: Reading Error!
 flash; lie 14 128; focus CommandRead > abort-after Error!; CommandRead
-  ALL LINES · CurSeq: 0 · sequence 0: 0*12:0*2 · OTHERS · flash: 42 bytes 0:2@0 · Echo: Error!
-  focus: ListSequence
-  LabelSeq: Sequence N° 0 · LabelStep: Step N° ... · undo: Read Seq. · redo: none · sent 06
+  ALL LINES · CurSeq: 0 · sequence 0: 0*12:0*2 · OTHERS · Echo: Error! · focus: ListSequence
+  flash: 42 bytes 0:2@0 · LabelSeq: Sequence N° 0 · LabelStep: Step N° ... · BY Read Seq. · sent 06
   says Program: Impossible to Load Sequences! Flash memory corrupted. / Program: Reading Error!
 flash; lie 2 1 3 1 > CommandRead
   ALL LINES · CurSeq: 0 · sequence 0: 128*12:100 255,128*11:1000 0*12:5120 0*12:0*253
-  sequence 3: 0*12:0 · OTHERS · flash: 42 bytes 0:256@0 3:1@28 · Echo: none
-  LabelSeq: Sequence N° 0 · LabelStep: Step N° ... · undo: Read Seq. · redo: none · sent 06
+  sequence 3: 0*12:0 · OTHERS · Echo: none · flash: 42 bytes 0:256@0 3:1@28
+  LabelSeq: Sequence N° 0 · LabelStep: Step N° ... · BY Read Seq. · sent 06
   says Program: Reading Error!
 silent; focus CommandRead > lose-at 1; CommandRead
-  CLEARED · Echo: none · sent 06 · undo: Read Seq. · redo: none
+  CLEARED · Echo: none
   LOST Your sequences were cleared when the read began; undo (Ctrl+Z) brings them back. Choose a port to connect again. / Program: Reading Error!
+  BY Read Seq. · sent 06
 )");
 }
 
 TEST_F(Effects, UndoAndTheClipboard) {
   ExpectRows(R"(
 focus ListSequence > keys ListSequence Ctrl+Z
-  -1 11 °|0 °*11|100 ms · -2 16 °|0 °*11|100 ms · +1 11 °|0 °*11|200  ms| · selected: 1
-  breaks: none · sequence 7: as listed · undo: Load Buffer · redo: Interpolate
-  LabelSeq: Sequence N° 7 · LabelSeqEmu: Sequence N° 7 · LabelStep: Step N° ...
-  LabelByte: 112 bytes · CommandOffset: OffSet Seq. 7 · LabelOffset: 42 bytes
+  -1 LINE 1 · -2 LINE 2 · +1 11 °|0 °*11|200  ms| · selected: 1
+  breaks: none · STORED 3 · SEQUENCE 7 AT 42 · undo: Load Buffer
+  redo: Interpolate
 focus ListSequence > keys ListSequence Ctrl+Y
-  ALL LINES · undo: Clear Sequence · redo: none
-  LabelSeq: Sequence N° 7 · LabelSeqEmu: Sequence N° 7 · LabelStep: Step N° ...
-  LabelByte: 112 bytes · CommandOffset: OffSet Seq. 7 · LabelOffset: 42 bytes
+  ALL LINES · LabelByte: 112 bytes · SEQUENCE 7 AT 42 · BY Clear Sequence
 seq 9; focus ListSequence > keys ListSequence Ctrl+Z
-  +0 1 °|0 °*11|100  ms| · +1 11 °|0 °*11|200  ms| · +2 21 °|0 °*11|300  ms| · selected: 1
-  row 3: 0*12:0
-  CurSeq: 7 · sequence 7: as listed · flash: 112 bytes 0:2@0 6:1@28 7:3@42 8:1@84 15:1@98
+  +0 LINE 0 · +1 11 °|0 °*11|200  ms| · +2 21 °|0 °*11|300  ms| · selected: 1
+  row 3: 0*12:0 · CurSeq: 7 · sequence 7: as listed
+  flash: 112 bytes 0:2@0 6:1@28 7:3@42 8:1@84 15:1@98 · LabelByte: 112 bytes · SEQUENCE 7 AT 42
   undo: Load Buffer · redo: Interpolate
-  LabelSeq: Sequence N° 7 · LabelSeqEmu: Sequence N° 7 · LabelStep: Step N° ...
-  LabelByte: 112 bytes · CommandOffset: OffSet Seq. 7 · LabelOffset: 42 bytes
 CommandAdd; focus ListSequence > keys ListSequence Ctrl+Z
-  -3 36 °|0 °*10|-64 °|340 ms · selected: 2 · breaks: 0 3 · undo: Interpolate · redo: Add
-  sequence 7: 130,128*11:100 150,128*11:200 170,128*11:300
-  flash: 112 bytes 0:2@0 6:1@28 7:3@42 8:1@84 15:1@98
+  -3 36 °|0 °*10|-64 °|340 ms · selected: 2 · breaks: 0 3 · sequence 7: THREE STEPS
+  flash: 112 bytes 0:2@0 6:1@28 7:3@42 8:1@84 15:1@98 · undo: Interpolate · redo: Add
 select 1; file none; menu SaveBuffer; fresh; focus ListSequence > keys ListSequence Ctrl+Z; keys ListSequence Ctrl+Y
 CommandClear; CommandClearAll; fresh; focus ListSequence > keys ListSequence Ctrl+Z; keys ListSequence Ctrl+Y
 focus ListSequence > keys ListSequence Ctrl+C
@@ -738,13 +681,9 @@ focus ListSequence; select -1 > keys ListSequence Ctrl+X
 focus ListSequence > keys ListSequence Ctrl+Shift+C
   clipboard: 1|0*11|100 / 11|0*11|100 / 16|0*11|100 / 21|0*11|300
 focus ListSequence > keys ListSequence Ctrl+X
-  clipboard: 16|0*11|100 · -2 16 °|0 °*11|100 ms · breaks: none · undo: Cut · redo: none
-  sequence 7: as listed
-  LabelByte: 112 bytes · LabelStep: Step N° 2 · CommandOffset: OffSet Seq. 7 · LabelOffset: 42 bytes
+  clipboard: 16|0*11|100 · -2 LINE 2 · breaks: none · STORED 3 · NAMED 2 · BY Cut
 copied 5|0|0|0|0|0|0|0|0|0|0|0|60; focus ListSequence > keys ListSequence Ctrl+V
-  +3 5 °|0 °*11|60 ms · selected: 3 · breaks: none · undo: Paste · redo: none
-  sequence 7: as listed · flash: 140 bytes 0:2@0 6:1@28 7:5@42 8:1@112 15:1@126
-  LabelByte: 140 bytes · LabelStep: Step N° 3 · CommandOffset: OffSet Seq. 7 · LabelOffset: 42 bytes
+  +3 5 °|0 °*11|60 ms · selected: 3 · breaks: none · STORED 5 · NAMED 3 · BY Paste
 focus ListSequence; copied junk > keys ListSequence Ctrl+V
   says Program: Nothing is pasted. Line 1 is no step: it has fewer than 13 fields.
 focus ListSequence > keys ListSequence Ctrl+V
@@ -762,8 +701,7 @@ select 0 > CommandInterpolate
   DialogInterp.OptionINterp_0 disabled
 select 3 > CommandInterpolate
   OPENED · DialogInterp.OptionINterp_0: Interpolation With Previous Step, chosen
-  DialogInterp.OptionINterp_1: Interpolation With Next Step
-  DialogInterp.OptionINterp_1 disabled
+  DialogInterp.OptionINterp_1: Interpolation With Next Step · DialogInterp.OptionINterp_1 disabled
 select -1 > CommandInterpolate
 seq 8; select 0 > CommandInterpolate
 CommandInterpolate > OKButton
@@ -775,10 +713,10 @@ CommandInterpolate; OptionINterp_1; count 6 > OKButton
 CommandInterpolate; OptionINterp_0; count 6 > OKButton
   says Note: Number of Steps too high for selected Step Time!
 CommandInterpolate; OptionINterp_1; count 2 > OKButton
-  UNLOCKED · -2 16 °|0 °*11|100 ms · +2 16 °|0 °*11|60 ms · +3 18.5 °|0 °*11|40 ms · breaks: 0 4
+  UNLOCKED · -2 LINE 2 · +2 16 °|0 °*11|60 ms · +3 18.5 °|0 °*11|40 ms · breaks: 0 4
   LabelStep: Step N° 2 · redo: none
 CommandInterpolate; OptionINterp_0; count 2 > OKButton
-  UNLOCKED · -1 11 °|0 °*11|100 ms · +1 11 °|0 °*11|60 ms · +2 13.5 °|0 °*11|40 ms · breaks: 0 4
+  UNLOCKED · -1 LINE 1 · +1 11 °|0 °*11|60 ms · +2 13.5 °|0 °*11|40 ms · breaks: 0 4
   selected: 1 · LabelStep: Step N° 1 · redo: none
 )");
 }
@@ -786,14 +724,14 @@ CommandInterpolate; OptionINterp_0; count 2 > OKButton
 TEST_F(Effects, Closing) {
   ExpectRows(R"(
 connect; CWButtonEmuPC; CWButtonMainOnOff > close
-  sent 00 00 · timer: off · port: closed · program: ending
+  timer: off · port: closed · program: ending · focus: none · sent 00 00
 )");
 }
 
 TEST_F(Effects, Quit) {
   ExpectRows(R"(
 connect; CWButtonEmuPC > menu Quit
-  sent 00 · timer: off · port: closed · program: ending
+  timer: off · port: closed · program: ending · sent 00
 )");
 }
 

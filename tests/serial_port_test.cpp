@@ -52,23 +52,6 @@ struct MSCommTest : testing::Test {
   int lost = 0;
 };
 
-TEST_F(MSCommTest, FullReceiveBufferDropsAndReports) {
-  comm.SetInBufferSize(4);
-  comm.SetInputLen(1);
-  QStringList events;
-  QObject::connect(&comm, &MSComm::OnComm, [&] {
-    const bool received = comm.CommEvent() == kCommEvReceive;
-    events += received ? QString(comm.Input()) : QString::number(comm.CommEvent());
-  });
-  Receive("ab");  // the limit counts for all that waits, in however many bursts it came
-  Receive("cd");
-  EXPECT_EQ(events.join(' '), "");
-  Receive("efg");
-  comm.SetRThreshold(1);
-  QTest::qWait(25);
-  EXPECT_EQ(events.join(' '), "1008 a b c d");
-}
-
 // A line that is read by nobody, or not at once.
 struct StuckLine {
   StuckLine() : fd(posix_openpt(O_RDWR | O_NOCTTY)) {

@@ -4,12 +4,10 @@
 #include <poll.h>
 #include <unistd.h>
 
-#include <tuple>
 #include <vector>
 
-#include "board/servo_board.h"
 #include "board/simulated_board.h"
-#include "rig/sequences.h"
+#include "rig/bytes.h"
 
 using namespace std::chrono_literals;
 

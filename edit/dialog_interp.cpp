@@ -7,6 +7,7 @@
 #include "platform/controls/option_button.h"
 #include "platform/controls/push_button.h"
 #include "platform/controls/twips.h"
+#include "platform/dialogs/modal.h"
 
 namespace pelmora {
 namespace {
@@ -33,6 +34,7 @@ DialogInterp::DialogInterp(const InterpolationParts& parts, std::vector<QWidget*
   setFixedSize(Pixels(5625), Pixels(2070));
   // A window of its own would not share the size that the main window's captions were fitted to.
   setFont(locked_.back()->font());
+  platform::TakeShortcutsOfParents(*this);
   BuildControls();
   connect(this, &QDialog::finished, this, &DialogInterp::Form_Unload);
   connect(&parts_.events, &platform::Events::Ended, this, &QDialog::reject);
@@ -106,17 +108,17 @@ void DialogInterp::OKButton_Click() {
   if (source < 0 || source + 1 >= lines) {
     parts_.message_box.Show(QStringLiteral("No step is selected that has a step %1 it!")
                                 .arg(QLatin1String(with_previous ? "before" : "after")),
-                            kNoteTitle);
+                            kNoteTitle, {.parent = this});
     return;
   }
   const EditRow& from = parts_.edited.Row(source);
   if (StepTimeTooShort(from[kDurationColumn], count)) {
     parts_.message_box.Show(QStringLiteral("Number of Steps too high for selected Step Time!"),
-                            kNoteTitle);
+                            kNoteTitle, {.parent = this});
     return;
   }
   if (lines - 1 + count > kSteps) {
-    parts_.message_box.Show(TooManyLinesText(), kNoteTitle);
+    parts_.message_box.Show(TooManyLinesText(), kNoteTitle, {.parent = this});
     return;
   }
   parts_.edited.Replace(source, Interpolate(from, parts_.edited.Row(source + 1), count));

@@ -67,7 +67,10 @@ class BoardLink : public QObject {
   const FlashRows& FlashImage() const { return flash_image_; }
 
   const SerialPort& Port() const { return serial_port_; }
-  void Say(const QString& text) const { message_box_.Show(text, kProgramTitle); }
+  // At the end of an operation.
+  void Say(const QString& text) const {
+    message_box_.Show(text, kProgramTitle, {.by_itself = true});
+  }
 
  signals:
   // A mode flag has been set or cleared.

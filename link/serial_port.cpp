@@ -82,7 +82,7 @@ void SerialPort::MSComm1_PortLost(bool emptied) {
                QLatin1String(emptied ? "Your sequences were cleared when the read began; undo "
                                        "(Ctrl+Z) brings them back."
                                      : "Your sequences are untouched.")),
-      kProgramTitle);
+      kProgramTitle, {.by_itself = true});
 }
 
 bool SerialPort::RequireConnection() const {

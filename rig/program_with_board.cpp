@@ -53,6 +53,8 @@ void ProgramWithBoard::Restart(Genuine genuine) {
   if (genuine.timer) hi_timer = &genuine_timer;
   form = std::make_unique<pelmora::Form1>(
       pelmora::Surroundings{events, *message_box, *file_dialog, *hi_timer, *ports_});
+  genuine_box_.SetParent(form.get());
+  genuine_files_.SetParent(form.get());
   hands = std::make_unique<Operator>(*form);
   if (genuine.screen.isValid()) form->PlaceOn(genuine.screen);
   form->show();

@@ -16,7 +16,8 @@ void ScriptedMessageBox::Expect(const QString& title, const QString& text,
   if (!anything_) expected_.push_back({Message(title, text), std::move(meanwhile)});
 }
 
-void ScriptedMessageBox::Show(const QString& text, const QString& title) {
+void ScriptedMessageBox::Show(const QString& text, const QString& title,
+                              const platform::MessageOptions&) {
   if (events_.Ending()) return;
   said.append(Message(title, text));
   if (Shown) Shown(text);

@@ -37,7 +37,8 @@ class ScriptedMessageBox : public platform::MessageBox {
   std::function<void(const QString& text)> Shown;
   // Every message so far, "Program: Data Flash Read!".
   QStringList said;
-  void Show(const QString& text, const QString& title) override;
+  void Show(const QString& text, const QString& title,
+            const platform::MessageOptions& options = {}) override;
 
  private:
   struct Expected {

@@ -1,6 +1,7 @@
 // The operator's hands: keys that are held or pressed with others, the wheel, double clicks and
 // presses that take the focus from an entry.
 #include <QAccessible>
+#include <QElapsedTimer>
 #include <QWheelEvent>
 
 #include "tests/window_fixture.h"
@@ -262,69 +263,194 @@ TEST_F(Hands, InterpolationDialogByKeyboard) {
   EXPECT_GE(label.width(), label.sizeHint().width());
 }
 
-// With the message boxes of the program itself.
+// With the message boxes and file dialogs of the program itself. Keys and clicks go through the
+// windows, as the window system gives them: a modal dialog keeps them from the others there.
 class HandsOnMessages : public Hands {
  protected:
   HandsOnMessages() {
-    Restart({.message_boxes = true});
+    Restart({.message_boxes = true, .file_dialogs = true});
     EXPECT_TRUE(Activate(*form));
   }
-  // Does `work` in the message box that opens next.
-  void InBox(std::function<void(QMessageBox&)> work) {
-    hands->When([this] { return form->findChild<QMessageBox*>() != nullptr; },
+  ~HandsOnMessages() override { form->close(); }  // nobody answers a message that comes then
+
+  // Does `work` in the message box or file dialog that opens next.
+  void InDialog(std::function<void(QDialog&)> work) {
+    hands->When([] { return QApplication::activeModalWidget() != nullptr; },
                 [this, work = std::move(work)] {
-                  auto* message = form->findChild<QMessageBox*>();
-                  ASSERT_TRUE(Activate(*message));
-                  work(*message);
+                  auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+                  ASSERT_TRUE(Activate(*dialog));
+                  work(*dialog);
                 });
+  }
+  static void WindowKeys(QWidget& window, const QString& keys) {
+    for (const QString& key : keys.split(' ')) {
+      const QKeyCombination pressed = QKeySequence(key)[0];
+      QTest::keyClick(window.windowHandle(), pressed.key(), pressed.keyboardModifiers());
+    }
+  }
+  void WindowClick(QWidget& control) {
+    QTest::mouseClick(form->windowHandle(), Qt::LeftButton, {},
+                      control.mapTo(form.get(), control.rect().center()));
   }
 };
 
-TEST_F(HandsOnMessages, CtrlQEndsTheProgram) {
+// The end of the program by Ctrl+Q, or as a signal asks for it, while something else is open.
+class EndBehind : public HandsOnMessages,
+                  public testing::WithParamInterface<std::tuple<const char*, bool>> {};
+
+TEST_P(EndBehind, SendsTheStopByte) {
+  const auto& [opener, by_key] = GetParam();
+  for (int i = 0; i < 2; ++i) Press("CommandAdd");
   Connect();
-  InBox([](QMessageBox& message) {
-    EXPECT_EQ(message.text(), "Data Flash Erased");
+  const auto end = [&, by_key = by_key](QDialog& dialog) {
+    if (by_key) {
+      WindowKeys(dialog, "Ctrl+Q");
+    } else {
+      form->close();
+    }
+  };
+  Bytes sent = by_key ? Bytes{0} : Bytes{0, 0};
+  if (opener == QString("SaveBuffer")) {
+    InDialog(end);
+    Trigger(opener);
+  } else if (opener == QString("CommandErase")) {
+    InDialog(end);
+    Press(opener);
+    sent.insert(sent.begin(), 7);
+  } else {
+    Press(opener);
+    auto& dialog = hands->Find<QDialog>("DialogInterp");
+    ASSERT_TRUE(Activate(dialog));
+    // Also while it has a message of its own.
+    hands->Type("CWNumEditInterp", "100", false);
+    InDialog(end);
+    hands->Click("OKButton");
+  }
+  EXPECT_TRUE(events.Ending());
+  Press("CommandErase");  // no message comes any more
+  ExpectSent(sent);
+}
+
+INSTANTIATE_TEST_SUITE_P(HandsOnMessages, EndBehind,
+                         testing::Combine(testing::Values("CommandErase", "SaveBuffer",
+                                                          "CommandInterpolate"),
+                                          testing::Bool()));
+
+TEST_F(HandsOnMessages, CtrlQEndsTheProgramInTheInterpolationDialog) {
+  for (int i = 0; i < 2; ++i) Press("CommandAdd");
+  Press("CommandInterpolate");
+  auto& dialog = hands->Find<QDialog>("DialogInterp");
+  ASSERT_TRUE(Activate(dialog));
+  WindowKeys(dialog, "Ctrl+Q");
+  EXPECT_TRUE(events.Ending());
+}
+
+TEST_F(HandsOnMessages, KeepTheKeyboardAndWhatIsBehindGetsNothing) {
+  for (int i = 0; i < 3; ++i) Press("CommandAdd");
+  const QStringList lines = Lines();
+  InDialog([&](QDialog& dialog) {
+    auto& message = dynamic_cast<QMessageBox&>(dialog);
+    EXPECT_EQ(message.text(), "No Connection Available!");
     EXPECT_EQ(message.textFormat(), Qt::PlainText);
     EXPECT_EQ(message.icon(), QMessageBox::Information);
     EXPECT_EQ(message.standardButtons(), QMessageBox::Ok);
-    // The window gets no input meanwhile, but the toolkit would let it be closed.
-    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
-    QTest::keyClick(&message, Qt::Key_Q, Qt::ControlModifier);
-  });
-  hands->Find<QPushButton>("CommandErase").click();
-  EXPECT_TRUE(events.Ending());
-  Press("CommandErase");  // no message comes any more
-  ExpectSent({7, 0});
-}
-
-TEST_F(HandsOnMessages, KeysAndClicksDoNotReachTheWindowBehind) {
-  for (int i = 0; i < 3; ++i) Press("CommandAdd");
-  const QStringList lines = Lines();
-  InBox([&](QMessageBox& message) {
-    hands->Keys(List(), "Up");
-    hands->Keys(hands->Find<QWidget>("CWSlide1_0"), "Up");
-    hands->Keys(*form, "Alt+A Alt+R Alt+Right Ctrl+S Ctrl+L");
-    hands->Click("CommandAdd");
-    hands->ClickLine("ListSequence", 0);
+    EXPECT_EQ(message.parentWidget(), form.get());
+    for (const char* control : {"CommandAdd", "CommandInterpolate", "CommandUp"}) {
+      WindowClick(hands->Find<QWidget>(control));
+    }
+    WindowKeys(*form, "Up Alt+A Alt+R Alt+Right Ctrl+S Ctrl+L Ctrl+X");
+    QAbstractButton& ok = *message.button(QMessageBox::Ok);
+    EXPECT_TRUE(ok.hasFocus());
+    const QImage focused = ok.grab().toImage();
+    ok.clearFocus();
+    EXPECT_NE(ok.grab().toImage(), focused) << "one sees what Enter would press";
+    ok.setFocus();
+    EXPECT_EQ(QApplication::activeWindow(), &message);
+    // It answers a press and takes a key at once; a key that is held opens and closes nothing more.
+    QTest::simulateEvent(message.button(QMessageBox::Ok), true, Qt::Key_Return, {}, "\r", true);
     EXPECT_TRUE(message.isVisible());
-    QTest::keyClick(&message, Qt::Key_Return);
+    WindowKeys(message, "Return");
+    EXPECT_FALSE(message.isVisible());
   });
   hands->Click("CWButtonMainOnOff");
   EXPECT_EQ(Lines(), lines);
   EXPECT_EQ(Selected(), 2);
-  EXPECT_EQ(hands->Read("CWSlide1_0"), "128");
-  EXPECT_TRUE(files.requests.empty());
+  EXPECT_EQ(form->findChild<QDialog*>("DialogInterp"), nullptr);
 }
 
-TEST_F(HandsOnMessages, HeldKeyDoesNotCloseTheMessageUnread) {
-  InBox([](QMessageBox& message) {
-    QWidget* button = message.button(QMessageBox::Ok);
-    QTest::simulateEvent(button, true, Qt::Key_Return, {}, "\r", true);
+TEST_F(HandsOnMessages, ThatComeByThemselvesAreNotAnsweredByWhatIsTyped) {
+  Connect();
+  InDialog([this](QDialog& message) {
+    QElapsedTimer shown;
+    shown.start();
+    WindowKeys(message, "1 Return Space Escape Alt+O");
     EXPECT_TRUE(message.isVisible());
-    QTest::keyClick(button, Qt::Key_Return);
-    EXPECT_FALSE(message.isVisible());
+    EXPECT_TRUE(hands->WaitUntil(
+        [&] {
+          WindowKeys(message, "Return");
+          return !message.isVisible();
+        },
+        2000));
+    EXPECT_GT(shown.elapsed(), 300);
+    EXPECT_LT(shown.elapsed(), 1000);
   });
-  hands->Click("CWButtonMainOnOff");
+  Press("CommandErase");
+  ExpectSent({7});
+}
+
+TEST_F(HandsOnMessages, GiveUpWhatThePointerIsDoing) {
+  for (int i = 0; i < 4; ++i) Press("CommandAdd");
+  const QStringList lines = Lines();
+  auto& fader = hands->Find<platform::CWSlide>("CWSlide1_3");
+  auto& button = hands->Find<QPushButton>("CommandRem");
+  QWidget& view = *List().viewport();
+  const auto centre = [this](int line) {
+    return List().visualItemRect(List().item(line)).center();
+  };
+  const QPoint handle(fader.width() / 2, (fader.fontMetrics().height() + fader.height()) / 2);
+  const auto message = [this] {
+    InDialog([](QDialog& dialog) { WindowKeys(dialog, "Return"); });
+    Press("CWButtonMainOnOff");
+  };
+  const auto dialog = [this] {
+    Press("CommandInterpolate");
+    auto& open = hands->Find<QDialog>("DialogInterp");
+    open.close();
+    QCoreApplication::sendPostedEvents(&open, QEvent::DeferredDelete);
+  };
+  for (const std::function<void()>& comes_up :
+       {std::function<void()>(message), std::function<void()>(dialog)}) {
+    Select(1);
+    QTest::mousePress(&view, Qt::LeftButton, {}, centre(1));
+    QTest::mouseMove(&view, centre(3));
+    EXPECT_EQ(Selected(), 3);
+    comes_up();
+    EXPECT_EQ(view.cursor().shape(), Qt::ArrowCursor);
+    EXPECT_EQ(Selected(), 1) << "the step that was dragged";
+    QTest::mouseMove(&view, centre(2));
+    QTest::mouseRelease(&view, Qt::LeftButton, {}, centre(2));
+    hands->Keys(List(), "Return");
+    EXPECT_EQ(hands->Read("LabelStep"), "Step N° 1") << "the key is alive";
+
+    QTest::mousePress(&fader, Qt::LeftButton, {}, handle);
+    QTest::mouseMove(&fader, handle - QPoint(0, 20));
+    const int reached = fader.value();
+    EXPECT_GT(reached, 130);
+    comes_up();
+    EXPECT_FALSE(fader.isSliderDown());
+    QTest::mousePress(&fader, Qt::RightButton, {}, handle);
+    QTest::mouseMove(&fader, handle + QPoint(0, 50));
+    QTest::mouseRelease(&fader, Qt::RightButton, {}, handle + QPoint(0, 50));
+    EXPECT_EQ(fader.value(), reached);
+    fader.setValue(128);
+
+    QTest::mousePress(&button, Qt::LeftButton);
+    comes_up();
+    EXPECT_FALSE(button.isDown());
+    QTest::mouseMove(&button, {5, 5});
+    QTest::mouseRelease(&button, Qt::LeftButton, {}, {5, 5});
+    EXPECT_EQ(Lines(), lines);
+  }
 }
 
 }  // namespace

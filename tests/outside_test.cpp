@@ -71,6 +71,7 @@ class Outside : public testing::Test {
 
   void AnswerMessage() {
     Focus("^Program$");
+    QThread::msleep(600);  // what is typed at once does not answer it
     Key("Return");
     QThread::msleep(200);
     XDoTool({"windowfocus", "--sync", window_});
@@ -136,6 +137,10 @@ TEST_F(Outside, SignalsEndTheProgramAsClosingTheWindowDoes) {
       Key("alt+v");
       Key("f");
       Click(kCommandErase);
+    }
+    if (signal == SIGHUP) {
+      Key("ctrl+s");
+      Focus("^Save As$");
     }
     kill(static_cast<pid_t>(program_.processId()), signal);
     ExpectEnd();

@@ -55,7 +55,7 @@ void DressControls(const Controls& controls, const platform::PortDirectory& port
     // Above the middle of its fields, which are wider.
     slide.SetAxis(controls.Text1[i]->geometry().center().x() - slide.x());
   }
-  // Also while a message or a file dialog is open.
+  // Also in the interpolation dialog, in messages and in file dialogs.
   controls.Quit->setShortcutContext(Qt::ApplicationShortcut);
   controls.Echo->setFocusPolicy(Qt::StrongFocus);
   for (platform::PushButton* button :

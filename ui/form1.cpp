@@ -323,6 +323,7 @@ void Form1::ConnectMenus() {
   choose(controls_->SaveBuffer, [&h] { h.buffer_commands.SaveBuffer_Click(); });
   choose(controls_->LoadBuffer, [&h] { h.buffer_commands.LoadBuffer_Click(); });
   choose(controls_->Quit, [this] { Quit_Click(); });
+  addAction(controls_->Quit);  // for the dialogs, which look for it among the window's own actions
   choose(controls_->Resetting, [&h] { h.control.Resetting_Click(); });
   choose(controls_->FreshProg, [this](bool checked) { FreshProg_Click(checked); });
   choose(controls_->Emu, [this](bool checked) { Emu_Click(checked); });

@@ -21,6 +21,8 @@ int main(int argc, char** argv) {
   platform::SystemHiTimer timer;
   const platform::MachinePorts ports;
   pelmora::Form1 form({events, message_box, file_dialog, timer, ports});
+  message_box.SetParent(&form);
+  file_dialog.SetParent(&form);
   QObject::connect(&events, &platform::Events::Ended, &application, [] { QApplication::exit(0); });
   QObject::connect(&end_signals, &platform::EndSignals::Requested, &form, &QWidget::close);
   end_signals.Watch();

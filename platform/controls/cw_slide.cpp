@@ -6,6 +6,7 @@
 #include <QWheelEvent>
 #include <algorithm>
 
+#include "platform/controls/given_up.h"
 #include "platform/look/slide_style.h"
 
 namespace platform {
@@ -73,6 +74,16 @@ void CWSlide::timerEvent(QTimerEvent* event) {
   } else {
     QSlider::timerEvent(event);
   }
+}
+
+bool CWSlide::event(QEvent* event) {
+  if (TakesPointer(*event, *this)) {
+    follow_timer_.stop();
+    setSliderPosition(value());
+    QMouseEvent release = ReleaseBeside(*this);
+    QSlider::mouseReleaseEvent(&release);
+  }
+  return QSlider::event(event);
 }
 
 // The style draws in the middle of its rectangle and looks for a press there: that middle is the

@@ -43,6 +43,7 @@ class CWSlide : public QSlider {
   std::function<bool()> MayChange;
 
  protected:
+  bool event(QEvent* event) override;
   void initStyleOption(QStyleOptionSlider* option) const override;
   void paintEvent(QPaintEvent* event) override;
   void timerEvent(QTimerEvent* event) override;

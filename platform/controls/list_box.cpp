@@ -9,6 +9,7 @@
 #include <QWheelEvent>
 #include <algorithm>
 
+#include "platform/controls/given_up.h"
 #include "platform/look/list_look.h"
 
 namespace platform {
@@ -267,6 +268,7 @@ void ListBox::paintEvent(QPaintEvent* event) {
 
 // The toolkit shows the focus on a line only; an empty list shows it, too.
 bool ListBox::event(QEvent* event) {
+  if (TakesPointer(*event, *this)) GiveUp();
   const bool done = QListWidget::event(event);
   if (event->type() == QEvent::Paint && hasFocus()) {
     QPainter painter(this);
@@ -318,19 +320,22 @@ void ListBox::EndGesture() {
   BringIntoView(ListIndex());
 }
 
+// A step that was being dragged stays selected where it is.
+void ListBox::GiveUp() {
+  if (gesture_.Dragging()) SetListIndex(gesture_.From());
+  EndGesture();
+}
+
 // Once another window has come up, the release may never arrive.
 void ListBox::changeEvent(QEvent* event) {
   QListWidget::changeEvent(event);
   if (event->type() == QEvent::FontChange) FitRows();
-  if ((event->type() == QEvent::ActivationChange && !isActiveWindow()) ||
-      (event->type() == QEvent::EnabledChange && !isEnabled())) {
-    EndGesture();
-  }
+  if (event->type() == QEvent::ActivationChange && !isActiveWindow()) GiveUp();
 }
 
 void ListBox::hideEvent(QHideEvent* event) {
   QListWidget::hideEvent(event);
-  EndGesture();
+  GiveUp();
 }
 
 void ListBox::keyPressEvent(QKeyEvent* event) {

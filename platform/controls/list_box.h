@@ -110,6 +110,7 @@ class ListBox : public QListWidget {
   void LinesChange();
   void Announce(int line);
   void EndGesture();
+  void GiveUp();
   bool TakeKey(const QKeyEvent& event);
   void AskToMove(int distance);
 

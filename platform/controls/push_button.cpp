@@ -4,6 +4,8 @@
 #include <QPointer>
 #include <QShortcutEvent>
 
+#include "platform/controls/given_up.h"
+
 namespace platform {
 
 PushButton::PushButton(const QString& caption, QWidget* parent) : QPushButton(caption, parent) {
@@ -11,6 +13,10 @@ PushButton::PushButton(const QString& caption, QWidget* parent) : QPushButton(ca
 }
 
 bool PushButton::event(QEvent* event) {
+  if (TakesPointer(*event, *this)) {
+    QMouseEvent release = ReleaseBeside(*this);
+    mouseReleaseEvent(&release);
+  }
   if (event->type() != QEvent::Shortcut) return QPushButton::event(event);
   const auto& mnemonic = static_cast<const QShortcutEvent&>(*event);
   if (mnemonic.isAmbiguous()) return QPushButton::event(event);

@@ -51,8 +51,8 @@ QString NameFilter(const Entry& type) {
 // quotation marks for several names, and asks about names that do not exist.
 class Dialog : public QFileDialog {
  public:
-  Dialog(const FileRequest& request, bool save, const QString& folder)
-      : QFileDialog(DialogParent()),
+  Dialog(const FileRequest& request, bool save, const QString& folder, QWidget* parent)
+      : QFileDialog(parent),
         types_(Entries(request.filter)),
         extension_(request.default_extension) {
     setObjectName("FileDialog");
@@ -179,7 +179,7 @@ std::optional<QString> ModalFileDialog::ShowOpen(const FileRequest& request) {
 
 std::optional<QString> ModalFileDialog::Show(const FileRequest& request, bool save) {
   if (events_.Ending()) return std::nullopt;
-  const QPointer<Dialog> dialog = new Dialog(request, save, folder_);
+  const QPointer<Dialog> dialog = new Dialog(request, save, folder_, ModalParent(parent_));
   std::optional<QString> path;
   if (RunModal(*dialog, events_)) {
     path = dialog->Path();

@@ -1,7 +1,9 @@
 // The Open / Save file dialog.
 #pragma once
 
+#include <QPointer>
 #include <QString>
+#include <QWidget>
 #include <optional>
 
 #include "platform/system/events.h"
@@ -35,6 +37,9 @@ class ModalFileDialog : public FileDialog {
  public:
   explicit ModalFileDialog(Events& events);
 
+  // The main window, once there is one.
+  void SetParent(QWidget* parent) { parent_ = parent; }
+
   std::optional<QString> ShowSave(const FileRequest& request) override;
   std::optional<QString> ShowOpen(const FileRequest& request) override;
 
@@ -42,6 +47,7 @@ class ModalFileDialog : public FileDialog {
   std::optional<QString> Show(const FileRequest& request, bool save);
 
   Events& events_;
+  QPointer<QWidget> parent_;
   QString folder_;
 };
 

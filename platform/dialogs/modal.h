@@ -7,17 +7,16 @@
 
 namespace platform {
 
-// The window that a new dialog belongs to: the dialog that is open already (the innermost), or the
-// main window; null before there is a window.
-QWidget* DialogParent();
+// The window that a new modal dialog belongs to: the modal dialog that is open already, so that the
+// new one comes to stand above it, or else `window`.
+QWidget* ModalParent(QWidget* window);
 
-// Shows a dialog and returns once it is closed, deleted, or the program ends; events are processed
-// meanwhile. True when it is still there and was accepted.
-//
-// Pointer and keyboard reach no window but the dialog and those opened from it. The toolkit's own
-// modality would also keep the operator from closing the main window; here that stays possible, and
-// so do the shortcuts of actions that are meant for the whole application. A key that was held when
-// the dialog came up does nothing in it.
+// Makes the shortcuts that a dialog's parents have for the whole application work in it, too: the
+// toolkit ignores those of a window that is blocked or disabled.
+void TakeShortcutsOfParents(QDialog& dialog);
+
+// Shows a dialog, with its parents' shortcuts, and returns once it is closed, deleted, or the
+// program ends; events are processed meanwhile. True when it is still there and was accepted.
 bool RunModal(QDialog& dialog, Events& events);
 
 }  // namespace platform

@@ -1,6 +1,9 @@
 // The message box on the screen, with an information icon and one OK button.
 #pragma once
 
+#include <QPointer>
+#include <QWidget>
+
 #include "platform/system/events.h"
 #include "platform/system/message_box.h"
 
@@ -11,10 +14,14 @@ class ModalMessageBox : public MessageBox {
  public:
   explicit ModalMessageBox(Events& events) : events_(events) {}
 
-  void Show(const QString& text, const QString& title) override;
+  // The main window, once there is one.
+  void SetParent(QWidget* parent) { parent_ = parent; }
+
+  void Show(const QString& text, const QString& title, const MessageOptions& options = {}) override;
 
  private:
   Events& events_;
+  QPointer<QWidget> parent_;
 };
 
 }  // namespace platform

@@ -398,6 +398,26 @@ TEST_F(HandsOnMessages, ThatComeByThemselvesAreNotAnsweredByWhatIsTyped) {
   ExpectSent({7});
 }
 
+TEST_F(HandsOnMessages, ThatComeWhileAMenuIsOpenCloseIt) {
+  Connect();
+  auto& file = *qobject_cast<QMenu*>(hands->Find<QAction>("SaveBuffer").parent());
+  file.popup(form->mapToGlobal(QPoint(5, 5)));
+  bool answered = false;
+  InDialog([&](QDialog& dialog) {
+    auto& message = dynamic_cast<QMessageBox&>(dialog);
+    EXPECT_TRUE(message.text().startsWith("The connection on Comm1"));
+    QTest::mouseClick(message.button(QMessageBox::Ok), Qt::LeftButton);
+    answered = true;
+  });
+  board.Unplug();
+  EXPECT_TRUE(hands->WaitUntil([&] { return answered && !form->findChild<QMessageBox*>(); }));
+  EXPECT_FALSE(file.isVisible());
+  ASSERT_TRUE(Activate(*form));
+  hands->Click("CommandAdd");
+  EXPECT_EQ(Lines().size(), 1);
+  EXPECT_TRUE(files.requests.empty());
+}
+
 TEST_F(HandsOnMessages, GiveUpWhatThePointerIsDoing) {
   for (int i = 0; i < 4; ++i) Press("CommandAdd");
   const QStringList lines = Lines();

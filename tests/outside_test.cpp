@@ -42,6 +42,8 @@ class Outside : public testing::Test {
     environment_.insert("DISPLAY", ":" + x_server_.readLine().trimmed());
     environment_.insert("QT_QPA_PLATFORM", "xcb");
     environment_.insert("XDG_RUNTIME_DIR", folder_.path());
+    // Without an address the toolkit may start a session bus, which leaves a folder in HOME.
+    environment_.insert("DBUS_SESSION_BUS_ADDRESS", "unix:path=" + folder_.filePath("no bus"));
   }
 
   void TearDown() override {

@@ -7,6 +7,7 @@
 #include <QMenuBar>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QSignalSpy>
 #include <QToolTip>
 
 #include "tests/window_fixture.h"
@@ -323,6 +324,23 @@ TEST_F(SmallScreen, LetsEveryControlBeReached) {
     hands->Find<QWidget>("Text1_0").setFocus();
     QTest::keyClick(form->focusWidget(), Qt::Key_C, Qt::AltModifier);
     EXPECT_TRUE(IsWhollySeen(hands->Find<QWidget>("CommandReplace")));
+  }
+}
+
+TEST_F(SmallScreen, AControlThatIsHalfSeenTakesAClick) {
+  ShowOn(QRect(0, 0, 800, 500));
+  auto& view = *form->findChild<QScrollArea*>();
+  for (const auto& [name, hidden_above] : {std::pair("CommandMoreSeq", 0), {"CommandClear", 1}}) {
+    auto& control = hands->Find<QPushButton>(name);
+    QSignalSpy clicks(&control, &QPushButton::clicked);
+    List().setFocus();
+    const int middle = control.mapTo(view.widget(), control.rect().center()).y();
+    view.verticalScrollBar()->setValue(middle - hidden_above * view.viewport()->height());
+    const QRect seen = control.visibleRegion().boundingRect();
+    EXPECT_NEAR(seen.height(), control.height() / 2, 2) << name;
+    const QPoint place = control.mapTo(form.get(), seen.center());
+    QTest::mouseClick(form->windowHandle(), Qt::LeftButton, {}, place);
+    EXPECT_EQ(clicks.size(), 1) << name;
   }
 }
 

@@ -24,6 +24,7 @@
 #include "link/board_link.h"
 #include "link/debug_panel.h"
 #include "link/serial_port.h"
+#include "movement/movement_window.h"
 #include "platform/serial/ms_comm.h"
 #include "playback/breakpoints.h"
 #include "playback/pc_emulator.h"
@@ -126,6 +127,7 @@ Form1::Form1(const Surroundings& surroundings)
 }
 
 Form1::~Form1() {
+  movement_.reset();
   wiring_.reset();
   for (TextField* field : controls_->Text1) {
     field->KeyPress = nullptr;
@@ -233,8 +235,10 @@ void Form1::ConnectEditing() {
     return SpokenStep(line, controls_->ListSequence->List(line),
                       h.pc_emulator.Halted() && line == h.edited.ListIndex());
   };
-  new ListMenu(*controls_->ListSequence, {h.edited, h.undo, h.step_clipboard, h.step_list},
-               wiring_.get());
+  list_menu_ = new ListMenu(*controls_->ListSequence,
+                            {h.edited, h.undo, h.step_clipboard, h.step_list}, wiring_.get());
+  connect(list_menu_, &ListMenu::MovementWanted, wiring_.get(),
+          [this](bool shown) { ShowMovement(shown); });
   PressByKey(Qt::ALT | Qt::Key_Right, *controls_->CommandUp);
   PressByKey(Qt::ALT | Qt::Key_Left, *controls_->CommandDwn);
 }
@@ -342,6 +346,30 @@ void Form1::Emu_Click(bool checked) {
 void Form1::Serial_Click(bool checked) {
   controls_->FrameSer->setVisible(checked);
   controls_->FrameInfo->setVisible(checked);
+}
+
+// It costs no start that doesn't show it.
+void Form1::ShowMovement(bool shown) {
+  if (!movement_ && shown) {
+    Handlers& h = *handlers_;
+    const auto played = [&h]() -> std::optional<PlayedStep> {
+      const std::optional<HeldStep> held = h.pc_emulator.Held();
+      if (!held) return std::nullopt;
+      return PlayedStep{held->line, held->since, h.pc_emulator.Halted()};
+    };
+    movement_ = std::make_unique<MovementWindow>(
+        MovementParts{h.edited, h.step_list, controls_->CWSlide1, played}, *this);
+    list_menu_->ShareKeysWith(*movement_);
+    connect(movement_.get(), &MovementWindow::Shown, list_menu_, &ListMenu::SetMovementShown);
+    connect(&h.pc_emulator, &PcEmulator::StateChanged, movement_.get(),
+            &MovementWindow::PlaybackChanged);
+    connect(&surroundings_.events, &platform::Events::Ended, movement_.get(), &QWidget::hide);
+  }
+  if (shown) {
+    movement_->Open();
+  } else if (movement_) {
+    movement_->hide();
+  }
 }
 
 void Form1::Form_Load() {

@@ -31,6 +31,8 @@ struct Surroundings {
 class BoardLink;
 struct Controls;
 class EditedSequence;
+class ListMenu;
+class MovementWindow;
 class PcEmulator;
 
 class Form1 : public platform::MainWindow {
@@ -66,6 +68,7 @@ class Form1 : public platform::MainWindow {
   void ConnectFlash();
   void ConnectPlayback();
   void ConnectMenus();
+  void ShowMovement(bool shown);
   void Form_Load();
   void Form_Unload();
   void Form_Terminate();
@@ -87,6 +90,8 @@ class Form1 : public platform::MainWindow {
   QRect screen_;    // where the window has to find its place; without one it stays where it is
   QMargins frame_;  // around the window, as far as it is known
   platform::ScrollView* view_ = nullptr;  // on a screen that is too small
+  ListMenu* list_menu_ = nullptr;
+  std::unique_ptr<MovementWindow> movement_;  // made when it is wanted first
 };
 
 }  // namespace pelmora

@@ -38,6 +38,13 @@ ListMenu::ListMenu(platform::ListBox& list, const ListMenuHandlers& handlers, QO
   move_down_ = AddItem(QStringLiteral("Move &Down\tCtrl+Down"), [this] { MoveBy(1); });
   show_step_ =
       AddItem(QStringLiteral("S&how Step\tEnter"), [&h] { h.step_list.ListSequence_DblClick(); });
+  menu_.addSeparator();
+  movement_ =
+      AddItem(QStringLiteral("Mo&vement"), [this] { emit MovementWanted(movement_->isChecked()); });
+  movement_->setCheckable(true);
+  movement_->setShortcut(Qt::CTRL | Qt::Key_M);
+  movement_->setAutoRepeat(false);
+  list_.window()->addAction(movement_);
 
   connect(&list_, &platform::ListBox::ContextMenuWanted, &menu_,
           [this](QPoint place) { menu_.popup(place); });

@@ -1,5 +1,5 @@
 // The step list's context menu, and the keys that belong to it: undo and redo, cut, copy and paste,
-// moving and showing a step.
+// moving and showing a step, the window "Movement".
 #pragma once
 
 #include <QAction>
@@ -27,9 +27,19 @@ struct ListMenuHandlers {
 class ListMenu : public QObject {
   Q_OBJECT
  public:
-  // The keys of undo, redo and the clipboard work in the whole window; a text field that has the
-  // focus keeps those that it knows itself. The handlers outlive the menu, and so does the list.
+  // The keys of undo, redo, the clipboard and "Movement" work in the whole window; a text field
+  // that has the focus keeps those that it knows itself. The handlers outlive the menu, and so does
+  // the list.
   ListMenu(platform::ListBox& list, const ListMenuHandlers& handlers, QObject* parent);
+
+  // The keys of undo, redo and "Movement" work in this window, too.
+  void ShareKeysWith(QWidget& window) { window.addActions({undo_, redo_, movement_}); }
+  // The item's check mark: whether the window "Movement" is shown. Emits nothing.
+  void SetMovementShown(bool shown) { movement_->setChecked(shown); }
+
+ signals:
+  // The operator wants the window "Movement" to be shown, or hidden.
+  void MovementWanted(bool shown);
 
  private:
   using Action = std::function<void()>;
@@ -51,6 +61,7 @@ class ListMenu : public QObject {
   QAction* move_up_ = nullptr;
   QAction* move_down_ = nullptr;
   QAction* show_step_ = nullptr;
+  QAction* movement_ = nullptr;
 };
 
 }  // namespace pelmora

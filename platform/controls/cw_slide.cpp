@@ -68,6 +68,21 @@ void CWSlide::Follow() {
   if (sliderPosition() != value()) triggerAction(SliderMove);
 }
 
+void CWSlide::Lead(int value) {
+  setSliderPosition(value);
+  Follow();
+}
+
+void CWSlide::Settle() {
+  follow_timer_.stop();
+  setValue(sliderPosition());
+}
+
+void CWSlide::Stay() {
+  follow_timer_.stop();
+  setSliderPosition(value());
+}
+
 void CWSlide::timerEvent(QTimerEvent* event) {
   if (event->timerId() == follow_timer_.timerId()) {
     Follow();

@@ -42,6 +42,13 @@ class CWSlide : public QSlider {
   // that moment. A release announces its value at once. Without it every move is announced.
   std::function<bool()> MayChange;
 
+  // A drag by other means than the pointer on the handle. `Lead` takes the handle along, and the
+  // value follows as in a drag; `Settle` ends it as a release does, `Stay` by taking the handle
+  // back to the value that was announced last.
+  void Lead(int value);
+  void Settle();
+  void Stay();
+
  protected:
   bool event(QEvent* event) override;
   void initStyleOption(QStyleOptionSlider* option) const override;

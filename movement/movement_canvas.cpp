@@ -1,0 +1,593 @@
+#include "movement/movement_canvas.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QToolTip>
+#include <QWheelEvent>
+#include <algorithm>
+#include <cmath>
+#include <span>
+#include <utility>
+
+#include "movement/movement_access.h"
+#include "movement/movement_look.h"
+#include "movement/movement_text.h"
+
+namespace pelmora {
+namespace {
+
+constexpr int kHeadMilliseconds = 16;
+constexpr int kScrollMilliseconds = 30;  // while a drag is held beside the lanes
+constexpr double kScrollShare = 0.02;    // of the view, each time
+constexpr double kWheelShare = 0.1;      // of the view, for a notch
+constexpr double kNotch = 120;           // what the toolkit counts for a notch of the wheel
+constexpr double kZoom = 0.8;            // how much of the view a notch or a key leaves
+constexpr double kTremble = 3;           // pixels that are no drag yet
+constexpr int kAround = 14;              // pixels beside a step that belong to its marks,
+constexpr int kAroundNumber = 40;        // and on the ruler to its number
+constexpr int kHalfDegree = 1;
+constexpr int kFiveDegrees = 10;
+constexpr double kLeastMark = 4;  // pixels of the mark of a step that comes late
+
+Qt::CursorShape CursorOf(Part part) {
+  if (part == Part::kEnd) return Qt::SplitHCursor;
+  if (part == Part::kLevel) return Qt::SplitVCursor;
+  return Qt::ArrowCursor;
+}
+
+}  // namespace
+
+MovementCanvas::MovementCanvas(const MovementParts& parts, QWidget* parent)
+    : QWidget(parent), parts_(parts), shaping_(parts.edited, parts.faders) {
+  setObjectName(QStringLiteral("MovementCanvas"));
+  setFocusPolicy(Qt::StrongFocus);
+  setMouseTracking(true);
+  setAttribute(Qt::WA_OpaquePaintEvent);
+  setMinimumSize(400, Places::kRuler + 280);
+  SpeakSelectedStep();
+  connect(&parts_.edited, &EditedSequence::SequenceChanged, this, &MovementCanvas::SequenceChanged);
+  connect(&parts_.edited, &EditedSequence::SelectionChanged, this,
+          &MovementCanvas::SelectionChanged);
+  connect(&parts_.edited, &EditedSequence::BreakpointsChanged, this, [this] { update(); });
+  SequenceChanged();
+}
+
+ShownSteps MovementCanvas::Steps() const {
+  const auto rows = std::span(parts_.edited.Data().EditBuffer);
+  return ShownSteps(
+      rows.first(static_cast<std::size_t>(std::min(parts_.edited.ListCount(), kSteps))),
+      shaping_.Tried());
+}
+
+Hit MovementCanvas::Under(const QPointF& point) const {
+  const ShownSteps steps = Steps();
+  return HitAt(places_, steps, StepTimes(steps), point.x(), point.y());
+}
+
+// What happens elsewhere ends a drag. What is dropped here is no drag any more.
+void MovementCanvas::SequenceChanged() {
+  GiveUp();
+  selected_ = parts_.edited.ListIndex();
+  total_ = StepTimes(Steps()).Total();
+  ChangeTime([this](TimeScale& time) {
+    time.SetTotal(total_);
+    if (fitted_ && !keep_zoom_) time.Fit();
+  });
+  head_ = HeadTime();
+  ShowAllAgain();
+}
+
+void MovementCanvas::SelectionChanged() {
+  UpdateStep(selected_);
+  selected_ = parts_.edited.ListIndex();
+  UpdateStep(selected_);
+  UpdateNames();
+  const ShownSteps steps = Steps();
+  // What is under a pressed button stays there.
+  if (selected_ >= 0 && selected_ < steps.Count() && !press_) {
+    const StepTimes times(steps);
+    ChangeTime([&](TimeScale& time) { time.Bring(times.Start(selected_), times.End(selected_)); });
+  }
+  PlaybackChanged();
+  TellTexts();
+}
+
+void MovementCanvas::TellTexts() {
+  emit TextsChanged();
+  TellSelectedStep(*this, SelectedStep());
+}
+
+void MovementCanvas::ChangeTime(const std::function<void(TimeScale&)>& change) {
+  const TimeScale before = places_.time;
+  change(places_.time);
+  if (places_.time == before) return;
+  update();
+  emit TimeChanged();
+}
+
+void MovementCanvas::Fit() {
+  fitted_ = true;
+  ChangeTime([](TimeScale& time) { time.Fit(); });
+}
+
+void MovementCanvas::Zoom(double x, double factor) {
+  fitted_ = false;
+  ChangeTime([&](TimeScale& time) { time.ZoomAround(x - Places::kLabels, factor); });
+  FollowPointer();
+}
+
+void MovementCanvas::ScrollTo(int left_ms) {
+  ChangeTime([&](TimeScale& time) { time.ScrollTo(left_ms); });
+  FollowPointer();
+}
+
+void MovementCanvas::LayOutLanes() {
+  places_.lanes = Lanes(Places::kRuler, height() - Places::kRuler, chosen_);
+  FollowPointer();
+  update();
+}
+
+void MovementCanvas::resizeEvent(QResizeEvent*) {
+  LayOutLanes();
+  ChangeTime([&](TimeScale& time) {
+    time.SetWidth(width() - Places::kLabels);
+    if (fitted_) time.Fit();
+  });
+}
+
+void MovementCanvas::Choose(int channel) {
+  if (channel < 0 || channel == chosen_) return;
+  chosen_ = channel;
+  LayOutLanes();
+  TellTexts();
+}
+
+void MovementCanvas::SelectStep(int step) {
+  const int last = parts_.edited.ListCount() - 1;
+  if (last >= 0) parts_.edited.Select(std::clamp(step, 0, last));
+}
+
+// The step whose angles stand at the names.
+int MovementCanvas::NamedStep() const {
+  return pointer_ && hit_.step >= 0 ? hit_.step : selected_;
+}
+
+QString MovementCanvas::Total() const {
+  const ShownSteps steps = Steps();
+  return TotalText(steps, StepTimes(steps), parts_.edited.DecimalPoint());
+}
+
+QString MovementCanvas::State() const {
+  if (!pointer_ || hit_.step < 0) return SelectedStep();
+  const ShownSteps steps = Steps();
+  return StepText(steps, StepTimes(steps), hit_.step, hit_.channel, parts_.edited.DecimalPoint());
+}
+
+QString MovementCanvas::SelectedStep() const {
+  const ShownSteps steps = Steps();
+  if (selected_ < 0 || selected_ >= steps.Count()) return {};
+  return StepText(steps, StepTimes(steps), selected_, chosen_, parts_.edited.DecimalPoint());
+}
+
+void MovementCanvas::paintEvent(QPaintEvent* event) {
+  const ShownSteps steps = Steps();
+  const StepTimes times(steps);
+  const MovementScene scene{.steps = steps,
+                            .times = times,
+                            .places = places_,
+                            .decimal_point = parts_.edited.DecimalPoint(),
+                            .size = size(),
+                            .selected = selected_ < steps.Count() ? selected_ : -1,
+                            .halted = halted_,
+                            .named = NamedStep() < steps.Count() ? NamedStep() : -1,
+                            .focused = hasFocus(),
+                            .head = head_,
+                            .handle = HandlePlace(steps, times),
+                            .bubble = Bubble()};
+  QPainter painter(this);
+  for (const QRect& part : event->region()) DrawMovement(painter, part, scene, palette());
+}
+
+void MovementCanvas::UpdateStep(int step) {
+  const ShownSteps steps = Steps();
+  if (step < 0 || step >= steps.Count()) return;
+  const StepTimes times(steps);
+  const double left = std::max(0.0, places_.X(times.Start(step)));
+  const double right = std::min<double>(width(), places_.X(times.End(step)));
+  if (right < left) return;
+  const QRect span = QRectF(left, 0, right - left, height()).toAlignedRect();
+  update(span.adjusted(-kAround, 0, kAround, 0));
+  update(span.adjusted(-kAroundNumber, 0, kAroundNumber, Places::kRuler - height()));
+}
+
+void MovementCanvas::UpdateNames() {
+  update(0, 0, Places::kLabels, height());
+}
+
+// The place of what a drag has taken hold of.
+std::optional<QPointF> MovementCanvas::HandlePlace(const ShownSteps& steps,
+                                                   const StepTimes& times) const {
+  if (!shaping_.Tried()) return std::nullopt;
+  const Hit& hit = shaping_.TakenHit();
+  const double end = places_.X(times.End(hit.step));
+  if (hit.part == Part::kEnd) return QPointF(end, pointer_ ? pointer_->y() : Places::kRuler);
+  const double start = places_.X(times.Start(hit.step));
+  return QPointF(std::clamp(pointer_ ? pointer_->x() : start, start, end),
+                 places_.lanes.Y(hit.channel, steps.Position(hit.step, hit.channel)));
+}
+
+QString MovementCanvas::Bubble() const {
+  if (!shaping_.Tried()) return {};
+  return ChangeText(*shaping_.Tried(), shaping_.Original(), parts_.edited.DecimalPoint());
+}
+
+QRect MovementCanvas::TriedArea() const {
+  const ShownSteps steps = Steps();
+  const auto handle = HandlePlace(steps, StepTimes(steps));
+  return handle ? BubbleArea(Bubble(), *handle, size(), fontMetrics()) : QRect();
+}
+
+void MovementCanvas::ShowPointer(const QPointF& point) {
+  pointer_ = point;
+  SetHit(Under(point));
+}
+
+void MovementCanvas::SetHit(const Hit& hit) {
+  const Hit before = std::exchange(hit_, hit);
+  if (hit == before) return;
+  setCursor(CursorOf(hit.part));
+  if (hit.step != before.step) UpdateNames();
+  emit TextsChanged();
+}
+
+// Something has moved under the pointer.
+void MovementCanvas::FollowPointer() {
+  if (!pointer_) return;
+  if (shaping_.Taken()) {
+    Drag(*pointer_);
+  } else {
+    ShowPointer(*pointer_);
+  }
+}
+
+double MovementCanvas::Grip(const Hit& hit, const QPointF& point) const {
+  return hit.part == Part::kEnd ? places_.TimeAt(point.x())
+                                : places_.lanes.PositionAt(hit.channel, point.y());
+}
+
+void MovementCanvas::mousePressEvent(QMouseEvent* event) {
+  event->accept();
+  if (event->button() != Qt::LeftButton || press_) return;
+  const QPointF point = event->position();
+  ShowPointer(point);
+  const Hit hit = hit_;
+  if (hit.part == Part::kLabel) return Choose(hit.channel);
+  clicked_step_ = hit.step;
+  clicked_time_ = places_.time;
+  if (hit.step < 0) return;
+  press_ = Press{point, hit.channel};
+  if (hit.part == Part::kLevel || hit.part == Part::kEnd) shaping_.Take(hit, Grip(hit, point));
+  SelectStep(hit.step);
+}
+
+void MovementCanvas::mouseMoveEvent(QMouseEvent* event) {
+  const QPointF point = event->position();
+  if (press_ && !event->buttons().testFlag(Qt::LeftButton)) GiveUp();  // its release was lost
+  if (shaping_.Taken()) return Drag(point);
+  if (event->buttons() == Qt::NoButton) ShowPointer(point);
+}
+
+void MovementCanvas::Drag(const QPointF& point) {
+  const bool trembles = press_ && (point - press_->place).manhattanLength() < kTremble;
+  if (!shaping_.Tried() && trembles) return;
+  const QRect before = TriedArea();
+  pointer_ = point;
+  const Hit hit = shaping_.TakenHit();
+  if (shaping_.Follow(Grip(hit, point))) ShowTried(hit);
+  update(before | TriedArea());
+  const bool outside = point.x() < Places::kLabels || point.x() >= width();
+  if (hit.part != Part::kEnd || !outside) {
+    scroll_timer_.stop();
+  } else if (!scroll_timer_.isActive()) {
+    scroll_timer_.start(kScrollMilliseconds, Qt::PreciseTimer, this);
+  }
+}
+
+// An angle moves within its step, an end takes all steps behind it along.
+void MovementCanvas::ShowTried(const Hit& hit) {
+  SetHit(hit);
+  if (hit.part == Part::kLevel) {
+    UpdateStep(hit.step);
+  } else {
+    const ShownSteps steps = Steps();
+    const StepTimes times(steps);
+    ChangeTime([&](TimeScale& time) { time.SetTotal(std::max(times.Total(), total_)); });
+    const int left = static_cast<int>(places_.X(times.Start(hit.step))) - kAroundNumber;
+    update(left, 0, width() - left, height());
+  }
+  UpdateNames();
+  emit TextsChanged();
+}
+
+void MovementCanvas::mouseReleaseEvent(QMouseEvent* event) {
+  event->accept();
+  if (event->button() != Qt::LeftButton || !press_) return;
+  if (shaping_.Taken()) Drag(event->position());
+  const int channel = press_->channel;
+  press_.reset();
+  scroll_timer_.stop();
+  Choose(channel);
+  pointer_ = event->position();
+  // A message may come up inside.
+  ShapeBy([this] { shaping_.Drop(); });
+  EndDrag();
+}
+
+void MovementCanvas::ShapeBy(const std::function<void()>& change) {
+  keep_zoom_ = true;
+  change();
+  keep_zoom_ = false;
+}
+
+void MovementCanvas::mouseDoubleClickEvent(QMouseEvent* event) {
+  event->accept();
+  if (event->button() != Qt::LeftButton) return;
+  ShowPointer(event->position());
+  // When the view has moved since the first click, the second one hits what was not meant.
+  const bool same = hit_.step == clicked_step_ && places_.time == clicked_time_;
+  if (hit_.step < 0 || !same) return;
+  SelectStep(hit_.step);
+  parts_.step_list.ListSequence_DblClick();
+}
+
+void MovementCanvas::GiveUp() {
+  press_.reset();
+  scroll_timer_.stop();
+  if (!shaping_.Taken()) return;
+  shaping_.GiveUp();
+  EndDrag();
+}
+
+// Nothing is tried out any more.
+void MovementCanvas::EndDrag() {
+  ChangeTime([this](TimeScale& time) { time.SetTotal(total_); });
+  ShowAllAgain();
+}
+
+void MovementCanvas::ShowAllAgain() {
+  if (pointer_) SetHit(Under(*pointer_));
+  update();
+  TellTexts();
+}
+
+void MovementCanvas::leaveEvent(QEvent*) {
+  if (press_) return;
+  pointer_.reset();
+  SetHit({});
+}
+
+void MovementCanvas::wheelEvent(QWheelEvent* event) {
+  event->accept();
+  const QPoint angle = event->angleDelta();
+  const double notches = (angle.y() != 0 ? angle.y() : angle.x()) / kNotch;
+  if (event->modifiers().testFlag(Qt::ControlModifier)) {
+    Zoom(event->position().x(), std::pow(kZoom, notches));
+  } else {
+    const TimeScale& time = places_.time;
+    ScrollTo(static_cast<int>(time.Left() - notches * kWheelShare * time.Span()));
+  }
+}
+
+void MovementCanvas::keyPressEvent(QKeyEvent* event) {
+  if (TakeKey(*event)) {
+    event->accept();
+  } else {
+    QWidget::keyPressEvent(event);
+  }
+}
+
+// True when the key means something here.
+bool MovementCanvas::TakeKey(const QKeyEvent& event) {
+  if (press_) {
+    if (event.key() != Qt::Key_Escape) return true;
+    press_.reset();
+    scroll_timer_.stop();
+    shaping_.PutBack();
+    EndDrag();
+    return true;
+  }
+  const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
+  // "+" needs Shift on many keyboards.
+  if (modifiers.testFlag(Qt::ControlModifier)) return TakeZoomKey(event.key());
+  if (modifiers == Qt::ShiftModifier) return TakeShapingKey(event.key());
+  return modifiers == Qt::NoModifier && TakePlainKey(event);
+}
+
+bool MovementCanvas::TakeZoomKey(int key) {
+  const double middle = (Places::kLabels + width()) / 2.0;
+  switch (key) {
+    case Qt::Key_Plus:
+    case Qt::Key_Equal:
+      Zoom(middle, kZoom);
+      return true;
+    case Qt::Key_Minus:
+    case Qt::Key_Underscore:
+      Zoom(middle, 1 / kZoom);
+      return true;
+    case Qt::Key_0:
+      Fit();
+      return true;
+    default:
+      return false;
+  }
+}
+
+bool MovementCanvas::TakeShapingKey(int key) {
+  switch (key) {
+    case Qt::Key_Up:
+      return Shape(chosen_, kHalfDegree);
+    case Qt::Key_Down:
+      return Shape(chosen_, -kHalfDegree);
+    case Qt::Key_PageUp:
+      return Shape(chosen_, kFiveDegrees);
+    case Qt::Key_PageDown:
+      return Shape(chosen_, -kFiveDegrees);
+    case Qt::Key_Right:
+      return Shape(kDurationColumn, kBoardTickMs);
+    case Qt::Key_Left:
+      return Shape(kDurationColumn, -kBoardTickMs);
+    default:
+      return false;
+  }
+}
+
+bool MovementCanvas::Shape(int column, int change) {
+  const int step = parts_.edited.ListIndex();
+  if (step >= 0) ShapeBy([&] { shaping_.Change(step, column, change); });
+  return true;
+}
+
+bool MovementCanvas::TakePlainKey(const QKeyEvent& event) {
+  const bool none = selected_ < 0;
+  switch (event.key()) {
+    case Qt::Key_Left:
+      SelectStep(selected_ - 1);
+      return true;
+    case Qt::Key_Right:
+      SelectStep(selected_ + 1);
+      return true;
+    case Qt::Key_Home:
+      SelectStep(0);
+      return true;
+    case Qt::Key_End:
+      SelectStep(kSteps);
+      return true;
+    case Qt::Key_Up:
+      Choose(std::max(0, chosen_ - 1));
+      return true;
+    case Qt::Key_Down:
+      Choose(std::min(kChannels - 1, chosen_ + 1));
+      return true;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      if (!event.isAutoRepeat() && !none) parts_.step_list.ListSequence_DblClick();
+      return true;
+    default:
+      return false;
+  }
+}
+
+void MovementCanvas::PlaybackChanged() {
+  const std::optional<PlayedStep> played = parts_.Played();
+  if (played_ && !played) GiveUp();
+  played_ = played.has_value();
+  const bool halted = played && played->halted;
+  if (halted != halted_) UpdateStep(selected_);
+  halted_ = halted;
+  const bool runs = played && !halted && visible_;
+  if (runs && !head_timer_.isActive()) {
+    head_timer_.start(kHeadMilliseconds, Qt::PreciseTimer, this);
+  } else if (!runs) {
+    head_timer_.stop();
+    MoveHead();
+  }
+}
+
+std::optional<double> MovementCanvas::HeadTime() const {
+  const std::optional<PlayedStep> played = parts_.Played();
+  const ShownSteps steps = Steps();
+  if (!played || played->halted || played->line >= steps.Count()) return std::nullopt;
+  const std::chrono::duration<double, std::milli> held =
+      std::chrono::steady_clock::now() - played->since;
+  return StepTimes(steps).Start(played->line) +
+         std::min<double>(held.count(), steps.Duration(played->line));
+}
+
+// Only the strips that the playhead leaves and comes to are drawn anew; unless it leaves the view,
+// which then follows.
+void MovementCanvas::MoveHead() {
+  const std::optional<double> before = head_;
+  head_ = HeadTime();
+  const auto area = [this](const std::optional<double>& head) {
+    return head ? HeadArea(places_, *head, height()) : QRect();
+  };
+  if (area(before) == area(head_)) return;
+  update(area(before));
+  update(area(head_));
+  if (!head_) return;
+  const TimeScale& time = places_.time;
+  const auto in_view = [&](double ms) {
+    return ms >= time.Left() && ms <= time.Left() + time.Span();
+  };
+  if (before && in_view(*before) && !in_view(*head_) && !press_) {
+    ChangeTime([&](TimeScale& changed) { changed.Bring(*head_, *head_); });
+  }
+}
+
+void MovementCanvas::timerEvent(QTimerEvent* event) {
+  if (event->timerId() == head_timer_.timerId()) {
+    MoveHead();
+  } else if (event->timerId() == scroll_timer_.timerId() && pointer_) {
+    const TimeScale& time = places_.time;
+    const double way = (pointer_->x() < Places::kLabels ? -1 : 1) * kScrollShare * time.Span();
+    ScrollTo(static_cast<int>(time.Left() + way));
+  }
+}
+
+// Once another window has come up, the release may never arrive.
+void MovementCanvas::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if ((event->type() == QEvent::ActivationChange && !isActiveWindow()) ||
+      (event->type() == QEvent::EnabledChange && !isEnabled())) {
+    GiveUp();
+  }
+}
+
+void MovementCanvas::showEvent(QShowEvent*) {
+  visible_ = true;
+  PlaybackChanged();
+}
+
+void MovementCanvas::hideEvent(QHideEvent*) {
+  visible_ = false;
+  GiveUp();
+  PlaybackChanged();
+}
+
+void MovementCanvas::focusInEvent(QFocusEvent*) {
+  UpdateNames();
+}
+
+void MovementCanvas::focusOutEvent(QFocusEvent*) {
+  UpdateNames();
+}
+
+bool MovementCanvas::event(QEvent* event) {
+  if (event->type() != QEvent::ToolTip) return QWidget::event(event);
+  const auto* help = static_cast<QHelpEvent*>(event);
+  const int step = help->pos().y() < Places::kRuler ? LateStepAt(help->pos().x()) : -1;
+  if (step < 0) {
+    QToolTip::hideText();
+    event->ignore();
+  } else {
+    QToolTip::showText(help->globalPos(),
+                       OutrunsLineText(Steps(), step, parts_.edited.DecimalPoint()), this);
+  }
+  return true;
+}
+
+// The step whose mark on the ruler is under the pointer, -1 when none is.
+int MovementCanvas::LateStepAt(int x) const {
+  const ShownSteps steps = Steps();
+  const StepTimes times(steps);
+  for (int step = 0; step < steps.Count(); ++step) {
+    const double left = places_.X(times.Start(step));
+    const double right = std::max(left + kLeastMark, places_.X(times.End(step)));
+    if (x >= left && x <= right && steps.OutrunsLine(step)) return step;
+  }
+  return -1;
+}
+
+}  // namespace pelmora

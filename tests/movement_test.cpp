@@ -1,0 +1,325 @@
+// The window "Movement" under the operator's hands: it shows what the list holds, walks through the
+// steps and shapes them, whatever else happens meanwhile.
+#include "movement/movement_window.h"
+
+#include <QAccessible>
+#include <QContextMenuEvent>
+#include <QScrollBar>
+#include <QToolTip>
+#include <QWheelEvent>
+#include <cmath>
+
+#include "movement/movement_look.h"
+#include "tests/sequence_view.h"
+
+namespace pelmora {
+namespace {
+
+constexpr QSize kSize(1200, 700);
+constexpr char kEmuPC[] = "CWButtonEmuPC";
+
+class Movement : public WindowTest {
+ protected:
+  // Step i lasts 400 ms; channel c is at 128 + 4 i in the even channels, 128 - 4 i in the others.
+  void Compose(int steps) {
+    Sequences sequences;
+    for (int i = 0; i < steps; ++i) {
+      Step step{};
+      for (std::size_t c = 0; c < kChannels; ++c) {
+        step.positions[c] = static_cast<std::uint8_t>(128 + (c % 2 == 0 ? 4 : -4) * (i % 25));
+      }
+      step.ticks = 20;
+      sequences[0].push_back(step);
+    }
+    Load(sequences);
+  }
+
+  void Open() {
+    hands->Keys(*form, "Ctrl+M");
+    Window().resize(kSize);
+    QTest::qWait(1);
+  }
+  void ComposeAndOpen(int steps) {
+    Compose(steps);
+    Open();
+  }
+
+  MovementWindow& Window() const { return hands->Find<MovementWindow>("Movement"); }
+  MovementCanvas& Canvas() const { return hands->Find<MovementCanvas>("MovementCanvas"); }
+  bool Shown() const {
+    const auto* window = form->findChild<MovementWindow*>();
+    return window && window->isVisible();
+  }
+  QString State() const { return hands->Read("MovementState"); }
+  QAction& Item() const { return hands->Find<QAction>("ListMovement"); }
+
+  // Where things stand, by the same geometry.
+  Places Geometry(int chosen = 0) const {
+    Places places;
+    places.time = Canvas().Time();
+    places.lanes = Lanes(Places::kRuler, Canvas().height() - Places::kRuler, chosen);
+    return places;
+  }
+  QPoint At(double ms, double y) const { return QPointF(Geometry().X(ms), y).toPoint(); }
+  // The level of a step in a lane, while lane `chosen` is the high one.
+  QPoint Level(int step, int channel, int chosen = 0) const {
+    const int position =
+        Data().EditBuffer[static_cast<std::size_t>(step)][static_cast<std::size_t>(channel)];
+    return At(MiddleOf(step), Geometry(chosen).lanes.Y(channel, position));
+  }
+  double MiddleOf(int step) const {
+    double ms = 0;
+    for (int i = 0; i <= step; ++i) ms += Duration(i) * (i < step ? 1 : 0.5);
+    return ms;
+  }
+  int Duration(int step) const {
+    return Data().EditBuffer[static_cast<std::size_t>(step)][kDurationColumn];
+  }
+  int Position(int step, int channel) const {
+    return Data().EditBuffer[static_cast<std::size_t>(step)][static_cast<std::size_t>(channel)];
+  }
+
+  // Real events, of the window as a whole.
+  QPoint InWindow(const QPoint& point) const { return Canvas().mapTo(&Window(), point); }
+  void MoveTo(const QPoint& point) { QTest::mouseMove(Window().windowHandle(), InWindow(point)); }
+  void PressAt(const QPoint& point) {
+    MoveTo(point);
+    QTest::mousePress(Window().windowHandle(), Qt::LeftButton, {}, InWindow(point));
+  }
+  void ReleaseAt(const QPoint& point) {
+    QTest::mouseRelease(Window().windowHandle(), Qt::LeftButton, {}, InWindow(point));
+  }
+  void ClickAt(const QPoint& point) {
+    PressAt(point);
+    ReleaseAt(point);
+  }
+  void DragTo(const QPoint& from, const QPoint& to) {
+    PressAt(from);
+    MoveTo((from + to) / 2);
+    MoveTo(to);
+  }
+  void Keys(const QString& keys) { hands->Keys(Canvas(), keys); }
+  void Wheel(const QPoint& point, int notches, Qt::KeyboardModifiers modifiers = {}) {
+    QWheelEvent event(point, Canvas().mapToGlobal(point), {}, {0, 120 * notches}, Qt::NoButton,
+                      modifiers, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&Canvas(), &event);
+  }
+  QColor ColourAt(const QPoint& point) { return Canvas().grab().toImage().pixelColor(point); }
+  MovementColours Colours() const { return MovementColoursOf(Canvas().palette()); }
+};
+
+TEST_F(Movement, ComesAndGoesByMenuKeyEscapeAndCloseBox) {
+  EXPECT_FALSE(form->findChild<MovementWindow*>()) << "not made before it is wanted";
+  Open();
+  EXPECT_TRUE(Shown());
+  EXPECT_TRUE(Item().isChecked());
+  EXPECT_EQ(Window().windowTitle(), "Movement - Sequence N° 0");
+  EXPECT_FALSE(Window().isModal());
+  const QRect place = Window().geometry();
+  const std::pair<const char*, std::function<void()>> ways[] = {
+      {"Escape", [&] { Keys("Escape"); }},
+      {"Ctrl+M in it", [&] { Keys("Ctrl+M"); }},
+      {"Ctrl+M in the main window", [&] { hands->Keys(*form, "Ctrl+M"); }},
+      {"close box", [&] { Window().close(); }},
+      {"menu", [&] { Item().trigger(); }},
+  };
+  for (const auto& [way, hide] : ways) {
+    hide();
+    EXPECT_FALSE(Shown()) << way;
+    EXPECT_FALSE(Item().isChecked()) << way;
+    Item().trigger();
+    EXPECT_TRUE(Shown()) << way;
+    EXPECT_TRUE(Item().isChecked()) << way;
+  }
+  EXPECT_EQ(Window().geometry(), place) << "where the operator left it";
+  EXPECT_FALSE(events.Ending());
+  form->close();
+  EXPECT_FALSE(Shown());
+}
+
+TEST_F(Movement, FollowsWhateverChangesTheSteps) {
+  Open();
+  EXPECT_EQ(hands->Read("MovementTotal"), Local("0 steps, 0.00 s"));
+  EXPECT_EQ(State(), "");
+  AddSteps(3);
+  EXPECT_EQ(hands->Read("MovementTotal"), Local("3 steps, 0.36 s"));
+  EXPECT_EQ(State(), Local("Step 2, 0.22 s to 0.36 s, 140 ms, Ch0 2 °"));
+  const QPoint mark = At(290, Geometry().lanes.Y(0, 132));
+  EXPECT_EQ(ColourAt(mark), Colours().curve);
+  hands->Keys(*form, "Ctrl+Z");
+  EXPECT_EQ(hands->Read("MovementTotal"), Local("2 steps, 0.22 s"));
+  Keys("Ctrl+Y");
+  EXPECT_EQ(hands->Read("MovementTotal"), Local("3 steps, 0.36 s"));
+  Press("CommandMoreSeq");
+  EXPECT_EQ(Window().windowTitle(), "Movement - Sequence N° 1");
+  EXPECT_EQ(hands->Read("MovementTotal"), Local("0 steps, 0.00 s"));
+  Press("CommandLessSeq");
+  Compose(30);
+  EXPECT_EQ(hands->Read("MovementTotal"), Local("30 steps, 12.00 s"));
+  EXPECT_TRUE(Canvas().Time().Fits()) << "all of it, as long as nobody zooms";
+  Press("CommandClearAll");
+  EXPECT_EQ(hands->Read("MovementTotal"), Local("0 steps, 0.00 s"));
+}
+
+TEST_F(Movement, DrawsSelectionHaltBreakpointsAndLateSteps) {
+  ComposeAndOpen(5);
+  const int y = Canvas().height() - 3;  // below the level in the last lane
+  EXPECT_EQ(ColourAt(At(1000, y)), Colours().odd_lane);
+  Select(2);
+  EXPECT_EQ(ColourAt(At(1000, y)), Colours().selected);
+  Press("CommandBrk");
+  EXPECT_EQ(ColourAt(At(800, y)), Colours().brk);
+  Connect();
+  Select(1);
+  hands->Click(kEmuPC);
+  EXPECT_EQ(ColourAt(At(600, y)), Colours().selected);
+  timer.Elapse();
+  EXPECT_EQ(ColourAt(At(1000, y)), Colours().halted);
+  hands->Click(kEmuPC);
+  EXPECT_EQ(ColourAt(At(1000, y)), Colours().selected);
+  // Twelve channels in 20 ms.
+  const QPoint ruler = At(1590, Places::kRuler - 3);
+  EXPECT_NE(ColourAt(ruler), Colours().amber);
+  Select(4);
+  hands->Type("CWNumEditTimeStep", "20");
+  for (int channel = 0; channel < kChannels; ++channel) SetSlider(channel, 200);
+  Press("CommandReplace");
+  const QPoint late = At(1610, Places::kRuler - 3);
+  EXPECT_EQ(ColourAt(late), Colours().amber);
+  QHelpEvent help(QEvent::ToolTip, late, Canvas().mapToGlobal(late));
+  QApplication::sendEvent(&Canvas(), &help);
+  EXPECT_EQ(QToolTip::text(), Local("Step 4 lasts 20 ms, but its positions take 27.5 ms on the "
+                                    "line: played from the PC it comes late. The board plays it "
+                                    "in time."));
+}
+
+TEST_F(Movement, PointerSelectsShowsAndChoosesLanes) {
+  ComposeAndOpen(30);
+  Connect();
+  ClickAt(At(MiddleOf(7), 300));
+  EXPECT_EQ(Selected(), 7);
+  EXPECT_EQ(hands->Read("LabelStep"), "Step N° ...") << "a click only selects";
+  ExpectSent({});
+  QTest::mouseDClick(Window().windowHandle(), Qt::LeftButton, {}, InWindow(At(MiddleOf(7), 300)));
+  EXPECT_EQ(hands->Read("LabelStep"), "Step N° 7");
+  EXPECT_EQ(Sent(24).size(), 24U);
+  MoveTo(At(MiddleOf(9), 20));
+  EXPECT_EQ(State(), Local("Step 9, 3.60 s to 4.00 s, 400 ms"));
+  const double lane = Geometry().lanes.Top(8) + 2;
+  MoveTo(At(MiddleOf(9), lane));
+  EXPECT_EQ(State(), Local("Step 9, 3.60 s to 4.00 s, 400 ms, Ch8 18 °"));
+  ClickAt(At(MiddleOf(9), lane));
+  MoveTo({20, 5});
+  EXPECT_EQ(State(), Local("Step 9, 3.60 s to 4.00 s, 400 ms, Ch8 18 °")) << "the chosen lane";
+  ClickAt({20, static_cast<int>(Geometry(8).lanes.Top(3)) + 5});
+  EXPECT_EQ(State(), Local("Step 9, 3.60 s to 4.00 s, 400 ms, Ch3 -18 °"));
+  EXPECT_EQ(Selected(), 9);
+  // The pointer's shape says what a press would take hold of.
+  const std::pair<QPoint, Qt::CursorShape> shapes[] = {
+      {Level(4, 3, 3), Qt::SplitVCursor},
+      {Level(4, 9, 3), Qt::SplitVCursor},
+      {Level(4, 3, 3) + QPoint(0, 20), Qt::ArrowCursor},
+      {At(2000, 300), Qt::SplitHCursor},
+      {At(2000, 20), Qt::SplitHCursor},
+      {{20, 300}, Qt::ArrowCursor}};
+  for (const auto& [point, shape] : shapes) {
+    MoveTo(point);
+    EXPECT_EQ(Canvas().cursor().shape(), shape) << point.x() << ", " << point.y();
+  }
+}
+
+TEST_F(Movement, KeysWalkZoomAndScroll) {
+  ComposeAndOpen(30);
+  const std::tuple<const char*, int> walk[] = {{"Right", 0}, {"Right Right", 2}, {"Left", 1},
+                                               {"Home", 0},  {"Left", 0},        {"End", 29},
+                                               {"Right", 29}};
+  for (const auto& [keys, selected] : walk) {
+    Keys(keys);
+    EXPECT_EQ(Selected(), selected) << keys;
+  }
+  Keys("Down Down Down Up");
+  EXPECT_EQ(State(), Local("Step 29, 11.60 s to 12.00 s, 400 ms, Ch2 8 °"));
+  Keys("Enter");
+  EXPECT_EQ(hands->Read("LabelStep"), "Step N° 29");
+  auto& bar = hands->Find<QScrollBar>("MovementScrollBar");
+  EXPECT_FALSE(bar.isVisible());
+  const double fitted = Canvas().Time().Span();
+  for (int i = 0; i < 8; ++i) Keys("Ctrl++");
+  EXPECT_LT(Canvas().Time().Span(), fitted / 4);
+  EXPECT_TRUE(bar.isVisible());
+  Keys("Home");
+  EXPECT_EQ(Canvas().Time().Left(), 0) << "the selected step comes into view";
+  Keys("End");
+  EXPECT_EQ(bar.value(), bar.maximum());
+  Wheel({600, 300}, 3);
+  EXPECT_LT(bar.value(), bar.maximum());
+  const double time = Geometry().TimeAt(700);
+  Wheel({700, 300}, 2, Qt::ControlModifier);
+  EXPECT_NEAR(Geometry().TimeAt(700), time, 0.01);
+  bar.setValue(0);
+  EXPECT_EQ(Canvas().Time().Left(), 0);
+  Select(20);
+  EXPECT_GT(Canvas().Time().Left(), 0) << "a selection from elsewhere comes into view, too";
+  Keys("Ctrl+-");
+  Keys("Ctrl+0");
+  EXPECT_NEAR(Canvas().Time().Span(), fitted, 0.01);
+  EXPECT_FALSE(bar.isVisible());
+}
+
+TEST_F(Movement, ThePlayheadMovesThroughTheHeldStepAndTheViewFollows) {
+  ComposeAndOpen(30);
+  Connect();
+  Select(3);
+  hands->Click(kEmuPC);
+  const auto head = [this] {
+    const QImage image = Canvas().grab().toImage();
+    int x = Places::kLabels;
+    while (x < image.width() && image.pixelColor(x, Places::kRuler + 60) != Colours().head) ++x;
+    return Geometry().TimeAt(x + 1);
+  };
+  QTest::qWait(150);
+  const double first = head();
+  EXPECT_GT(first, 1200 + 100);
+  EXPECT_LT(first, 1600 + 10);
+  QTest::qWait(60);
+  EXPECT_GT(head(), first + 30);
+  QTest::qWait(300);
+  EXPECT_NEAR(head(), 1600, 15) << "it waits at the end of the step";
+  for (int i = 0; i < 10; ++i) Keys("Ctrl++");
+  for (int step = 4; step < 30; ++step) {
+    ASSERT_TRUE(hands->WaitUntil([&] {  // for the line, too
+      timer.Elapse();
+      return Selected() == step;
+    }));
+    const TimeScale& time = Canvas().Time();
+    EXPECT_LE(time.Left(), 400 * step);
+    EXPECT_GT(time.Left() + time.Span(), 400 * step);
+  }
+  hands->Click(kEmuPC);
+  Keys("Ctrl+0");
+  EXPECT_GT(head(), 12000) << "there is none any more";
+}
+
+// Screen readers.
+TEST_F(Movement, SaysWhatItShows) {
+  ComposeAndOpen(5);
+  QAccessibleInterface* canvas = QAccessible::queryAccessibleInterface(&Canvas());
+  QAccessibleInterface* state =
+      QAccessible::queryAccessibleInterface(&hands->Find<QLabel>("MovementState"));
+  ASSERT_TRUE(canvas && state);
+  EXPECT_EQ(QAccessible::queryAccessibleInterface(&Window())->text(QAccessible::Name),
+            "Movement - Sequence N° 0");
+  EXPECT_EQ(canvas->text(QAccessible::Name), "Selected step");
+  EXPECT_EQ(canvas->text(QAccessible::Value), "No step is selected");
+  for (const auto& [key, text] :
+       {std::pair("Right", "Step 0, 0.00 s to 0.40 s, 400 ms, Ch0 0 °"),
+        std::pair("Right", "Step 1, 0.40 s to 0.80 s, 400 ms, Ch0 2 °"),
+        std::pair("Down", "Step 1, 0.40 s to 0.80 s, 400 ms, Ch1 -2 °")}) {
+    Keys(key);
+    EXPECT_EQ(canvas->text(QAccessible::Value), Local(text));
+    EXPECT_EQ(state->text(QAccessible::Name), Local(text));
+  }
+}
+
+}  // namespace
+}  // namespace pelmora

@@ -84,14 +84,17 @@ void MovementCanvas::SelectionChanged() {
   selected_ = parts_.edited.ListIndex();
   UpdateStep(selected_);
   UpdateNames();
-  const ShownSteps steps = Steps();
-  // What is under a pressed button stays there.
-  if (selected_ >= 0 && selected_ < steps.Count() && !press_) {
-    const StepTimes times(steps);
-    ChangeTime([&](TimeScale& time) { time.Bring(times.Start(selected_), times.End(selected_)); });
-  }
+  BringSelected();
   PlaybackChanged();
   TellTexts();
+}
+
+// What is under a pressed button stays there.
+void MovementCanvas::BringSelected() {
+  const ShownSteps steps = Steps();
+  if (selected_ < 0 || selected_ >= steps.Count() || press_) return;
+  const StepTimes times(steps);
+  ChangeTime([&](TimeScale& time) { time.Bring(times.Start(selected_), times.End(selected_)); });
 }
 
 void MovementCanvas::TellTexts() {
@@ -146,7 +149,9 @@ void MovementCanvas::Choose(int channel) {
 
 void MovementCanvas::SelectStep(int step) {
   const int last = parts_.edited.ListCount() - 1;
-  if (last >= 0) parts_.edited.Select(std::clamp(step, 0, last));
+  if (last < 0) return;
+  parts_.edited.Select(std::clamp(step, 0, last));
+  BringSelected();  // also when it was selected already
 }
 
 // The step whose angles stand at the names.
@@ -318,11 +323,11 @@ void MovementCanvas::mouseReleaseEvent(QMouseEvent* event) {
   const int channel = press_->channel;
   press_.reset();
   scroll_timer_.stop();
-  Choose(channel);
   pointer_ = event->position();
   // A message may come up inside.
   ShapeBy([this] { shaping_.Drop(); });
   EndDrag();
+  Choose(channel);
 }
 
 void MovementCanvas::ShapeBy(const std::function<void()>& change) {
@@ -405,16 +410,25 @@ bool MovementCanvas::TakeKey(const QKeyEvent& event) {
   return modifiers == Qt::NoModifier && TakePlainKey(event);
 }
 
+// Around what the keys zoom: the beginning of the selected step, or else the middle of the view.
+double MovementCanvas::ZoomPlace() const {
+  const ShownSteps steps = Steps();
+  if (selected_ >= 0 && selected_ < steps.Count()) {
+    const double start = places_.X(StepTimes(steps).Start(selected_));
+    if (start >= Places::kLabels && start < width()) return start;
+  }
+  return (Places::kLabels + width()) / 2.0;
+}
+
 bool MovementCanvas::TakeZoomKey(int key) {
-  const double middle = (Places::kLabels + width()) / 2.0;
   switch (key) {
     case Qt::Key_Plus:
     case Qt::Key_Equal:
-      Zoom(middle, kZoom);
+      Zoom(ZoomPlace(), kZoom);
       return true;
     case Qt::Key_Minus:
     case Qt::Key_Underscore:
-      Zoom(middle, 1 / kZoom);
+      Zoom(ZoomPlace(), 1 / kZoom);
       return true;
     case Qt::Key_0:
       Fit();
@@ -536,13 +550,9 @@ void MovementCanvas::timerEvent(QTimerEvent* event) {
   }
 }
 
-// Once another window has come up, the release may never arrive.
 void MovementCanvas::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
-  if ((event->type() == QEvent::ActivationChange && !isActiveWindow()) ||
-      (event->type() == QEvent::EnabledChange && !isEnabled())) {
-    GiveUp();
-  }
+  if (event->type() == QEvent::EnabledChange && !isEnabled()) GiveUp();
 }
 
 void MovementCanvas::showEvent(QShowEvent*) {
@@ -565,6 +575,9 @@ void MovementCanvas::focusOutEvent(QFocusEvent*) {
 }
 
 bool MovementCanvas::event(QEvent* event) {
+  // Another window has come up: the release may never arrive. The toolkit calls this window active,
+  // too, while its parent is.
+  if (event->type() == QEvent::WindowDeactivate) GiveUp();
   if (event->type() != QEvent::ToolTip) return QWidget::event(event);
   const auto* help = static_cast<QHelpEvent*>(event);
   const int step = help->pos().y() < Places::kRuler ? LateStepAt(help->pos().x()) : -1;

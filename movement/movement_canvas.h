@@ -95,6 +95,7 @@ class MovementCanvas : public QWidget {
   QString Bubble() const;
   QRect TriedArea() const;
   std::optional<double> HeadTime() const;
+  double ZoomPlace() const;
 
   void ChangeTime(const std::function<void(TimeScale&)>& change);
   void Fit();
@@ -102,6 +103,7 @@ class MovementCanvas : public QWidget {
   void LayOutLanes();
   void Choose(int channel);
   void SelectStep(int step);
+  void BringSelected();
   void ShowPointer(const QPointF& point);
   void SetHit(const Hit& hit);
   void FollowPointer();

@@ -80,6 +80,11 @@ MovementWindow::MovementWindow(const MovementParts& parts, QWidget& main_window)
   ShowTime();
 }
 
+// A drag that ends by this is told of while there is somebody to hear it.
+MovementWindow::~MovementWindow() {
+  hide();
+}
+
 void MovementWindow::ShowTexts() {
   setWindowTitle(MovementTitle(edited_.Data().CurSeq));
   total_->setText(canvas_->Total());

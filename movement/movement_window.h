@@ -20,6 +20,7 @@ class MovementWindow : public QWidget {
   // `main_window` is the parent: the window stays before it, and can't be used while it is locked.
   // It is hidden at first.
   MovementWindow(const MovementParts& parts, QWidget& main_window);
+  ~MovementWindow() override;
 
   // Shows the window, the first time beside the main window, and gives it the keyboard.
   void Open();

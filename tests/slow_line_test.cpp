@@ -4,6 +4,7 @@
 #include <QElapsedTimer>
 #include <QtTest/QTest>
 
+#include "movement/movement_window.h"
 #include "platform/controls/cw_slide.h"
 #include "rig/program_with_board.h"
 
@@ -99,6 +100,38 @@ TEST_F(SlowLine, AFaderDraggedAsFastAsCanBeKeepsUpWithThePointer) {
   EXPECT_GT(std::ssize(log), std::min(200, report)) << "the servo follows all the time";
   QTest::mouseRelease(&slide, Qt::LeftButton, {}, handle + QPoint(0, 37));
   EXPECT_EQ(Log().size(), log.size());
+}
+
+// A drag of a level in the movement moves the servo as a dragged fader does.
+TEST_F(SlowLine, ALevelDraggedAsFastAsCanBeKeepsUpWithThePointer) {
+  Load(FilledSequences(1, 5, 50));
+  Connect();
+  Trigger("ListMovement");
+  auto& window = hands->Find<MovementWindow>("Movement");
+  window.resize(1200, 700);
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+  auto& canvas = hands->Find<QWidget>("MovementCanvas");
+  const auto level = [&] {  // of step 2 in the chosen lane, of channel 0
+    const Lanes lanes(Places::kRuler, canvas.height() - Places::kRuler, 0);
+    return QPoint(canvas.width() / 2, qRound(lanes.Y(0, Data().EditBuffer[2][0])));
+  };
+  const QPoint from = level();
+  QTest::mousePress(window.windowHandle(), Qt::LeftButton, {}, from);
+  QElapsedTimer clock;
+  clock.start();
+  for (int report = 0; clock.elapsed() < 600; ++report) {
+    QTest::mouseMove(window.windowHandle(), from + QPoint(0, report % 200 - 100));
+    QTest::qWait(1);
+    ASSERT_LT(form->Link().Port().TimeUntilReady(), 10ms) << "more than a pose has piled up";
+  }
+  QTest::mouseRelease(window.windowHandle(), Qt::LeftButton, {}, from + QPoint(0, 37));
+  const auto released = Clock::now();
+  const auto log = Log();
+  EXPECT_LT(log.back().when - released, 100ms);
+  EXPECT_EQ(log.back().byte, Data().EditBuffer[2][0]);
+  EXPECT_EQ(log[log.size() - 2].byte, 8);
+  EXPECT_NEAR(level().y(), from.y() + 37, 1);
+  EXPECT_GT(log.size(), 100U) << "the servo follows all the time";
 }
 
 }  // namespace

@@ -144,7 +144,8 @@ TEST_F(StepClipboard, MenuShowsNamesAndKeysAndDoesWhatTheyDo) {
             "Paste\tCtrl+V\n"
             "Move Up\tCtrl+Up\n"
             "Move Down\tCtrl+Down\n"
-            "Show Step\tEnter");
+            "Show Step\tEnter\n"
+            "Movement\tCtrl+M");
   QTest::mouseClick(&menu, Qt::LeftButton, {}, menu.actionGeometry(&item("ListCut")).center());
   EXPECT_FALSE(menu.isVisible());
   EXPECT_EQ(Order(), "02");

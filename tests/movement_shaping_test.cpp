@@ -1,0 +1,297 @@
+// Shaping a movement: drags and keys in the window "Movement", what they change, what they send,
+// and what becomes of a drag when something else happens meanwhile.
+#include "platform/controls/cw_slide.h"
+#include "tests/movement_fixture.h"
+
+namespace pelmora {
+namespace {
+
+class Shape : public Movement {
+ protected:
+  Shape() {
+    ComposeAndOpen(30);
+    Select(3);
+    Press("CommandBrk");
+    Select(8);
+    hands->Click("CommandUp");  // shows step 9
+  }
+
+  int Fader(int channel) const {
+    return hands->Read(QStringLiteral("CWSlide1_%1").arg(channel)).toInt();
+  }
+  // So many ms on the screen, in whole pixels.
+  int Wide(double ms) const { return At(ms, 0).x() - At(0, 0).x(); }
+  SequenceView Now() const { return Look(*this); }
+  void ExpectView(const SequenceView& wanted) { EXPECT_EQ(Difference(Now(), wanted), ""); }
+  QString UndoName() const {
+    emit hands->Find<QMenu>("ListMenu").aboutToShow();
+    return Item("ListUndo").text().remove('&');
+  }
+
+  // The view as it should be with one value of a line changed and stored.
+  static SequenceView With(SequenceView view, int step, int column, int value) {
+    auto data = std::make_shared<Declaration>(*view.data);
+    const auto row = static_cast<std::size_t>(step);
+    data->EditBuffer[row][static_cast<std::size_t>(column)] = value;
+    SequenceRecord& record = data->SeqTable[data->CurSeq];
+    QStringList fields = view.lines[step].split('\t');
+    if (column == kDurationColumn) {
+      record.Duration[row] = static_cast<std::int16_t>(value);
+      fields[column] = QStringLiteral("%1  ms").arg(value);
+    } else {
+      record.Position[row][static_cast<std::size_t>(column)] = static_cast<std::uint8_t>(value);
+      fields[column] = Local(QString::number((value - kCentre) / 2.0)) + " °";
+    }
+    view.lines[step] = fields.join('\t');
+    view.data = data;
+    return view;
+  }
+};
+
+TEST_F(Shape, ADragChangesOneValueOfOneStep) {
+  const double half = Geometry().lanes.Y(0, 0) - Geometry().lanes.Y(0, 1);
+  ASSERT_GE(half, 1) << "a pixel is no more than half a degree";
+  const struct {
+    const char* what;
+    int step, column, value;
+    QPoint from, way;
+    const char* name;
+  } cases[] = {
+      {"up in the chosen lane", 6, 0, 152 + 30, Level(6, 0), {0, -30}, "Angle"},
+      {"down, on the step with the breakpoint", 3, 0, 140 - 1, Level(3, 0), {9, 1}, "Angle"},
+      {"beyond the lane", 6, 0, 255, Level(6, 0), {-40, -900}, "Angle"},
+      {"the end of a step", 6, kDurationColumn, 500, At(2800, 300), {Wide(100), 40}, "Duration"},
+      {"the end of a step, on the ruler",
+       0,
+       kDurationColumn,
+       20,
+       At(400, 20),
+       {-500, 0},
+       "Duration"},
+      {"the last end", 29, kDurationColumn, 440, At(12000, 300), {Wide(40), 0}, "Duration"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    Select(9);
+    SequenceView wanted = With(Now(), c.step, c.column, c.value);
+    const SequenceView before = Now();
+    wanted.selected = c.step;
+    const bool angle = c.column != kDurationColumn;
+    const int fader = angle ? c.value : Fader(0);
+    DragTo(c.from, c.from + c.way);
+    EXPECT_EQ(State().contains(angle ? "Ch0" : QString::number(c.value) + " ms"), true) << "live";
+    EXPECT_EQ(Lines(), before.lines) << "not before its end";
+    ReleaseAt(c.from + c.way);
+    ExpectView(wanted);
+    EXPECT_EQ(Fader(0), fader);
+    EXPECT_EQ(UndoName(), QString("Undo ") + c.name);
+    Keys("Ctrl+Z");
+    EXPECT_EQ(Lines(), before.lines);
+    EXPECT_EQ(Data().SeqTable, before.data->SeqTable);
+    EXPECT_EQ(Fader(0), fader) << "undo moves no fader";
+    Keys("Ctrl+0");
+  }
+}
+
+TEST_F(Shape, InALowLaneAndAsAClickThatTrembles) {
+  const SequenceView before = Now();
+  const QPoint level = Level(6, 5);
+  PressAt(level);
+  MoveTo(level + QPoint(1, 1));
+  ReleaseAt(level + QPoint(1, 1));
+  EXPECT_EQ(Selected(), 6) << "a click";
+  EXPECT_EQ(Lines(), before.lines);
+  DragTo(Level(6, 5, 5), Level(6, 5, 5) + QPoint(0, -20));
+  ReleaseAt(Level(6, 5, 5) + QPoint(0, -20));
+  EXPECT_EQ(Position(6, 5), 128 - 24 + 20) << "the lane that was clicked is the high one";
+  // Half degrees are fewer than pixels in a low lane.
+  const Lanes lanes = Geometry(5).lanes;
+  const double position = lanes.PositionAt(11, lanes.Y(11, 128 - 24) - 6);
+  DragTo(Level(6, 11, 5), Level(6, 11, 5) + QPoint(0, -6));
+  ReleaseAt(Level(6, 11, 5) + QPoint(0, -6));
+  EXPECT_NEAR(Position(6, 11), position, 6);
+  EXPECT_NE(Position(6, 11), 128 - 24);
+  const QPoint label(20, static_cast<int>(Geometry(11).lanes.Top(11)) + 5);
+  ClickAt(label);
+  EXPECT_NEAR(Level(6, 11, 11).y(), At(0, Geometry(11).lanes.Y(11, Position(6, 11))).y(), 1);
+}
+
+TEST_F(Shape, EscapePutsEverythingBack) {
+  SetSlider(0, 77);
+  const SequenceView before = Now();
+  Connect();
+  board.ClearLog();
+  for (const auto& [from, way] :
+       {std::pair(Level(9, 0), QPoint(0, -50)), std::pair(At(4000, 300), QPoint(60, 0))}) {
+    DragTo(from, from + way);
+    Keys("Escape");
+    EXPECT_TRUE(Shown()) << "the first one is the drag's";
+    ReleaseAt(from + way);
+    ExpectView(before);
+    EXPECT_EQ(Fader(0), 77);
+  }
+  const Bytes sent = Sent(4);
+  EXPECT_EQ(Bytes(sent.end() - 2, sent.end()), (Bytes{8, 77})) << "the servo, too";
+  EXPECT_EQ(UndoName(), "Undo Load Buffer");
+  // Keys and other buttons mean nothing during a drag.
+  DragTo(Level(9, 0), Level(9, 0) + QPoint(0, -50));
+  Keys("Right Shift+Up Down Enter Ctrl++ Escape");
+  QTest::mouseClick(Window().windowHandle(), Qt::RightButton, {}, {300, 300});
+  ReleaseAt({300, 300});
+  ExpectView(before);
+}
+
+// Whatever else happens, the drag ends, and what happened counts.
+TEST_F(Shape, ADragEndsWithoutEffectWhenSomethingElseHappens) {
+  Connect();
+  const struct {
+    const char* what;
+    std::function<void()> happens;
+  } cases[] = {
+      {"undo", [&] { Keys("Ctrl+Z"); }},
+      {"redo", [&] { Keys("Ctrl+Y"); }},
+      {"another sequence",
+       [&] {
+         Press("CommandMoreSeq");
+         Press("CommandLessSeq");
+       }},
+      {"a step comes", [&] { Press("CommandAdd"); }},
+      {"a step goes", [&] { Press("CommandRem"); }},
+      {"a step is moved", [&] { ListKeys("Ctrl+Up"); }},
+      {"all is cleared", [&] { Press("CommandClear"); }},
+      {"a read completes",
+       [&] {
+         FillFlash(FilledSequences(3, 20, 5));
+         ReadWell();
+       }},
+      {"playback ends",
+       [&] {
+         Press("CWButtonEmuPC");
+         QTest::qWait(30);
+         Press("CWButtonEmuPC");
+       }},
+      {"the window hides", [&] { Keys("Ctrl+M"); }},
+      {"another window comes up", [&] { QApplication::setActiveWindow(form.get()); }},
+      {"the dialog comes up",
+       [&] {
+         Press("CommandInterpolate");
+         EXPECT_TRUE(Window().isVisible());
+         EXPECT_FALSE(Canvas().isEnabled());
+         Keys("Right Shift+Up Shift+Right");
+         hands->Click("CancelButton");
+         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+         EXPECT_TRUE(Canvas().isEnabled());
+       }},
+  };
+  for (const auto& [what, happens] : cases) {
+    for (const bool angle : {true, false}) {
+      SCOPED_TRACE(std::string(what) + (angle ? ", angle" : ", duration"));
+      Compose(30);
+      Press("CommandAdd");  // something to undo and to redo
+      if (QString(what) == "redo") hands->Keys(*form, "Ctrl+Z");
+      Open();
+      Keys("Ctrl+0");
+      const QPoint from = angle ? Level(4, 0) : At(Geometry().time.X(0) + 2000, 300);
+      const QPoint way = angle ? QPoint(0, -30) : QPoint(50, 0);
+      DragTo(from, from + way);
+      happens();
+      const SequenceView then = Now();
+      const int fader_then = Fader(0);
+      MoveTo(from + 2 * way);
+      ReleaseAt(from + 2 * way);
+      QTest::qWait(10);
+      ExpectView(then);
+      EXPECT_EQ(Fader(0), fader_then);
+    }
+  }
+}
+
+TEST_F(Shape, GoesOnWhilePlaybackRuns) {
+  Connect();
+  Select(12);
+  Press("CWButtonEmuPC");
+  DragTo(Level(6, 0), Level(6, 0) + QPoint(0, -10));
+  EXPECT_EQ(Selected(), 6) << "a press selects, and playback goes on from there";
+  ASSERT_TRUE(hands->WaitUntil([&] {
+    timer.Elapse();
+    return Selected() == 8;
+  }));
+  EXPECT_EQ(Fader(0), Position(8, 0));
+  MoveTo(Level(6, 0) + QPoint(0, -20));
+  EXPECT_TRUE(hands->WaitUntil([&] { return Fader(0) == Position(6, 0) + 20; })) << Fader(0);
+  ReleaseAt(Level(6, 0) + QPoint(0, -20));
+  EXPECT_EQ(Position(6, 0), 128 + 24 + 20);
+  EXPECT_EQ(Selected(), 8);
+  EXPECT_TRUE(timer.Enabled());
+}
+
+TEST_F(Shape, AWarningAtTheEndOfADragLeavesNothingHeld) {
+  Keys("Escape");
+  ExpectMessage("Out of memory: too many steps. Max # of bytes is 24064!");
+  Load(FilledSequences(1, 4096, 7));
+  Open();
+  Keys("Home");
+  for (int i = 0; i < 15; ++i) Keys("Ctrl++");
+  const QPoint end = At(Duration(0), 300);
+  const int before = Duration(0);
+  DragTo(end, end + QPoint(60, 0));
+  ExpectMessage("Out of memory: too many steps. Max # of bytes is 24064!", [&] {
+    MoveTo(end + QPoint(200, 0));
+    ReleaseAt(end + QPoint(200, 0));
+    Keys("Escape");
+  });
+  ReleaseAt(end + QPoint(60, 0));
+  EXPECT_GT(Duration(0), before);
+  EXPECT_EQ(Lines().size(), kSteps) << "256 steps can be shaped, too";
+}
+
+TEST_F(Shape, AnEndHeldBesideTheViewScrollsIt) {
+  for (int i = 0; i < 8; ++i) Keys("Ctrl++");
+  Keys("End");
+  const QPoint end = At(12000, 300);
+  DragTo(end, QPoint(Canvas().width() + 30, 300));
+  const double left = Canvas().Time().Left();
+  ASSERT_TRUE(hands->WaitUntil([&] { return Canvas().Time().Left() > left + 200; }));
+  MoveTo(QPoint(Canvas().width() - 50, 300));
+  ReleaseAt(QPoint(Canvas().width() - 50, 300));
+  EXPECT_GT(Duration(29), 500);
+  EXPECT_EQ(Duration(29) % 20, 0);
+  Keys("Ctrl+0");
+  const QPoint start = At(11600, 300);
+  DragTo(start + QPoint(Wide(Duration(29)), 0), start - QPoint(3000, 0));
+  ReleaseAt(start - QPoint(3000, 0));
+  EXPECT_EQ(Duration(29), 20);
+}
+
+TEST_F(Shape, KeysShapeTheSelectedStepInTheChosenLane) {
+  Connect();
+  Select(4);
+  Keys("Down Down");
+  board.ClearLog();
+  const std::tuple<const char*, int, int, const char*> cases[] = {
+      {"Shift+Up", 2, 145, "Angle"},        {"Shift+Down Shift+Down", 2, 143, "Angle"},
+      {"Shift+PgUp", 2, 153, "Angle"},      {"Shift+PgDown", 2, 143, "Angle"},
+      {"Shift+Right", 12, 420, "Duration"}, {"Shift+Left Shift+Left", 12, 380, "Duration"}};
+  for (const auto& [keys, column, value, name] : cases) {
+    Keys(keys);
+    EXPECT_EQ(Position(4, column), value) << keys;
+    EXPECT_EQ(UndoName(), QString("Undo ") + name);
+  }
+  EXPECT_EQ(Fader(2), 143) << "the servo shows the angle";
+  EXPECT_EQ(Sent(10), (Bytes{10, 145, 10, 144, 10, 143, 10, 153, 10, 143})) << "each change once";
+  // Keys in a row are one step of undo, a held one, too.
+  Operator::Hold(Canvas(), Qt::Key_Up, Qt::ShiftModifier);
+  EXPECT_EQ(Position(4, 2), 149);
+  for (const auto& [column, value] : {std::pair(2, 143), std::pair(12, 400), std::pair(2, 144)}) {
+    Keys("Ctrl+Z");
+    EXPECT_EQ(Position(4, column), value);
+  }
+  EXPECT_EQ(Selected(), 4);
+  Select(-1);
+  const SequenceView none = Now();
+  Keys("Shift+Up Shift+Right");
+  ExpectView(none);
+}
+
+}  // namespace
+}  // namespace pelmora

@@ -8,6 +8,7 @@ void DebugPanel::SetEcho(const QString& text) {
 }
 
 void DebugPanel::CommandInBuff_Click() {
+  comm_.Fetch();
   SetEcho(QString::number(comm_.PortOpen() ? comm_.InBufferCount() : 0));
 }
 

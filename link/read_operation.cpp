@@ -11,13 +11,14 @@ ReadOperation::ReadOperation(BoardLink& link, HeaderCheck check)
       check_(std::move(check)),
       outer_(std::exchange(link.innermost_read_, this)) {
   link.reply_ = {};
-  // The answer that an erase or a program around this read waits for may be waiting already.
+  // Not while an erase or a program around this read waits for its answer: it may be among them.
   if (!link.TakesAcknowledgements()) link.comm_.ClearInBuffer();
   link.serial_port_.SetReadReceive();
 }
 
 ReadOperation::~ReadOperation() {
-  // So it may have come during the read, set up for more bytes at once.
+  // That answer may also have come during the read: by itself it is too short for a receive event.
+  link_.comm_.Fetch();
   link_.comm_.SetInputLen(0);
   const QByteArray waiting = link_.comm_.Input();
   if (link_.TakesAcknowledgements() && !waiting.isEmpty() &&
@@ -76,7 +77,7 @@ ReadOperation::Outcome ReadOperation::Collect(std::span<const std::uint8_t> rece
 ReadOperation::Outcome ReadOperation::WaitForStepData(std::int32_t& rx_count) {
   const platform::MSComm& comm = link_.comm_;
   do {
-    // With everything here already, no further event may come: look once, without sleeping.
+    // When everything is here already, no further event may come to end a sleep.
     const bool complete = comm.InBufferCount() >= rx_count;
     Turn(complete ? platform::Events::Idle::kReturn : platform::Events::Idle::kSleep);
     // A read inside this wait has taken a whole reply; what this one waits for is gone.

@@ -1,5 +1,6 @@
 // Erasing, programming and reading back with a sound board: the bytes on the line, the waits and
 // what the window shows in them, and what the operator may do meanwhile.
+#include "platform/controls/text_field.h"
 #include "rig/processor_time.h"
 #include "tests/flash_fixture.h"
 
@@ -127,21 +128,47 @@ TEST_F(InsideAWait, AReadInsideAReadServesBoth) {
   const Sequences sequences = RandomSequences(11, 40);
   FillFlash(sequences);
   Connect();
-  board.SetFaults({.cut_reply_at = 40});
-  hands->When([this] { return InBuff() == "40"; },
-              [this] {
-                hands->Click("Echo");
-                EXPECT_EQ(InBuff(), "0") << "what had come is thrown away";
-                AddStep(0, 128, 100);
-                board.SetFaults({});
-                ReadWell();
-                EXPECT_FALSE(Reading());
-                ExpectMessage(kReadText);
-              });
-  Read();
-  EXPECT_EQ(Table(), sequences);
-  EXPECT_EQ(Lines().size(), static_cast<int>(sequences[0].size()));
-  ExpectSent({6, 6});
+  // The header of the first is cut, or its data.
+  for (const std::size_t come : {40U, 66U + 30U}) {
+    SCOPED_TRACE(come);
+    board.SetFaults({.cut_reply_at = come});
+    hands->When([&] { return come < 66 ? InBuff() == "40" : Bar() == 30; },
+                [this] {
+                  hands->Click("Echo");
+                  EXPECT_EQ(InBuff(), "0") << "what had come is thrown away";
+                  AddStep(0, 128, 100);
+                  board.SetFaults({});
+                  ReadWell();
+                  EXPECT_FALSE(Reading());
+                  ExpectMessage(kReadText);
+                });
+    Read();
+    EXPECT_EQ(Table(), sequences);
+    EXPECT_EQ(Lines().size(), static_cast<int>(sequences[0].size()));
+    ExpectSent({6, 6});
+    ExpectAtRest();
+  }
+}
+
+// Bytes that nobody asked for, here already but not looked at yet.
+TEST_F(Flash, StrayBytesAreDroppedBeforeARead) {
+  FillFlash(ExampleSequences());
+  Connect();
+  const auto stray = [this] {
+    board.Send({1, 2, 3});
+    QTest::qSleep(30);
+  };
+  stray();
+  ExpectMessage(kReadText);
+  Press("CommandRead");
+  EXPECT_EQ(Table(), ExampleSequences());
+  stray();
+  Press("CommandInBuff");
+  EXPECT_EQ(hands->Read("Echo"), "3");
+  stray();
+  emit hands->Find<platform::TextField>("Echo").Click();
+  QTest::qWait(30);
+  EXPECT_EQ(hands->Read("Echo"), "");
 }
 
 TEST_F(InsideAWait, AConnectionMadeAnewBeforeTheHeaderGetsNothing) {

@@ -90,7 +90,12 @@ QByteArray MSComm::Input() {
   return bytes;
 }
 
+void MSComm::Fetch() {
+  while (port_ && port_->waitForReadyRead(0)) continue;
+}
+
 void MSComm::ClearInBuffer() {
+  Fetch();
   taken_ += static_cast<quint64>(received_.size());
   received_.clear();
 }

@@ -40,7 +40,7 @@ class MSComm : public QObject {
 
   // Opens port `CommPort` and discards what was waiting in it. False when that fails; `LastError`
   // then has the reason and `LastDevice` the device ("" when the entry stands for none).
-  bool Open();
+  [[nodiscard]] bool Open();
   // Waits until what was written has left, then closes; gives up when no byte has left for a
   // second. No `PortLost`.
   void Close();
@@ -64,12 +64,16 @@ class MSComm : public QObject {
   void SetRThreshold(int bytes);
 
   // Takes bytes out of the receive buffer, at most `InputLen`, or all when that is 0.
-  QByteArray Input();
+  [[nodiscard]] QByteArray Input();
+
+  // Takes over what has arrived at the system already. Otherwise that comes with the next events,
+  // and what is thrown away before them survives.
+  void Fetch();
 
   // Bytes waiting in the receive buffer. They stay readable after the port has been closed or
   // lost, until it is opened again.
   int InBufferCount() const { return static_cast<int>(received_.size()); }
-  // Throws the waiting bytes away.
+  // Throws the waiting bytes away, those that the system holds included.
   void ClearInBuffer();
 
   // Hands the bytes to the operating system before it returns, behind those written earlier; what

@@ -16,27 +16,27 @@ using Bytes2 = std::array<std::uint8_t, 2>;
 using FlashHeader = std::array<std::uint8_t, kHeaderBytes>;
 
 // Commands, from the PC to the board.
-Bytes1 PcControlOffCommand();
-Bytes1 PcControlOnCommand();
+[[nodiscard]] Bytes1 PcControlOffCommand();
+[[nodiscard]] Bytes1 PcControlOnCommand();
 // The board plays `sequence` (0..15) from its flash.
-Bytes2 PlayCommand(int sequence);
-Bytes1 StopCommand();
+[[nodiscard]] Bytes2 PlayCommand(int sequence);
+[[nodiscard]] Bytes1 StopCommand();
 // Answered by the header and the step data.
-Bytes1 ReadCommand();
+[[nodiscard]] Bytes1 ReadCommand();
 // Answered by an acknowledgement when the flash is erased.
-Bytes1 EraseCommand();
-Bytes1 ResetCommand();
+[[nodiscard]] Bytes1 EraseCommand();
+[[nodiscard]] Bytes1 ResetCommand();
 // Sets the position (0..255) of a channel (0..11).
-Bytes2 PositionCommand(int channel, int position);
+[[nodiscard]] Bytes2 PositionCommand(int channel, int position);
 // The command and the header from `TotalBytes`, `SeqSteps` and `SeqOffset` as they stand. The board
 // acknowledges it, and then every complete block of `kBlockBytes` of step data. Needs `HeaderFits`.
-std::array<std::uint8_t, 1 + kHeaderBytes> ProgramCommand(const SequenceTable& table);
+[[nodiscard]] std::array<std::uint8_t, 1 + kHeaderBytes> ProgramCommand(const SequenceTable& table);
 
 // Step data that the board acknowledges at once; a shorter last block it doesn't acknowledge.
 inline constexpr int kBlockBytes = 256;
 
 // Whether received bytes (at least one) begin with the board's acknowledgement.
-bool IsAcknowledgement(std::span<const std::uint8_t> received);
+[[nodiscard]] bool IsAcknowledgement(std::span<const std::uint8_t> received);
 
 // Staging area of the step data: byte i of the stream is row i div 14, column i mod 14. It is never
 // cleared.
@@ -51,7 +51,7 @@ int DurationToTicks(int duration_ms);
 
 // Whether every header value fits the board's signed 16-bit fields (a total of at most 32767
 // bytes). Programming refuses an image for which this is false.
-bool HeaderFits(const SequenceTable& table);
+[[nodiscard]] bool HeaderFits(const SequenceTable& table);
 
 // Stages the step data of the table: sequences 0..15, each with its steps in order. Rows beyond
 // stay.
@@ -64,7 +64,7 @@ int AnnouncedBytes(const FlashHeader& header);
 // header. False at the first value that has a high byte of 128 or more; the values before it have
 // been taken. Step counts are taken as they are and may exceed what a sequence holds
 // (`LimitStepCounts`).
-bool DecodeHeader(const FlashHeader& header, SequenceTable& table);
+[[nodiscard]] bool DecodeHeader(const FlashHeader& header, SequenceTable& table);
 
 // Stages received step data. At most 4097 x 14 bytes.
 void StageStepData(std::span<const std::uint8_t> step_data, FlashRows& image);
@@ -72,7 +72,7 @@ void StageStepData(std::span<const std::uint8_t> step_data, FlashRows& image);
 // Rebuilds the table's records from the staged rows by the counts in `SeqSteps`. False at the first
 // step that cannot be stored (step number 256 or more, a duration above 1638 ticks); the steps
 // before it have been stored, and the positions of the one whose duration is too long.
-bool DecodeSteps(const FlashRows& image, SequenceTable& table);
+[[nodiscard]] bool DecodeSteps(const FlashRows& image, SequenceTable& table);
 
 // Cuts every step count to 256, so that no sequence claims more steps than it can hold.
 void LimitStepCounts(SequenceTable& table);

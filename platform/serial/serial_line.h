@@ -14,11 +14,11 @@ namespace platform {
 // Reads "9600,N,8,2" (baud rate, parity N, E or O, data bits 5..8, stop bits 1 or 2) into a port
 // that is not open yet, with flow control off. Returns how long the line takes for a byte; nothing
 // when the text is something else.
-std::optional<LineBacklog::Clock::duration> ApplyLineSettings(QSerialPort& port,
-                                                              const QString& settings);
+[[nodiscard]] std::optional<LineBacklog::Clock::duration> ApplyLineSettings(
+    QSerialPort& port, const QString& settings);
 
 // True when the operating system takes at least one byte for the open port now.
-bool AcceptsBytes(QSerialPort& port);
+[[nodiscard]] bool AcceptsBytes(QSerialPort& port);
 
 // Bytes that the open port or the operating system still holds, as far as the system knows.
 int UnsentBytes(const QSerialPort& port);

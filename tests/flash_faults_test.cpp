@@ -28,6 +28,7 @@ struct Fault {
   Then then = kNothing;
   std::size_t sent = 0;  // bytes on the line when it happens
   int waiting = 0;       // step data shown by the bar when it happens
+  int total = -1;        // `TotalBytes` at the end, where it isn't that of the sequences
 };
 
 const Faults kSilent{.silent = true};
@@ -105,6 +106,8 @@ TEST_P(FlashFaults, EndAsTheOperatorIsToldAndLeaveNothingBehind) {
   ExpectAtRest();
   if (fault.button != "CommandRead") {
     EXPECT_EQ(Table(), Loaded());
+  } else if (fault.total >= 0) {
+    EXPECT_EQ(Data().TotalBytes, fault.total);
   }
   ExpectAllOperationsToWork();
 }
@@ -133,17 +136,17 @@ const Fault kFaults[] = {
     {"read_silent_aborted", kRead, kSilent, {kReadingErrorText}, "", kAbort, 1},
     {"read_silent_reconnected", kRead, kSilent, {kReadingErrorText}, "", kReconnect, 1},
     {"read_header_cut", kRead, {.cut_reply_at = 65}, {kReadingErrorText}, "", kAbort, 1},
-    {"read_cut_aborted", kRead, {.cut_reply_at = 107}, {kReadingErrorText}, "", kAbort, 1, 41},
+    {"read_cut_aborted", kRead, {.cut_reply_at = 107}, {kReadingErrorText}, "", kAbort, 1, 41, 42},
     {"read_cut_unplugged", kRead, {.cut_reply_at = 107}, {kReadingErrorText}, "", kUnplug, 1, 41},
     {"read_cut_reconnected", kRead, {.cut_reply_at = 107}, {kReadingErrorText}, "", kReconnect, 1, 41},
     {"read_none_announced", kRead, {.lying_header = Lie({{1, 0}})}, {kNothingText}, ""},
     {"read_13_announced", kRead, {.lying_header = Lie({{1, 13}})}, {kNothingText}, ""},
     {"read_257_steps", kRead, {.lying_header = Lie({{2, 1}, {3, 1}})}, {kReadingErrorText}, ""},
     {"read_counts_only", kRead, {.lying_header = Lie({{1, 0}, {6, 0x7F}, {7, 0xFF}})}, {kNothingText}, ""},
-    {"read_overflow_kept", kRead, {.lying_header = Lie({{0, 0x5E}, {1, 1}})}, {kReadText}, "Overflow!", kAbort, 1, 42},
+    {"read_overflow_kept", kRead, {.lying_header = Lie({{0, 0x5E}, {1, 1}})}, {kReadText}, "Overflow!", kAbort, 1, 42, 24064},
     {"read_overflow_filled", kRead, {.lying_header = Lie({{0, 0x7F}}), .after_reply = Bytes(24064 - 42, 7)}, {kReadText}, "Overflow!"},
-    {"read_overflow_unplugged", kRead, {.lying_header = Lie({{0, 0xFF}})}, {kReadText}, "Overflow!", kUnplug, 1, 42},
-    {"read_overflow_of_little", kRead, {.cut_reply_at = 79, .lying_header = Lie({{0, 0x75}})}, {kNothingText}, "Overflow!", kAbort, 1, 13},
+    {"read_overflow_unplugged", kRead, {.lying_header = Lie({{0, 0xFF}})}, {kReadText}, "Overflow!", kUnplug, 1, 42, 24064},
+    {"read_overflow_of_little", kRead, {.cut_reply_at = 79, .lying_header = Lie({{0, 0x75}})}, {kNothingText}, "Overflow!", kAbort, 1, 13, 24064},
 };
 // clang-format on
 
@@ -170,6 +173,72 @@ TEST_F(FlashFaults, ACorruptedHeaderStallsUntilTheWaitIsEnded) {
     EXPECT_EQ(InBuff(), "0") << "bytes of the old reply";
     ExpectAllOperationsToWork();
   }
+}
+
+// More has come than the board holds when an overflow is aborted: it is cut once more.
+TEST_F(FlashFaults, AnAbortedOverflowKeepsNoMoreThanTheBoardHolds) {
+  FillFlash(ExampleSequences());
+  Connect();
+  board.SetFaults({.lying_header = Lie({{0, 0x7F}})});
+  hands->When([this] { return Bar() == 42; },
+              [this] {
+                board.Send(Bytes(24100 - 42, 7));
+                QTest::qWait(200);
+                ExpectMessage(kReadText);
+                Abort();
+              });
+  Read();
+  EXPECT_EQ(form->Link().Reply().RxCount, 24064);
+  ExpectAllOperationsToWork();
+}
+
+// What is said of the sequences when the line is lost in and around reads.
+TEST_F(FlashFaults, ALossSaysWhetherAReadHasEmptiedTheSequences) {
+  const auto expect_loss = [this](bool emptied) {
+    ExpectMessage("The connection on Comm1 (" + QString::fromStdString(board.DevicePath()) +
+                  ") is lost: the adapter was pulled or the line hung up.\n\n" +
+                  (emptied ? "Your sequences were cleared when the read began; undo (Ctrl+Z) "
+                             "brings them back."
+                           : "Your sequences are untouched.") +
+                  " Choose a port to connect again.");
+  };
+  const auto unplug = [&](bool emptied) {
+    expect_loss(emptied);
+    board.Unplug();
+    EXPECT_TRUE(hands->WaitUntil([this] { return Enabled("ComboPort"); }));
+  };
+  FillFlash(ExampleSequences());
+  Connect();
+  // While a read that has succeeded says so, and while one that has failed does.
+  ExpectMessage(kReadText, [&] { unplug(false); });
+  Read();
+  ConnectAgain();
+  board.SetFaults(kSilent);
+  WhenSent(1, [this] { Abort(); });
+  ExpectMessage(kReadingErrorText, [&] { unplug(true); });
+  Read();
+  ConnectAgain();
+  unplug(false);
+  ConnectAgain();
+  // A read inside it has ended, aborted.
+  WhenSent(1, [&] {
+    WhenSent(2, [this] { Abort(); });
+    ExpectMessage(kReadingErrorText);
+    Read();
+    expect_loss(true);
+    ExpectMessage(kReadingErrorText);
+    board.Unplug();
+  });
+  board.ClearLog();
+  Read();
+  ConnectAgain();
+  // A write has found the loss in this very turn.
+  expect_loss(true);
+  board.Unplug();
+  SetSlider(0, 77);
+  EXPECT_FALSE(form->Link().Port().Connected());
+  Press("CommandRead");
+  EXPECT_TRUE(hands->WaitUntil([this] { return Enabled("ComboPort"); }));
 }
 
 // What the board says before it is asked counts for nothing.

@@ -68,6 +68,8 @@ class FlashTest : public WindowTest {
     hands->When([this, count] { return board.WaitForBytes(count, {}); }, std::move(action));
   }
 
+  bool Connected() const { return form->Link().Port().Connected(); }
+
   // What the button shows of the receive buffer.
   QString InBuff() const {
     hands->Click("CommandInBuff");

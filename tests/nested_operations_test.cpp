@@ -130,27 +130,103 @@ TEST_F(NestedOperations, TheOuterWaitOffersAbortAgain) {
   }
 }
 
-// The reply to the inner read swallows the erase's answer; by itself an erase can't be aborted.
-TEST_F(NestedOperations, AnEraseWhoseAnswerIsGoneCanBeAborted) {
-  Connect();
-  for (const bool answered : {false, true}) {
-    board.ClearLog();
-    board.SetFaults({.silent = true});
-    WhenSent(1, [this, answered] {
-      EXPECT_FALSE(Enabled("Command1"));
-      WhenSent(2, [this] { Abort(); });
-      ExpectMessage(kReadingErrorText, [this, answered] {
-        hands->When([this] { return Enabled("Command1"); },
-                    [this, answered] {
-                      EXPECT_FALSE(BarShown());
-                      ExpectMessage(answered ? kErasedText : kAbortText);
-                      answered ? board.Send({255}) : Abort();
-                    });
+// A read inside the wait of an erase, or of the erase that programming begins with. What comes then
+// is taken as the erase's answer, and the read has no reply: what an earlier one had counts no
+// more. Without an answer both are aborted, which an erase by itself can't be.
+TEST_F(NestedOperations, AReadInsideAnEraseGetsNoReply) {
+  const Bytes kZeros(66, 0);
+  const Bytes kAcknowledgement = {255};
+  const struct {
+    const char* name;
+    Bytes waiting;  // here when the read begins, and not looked at yet
+    Bytes answer;   // comes to the read
+    bool abort_read;
+    bool erased;
+  } cases[] = {
+      {"answered with more behind", {}, kAcknowledgement + Bytes(65, 0), false, true},
+      {"answered before the read", kAcknowledgement, Bytes(65, 0), false, true},
+      {"answered, then aborted", {}, kAcknowledgement, true, true},
+      {"answered before the read, then aborted", kAcknowledgement, {}, true, true},
+      {"another reply, then aborted", {}, kZeros, true, false},
+      {"silent", {}, {}, true, false},
+  };
+  const Sequences earlier = RandomSequences(32, 40);
+  for (const bool programs : {false, true}) {
+    for (const auto& c : cases) {
+      SCOPED_TRACE(c.name);
+      FillFlash(earlier);
+      if (!Connected()) Connect();
+      board.SetFaults({});
+      ReadWell();
+      Load(ExampleSequences());
+      board.ClearLog();
+      board.SetFaults({.silent = true});
+      WhenSent(1, [&] {
+        EXPECT_FALSE(Enabled("Command1"));
+        board.Send(c.waiting);
+        QTest::qSleep(30);
+        WhenSent(2, [&] {
+          board.Send(c.answer);
+          if (!c.abort_read) return;
+          QTest::qWait(30);
+          EXPECT_EQ(hands->Read("Echo"), c.answer == kZeros ? "Error!" : "");
+          Abort();
+        });
+        ExpectMessage(c.abort_read ? kReadingErrorText : kNothingText);
+        ExpectMessage(c.erased ? kErasedText : kAbortText);
+        if (programs && c.erased) {
+          WhenSent(3 + 66, [&] { board.Send({255}); });
+          ExpectMessage(kProgrammedText);
+        }
+        if (!c.erased)
+          hands->When([&] { return !Reading() && Enabled("Command1"); },
+                      [&] {
+                        EXPECT_FALSE(BarShown());
+                        Abort();
+                      });
+        Press("CommandRead");
       });
+      programs ? Program() : Erase();
+      EXPECT_EQ(box.Outstanding(), 0U);
+      EXPECT_EQ(Table(), Sequences()) << "the read has emptied it";
+      ExpectSent(programs && c.erased ? Bytes{7, 6, 2} + Bytes(66, 0) : Bytes{7, 6});
+      ExpectAtRest();
+    }
+  }
+}
+
+// The answer of an erase inside a read's wait doesn't come to it; aborted, it leaves the read to
+// its reply.
+TEST_F(NestedOperations, AnEraseInsideAReadCanBeAbortedAndTheReadGoesOn) {
+  const Sequences sequences = RandomSequences(34, 20);
+  const Bytes reply = HeaderOf(sequences) + StepDataOf(sequences);
+  Connect();
+  for (const std::size_t come : {40U, 96U}) {
+    for (const char* inner : {"CommandErase", "CommandFlash"}) {
+      SCOPED_TRACE(inner);
+      FillFlash(sequences);
+      board.SetFaults({.cut_reply_at = come});
+      hands->When([&] { return come < 66 ? board.Log().size() == 1 : Bar() == 30; },
+                  [&] {
+                    QTest::qWait(30);
+                    board.SetFaults({.silent = true});
+                    WhenSent(2, [&] {
+                      EXPECT_TRUE(Erasing() && Enabled("Command1"));
+                      Abort();
+                    });
+                    ExpectMessage(kAbortText);
+                    hands->When([&] { return !Erasing() && Enabled("Command1") && BarShown(); },
+                                [&] {
+                                  ExpectMessage(kReadText);
+                                  board.Send({reply.begin() + static_cast<int>(come), reply.end()});
+                                });
+                    hands->Click(inner);
+                  });
       Read();
-    });
-    Erase();
-    ExpectAtRest();
+      EXPECT_EQ(Table(), sequences);
+      ExpectSent({6, 7});
+      ExpectAtRest();
+    }
   }
 }
 

@@ -130,6 +130,13 @@ TEST_F(Playback, ResetComesFirstAndTurnsEverySwitchOff) {
   ExpectSent({17, 4});
   ExpectIdle();
   EXPECT_FALSE(On(kRealEmu));
+  Press("CWButtonMainOnOff");
+  Press(kRealEmu);
+  ExpectSent({1, 3, 0});
+  Trigger("Resetting");
+  ExpectSent({17, 0, 4});
+  ExpectIdle();
+  EXPECT_FALSE(On(kRealEmu) || On("CWButtonMainOnOff"));
   SetBreak(1);
   hands->Click(kEmuPC);
   ExpectTick(1);

@@ -74,7 +74,7 @@ bool ReadStepLine(std::string_view line, std::string_view decimal_point, EditRow
                                                   : PositionOfField(field, decimal_point);
     if (!value) return false;
     read[column] = *value;
-    // Past the last field an empty one stands in for each that is missing; it reads as no number.
+    // A field that is missing is read as an empty text, which is no number.
     line.remove_prefix(tab == std::string_view::npos ? line.size() : tab + 1);
   }
   row = read;

@@ -26,9 +26,10 @@ class BoardControl : public QObject {
   // "Real Emu" is On. "PC Emu" is locked meanwhile.
   bool BoardPlays() const { return player_ == Player::kBoard; }
 
-  // A switch has got another value, by the operator or by the program. Without a port a message
-  // says so and the switch goes Off; nothing is sent. A value that the switch has already changes
-  // nothing.
+  // The three reactions to a switch that has got another value, by the operator or by the program.
+  // Without a port a message says so and the switch goes Off; nothing is sent. A value that the
+  // switch has already changes nothing.
+  //
   // Tells the board to enter PC control, or to leave it.
   void CWButtonMainOnOff_ValueChanged(bool on);
   // On: tells the board to play sequence `CurSeq`. Off: tells it to stop.

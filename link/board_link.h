@@ -1,6 +1,6 @@
 // What the operations that wait for the board (erase, program, read) share with each other and with
 // the receive handler: the mode flags, the acknowledgement, the abort request, and what was read
-// last. It lives as long as the window. Everybody may look; only an operation changes it, which is
+// last. It lives as long as the window. Everybody may look at it; an operation changes it, which is
 // a `BoardOperation` (link/board_operation.h).
 #pragma once
 

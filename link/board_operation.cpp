@@ -2,8 +2,8 @@
 
 namespace pelmora {
 
-// An operation inside the wait of another forgets what that one was told, an acknowledgement or an
-// abort request: neither may end the inner wait. The outer wait offers "Abort" again.
+// An acknowledgement or an abort request that was meant for an operation around this one is
+// forgotten, by a read, too: it must not end this one's wait. The outer wait offers "Abort" again.
 BoardOperation::BoardOperation(BoardLink& link, Mode mode)
     : link_(link), mode_(mode), session_(link.comm_.Session()), begun_(++link.begun_) {
   ++link.in_progress_;
@@ -46,14 +46,15 @@ void BoardOperation::Send(std::span<const std::uint8_t> bytes) {
 BoardOperation::Answer BoardOperation::WaitForAck() {
   Answer answer = Answer::kAborted;
   do {
-    // An erase whose mode is gone would take the next acknowledgement, which answers something
-    // else.
+    // Another erase inside this wait has ended the mode. This one must not take the next
+    // acknowledgement, which would answer something else.
     if (mode_ == Mode::kErase && !link_.EraseMode())
       answer = Answer::kTakenOver;
     else if (link_.ack_received_)
       answer = Answer::kReceived;
   } while (answer == Answer::kAborted && Turn());
-  // What ends a read also ends the operation around it. Any other acknowledgement is used up.
+  // An acknowledgement that ends a read also ends the operation around it, whose answer it may be.
+  // Any other is used up.
   if (mode_ != Mode::kRead) link_.ack_received_ = false;
   return answer;
 }

@@ -49,7 +49,7 @@ class SerialPort : public QObject {
   std::uint64_t BytesSent() const { return bytes_sent_; }
 
   // How long the line needs until no more than one pose (a position of every channel) has not left
-  // yet; 0 when it is ready for the next one. Whoever sends pose after pose waits for that, so that
+  // yet; 0 when it is ready for the next one. Playback and dragged sliders wait for that, so that
   // the board never goes on for long after the operator has stopped.
   std::chrono::milliseconds TimeUntilReady() const;
 

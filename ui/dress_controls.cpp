@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/declaration.h"
+#include "link/serial_port.h"
 #include "ui/look.h"
 
 namespace pelmora {
@@ -69,7 +70,7 @@ void DressControls(const Controls& controls, const platform::PortDirectory& port
 
   platform::DropDownList& combo_port = *controls.ComboPort;
   for (int number = 1; number <= kPorts; ++number) {
-    combo_port.addItem(QStringLiteral("Comm%1").arg(number), number);
+    combo_port.addItem(SerialPort::EntryName(number), number);
   }
   combo_port.setCurrentIndex(-1);
   combo_port.ToolTip = [&ports](int number) {

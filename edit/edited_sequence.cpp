@@ -168,8 +168,8 @@ void EditedSequence::ShowOffset() {
   controls_.LabelOffset.setText(QStringLiteral("%1 bytes").arg(data_.SeqOffset[data_.CurSeq]));
 }
 
-void EditedSequence::Insert(const std::vector<std::string>& lines) {
-  const Operation operation(*this, "Add");
+void EditedSequence::Insert(const std::vector<std::string>& lines, const char* change) {
+  const Operation operation(*this, change);
   ResetBreakPoints();
   int at = ListIndex();
   for (const std::string& line : lines) {
@@ -180,8 +180,8 @@ void EditedSequence::Insert(const std::vector<std::string>& lines) {
   Store();
 }
 
-void EditedSequence::Remove() {
-  const Operation operation(*this, "Remove");
+void EditedSequence::Remove(const char* change) {
+  const Operation operation(*this, change);
   if (ListCount() == 0) return;
   ResetBreakPoints();
   const int line = ListIndex();
@@ -280,7 +280,7 @@ void EditedSequence::ShowCurrentSequence() {
 }
 
 void EditedSequence::TakeTable(const SequenceTable& table) {
-  const Operation operation(*this, "Load Buffer");
+  const Operation operation(*this);
   static_cast<SequenceTable&>(data_) = table;
   data_.CurSeq = 0;
   OffsetCalc();
@@ -288,7 +288,7 @@ void EditedSequence::TakeTable(const SequenceTable& table) {
 }
 
 bool EditedSequence::TakeHeader(const FlashHeader& header) {
-  const Operation operation(*this, "Read Seq.");
+  const Operation operation(*this);
   sequence_changed_ = true;
   const bool sound = DecodeHeader(header, data_);
   LimitStepCounts(data_);
@@ -296,7 +296,7 @@ bool EditedSequence::TakeHeader(const FlashHeader& header) {
 }
 
 bool EditedSequence::TakeReply(const FlashHeader& header, const FlashRows& image) {
-  const Operation operation(*this, "Read Seq.");
+  const Operation operation(*this);
   sequence_changed_ = true;
   const bool placed = DecodeHeader(header, data_) && DecodeSteps(image, data_);
   LimitStepCounts(data_);

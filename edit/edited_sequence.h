@@ -2,8 +2,8 @@
 // breakpoints, and the labels that name sequence and step. Everybody else asks it, or calls one of
 // its operations; after each of them list, buffer, flags and marks agree.
 //
-// Every operation that changes a sequence can be undone. What belongs to one press of a button is
-// held together by a `History::Change` around it.
+// Every operation that changes a sequence can be undone. A command that waits between its
+// operations holds them together by `BeginChange`.
 //
 // An operation announces what it has changed when it has ended, each signal once, and shows its
 // messages after that: whoever hears or sees something finds an operation that is complete.
@@ -39,7 +39,7 @@ struct SequenceControls {
   QLabel& LabelOffset;
 };
 
-class EditedSequence : public QObject, private History::Subject {
+class EditedSequence : public QObject {
   Q_OBJECT
  public:
   // `decimal_point` (UTF-8) is the one of the user's locale; angle texts are built and read with
@@ -48,7 +48,7 @@ class EditedSequence : public QObject, private History::Subject {
                  std::string decimal_point);
 
   const Declaration& Data() const { return data_; }
-  History& Changes() { return changes_; }
+  const History& Changes() const { return changes_; }
   const std::string& DecimalPoint() const { return decimal_point_; }
   int ListCount() const { return controls_.ListSequence.ListCount(); }
   // The selected line, -1 when none is.
@@ -76,13 +76,19 @@ class EditedSequence : public QObject, private History::Subject {
   // `LabelStep` names the selected line.
   void NameStep();
 
+  // What is done until the result goes is one change to undo, of this name.
+  [[nodiscard]] History::Change BeginChange(const char* name) { return {changes_, name}; }
+  // Restore what was before the latest change, or undone, see `History`.
+  void Undo() { changes_.Undo(); }
+  void Redo() { changes_.Redo(); }
+
   // Inserts lines (one or more, in their order) below the selected one, or at the top when none is
   // selected, selects the last of them and stores. The list must have room for them. Clears the
-  // breakpoints.
-  void Insert(const std::vector<std::string>& lines);
+  // breakpoints. `change` is what the undo is called.
+  void Insert(const std::vector<std::string>& lines, const char* change = "Add");
   // Removes the selected line, selects the one that followed it (or else the last) and stores.
   // Clears the breakpoints, even when no line is selected. Nothing happens on an empty list.
-  void Remove();
+  void Remove(const char* change = "Remove");
   // Moves a line, with its breakpoint, to the place of another, and selects it. Doesn't store.
   void Move(int from, int to);
   // "Replace": puts a line in the place of the selected one, which must exist and stays selected,
@@ -110,7 +116,8 @@ class EditedSequence : public QObject, private History::Subject {
   // 0..15 shows none, and neither does a sequence that can't be stored: leaving it would lose it.
   void ShowSequence(int sequence);
 
-  // Makes a loaded table (every count 0..256) the program's and shows sequence 0.
+  // Inside the change of a load: makes a table (every count 0..256) the program's and shows
+  // sequence 0.
   void TakeTable(const SequenceTable& table);
 
   // A read: its header has come. Takes its figures, the counts held to what a sequence can have.
@@ -132,8 +139,10 @@ class EditedSequence : public QObject, private History::Subject {
  private:
   class Operation;
 
-  SequenceState State(const SequenceState* former) const override;
-  void Restore(const SequenceState& state) override;
+  friend class History;
+  // The state now, sharing with `former` (null when there is none) what it has alike.
+  SequenceState State(const SequenceState* former) const;
+  void Restore(const SequenceState& state);
   std::array<QLabel*, 6> Labels() const;
   void ShowLines(const QStringList& lines);
   void DataInit();

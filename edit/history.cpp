@@ -3,6 +3,8 @@
 #include <QUndoCommand>
 #include <utility>
 
+#include "edit/edited_sequence.h"
+
 namespace pelmora {
 namespace {
 
@@ -45,7 +47,7 @@ class History::Step : public QUndoCommand {
   bool given_ = false;
 };
 
-History::History(Subject& subject) : subject_(subject) {
+History::History(EditedSequence& edited) : edited_(edited) {
   stack_.setUndoLimit(kMostSteps);
 }
 
@@ -76,13 +78,13 @@ void History::End() {
 }
 
 History::StatePointer History::Capture() {
-  latest_ = std::make_shared<const SequenceState>(subject_.State(latest_.get()));
+  latest_ = std::make_shared<const SequenceState>(edited_.State(latest_.get()));
   return latest_;
 }
 
 History::StatePointer History::Exchange(const StatePointer& state) {
   StatePointer former = Capture();
-  subject_.Restore(*state);
+  edited_.Restore(*state);
   latest_ = state;
   return former;
 }

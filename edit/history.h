@@ -13,6 +13,8 @@
 
 namespace pelmora {
 
+class EditedSequence;
+
 // What is particular about a change.
 struct ChangeTraits {
   // The line to be selected after an undo, where the selection has run ahead of the change.
@@ -24,17 +26,6 @@ struct ChangeTraits {
 
 class History {
  public:
-  // That whose states are kept.
-  class Subject {
-   public:
-    // The state now, sharing with `former` (null when there is none) what it has alike.
-    virtual SequenceState State(const SequenceState* former) const = 0;
-    virtual void Restore(const SequenceState& state) = 0;
-
-   protected:
-    ~Subject() = default;
-  };
-
   // The time during which something changes the sequences. Changes made while one is open belong
   // to the outermost: together they are one step, under its name. A change that leaves the
   // stored table and the lines of the list as they were is no step.
@@ -53,8 +44,8 @@ class History {
     History& history_;
   };
 
-  // `subject` outlives the history.
-  explicit History(Subject& subject);
+  // `edited`, whose states are kept, outlives the history.
+  explicit History(EditedSequence& edited);
 
   // Not while a change is open: its end would record what was undone.
   bool CanUndo() const { return open_ == 0 && stack_.canUndo(); }
@@ -80,7 +71,7 @@ class History {
   // Restores a state and returns the one that it replaces.
   StatePointer Exchange(const StatePointer& state);
 
-  Subject& subject_;
+  EditedSequence& edited_;
   QUndoStack stack_;
   int open_ = 0;  // changes, one inside the other
   // Of the outermost.

@@ -21,9 +21,8 @@ void StepClipboard::CopySequence_Click() {
 
 void StepClipboard::Cut_Click() {
   if (edited_.ListIndex() < 0) return;
-  const History::Change change(edited_.Changes(), "Cut");
   Copy_Click();
-  edited_.Remove();
+  edited_.Remove("Cut");
 }
 
 void StepClipboard::Paste_Click() {
@@ -44,8 +43,7 @@ void StepClipboard::Paste_Click() {
   std::vector<std::string> lines;
   lines.reserve(steps.size());
   for (const EditRow& step : steps) lines.push_back(EditorLine(step, edited_.DecimalPoint()));
-  const History::Change change(edited_.Changes(), "Paste");
-  edited_.Insert(lines);
+  edited_.Insert(lines, "Paste");
 }
 
 void StepClipboard::Put(int first_line, int lines) {

@@ -53,7 +53,7 @@ void BufferCommands::SaveBuffer_Click() {
 }
 
 void BufferCommands::LoadBuffer_Click() {
-  const History::Change change(edited_.Changes(), "Load Buffer");
+  const History::Change change = edited_.BeginChange("Load Buffer");
   edited_.ClearAll();
   const std::optional<QString> path = common_dialog_.ShowOpen({kFilter, QString(), QString()});
   if (!path) return;

@@ -14,7 +14,7 @@ constexpr char kErrorText[] = "Reading Error!";
 }  // namespace
 
 void ReadBack::CommandRead_Click() {
-  const History::Change change(edited_.Changes(), "Read Seq.");
+  const History::Change change = edited_.BeginChange("Read Seq.");
   debug_panel_.SetEcho({});
   std::optional<SequencesEmptiedByRead> emptied(link_);
   edited_.ClearAll();

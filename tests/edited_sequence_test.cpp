@@ -64,7 +64,7 @@ class EditedSequenceTest : public testing::Test {
   // The steps that undo takes back one after the other.
   int CountUndoSteps() {
     int steps = 0;
-    for (; edited.Changes().CanUndo(); ++steps) edited.Changes().Undo();
+    for (; edited.Changes().CanUndo(); ++steps) edited.Undo();
     return steps;
   }
 
@@ -121,13 +121,13 @@ TEST_F(EditedSequenceTest, AnnouncesOnceWhatAnOperationHasChanged) {
       {"a load", {}, [&] { edited.TakeTable(Table(2)); }, "si"},
       {"a header", {}, [&] { EXPECT_TRUE(edited.TakeHeader({})); }, "s"},
       {"a reply", {}, [&] { EXPECT_TRUE(edited.TakeReply({}, {})); }, "si"},
-      {"an undo", [&] { Add(40); }, [&] { edited.Changes().Undo(); }, "si"},
+      {"an undo", [&] { Add(40); }, [&] { edited.Undo(); }, "si"},
       {"an undo that brings a breakpoint back",
        [&] {
          break_at(1);
          edited.Clear();
        },
-       [&] { edited.Changes().Undo(); }, "sib"},
+       [&] { edited.Undo(); }, "sib"},
       {"the operator's selection", {}, [&] { list.setCurrentRow(2); }, "i"},
       {"the same selection", {}, [&] { edited.Select(1); }, ""},
   };
@@ -180,13 +180,13 @@ TEST_F(EditedSequenceTest, KnowsWhetherTheTableHoldsTheList) {
   for (const auto& change : changes) {
     change();
     EXPECT_FALSE(edited.Stored());
-    edited.Changes().Undo();
+    edited.Undo();
     EXPECT_TRUE(edited.Stored());
-    edited.Changes().Redo();
+    edited.Redo();
     EXPECT_FALSE(edited.Stored());
     EXPECT_TRUE(edited.BufferToData());
     EXPECT_TRUE(edited.Stored());
-    edited.Changes().Undo();
+    edited.Undo();
   }
 }
 
@@ -304,7 +304,7 @@ TEST_F(EditedSequenceTest, MergesChangesOfTheSameValueIntoOneUndoStep) {
          change(0, 0, 1);
          edited.Select(0);
          change(0, 0, 2);
-         edited.Changes().Undo();
+         edited.Undo();
          change(0, 0, 3);
        },
        2},
@@ -329,7 +329,7 @@ TEST_F(EditedSequenceTest, MergesChangesOfTheSameValueIntoOneUndoStep) {
     edited.Select(2);
     c.changes();
     EXPECT_EQ(CountUndoSteps(), composed + c.steps);
-    for (int i = 0; i < composed; ++i) edited.Changes().Redo();
+    for (int i = 0; i < composed; ++i) edited.Redo();
     EXPECT_EQ(edited.Row(0), Step(10, 100));
   }
 }
@@ -340,12 +340,12 @@ TEST_F(EditedSequenceTest, UndoesTheAddOfAStepLikeItsNeighbours) {
   Add(30);
   for (int i = 0; i < 2; ++i) {
     EXPECT_EQ(edited.ListIndex(), 3);
-    edited.Changes().Undo();
+    edited.Undo();
     EXPECT_EQ(edited.ListCount(), 4);
     EXPECT_EQ(edited.ListIndex(), 2);
     EXPECT_EQ(edited.Data().SeqSteps[0], 4);
     EXPECT_EQ(labels[3].text(), "56 bytes");
-    edited.Changes().Redo();
+    edited.Redo();
     EXPECT_EQ(edited.ListCount(), 5);
     EXPECT_TRUE(edited.Stored());
   }
@@ -355,12 +355,15 @@ TEST_F(EditedSequenceTest, UndoesTheAddOfAStepLikeItsNeighbours) {
 // sends.
 TEST_F(EditedSequenceTest, UndoesTheChangeOfAFigureAlone) {
   edited.ClearAll();
-  EXPECT_TRUE(edited.TakeHeader({0, 28}));
+  {
+    const History::Change change = edited.BeginChange("Read Seq.");
+    EXPECT_TRUE(edited.TakeHeader({0, 28}));
+  }
   edited.ClearAll();
   EXPECT_EQ(edited.Data().TotalBytes, 0);
-  edited.Changes().Undo();
+  edited.Undo();
   EXPECT_EQ(edited.Data().TotalBytes, 28);
-  edited.Changes().Undo();
+  edited.Undo();
   EXPECT_EQ(edited.Data().TotalBytes, 0);
 }
 

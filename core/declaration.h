@@ -36,8 +36,9 @@ struct SequenceRecord {
   bool operator==(const SequenceRecord&) const = default;
 };
 
-// All 16 sequences, and the figures of the flash image that follow from their step counts.
-struct SequenceTable {
+// The figures of all 16 sequences in the flash image. The functions of core/ write them, on a table
+// that its owner hands in.
+struct FlashFigures {
   // Number of steps of each sequence, 0..256.
   std::array<std::int16_t, kSequences> SeqSteps{};
   // Byte offset of each sequence in the flash image's step data; 0 for an empty one. 32 bits: 16
@@ -45,18 +46,25 @@ struct SequenceTable {
   std::array<std::int32_t, kSequences> SeqOffset{};
   // Length of the flash image's step data in bytes.
   std::int32_t TotalBytes = 0;
+
+  bool operator==(const FlashFigures&) const = default;
+};
+
+// All 16 sequences.
+struct SequenceTable : FlashFigures {
   std::array<SequenceRecord, kSequences> SeqTable{};
 };
 
 // One row of the edit buffer: twelve positions (0..255), the duration in ms, the breakpoint flag.
 using EditRow = std::array<std::int32_t, kEditColumns>;
+using EditRows = std::array<EditRow, kSteps>;
 
 // The table, and the sequence that is being edited.
 struct Declaration : SequenceTable {
   // The sequence being edited, 0..15.
   std::uint8_t CurSeq = 0;
   // Working copy of the current sequence; rows beyond the step list's last line hold leftovers.
-  std::array<EditRow, kSteps> EditBuffer{};
+  EditRows EditBuffer{};
 };
 
 }  // namespace pelmora

@@ -27,6 +27,10 @@ void ClearTable(SequenceTable& table) {
   table.SeqTable.fill({});
 }
 
+void LoadTable(const SequenceTable& loaded, SequenceTable& table) {
+  table = loaded;
+}
+
 int LoadEditBuffer(Declaration& data) {
   const SequenceRecord& record = data.SeqTable[data.CurSeq];
   const int steps = StoredSteps(data, data.CurSeq);

@@ -15,6 +15,9 @@ int StoredSteps(const SequenceTable& table, std::size_t sequence);
 // Empties all 16 sequences and the flash figures.
 void ClearTable(SequenceTable& table);
 
+// Makes `table` what was loaded.
+void LoadTable(const SequenceTable& loaded, SequenceTable& table);
+
 // Copies the steps of `CurSeq` from the table into the edit buffer's first rows. The breakpoint
 // column and the rows beyond stay. Returns the number of steps copied (never more than 256).
 int LoadEditBuffer(Declaration& data);

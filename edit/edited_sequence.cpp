@@ -281,7 +281,7 @@ void EditedSequence::ShowCurrentSequence() {
 
 void EditedSequence::TakeTable(const SequenceTable& table) {
   const Operation operation(*this);
-  static_cast<SequenceTable&>(data_) = table;
+  LoadTable(table, data_);
   data_.CurSeq = 0;
   OffsetCalc();
   ShowCurrentSequence();
@@ -307,7 +307,8 @@ bool EditedSequence::TakeReply(const FlashHeader& header, const FlashRows& image
 }
 
 SequenceState EditedSequence::State(const SequenceState* former) const {
-  SequenceState state = StateOf(data_, former);
+  SequenceState state;
+  state.Table = TakeSnapshot(data_, former ? &former->Table : nullptr);
   for (int line = 0; line < ListCount(); ++line) {
     state.Lines.append(controls_.ListSequence.List(line).toUtf8()).append('\n');
   }
@@ -323,9 +324,9 @@ void EditedSequence::Restore(const SequenceState& state) {
   sequence_changed_ = true;
   for (std::size_t line = 0; line < kSteps; ++line) {
     breakpoints_changed_ |=
-        (*state.EditBuffer)[line][kBreakColumn] != data_.EditBuffer[line][kBreakColumn];
+        (*state.Table.EditBuffer)[line][kBreakColumn] != data_.EditBuffer[line][kBreakColumn];
   }
-  PutBack(state, data_);
+  RestoreSnapshot(state.Table, data_);
   ShowLines(QString::fromUtf8(state.Lines).split('\n', Qt::SkipEmptyParts));
   Select(state.Selected);
   for (std::size_t i = 0; QLabel * label : Labels()) label->setText(state.Labels[i++]);

@@ -8,6 +8,7 @@
 #include "platform/controls/push_button.h"
 #include "platform/controls/twips.h"
 #include "platform/dialogs/modal.h"
+#include "platform/look/colours.h"
 
 namespace pelmora {
 namespace {
@@ -26,8 +27,12 @@ QRect Twips(int left, int top, int width, int height) {
 
 }  // namespace
 
-DialogInterp::DialogInterp(const InterpolationParts& parts, std::vector<QWidget*> locked)
-    : QDialog(locked.front()), parts_(parts), locked_(std::move(locked)) {
+DialogInterp::DialogInterp(EditedSequence& edited, platform::MessageBox& message_box,
+                           platform::Events& events, std::vector<QWidget*> locked)
+    : QDialog(locked.front()),
+      edited_(edited),
+      message_box_(message_box),
+      locked_(std::move(locked)) {
   setObjectName(QStringLiteral("DialogInterp"));
   setWindowTitle(QStringLiteral("Interpolation"));
   setAttribute(Qt::WA_DeleteOnClose);
@@ -37,7 +42,7 @@ DialogInterp::DialogInterp(const InterpolationParts& parts, std::vector<QWidget*
   platform::TakeShortcutsOfParents(*this);
   BuildControls();
   connect(this, &QDialog::finished, this, &DialogInterp::Form_Unload);
-  connect(&parts_.events, &platform::Events::Ended, this, &QDialog::reject);
+  connect(&events, &platform::Events::Ended, this, &QDialog::reject);
   Form_Load();
 }
 
@@ -70,6 +75,17 @@ void DialogInterp::BuildControls() {
   label->setBuddy(CWNumEditInterp);
   CWNumEditInterp->setAccessibleName(QStringLiteral("Number of Interpolation Steps"));
 
+  missing_choice_ = new QLabel(QStringLiteral("Choose the previous or the next step"), this);
+  missing_choice_->setObjectName(QStringLiteral("LabelMissingChoice"));
+  missing_choice_->setGeometry(Twips(360, 1560, 4900, 315));
+  QPalette warning = missing_choice_->palette();
+  warning.setColor(QPalette::WindowText, platform::kWarningColour);
+  missing_choice_->setPalette(warning);
+  missing_choice_->hide();
+  for (const QRadioButton* option : OptionINterp) {
+    connect(option, &QRadioButton::toggled, missing_choice_, &QLabel::hide);
+  }
+
   connect(ok, &QPushButton::clicked, this, &DialogInterp::OKButton_Click);
   connect(cancel, &QPushButton::clicked, this, &DialogInterp::CancelButton_Click);
 }
@@ -78,14 +94,16 @@ void DialogInterp::Form_Load() {
   for (QWidget* widget : locked_) widget->setEnabled(false);
   setEnabled(true);
   CWNumEditInterp->setValue(0);
-  const int selected = parts_.edited.ListIndex();
-  if (selected == parts_.edited.ListCount() - 1) {
+  const int selected = edited_.ListIndex();
+  if (selected == edited_.ListCount() - 1) {
     OptionINterp[0]->setChecked(true);
     OptionINterp[1]->setEnabled(false);
   } else if (selected == 0) {
     OptionINterp[1]->setChecked(true);
     OptionINterp[0]->setEnabled(false);
   }
+  CWNumEditInterp->setFocus();
+  CWNumEditInterp->selectAll();
 }
 
 void DialogInterp::Form_Unload() {
@@ -99,41 +117,45 @@ void DialogInterp::OKButton_Click() {
     return;
   }
   const bool with_previous = OptionINterp[0]->isChecked();
-  if (!with_previous && !OptionINterp[1]->isChecked()) return;
-  const int selected = parts_.edited.ListIndex();
+  if (!with_previous && !OptionINterp[1]->isChecked()) {
+    missing_choice_->show();
+    return;
+  }
+  const int selected = edited_.ListIndex();
   const int source = with_previous ? selected - 1 : selected;
-  const int lines = parts_.edited.ListCount();
+  const int lines = edited_.ListCount();
   // Playback or a read that was under way may have changed selection and list since the dialog
   // opened.
   if (source < 0 || source + 1 >= lines) {
-    parts_.message_box.Show(QStringLiteral("No step is selected that has a step %1 it!")
-                                .arg(QLatin1String(with_previous ? "before" : "after")),
-                            kNoteTitle, {.parent = this});
+    message_box_.Show(QStringLiteral("No step is selected that has a step %1 it!")
+                          .arg(QLatin1String(with_previous ? "before" : "after")),
+                      kNoteTitle, {.parent = this});
     return;
   }
-  const EditRow& from = parts_.edited.Row(source);
+  const EditRow& from = edited_.Row(source);
   if (StepTimeTooShort(from[kDurationColumn], count)) {
-    parts_.message_box.Show(QStringLiteral("Number of Steps too high for selected Step Time!"),
-                            kNoteTitle, {.parent = this});
+    message_box_.Show(QStringLiteral("Number of Steps too high for selected Step Time!"),
+                      kNoteTitle, {.parent = this});
     return;
   }
   if (lines - 1 + count > kSteps) {
-    parts_.message_box.Show(TooManyLinesText(), kNoteTitle, {.parent = this});
+    message_box_.Show(TooManyLinesText(), kNoteTitle, {.parent = this});
     return;
   }
-  parts_.edited.Replace(source, Interpolate(from, parts_.edited.Row(source + 1), count));
+  edited_.Replace(source, Interpolate(from, edited_.Row(source + 1), count));
   accept();
 }
 
-Interpolation::Interpolation(const InterpolationParts& parts, std::vector<QWidget*> locked)
-    : parts_(parts), locked_(std::move(locked)) {}
+Interpolation::Interpolation(EditedSequence& edited, platform::MessageBox& message_box,
+                             platform::Events& events, std::vector<QWidget*> locked)
+    : edited_(edited), message_box_(message_box), events_(events), locked_(std::move(locked)) {}
 
 void Interpolation::CommandInterpolate_Click() {
-  if (parts_.edited.ListCount() < 2 || parts_.edited.ListIndex() < 0) return;
+  if (edited_.ListCount() < 2 || edited_.ListIndex() < 0) return;
   // An open dialog keeps the button locked; one that was closed inside an operation's wait has not
   // been deleted yet.
   delete dialog_.data();
-  dialog_ = new DialogInterp(parts_, locked_);
+  dialog_ = new DialogInterp(edited_, message_box_, events_, locked_);
   dialog_->show();
   dialog_->activateWindow();
 }

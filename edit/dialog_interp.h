@@ -16,19 +16,14 @@
 
 namespace pelmora {
 
-// What the dialog works on. All of it outlives the dialog.
-struct InterpolationParts {
-  EditedSequence& edited;
-  platform::MessageBox& message_box;
-  platform::Events& events;
-};
-
 // Not modal: it makes the main window unusable itself while it is open. Deletes itself on closing.
 class DialogInterp : public QDialog {
   Q_OBJECT
  public:
-  // `locked` are disabled while the dialog is open; the first is the main window.
-  DialogInterp(const InterpolationParts& parts, std::vector<QWidget*> locked);
+  // `locked` are disabled while the dialog is open; the first is the main window. All of it
+  // outlives the dialog.
+  DialogInterp(EditedSequence& edited, platform::MessageBox& message_box, platform::Events& events,
+               std::vector<QWidget*> locked);
 
  private:
   void BuildControls();
@@ -37,21 +32,26 @@ class DialogInterp : public QDialog {
   void CancelButton_Click() { reject(); }
   void Form_Unload();
 
-  const InterpolationParts parts_;
+  EditedSequence& edited_;
+  platform::MessageBox& message_box_;
   const std::vector<QWidget*> locked_;
   std::array<QRadioButton*, 2> OptionINterp{};  // 0: with the previous step, 1: with the next
   platform::CWNumEdit* CWNumEditInterp = nullptr;
+  QLabel* missing_choice_ = nullptr;
 };
 
 class Interpolation {
  public:
-  Interpolation(const InterpolationParts& parts, std::vector<QWidget*> locked);
+  Interpolation(EditedSequence& edited, platform::MessageBox& message_box, platform::Events& events,
+                std::vector<QWidget*> locked);
 
   // Opens the dialog when the list has at least two lines and one is selected.
   void CommandInterpolate_Click();
 
  private:
-  const InterpolationParts parts_;
+  EditedSequence& edited_;
+  platform::MessageBox& message_box_;
+  platform::Events& events_;
   const std::vector<QWidget*> locked_;
   QPointer<DialogInterp> dialog_;
 };

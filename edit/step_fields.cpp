@@ -12,6 +12,7 @@ namespace {
 
 constexpr int kBackspace = 8;
 constexpr int kEnter = 13;
+constexpr int kEscape = 27;
 constexpr int kMinus = '-';
 
 constexpr double kLowestOffset = -128;
@@ -52,6 +53,9 @@ void StepFields::Text1_KeyPress(int index, int& key) {
     key = 0;
   } else if (key == kEnter) {
     Commit(index);
+  } else if (key == kEscape) {
+    ShowPosition(index, controls_.CWSlide1[static_cast<std::size_t>(index)]->value());
+    key = 0;
   } else if (key != kBackspace && key != kMinus && (key < '0' || key > '9')) {
     key = 0;
   }
@@ -60,6 +64,12 @@ void StepFields::Text1_KeyPress(int index, int& key) {
 void StepFields::Text1_LostFocus(int index) {
   int key = kEnter;
   Text1_KeyPress(index, key);
+}
+
+void StepFields::CommitPending() {
+  for (int channel = 0; channel < kChannels; ++channel) {
+    if (controls_.Text1[static_cast<std::size_t>(channel)]->isModified()) Commit(channel);
+  }
 }
 
 void StepFields::Commit(int channel) {

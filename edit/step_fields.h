@@ -29,11 +29,15 @@ class StepFields {
   // angle.
   void CWSlide1_ValueChanged(int channel, int position);
 
-  // A key typed into `Text1` `index` (0..23): filters it (a discarded key becomes 0), and commits
-  // the field on Enter (13).
+  // A key typed into `Text1` `index` (0..23): filters it (a discarded key becomes 0), commits the
+  // field on Enter (13), and puts the committed offset back on Escape (27).
   void Text1_KeyPress(int index, int& key);
   // Leaving a position field commits it.
   void Text1_LostFocus(int index);
+  // Commits the position fields that hold an uncommitted entry. Called when another control is
+  // used: it can be without having got the focus, in a window that is not active or by assistive
+  // technology.
+  void CommitPending();
 
   // "Reset": all channels to the centre.
   void CommandUpdate_Click();

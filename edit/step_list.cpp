@@ -28,8 +28,9 @@ bool StepList::HasRoom() {
   return false;
 }
 
-// The line of the step that the editor shows.
-std::string StepList::NewLine() const {
+// The line of the step that the editor shows, what is being typed included.
+std::string StepList::NewLine() {
+  step_fields_.CommitPending();
   return EditorLine(step_fields_.AngleFields(), step_fields_.Duration());
 }
 

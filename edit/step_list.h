@@ -36,7 +36,7 @@ class StepList {
 
  private:
   bool HasRoom();
-  std::string NewLine() const;
+  std::string NewLine();
   void SelectAndShow(int line);
 
   EditedSequence& edited_;

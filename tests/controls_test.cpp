@@ -3,6 +3,8 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QMainWindow>
+#include <QMenuBar>
+#include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -51,31 +53,86 @@ TEST_F(ControlsTest, KeysOfATextFieldPassItsFilter) {
   TextField field(&window);
   ShowWindow();
   std::vector<int> keys;
-  int lost = 0;
-  field.LostFocus = [&] { ++lost; };
   field.KeyPress = [&](int& key) {
     keys.push_back(key);
-    if (key == 'a') key = 0;
+    if (key == 'a' || key == 27) key = 0;
   };
   field.setFocus();
-  for (const auto key : {Qt::Key_1, Qt::Key_A, Qt::Key_2, Qt::Key_Home, Qt::Key_Delete, Qt::Key_End,
-                         Qt::Key_3, Qt::Key_Backspace, Qt::Key_Return, Qt::Key_Enter}) {
+  for (const auto key :
+       {Qt::Key_1, Qt::Key_A, Qt::Key_2, Qt::Key_Home, Qt::Key_Delete, Qt::Key_End, Qt::Key_3,
+        Qt::Key_Backspace, Qt::Key_Return, Qt::Key_Escape, Qt::Key_Enter}) {
     QTest::keyClick(&field, key);
   }
-  EXPECT_EQ(keys, (std::vector<int>{'1', 'a', '2', '3', 8, 13, 13}));
+  EXPECT_EQ(keys, (std::vector<int>{'1', 'a', '2', '3', 8, 13, 27, 13}));
   field.setReadOnly(true);
   field.setReadOnly(false);
   QInputMethodEvent composed;
   composed.setCommitString("x");
   QApplication::sendEvent(&field, &composed);
   EXPECT_EQ(field.text(), "2") << "an input method passed the filter by";
-  for (const auto reason : {Qt::PopupFocusReason, Qt::MenuBarFocusReason,
-                            Qt::ActiveWindowFocusReason, Qt::TabFocusReason}) {
-    EXPECT_EQ(lost, 0);
-    QFocusEvent out(QEvent::FocusOut, reason);
-    QApplication::sendEvent(&field, &out);
+}
+
+TEST_F(ControlsTest, ATextFieldIsLeftWhenAnotherControlGetsTheFocus) {
+  TextField field(&window);
+  QPushButton button(&window);
+  QWidget other;
+  window.menuBar()->addMenu("Menu");
+  ShowWindow();
+  QSignalSpy lost(&field, &TextField::LostFocus);
+  const std::pair<const char*, std::function<void()>> ways[] = {
+      {"the menu bar", [&] { window.menuBar()->setFocus(Qt::MenuBarFocusReason); }},
+      {"another window",
+       [&] {
+         other.show();
+         other.activateWindow();
+         EXPECT_TRUE(QTest::qWaitForWindowActive(&other));
+       }},
+  };
+  for (const auto& [name, way] : ways) {
+    for (const bool comes_back : {true, false}) {
+      window.activateWindow();
+      ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+      field.setFocus();
+      way();
+      EXPECT_FALSE(field.hasFocus());
+      if (other.isVisible() && !comes_back) button.setFocus();  // the window is inactive
+      window.activateWindow();
+      ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+      if (comes_back) field.setFocus();
+      EXPECT_EQ(lost.size(), button.hasFocus() ? 1 : 0) << name;
+      button.setFocus();
+      EXPECT_EQ(lost.size(), 1) << name;
+      lost.clear();
+    }
   }
-  EXPECT_EQ(lost, 1);
+}
+
+TEST_F(ControlsTest, AClickIntoATextFieldSelectsAllOfIt) {
+  TextField field(&window);
+  field.setText("-25");
+  QPushButton button(&window);
+  button.move(100, 100);
+  ShowWindow();
+  const QPoint place(field.fontMetrics().horizontalAdvance("-2"), field.height() / 2);
+  const auto click = [&] {
+    QTest::mousePress(&field, Qt::LeftButton, {}, place);
+    QTest::mouseMove(&field, place + QPoint(4, 0));  // while the button is down
+    QTest::mouseRelease(&field, Qt::LeftButton, {}, place);
+  };
+  for (int i = 0; i < 2; ++i) {
+    button.setFocus();
+    click();
+    EXPECT_EQ(field.selectedText(), "-25");
+    QTest::qWait(QApplication::doubleClickInterval() + 1);
+    QTest::mouseClick(&field, Qt::LeftButton, {}, place);
+    EXPECT_EQ(field.selectedText(), "");
+    EXPECT_NE(field.cursorPosition(), 0);
+    QTest::mouseDClick(&field, Qt::LeftButton, {}, place);
+    EXPECT_EQ(field.selectedText(), "-25");
+  }
+  button.setFocus();
+  QTest::keyClick(&button, Qt::Key_Tab);
+  EXPECT_EQ(field.selectedText(), "-25") << "by Tab";
 }
 
 TEST_F(ControlsTest, EntriesAreChosenFromTheOpenListOnly) {

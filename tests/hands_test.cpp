@@ -1,7 +1,9 @@
 // The operator's hands: keys that are held or pressed with others, the wheel, double clicks and
 // presses that take the focus from an entry.
 #include <QAccessible>
+#include <QClipboard>
 #include <QElapsedTimer>
+#include <QMenuBar>
 #include <QWheelEvent>
 
 #include "tests/window_fixture.h"
@@ -74,7 +76,9 @@ TEST_F(Hands, PressThatCommitsAnOffsetGrabsTheHandleThatItMoves) {
 }
 
 TEST_F(Hands, DurationTakesSeparatorsRoundsAndStopsAtItsBounds) {
+  const auto local = [](QString typed) { return typed.replace('.', QLocale().decimalPoint()); };
   const std::tuple<const char*, const char*, const char*> cases[] = {
+      {"1 000", "Return", "1000 ms"},   {" 4 0 ", "Return", "40 ms"},
       {"1000.6", "Return", "1001 ms"},  {"1000.5", "Return", "1000 ms"},
       {"1001.50", "Return", "1002 ms"}, {"1200.", "Return", "1200 ms"},
       {"-50x.0", "Return", "50 ms"},    {".6", "Return", "20 ms"},
@@ -85,7 +89,7 @@ TEST_F(Hands, DurationTakesSeparatorsRoundsAndStopsAtItsBounds) {
   };
   auto& duration = hands->Find<QSpinBox>("CWNumEditTimeStep");
   for (const auto& [typed, key, shown] : cases) {
-    hands->Type("CWNumEditTimeStep", typed, false);
+    hands->Type("CWNumEditTimeStep", local(typed), false);
     hands->Keys(duration, key);
     EXPECT_EQ(duration.text(), shown) << typed;
   }
@@ -99,9 +103,109 @@ TEST_F(Hands, DurationTakesSeparatorsRoundsAndStopsAtItsBounds) {
   QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
   hands->Type("CWNumEditTimeStep", "40,6");
   EXPECT_EQ(duration.text(), "41 ms");
-  hands->Type("CWNumEditTimeStep", "40.6");
-  EXPECT_EQ(duration.text(), "41 ms");
+  hands->Type("CWNumEditTimeStep", "1.000");  // thousand
+  EXPECT_EQ(duration.text(), "1000 ms");
+  hands->Type("CWNumEditTimeStep", "70");
+  for (const auto& [pasted, shown] :
+       {std::pair{" 1\u00A0000\u202F", "1000 ms"}, {"1.000", "70 ms"}}) {
+    QGuiApplication::clipboard()->setText(QString::fromUtf8(pasted));
+    hands->Type("CWNumEditTimeStep", "70");
+    hands->Keys(duration, "Ctrl+V Return");
+    EXPECT_EQ(duration.text(), shown) << pasted;
+  }
+  hands->Keys(duration, "Ctrl+A Space");
+  EXPECT_EQ(duration.text(), "70 ms") << "a key that is dropped";
   QLocale::setDefault(QLocale::c());
+}
+
+TEST_F(Hands, WhateverIsUsedNextCommitsTheEntryFirst) {
+  Connect();
+  Press("CommandAdd");
+  ExpectSent({});
+  const auto speak = [this](const char* button) {  // as assistive technology does
+    QAccessible::queryAccessibleInterface(&hands->Find<QWidget>(button))
+        ->actionInterface()
+        ->doAction(QAccessibleActionInterface::pressAction());
+  };
+  QWidget other;
+  const auto from_another_window = [&](const char* button) {
+    other.show();
+    ASSERT_TRUE(Activate(other));
+    hands->Click(button);
+    other.hide();
+    ASSERT_TRUE(Activate(*form));
+  };
+  const auto from_the_menu_bar = [this](const char* button) {
+    form->menuBar()->setFocus(Qt::MenuBarFocusReason);
+    hands->Click(button);
+  };
+  const std::pair<const char*, std::function<void(const char*)>> ways[] = {
+      {"clicked", [this](const char* button) { hands->Click(button); }},
+      {"from the menu bar", from_the_menu_bar},
+      {"spoken", speak},
+      {"from another window", from_another_window},
+  };
+  const std::tuple<const char*, QString, Bytes> uses[] = {
+      {"CommandAdd", "25 °", {8, 178}},           {"CommandReplace", "25 °", {8, 178}},
+      {"CommandUpdate", "0 °", {8, 178, 8, 128}}, {"CWButtonMainOnOff", "0 °", {8, 178, 1}},
+      {"CommandUp", "0 °", {8, 178, 8, 128}},
+  };
+  for (const auto& [way, use] : ways) {
+    for (const auto& [button, angle, sent] : uses) {
+      SCOPED_TRACE(testing::Message() << button << ' ' << way);
+      hands->Type("Text1_0", "50", false);
+      use(button);
+      EXPECT_TRUE(hands->WaitUntil([&] { return !hands->Find<QPushButton>(button).isDown(); }));
+      ExpectSent(sent);
+      EXPECT_EQ(Lines()[Selected()].section('\t', 0, 0), angle);
+      if (hands->Read("CWButtonMainOnOff") == "On") Press("CWButtonMainOnOff");
+      SetSlider(0, 128);
+      Press("CommandClear");
+      Press("CommandAdd");
+      Sent(0);
+    }
+  }
+}
+
+TEST_F(Hands, EscapePutsTheCommittedNumberBack) {
+  hands->Type("Text1_3", "25");
+  hands->Type("CWNumEditTimeStep", "700");
+  for (const auto& [name, shown] : {std::pair{"Text1_3", "25"}, {"CWNumEditTimeStep", "700 ms"}}) {
+    hands->Type(name, "99", false);
+    hands->Keys(hands->Find<QWidget>(name), "Escape");
+    EXPECT_EQ(hands->Read(name), shown);
+    Focus("CommandAdd");
+    EXPECT_EQ(hands->Read(name), shown);
+    hands->Type(name, "9", false);
+    hands->Keys(hands->Find<QWidget>(name), "Escape 4 2 Return");  // it has been selected
+    EXPECT_EQ(hands->Read(name).section(' ', 0, 0), "42");
+  }
+  EXPECT_EQ(hands->Read("CWSlide1_3"), "170");
+}
+
+TEST_F(Hands, TabGoesThroughAllControls) {
+  for (const char* panels : {"FreshProg", "Emu", "Serial"}) Trigger(panels);
+  QString order = "CommandMoreSeq CommandLessSeq";
+  for (const char* array : {" CWSlide1_", " Text1_"}) {
+    for (int i = 0; i < kChannels; ++i) order += array + QString::number(i);
+  }
+  order +=
+      " CommandUpdate CWNumEditTimeStep ComboPort CWButtonMainOnOff Echo CommandInBuff "
+      "CommandFlash "
+      "CommandRead CommandErase CWButtonRealEmu CWButtonEmuPC CommandContinue CommandRepeat "
+      "CommandBrk CommandResBrk ListSequence CommandAdd CommandRem CommandReplace CommandClear "
+      "CommandClearAll CommandInterpolate CommandDwn CommandUp";
+  const QStringList stops = order.split(' ');
+  Focus("CommandMoreSeq");
+  for (const QString& stop : stops) {
+    EXPECT_EQ(QApplication::focusWidget()->objectName(), stop);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+  }
+  for (auto stop = stops.begin(); stop != stops.end(); ++stop) {
+    EXPECT_EQ(QApplication::focusWidget()->objectName(),
+              stop == stops.begin() ? stops.front() : *(stops.end() - (stop - stops.begin())));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab, Qt::ShiftModifier);
+  }
 }
 
 TEST_F(Hands, CaretStaysBeforeTheUnit) {
@@ -247,6 +351,8 @@ TEST_F(Hands, InterpolationDialogByKeyboard) {
   ASSERT_TRUE(Activate(dialog));
   QTest::simulateEvent(dialog.focusWidget(), true, Qt::Key_Return, {}, "\r", true);
   EXPECT_TRUE(dialog.isVisible()) << "the held key that opened it presses nothing in it";
+  EXPECT_EQ(dialog.focusWidget()->objectName(), "CWNumEditInterp") << "at the start";
+  EXPECT_EQ(dialog.findChild<QLineEdit*>()->selectedText(), "1");
   const QStringList stops = {"OKButton", "CancelButton", "OptionINterp_0", "OptionINterp_1",
                              "CWNumEditInterp"};
   // Also once an option is chosen.

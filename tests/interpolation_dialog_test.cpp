@@ -95,7 +95,15 @@ TEST_F(Interpolate, WorkedCases) {
 TEST_F(Interpolate, RefusalsChangeNothingAndLeaveTheDialogOpen) {
   Compose("128/100 148/100 158/110");
   Open(1);
+  auto& missing = hands->Find<QLabel>("LabelMissingChoice");
+  EXPECT_FALSE(missing.isVisible());
   ExpectRefusal(kNeither, 3, "");
+  EXPECT_TRUE(missing.isVisible());
+  EXPECT_EQ(missing.text(), "Choose the previous or the next step");
+  EXPECT_GE(missing.width(), missing.sizeHint().width());
+  EXPECT_TRUE(Dialog().rect().contains(missing.geometry()));
+  hands->Click(kNext);
+  EXPECT_FALSE(missing.isVisible());
   for (const char* option : {kNext, kPrevious}) {
     ExpectRefusal(option, 6, "Number of Steps too high for selected Step Time!");
   }
@@ -124,6 +132,10 @@ TEST_F(Interpolate, TheCountKeepsToItsRange) {
     QTest::keyClick(&field, Qt::Key_Tab);
     EXPECT_EQ(hands->Read("CWNumEditInterp"), count) << text;
   }
+  hands->Type("CWNumEditInterp", "42", false);
+  QTest::keyClick(&field, Qt::Key_Escape);
+  EXPECT_EQ(hands->Read("CWNumEditInterp"), "7");
+  EXPECT_TRUE(IsOpen());
   for (const auto key : {Qt::Key_PageUp, Qt::Key_Up}) QTest::keyClick(&field, key);
   EXPECT_EQ(hands->Read("CWNumEditInterp"), "13");
   hands->Type("CWNumEditInterp", "3");  // Enter is OK
@@ -135,7 +147,7 @@ TEST_F(Interpolate, LocksTheMainWindowUntilItCloses) {
   const std::function<void()> ways[] = {
       [this] { hands->Click("OKButton"); },
       [this] { Dialog().close(); },
-      [this] { QTest::keyClick(&Dialog(), Qt::Key_Escape); },
+      [this] { hands->Keys(hands->Find<QWidget>("CWNumEditInterp"), "Escape"); },
       [this] { QTest::keyClick(&Dialog(), Qt::Key_A, Qt::AltModifier); },
       [this] { form->close(); },  // the last: the program ends
   };

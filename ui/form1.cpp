@@ -68,7 +68,7 @@ struct Form1::Handlers {
         step_clipboard(edited, around.message_box),
         undo(edited, link),
         navigation(edited),
-        interpolation({edited, around.message_box, around.events},
+        interpolation(edited, around.message_box, around.events,
                       {&form, controls.FrameBuffEdit, controls.FrameMan, controls.FramePCEmu,
                        controls.ListSequence}),
         erase(link),
@@ -129,10 +129,6 @@ Form1::Form1(const Surroundings& surroundings)
 Form1::~Form1() {
   movement_.reset();
   wiring_.reset();
-  for (TextField* field : controls_->Text1) {
-    field->KeyPress = nullptr;
-    field->LostFocus = nullptr;
-  }
   controls_->ListSequence->Spoken = nullptr;
 }
 
@@ -208,7 +204,12 @@ void Form1::ConnectEditing() {
   for (int i = 0; i < 2 * kChannels; ++i) {
     TextField& field = *controls_->Text1[static_cast<std::size_t>(i)];
     field.KeyPress = [&h, i](int& key) { h.step_fields.Text1_KeyPress(i, key); };
-    field.LostFocus = [&h, i] { h.step_fields.Text1_LostFocus(i); };
+    connect(&field, &TextField::LostFocus, wiring_.get(),
+            [&h, i] { h.step_fields.Text1_LostFocus(i); });
+  }
+  for (const PushButton* button : findChildren<PushButton*>()) {
+    connect(button, &QAbstractButton::pressed, wiring_.get(),
+            [&h] { h.step_fields.CommitPending(); });
   }
   OnClick(controls_->CommandUpdate, [&h] { h.step_fields.CommandUpdate_Click(); });
   OnClick(controls_->CommandAdd, [&h] { h.step_list.CommandAdd_Click(); });

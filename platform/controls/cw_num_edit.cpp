@@ -77,6 +77,17 @@ void CWNumEdit::keyPressEvent(QKeyEvent* event) {
     event->accept();
     return;
   }
+  const QString key = event->text();
+  if (key.size() == 1 && key.at(0).isSpace() && key.at(0).isPrint()) {
+    event->accept();
+    return;
+  }
+  if (event->key() == Qt::Key_Escape && lineEdit()->isModified()) {
+    setValue(value());
+    selectAll();
+    event->accept();
+    return;
+  }
   QSpinBox::keyPressEvent(event);
 }
 
@@ -96,10 +107,20 @@ void CWNumEdit::KeepCaretBeforeUnit(int position) {
   }
 }
 
-// The number in a text of the field, with "." as its separator.
-QString CWNumEdit::Number(QString text) const {
-  if (text.endsWith(suffix())) text.chop(suffix().size());
-  return text.trimmed().replace(QLocale().decimalPoint(), QLatin1String("."));
+// What stands before the unit, without blanks: groups of digits may be parted by any kind of them.
+QString CWNumEdit::Typed(const QString& text) const {
+  QString typed = text;
+  if (typed.endsWith(suffix())) typed.chop(suffix().size());
+  return typed.removeIf([](QChar c) { return c.isSpace(); });
+}
+
+// The number in a text of the field, with "." as its separator. A point of a locale that has
+// another one makes it none.
+QString CWNumEdit::Number(const QString& text) const {
+  QString number = Typed(text);
+  const QString point = QLocale().decimalPoint();
+  if (point != QLatin1String(".")) number.replace('.', '?').replace(point, QLatin1String("."));
+  return number;
 }
 
 QString CWNumEdit::textFromValue(int value) const {
@@ -119,14 +140,17 @@ int CWNumEdit::valueFromText(const QString& text) const {
   return static_cast<int>(std::clamp<double>(std::nearbyint(typed), minimum(), maximum()));
 }
 
-QValidator::State CWNumEdit::validate(QString& text, int&) const {
+QValidator::State CWNumEdit::validate(QString& text, int& position) const {
+  const QString before_caret = text.left(position);
+  position -= static_cast<int>(before_caret.size() - Typed(before_caret).size());
+  text = Typed(text) + suffix();
   const QString number = Number(text);
   if (number.isEmpty()) return QValidator::Intermediate;
   const QRegularExpressionMatch parts = Split(number);
   if (!parts.hasMatch() || (minimum() >= 0 && number.startsWith('-'))) return QValidator::Invalid;
   bool whole = false;
-  const int typed = number.toInt(&whole);
-  if (whole && typed >= minimum() && typed <= maximum()) return QValidator::Acceptable;
+  const int value = number.toInt(&whole);
+  if (whole && value >= minimum() && value <= maximum()) return QValidator::Acceptable;
   return out_of_range_ == OutOfRange::kRefuse ? QValidator::Invalid : QValidator::Intermediate;
 }
 

@@ -23,9 +23,11 @@ class CWNumEdit : public QSpinBox {
 
   // Range and steps: arrow keys, buttons and the wheel (in the field that has the focus) step by
   // `increment`, page keys by `fast_increment`, and stop at the bounds. A typed entry counts when
-  // the field is left, Enter is pressed or the value is asked for. It is rounded to a whole number,
-  // halves to the even one; "." and the locale's separator are both taken. Where there is no number
-  // the value stays as it was.
+  // the field is left, Enter is pressed or the value is asked for; Escape puts the value back
+  // instead (and does nothing where nothing is being typed). It is rounded to a whole number,
+  // halves to the even one. Of separators only the locale's decimal one is taken: in "1.000" the
+  // point may be meant for thousands. Blanks are left out, also those in a text that is pasted.
+  // Where there is no number the value stays as it was.
   void SetScale(int minimum, int maximum, int increment, int fast_increment);
   void SetOutOfRange(OutOfRange out_of_range) { out_of_range_ = out_of_range; }
 
@@ -44,7 +46,8 @@ class CWNumEdit : public QSpinBox {
   void fixup(QString& text) const override;
 
  private:
-  QString Number(QString text) const;
+  QString Typed(const QString& text) const;
+  QString Number(const QString& text) const;
   void Step(int difference);
   void KeepCaretBeforeUnit(int position);
 

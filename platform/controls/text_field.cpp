@@ -1,8 +1,11 @@
 #include "platform/controls/text_field.h"
 
+#include <QApplication>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
+#include <QMenuBar>
 #include <algorithm>
+#include <utility>
 
 #include "platform/controls/entry_keys.h"
 
@@ -11,6 +14,7 @@ namespace {
 
 constexpr int kBackspace = 8;
 constexpr int kEnter = 13;
+constexpr int kEscape = 27;
 
 bool IsChord(const QKeyEvent& event) {
   return (event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) != 0;
@@ -34,6 +38,8 @@ bool IsTyping(const QKeyEvent& event) {
 TextField::TextField(QWidget* parent) : QLineEdit(parent) {
   setAttribute(Qt::WA_InputMethodEnabled, false);
   setAcceptDrops(false);
+  connect(qApp, &QApplication::focusChanged, this,
+          [this](const QWidget*, const QWidget* to) { FocusMoved(to); });
 }
 
 bool TextField::Discards(int key) const {
@@ -55,6 +61,9 @@ void TextField::keyPressEvent(QKeyEvent* event) {
   bool discarded = false;
   if (enter) {
     discarded = Discards(kEnter);
+  } else if (event->key() == Qt::Key_Escape) {
+    discarded = Discards(kEscape);
+    if (discarded) selectAll();
   } else if (event->key() == Qt::Key_Backspace) {
     discarded = Discards(kBackspace);
   } else if (IsTyping(*event)) {
@@ -74,19 +83,56 @@ void TextField::keyPressEvent(QKeyEvent* event) {
   if (enter) selectAll();
 }
 
+void TextField::focusInEvent(QFocusEvent* event) {
+  QLineEdit::focusInEvent(event);
+  focus_is_elsewhere_ = false;
+  if (event->reason() != Qt::MouseFocusReason) editing_ = true;
+}
+
 void TextField::focusOutEvent(QFocusEvent* event) {
   QLineEdit::focusOutEvent(event);
   const Qt::FocusReason reason = event->reason();
-  if (reason == Qt::PopupFocusReason || reason == Qt::MenuBarFocusReason ||
-      reason == Qt::ActiveWindowFocusReason) {
-    return;
-  }
-  if (LostFocus) LostFocus();
+  focus_is_elsewhere_ = reason == Qt::PopupFocusReason || reason == Qt::MenuBarFocusReason ||
+                        reason == Qt::ActiveWindowFocusReason;
+  if (!focus_is_elsewhere_) Leave();
+}
+
+// From a menu or another window the focus may go on to another control without coming back here.
+void TextField::FocusMoved(const QWidget* to) {
+  if (!focus_is_elsewhere_ || !to || to == this || to->window() != window()) return;
+  if (!qobject_cast<const QMenuBar*>(to)) Leave();
+}
+
+void TextField::Leave() {
+  focus_is_elsewhere_ = false;
+  editing_ = false;
+  emit LostFocus();
 }
 
 void TextField::mousePressEvent(QMouseEvent* event) {
-  QLineEdit::mousePressEvent(event);
-  if (event->button() == Qt::LeftButton) emit Click();
+  const bool left = event->button() == Qt::LeftButton;
+  click_selects_ = left && !editing_;
+  editing_ = true;
+  if (click_selects_) {
+    selectAll();
+  } else {
+    QLineEdit::mousePressEvent(event);
+  }
+  if (left) emit Click();
+}
+
+void TextField::mouseMoveEvent(QMouseEvent* event) {
+  if (!click_selects_) QLineEdit::mouseMoveEvent(event);
+}
+
+void TextField::mouseReleaseEvent(QMouseEvent* event) {
+  if (!std::exchange(click_selects_, false)) QLineEdit::mouseReleaseEvent(event);
+}
+
+// The toolkit selects a word, without its sign.
+void TextField::mouseDoubleClickEvent(QMouseEvent* event) {
+  click_selects_ = event->button() == Qt::LeftButton;
+  if (click_selects_) selectAll();
 }
 
 // The toolkit turns input methods on again by itself, for instance when a field becomes writable.

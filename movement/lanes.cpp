@@ -6,7 +6,8 @@
 namespace pelmora {
 namespace {
 
-constexpr double kMargin = 4;        // above and below the levels of a lane
+constexpr double kMargin = 4;        // above and below the levels of the chosen lane,
+constexpr double kLowMargin = 2;     // and of the others
 constexpr double kLeastHeight = 18;  // of a lane: its name needs as much
 constexpr double kChosenHeight = kHighestPosition + 2 * kMargin;
 constexpr double kLeastChosen = 2;  // times the height of the others
@@ -37,14 +38,20 @@ int Lanes::At(double y) const {
   return -1;
 }
 
+double Lanes::MarginOf(int channel) const {
+  return channel == chosen_ ? kMargin : kLowMargin;
+}
+
 double Lanes::Y(int channel, double position) const {
-  const double way = Height(channel) - 2 * kMargin;
-  return Top(channel) + kMargin + (1 - position / kHighestPosition) * way;
+  const double margin = MarginOf(channel);
+  const double way = Height(channel) - 2 * margin;
+  return Top(channel) + margin + (1 - position / kHighestPosition) * way;
 }
 
 double Lanes::PositionAt(int channel, double y) const {
-  const double way = Height(channel) - 2 * kMargin;
-  return (1 - (y - Top(channel) - kMargin) / way) * kHighestPosition;
+  const double margin = MarginOf(channel);
+  const double way = Height(channel) - 2 * margin;
+  return (1 - (y - Top(channel) - margin) / way) * kHighestPosition;
 }
 
 Hit HitAt(const Places& places, const ShownSteps& steps, const StepTimes& times, double x,

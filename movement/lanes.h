@@ -26,6 +26,8 @@ class Lanes {
   double PositionAt(int channel, double y) const;
 
  private:
+  double MarginOf(int channel) const;
+
   double top_ = 0;
   double height_ = 1;
   double chosen_height_ = 1;

@@ -396,7 +396,7 @@ MovementColours MovementColoursOf(const QPalette& palette) {
           .pale_text = Blend(text, window, 0.28),
           .number = of(QPalette::Highlight),
           .curve = of(QPalette::Highlight),
-          .pale_curve = Blend(text, base, 0.4),
+          .pale_curve = Blend(text, base, 0.36),
           .zero = Blend(text, base, 0.36),
           .tick = Blend(text, window, 0.4),
           .grid = of(QPalette::Midlight),

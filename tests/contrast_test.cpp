@@ -9,6 +9,7 @@
 #include <tuple>
 #include <vector>
 
+#include "movement/movement_look.h"
 #include "platform/controls/drop_down_list.h"
 #include "platform/look/colours.h"
 #include "platform/look/control_look.h"
@@ -129,6 +130,25 @@ TEST(Contrast, OfTextsAndMarksIsHighEnough) {
   };
   // clang-format on
   for (const auto& [what, mark, ground, floor] : cases) table.Check(what, mark, ground, floor);
+
+  const MovementColours movement = MovementColoursOf(palette);
+  for (const QColor& ground :
+       {movement.lane, movement.odd_lane, movement.selected, movement.halted}) {
+    table.Check("movement: curve", movement.curve, ground, kMark);
+    table.Check("movement: curve of a channel at rest", movement.pale_curve, ground, kMark);
+    table.Check("movement: line at 0 degrees", movement.zero, ground, kMark);
+    table.Check("movement: breakpoint", movement.brk, ground, kMark);
+    table.Check("movement: playhead", movement.head, ground, kMark);
+    table.Check("movement: box beside the pointer", movement.bubble, ground, kMark);
+  }
+  table.Check("movement: ruler and names", movement.text, movement.window, kText);
+  table.Check("movement: names of channels at rest", movement.pale_text, movement.window, kText);
+  table.Check("movement: ends of the scale", movement.pale_text, movement.lane, kText);
+  table.Check("movement: selected step's number", movement.number, movement.window, kText);
+  table.Check("movement: value beside the pointer", movement.bubble_text, movement.bubble, kText);
+  table.Check("movement: ticks of the ruler", movement.tick, movement.window, kMark);
+  table.Check("movement: breakpoint's flag", movement.brk, movement.window, kMark);
+  table.Check("movement: mark of a late step", movement.slow, movement.window, kMark);
 }
 
 }  // namespace

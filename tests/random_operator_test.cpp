@@ -66,7 +66,8 @@ class RandomOperator : public WindowTest {
         &Self::HoldKeyInList, &Self::Play, &Self::Play, &Self::Play, &Self::Play, &Self::Tick,
         &Self::Tick, &Self::BoardPlays, &Self::Operate, &Self::Operate, &Self::Operate,
         &Self::TryToConnect, &Self::SaveOrLoad, &Self::Interpolate, &Self::Interpolate,
-        &Self::Undo, &Self::CopyAndPaste, &Self::Disturb, &Self::ResetWithBothSwitchesOn};
+        &Self::Undo, &Self::CopyAndPaste, &Self::ShapeMovement, &Self::ShapeMovement,
+        &Self::Disturb, &Self::ResetWithBothSwitchesOn};
     // clang-format on
     const int chosen = Random(std::size(kKinds));
     seen_["with a list longer than its window"] += Count() > kLinesInView;
@@ -362,6 +363,40 @@ class RandomOperator : public WindowTest {
     ListKeys("Ctrl+V");
     seen_["pasted steps"] += Count() > left;
   }
+  // In the window "Movement", by a key, or by a drag of what the pointer finds.
+  void ShapeMovement() {
+    const auto* movement = form->findChild<QWidget*>("Movement");
+    if (!movement || !movement->isVisible() || Random(8) == 0) Trigger("ListMovement");
+    movement = form->findChild<QWidget*>("Movement");
+    if (Count() == 0 || !movement->isVisible() || Waiting()) return;
+    QWindow* window = movement->windowHandle();
+    auto& canvas = hands->Find<QWidget>("MovementCanvas");
+    const QStringList lines = Lines();
+    Select(-1);  // what was shaped before is a change of its own
+    const int line = Random(Count());
+    const auto any = [&] { return QPoint(Random(canvas.width()), Random(canvas.height())); };
+    const bool by_key = Random(2) == 0;
+    Change([&] {
+      if (by_key) {
+        Select(line);
+        const QStringList keys = {"Shift+Up", "Shift+PgDown", "Shift+Left", "Shift+Right"};
+        hands->Keys(canvas, keys[Random(4)]);
+      } else {
+        QPoint from;
+        for (int search = 0; search < 40; ++search) {
+          QTest::mouseMove(window, from = any());
+          if (canvas.cursor().shape() != Qt::ArrowCursor) break;
+        }
+        QTest::mousePress(window, Qt::LeftButton, {}, from);
+        QTest::mouseMove(window, any());
+        if (Random(3) == 0) Tick();
+        if (Random(4) == 0) hands->Keys(canvas, "Escape");
+        QTest::mouseRelease(window, Qt::LeftButton, {}, any());
+      }
+      if (Lines() != lines) model_.Store();
+    });
+    seen_[by_key ? "shaped by a key" : "shaped by a drag"] += Lines() != lines;
+  }
   // What has changed since `before` can be undone and done again, in as many steps as it took.
   void CheckUndo(const SequenceView& before, const SequenceView& after) {
     int steps = 0;
@@ -516,7 +551,7 @@ TEST_F(RandomOperator, NeverLeavesTheProgramInAStateThatMakesNoSense) {
     const int enough = kind.find(kInside) == std::string::npos ? kEnough : kEnoughInside;
     EXPECT_TRUE(actions < kActions || times >= enough) << kind;
   }
-  EXPECT_EQ(seen_.size(), 42U) << "something was never done";
+  EXPECT_EQ(seen_.size(), 44U) << "something was never done";
 }
 
 // Any changes in any order, and what is no change in between.

@@ -2,6 +2,7 @@
 
 #include <QAbstractItemView>
 #include <QApplication>
+#include <QClipboard>
 #include <QComboBox>
 #include <QFile>
 #include <QFileDialog>
@@ -15,10 +16,29 @@
 #include <QTextStream>
 #include <QToolTip>
 #include <QtTest/QTest>
+#include <cmath>
 #include <cstdlib>
 #include <vector>
 
 namespace demo {
+namespace {
+
+// Steps as a spreadsheet gives them: waves in nine channels, the others at rest. Two steps are
+// shorter than the line needs for them.
+QString WaveSteps() {
+  QString steps;
+  for (int step = 0; step < 24; ++step) {
+    for (int channel = 0; channel < 12; ++channel) {
+      const double swing = channel % 4 == 3 ? 0 : 40 - 2 * channel;
+      steps += QString::number(qRound(swing * std::sin(step * 0.4 + channel * 0.7)));
+      steps += QLatin1Char('\t');
+    }
+    steps += QStringLiteral("%1\n").arg(step % 12 == 5 ? 20 : 200 + step % 3 * 100);
+  }
+  return steps;
+}
+
+}  // namespace
 
 Tour::Tour(rig::ProgramWithBoard& program, QWidget& board_window, const QDir& folder)
     : program_(program),
@@ -38,6 +58,7 @@ void Tour::Go() {
   ChangeSequence();
   UndoAndPaste();
   Interpolate();
+  ShapeTheMovement();
   Program();
   ReadBack();
   PlayFromPc();
@@ -160,6 +181,63 @@ void Tour::Interpolate() {
   operator_.Click("OKButton");
   Expect(operator_.ReadLines("ListSequence").size() == 83, "80 steps stand in the place of one");
   Picture("interpolated");
+}
+
+void Tour::ShapeTheMovement() {
+  Say("goes to sequence 2, pastes 24 steps computed elsewhere, and looks at them over time");
+  operator_.Click("CommandMoreSeq");
+  operator_.Click("CommandMoreSeq");
+  QApplication::clipboard()->setText(WaveSteps());
+  auto& list = operator_.Find<QListWidget>("ListSequence");
+  operator_.Keys(list, "Ctrl+V");
+  Expect(operator_.ReadLines("ListSequence").size() == 24, "24 steps have come");
+  for (const int line : {8, 16}) {
+    operator_.ClickLine("ListSequence", line);
+    operator_.Click("CommandBrk");
+  }
+  operator_.ClickLine("ListSequence", 11);
+  operator_.Keys(list, "Ctrl+M");
+  auto& movement = operator_.Find<QWidget>("Movement");
+  auto& canvas = operator_.Find<QWidget>("MovementCanvas");
+  movement.resize(1000, 620);
+  Expect(QTest::qWaitForWindowActive(&movement), "the movement is shown");
+  PictureOf(movement, "movement");
+  Say("drags a level up, which moves the servo, and then gives the step more time");
+  movement.activateWindow();
+  operator_.Wait(100);
+  Expect(QApplication::activeWindow() == &movement, "the movement has the keyboard");
+  QWindow* window = movement.windowHandle();
+  const auto find = [&](const QPoint& from, const QPoint& way, Qt::CursorShape shape) {
+    QPoint place = from;
+    do {
+      place += way;
+      QTest::mouseMove(window, place);
+    } while (canvas.cursor().shape() != shape && canvas.rect().contains(place));
+    Expect(canvas.cursor().shape() == shape, "there is something to take hold of");
+    return place;
+  };
+  const auto drag = [&](const QPoint& from, const QPoint& to, const QString& picture) {
+    QTest::mousePress(window, Qt::LeftButton, {}, from);
+    QTest::mouseMove(window, (from + to) / 2);
+    QTest::mouseMove(window, to);
+    PictureOf(movement, picture);
+    QTest::mouseRelease(window, Qt::LeftButton, {}, to);
+  };
+  const QStringList before = operator_.ReadLines("ListSequence");
+  const QPoint level = find({canvas.width() / 2, 50}, {0, 1}, Qt::SplitVCursor);
+  drag(level, level + QPoint(12, -70), "shaping an angle");
+  const QPoint end = find(level, {1, 0}, Qt::SplitHCursor);
+  drag(end, end + QPoint(60, 0), "shaping a duration");
+  Expect(operator_.ReadLines("ListSequence") != before, "the step has changed");
+  SayReceived();
+  Say("undoes both, and the paste, and hides the movement");
+  operator_.Keys(canvas, "Ctrl+Z Ctrl+Z");
+  Expect(operator_.ReadLines("ListSequence") == before, "the step is what it was");
+  operator_.Keys(canvas, "Ctrl+Z");
+  Expect(operator_.ReadLines("ListSequence").isEmpty(), "the steps have gone");
+  operator_.Keys(canvas, "Escape");
+  operator_.Click("CommandLessSeq");
+  operator_.Click("CommandLessSeq");
 }
 
 void Tour::Program() {
@@ -378,6 +456,13 @@ void Tour::Picture(const QString& name) {
   const bool saved = picture.save(folder_.filePath(stem + ".png")) &&
                      board_window_.grab().save(folder_.filePath(stem + ", board.png"));
   Expect(saved, "the pictures can be written to " + folder_.path());
+}
+
+void Tour::PictureOf(QWidget& window, const QString& name) {
+  operator_.Wait(120);
+  const QString number = QStringLiteral("%1").arg(++pictures_, 2, 10, QLatin1Char('0'));
+  const QString file = number + QLatin1Char(' ') + name + ".png";
+  Expect(window.grab().save(folder_.filePath(file)), "the pictures can be written");
 }
 
 void Tour::Expect(bool holds, const QString& what) {

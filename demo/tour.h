@@ -27,6 +27,7 @@ class Tour {
   void ChangeSequence();
   void UndoAndPaste();
   void Interpolate();
+  void ShapeTheMovement();
   void Program();
   void ReadBack();
   void PlayFromPc();
@@ -40,6 +41,8 @@ class Tour {
   void SayReceived();
   // Saves a picture of the program's part of the screen and one of the board's window.
   void Picture(const QString& name);
+  // Saves a picture of one window.
+  void PictureOf(QWidget& window, const QString& name);
   void Expect(bool holds, const QString& what);
   // Prints the next message, which must be `text` unless that is empty, and presses OK; `picture`,
   // if any, is taken before.

@@ -28,6 +28,7 @@ int main(int argc, char** argv) {
   bench::AddLinkRows(report);
   bench::AddFlashRows(report);
   bench::AddPlaybackRows(report);
+  bench::AddMovementRows(report);
   bench::AddEditingRows(report);
   bench::AddHistoryRows(report);
   bench::AddFileRows(report);

@@ -23,6 +23,9 @@ void AddFlashRows(Report& report);
 // Playback at 20 ms a step.
 void AddPlaybackRows(Report& report);
 
+// The window "Movement": painting it, and dragging in it.
+void AddMovementRows(Report& report);
+
 // The commands of the step list.
 void AddEditingRows(Report& report);
 

@@ -7,6 +7,7 @@ namespace pelmora {
 namespace {
 
 constexpr double kTail = 28;           // pixels behind the end of the whole
+constexpr double kLeastTail = 6;       // of them in view, without which a pointer finds no end
 constexpr double kClosest = 0.5;       // ms a pixel
 constexpr double kFarthest = 2;        // times the zoom that fits the whole
 constexpr double kBefore = 0.1;        // of the view, that stays in view before what is brought
@@ -16,6 +17,10 @@ constexpr int kShortestDistance = 10;  // ms between a ruler's marks
 
 double TimeScale::Extent() const {
   return total_ + kTail * ms_per_pixel_;
+}
+
+bool TimeScale::Fits() const {
+  return total_ + kLeastTail * ms_per_pixel_ <= Span();
 }
 
 double TimeScale::FittingZoom() const {
@@ -45,7 +50,7 @@ void TimeScale::ZoomAround(double x, double factor) {
 }
 
 void TimeScale::ScrollTo(double left_ms) {
-  left_ = std::clamp(left_ms, 0.0, std::max(0.0, Extent() - Span()));
+  left_ = Fits() ? 0 : std::clamp(left_ms, 0.0, std::max(0.0, Extent() - Span()));
 }
 
 void TimeScale::Bring(double from_ms, double to_ms) {

@@ -17,14 +17,15 @@ class TimeScale {
   double Left() const { return left_; }                   // the time at the left edge
   double Span() const { return width_ * ms_per_pixel_; }  // from edge to edge
   double Extent() const;                                  // the whole, and the room behind it
-  bool Fits() const { return Extent() <= Span() * (1 + 1e-9); }
+  // All of it is in view, and a little of the room behind it.
+  bool Fits() const;
 
   // The zoom at which the whole just fits.
   void Fit();
   // Shows `factor` times as much (below 1: less), with the time at `x` staying there. It goes from
   // 2 pixels a ms to twice the zoom that fits the whole.
   void ZoomAround(double x, double factor);
-  // Puts a time at the left edge, as far as there is something to show.
+  // Puts a time at the left edge, as far as there is something to show. What fits begins there.
   void ScrollTo(double left_ms);
   // Scrolls, if need be, until the stretch is in view, with some of what is before it; of a
   // stretch that is wider than the view, its beginning.

@@ -80,6 +80,7 @@ class Look {
     LookAtChannels();
     LookAtList();
     LookAtTable();
+    LookAtWarning();
     LookAtTheRest();
   }
   ProgramState State() { return std::move(state_); }
@@ -124,6 +125,21 @@ class Look {
       const bool agree = shown[1] == QString::number(offset) && shown[2] == Angle(shown[0].toInt());
       Put(QString("Ch%1").arg(i), agree ? shown[0] : shown[0] + ", " + shown[1] + ", " + shown[2]);
     }
+  }
+
+  // The warning that the list is not stored is told only where it is not as it should be.
+  void LookAtWarning() {
+    const QString name = "LabelNotStored";
+    const QString text = state_.values.extract(name).mapped();
+    const bool shown = state_.values.extract(name + " shown").mapped() == YesOrNo(true);
+    const auto place_taken = [&](const char* other) {
+      return !program_.hands->Find<QWidget>(other).isHidden();
+    };
+    const bool wanted = !program_.form->Edited().Stored() && !place_taken("LabelErase") &&
+                        !place_taken("ProgressBarFlash");
+    const bool right =
+        shown ? wanted && text.section(' ', 2, 2).toInt() == program_.Data().CurSeq : !wanted;
+    if (!right) Put(name, shown ? text : "missing");
   }
 
   void LookAtList() {

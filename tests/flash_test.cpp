@@ -63,6 +63,46 @@ TEST_F(Flash, AnImageThatTheHeaderCannotHoldIsRefused) {
   ExpectSent({7});
 }
 
+TEST_F(Flash, SaysThatTheSequenceIsNotStoredUnlessItErasesOrTransfers) {
+  const auto warning = [this] {
+    auto& label = hands->Find<QLabel>("LabelNotStored");
+    return label.isVisible() ? label.text() : QString();
+  };
+  const QString not_stored = "Sequence N° %1 is not stored: press %2";
+  Connect();
+  for (const int sequence : {0, 15}) {
+    while (Data().CurSeq < sequence) Press("CommandMoreSeq");
+    AddSteps(3);
+    EXPECT_EQ(warning(), "");
+    ListKeys("Ctrl+Up");
+    EXPECT_EQ(warning(), not_stored.arg(sequence).arg(sequence == 0 ? "+ and -" : "- and +"));
+    ListKeys("Ctrl+Down");
+    EXPECT_EQ(warning(), "") << "as it was stored";
+    Press("CommandClear");
+    EXPECT_NE(warning(), "");
+    for (const char* button : {"CommandLessSeq", "CommandMoreSeq"}) Press(button);
+    EXPECT_EQ(warning(), "");
+  }
+  AddSteps(30);
+  ListKeys("Ctrl+Up");
+  board.ClearLog();
+  QStringList waits;
+  board.SetFaults({.silent = true});
+  for (const std::size_t sent : {1, 68, 324}) {
+    WhenSent(sent, [&] {
+      waits.append(warning());
+      board.Send({255});
+    });
+  }
+  ExpectMessage(kErasedText, [&] { waits.append("erased: " + warning()); });
+  ExpectMessage(kProgrammedText, [&] { waits.append("done: " + warning()); });
+  Program();
+  const QString here = not_stored.arg(15).arg("- and +");
+  EXPECT_EQ(waits, QStringList({"", "erased: " + here, "", "", "done: " + here}));
+  hands->Keys(*form, "Ctrl+Z");
+  EXPECT_EQ(warning(), "");
+}
+
 // What stands on the line and in the window in each wait, with acknowledgements given by hand.
 TEST_F(Flash, ProgrammingWaitsForEveryWholeBlock) {
   FillFlash(SevenBlocks());

@@ -10,8 +10,10 @@
 #include <QSignalSpy>
 #include <QToolTip>
 
+#include "platform/look/slide_style.h"
 #include "tests/window_fixture.h"
 #include "ui/inventory.h"
+#include "ui/look.h"
 
 // As in the toolkit's private headers. The toolkit announces changes only once a reader has asked
 // for them over the session's bus, which a test has not.
@@ -109,6 +111,7 @@ constexpr Told kTold[] = {
     {QAccessible::Button, "Command1", "Abort"},
     {QAccessible::Button, "CommandErase", "Erease"},
     {QAccessible::StaticText, "LabelErase", "Erasing..."},
+    {QAccessible::StaticText, "LabelNotStored", "Sequence N° 0 is not stored: press + and -"},
     {QAccessible::ProgressBar, "ProgressBarFlash", "Flash transfer", "0"},
     {QAccessible::Grouping, "FrameRealEmu", "Real Emulator"},
     {QAccessible::CheckBox, "CWButtonRealEmu", "Real Emu"},
@@ -222,8 +225,11 @@ TEST_F(ScreenReader, HearsOfStepsBreakpointsAndAHaltAndKeepsItsPlace) {
   Select(1);
   Press("CommandBrk");
   EXPECT_TRUE(NameOfLine(1).endsWith("ms, breakpoint"));
+  const QAccessibleInterface& button = Spoken("CommandBrk");
+  EXPECT_EQ(button.text(QAccessible::Description), "Step 1 has a breakpoint");
   EXPECT_EQ(Heard(QAccessible::NameChanged).last(), NameOfLine(1));
   Select(0);
+  EXPECT_EQ(button.text(QAccessible::Description), "Step 0 has no breakpoint");
   Press("CWButtonEmuPC");
   timer.Elapse();
   EXPECT_TRUE(NameOfLine(1).endsWith("ms, breakpoint, halted"));
@@ -285,6 +291,40 @@ TEST_F(StartUp, TipsOfMenuItemsStandBesideTheMenu) {
   EXPECT_NEAR((*tip)->y(), menu.mapToGlobal(place).y(), 30);
   QToolTip::hideText();
   menu.close();
+}
+
+using Faders = WindowTest;
+
+TEST_F(Faders, AreMarkedWhereTheSelectedStepHasThem) {
+  const platform::SlideColours fader = platform::SlideColoursOf({}, ProgramPalette());
+  const auto marked = [&](int channel) {
+    const QImage image = hands->Find<QWidget>(QString("CWSlide1_%1").arg(channel)).grab().toImage();
+    for (int y = 0; y < image.height(); ++y) {
+      for (int x = 0; x < image.width(); ++x) {
+        if (image.pixelColor(x, y) == fader.mark) return y;
+      }
+    }
+    return -1;
+  };
+  AddStep(3, 200, 100);
+  AddStep(3, 60, 100);
+  EXPECT_EQ(marked(3), -1);
+  Select(0);
+  const int high = marked(3);
+  EXPECT_GT(high, 0);
+  EXPECT_EQ(marked(4), -1);
+  SetSlider(3, 200);
+  EXPECT_EQ(marked(3), -1);
+  SetSlider(3, 80);
+  Select(1);
+  EXPECT_GT(marked(3), high) << "behind the handle";
+  SetSlider(3, 128);
+  Press("CommandReplace");
+  EXPECT_EQ(marked(3), -1);
+  SetSlider(3, 0);
+  EXPECT_GT(marked(3), 0);
+  Press("CommandClear");
+  EXPECT_EQ(marked(3), -1);
 }
 
 class SmallScreen : public WindowTest {

@@ -60,7 +60,8 @@ struct Controls {
   platform::PushButton* CommandRead = nullptr;
   platform::PushButton* Command1 = nullptr;
   platform::PushButton* CommandErase = nullptr;
-  QLabel* LabelErase = nullptr;  // at the bar's place, shown while an erase waits
+  QLabel* LabelErase = nullptr;      // at the bar's place, shown while an erase waits
+  QLabel* LabelNotStored = nullptr;  // there, too, when neither of the two is shown
   platform::ProgressBar* ProgressBarFlash = nullptr;
 
   platform::Panel* FrameRealEmu = nullptr;

@@ -7,6 +7,7 @@
 
 #include "core/declaration.h"
 #include "link/serial_port.h"
+#include "platform/look/colours.h"
 #include "ui/look.h"
 
 namespace pelmora {
@@ -48,6 +49,8 @@ void DressControls(const Controls& controls, const platform::PortDirectory& port
   PlaceText(*controls.LabelOffset, TextTop(*controls.CommandOffset), kBytesIndent);
   PlaceText(*controls.LabelSeqEmu, TextTop(*controls.CWButtonRealEmu));
   controls.LabelErase->setAlignment(Qt::AlignCenter);
+  controls.LabelNotStored->setAlignment(Qt::AlignCenter);
+  Colour(*controls.LabelNotStored, platform::kWarningColour);
   for (std::size_t i = 0; i < kChannels; ++i) {
     platform::CWSlide& slide = *controls.CWSlide1[i];
     slide.SetScaleMaximum(255);

@@ -26,7 +26,7 @@ struct Demand {
 
 Demand DemandOf(One<QLabel>, const QString& caption) {
   // Captions that change: the widest number that they can hold.
-  static const QRegularExpression number(QStringLiteral("0(?= bytes)|0$"));
+  static const QRegularExpression number(QStringLiteral("0(?= bytes)|0(?= is)|0$"));
   QString text = caption;
   text.replace(number, caption.endsWith(QLatin1String("bytes")) ? "57330" : "15");
   return {text, 0};

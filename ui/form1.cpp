@@ -211,6 +211,13 @@ void Form1::ConnectEditing() {
     connect(button, &QAbstractButton::pressed, wiring_.get(),
             [&h] { h.step_fields.CommitPending(); });
   }
+  for (const auto signal : {&EditedSequence::SelectionChanged, &EditedSequence::SequenceChanged}) {
+    connect(&h.edited, signal, wiring_.get(), [this] { MarkSelectedStep(); });
+  }
+  for (const auto signal :
+       {&EditedSequence::SelectionChanged, &EditedSequence::BreakpointsChanged}) {
+    connect(&h.edited, signal, wiring_.get(), [this] { DescribeBreakpoint(); });
+  }
   OnClick(controls_->CommandUpdate, [&h] { h.step_fields.CommandUpdate_Click(); });
   OnClick(controls_->CommandAdd, [&h] { h.step_list.CommandAdd_Click(); });
   OnClick(controls_->CommandRem, [&h] { h.step_list.CommandRem_Click(); });
@@ -286,9 +293,13 @@ void Form1::ConnectFlash() {
   OnClick(controls_->Command1, [&h] { h.link.Command1_Click(); });
   connect(&h.link, &BoardLink::ModeChanged, wiring_.get(),
           [this, &h] { ShowErasing(h.link.EraseMode()); });
+  connect(&h.link, &BoardLink::ModeChanged, wiring_.get(), [this] { ShowWhetherStored(); });
   connect(&h.link, &BoardLink::AbortOffered, controls_->Command1, &QWidget::setEnabled);
   ProgressBar* bar = controls_->ProgressBarFlash;
   connect(&h.link, &BoardLink::BarShown, bar, &QWidget::setVisible);
+  connect(&h.link, &BoardLink::BarShown, wiring_.get(), [this] { ShowWhetherStored(); });
+  connect(&h.edited, &EditedSequence::SequenceChanged, wiring_.get(),
+          [this] { ShowWhetherStored(); });
   connect(&h.link, &BoardLink::BarScaled, bar, &ProgressBar::SetScaleMaximum);
   connect(&h.link, &BoardLink::BarMoved, bar, &ProgressBar::SetValue);
 }
@@ -301,6 +312,41 @@ void Form1::ShowErasing(bool erasing) {
   } else {
     unsetCursor();
   }
+}
+
+// What is programmed is the table, which the list may be ahead of. The word of an erase and the bar
+// stand at the same place, and matter more.
+void Form1::ShowWhetherStored() {
+  const bool free = !handlers_->link.EraseMode() && controls_->ProgressBarFlash->isHidden();
+  const int sequence = handlers_->edited.Data().CurSeq;
+  const bool last = sequence == kSequences - 1;
+  controls_->LabelNotStored->setText(
+      QStringLiteral("Sequence N\u00B0 %1 is not stored: press %2")
+          .arg(QString::number(sequence),
+               last ? QStringLiteral("- and +") : QStringLiteral("+ and -")));
+  controls_->LabelNotStored->setVisible(free && !handlers_->edited.Stored());
+}
+
+// Where the selected step has each channel: that is what "Replace" would change.
+void Form1::MarkSelectedStep() {
+  const EditedSequence& edited = handlers_->edited;
+  const int line = edited.ListIndex();
+  for (std::size_t ch = 0; ch < kChannels; ++ch) {
+    controls_->CWSlide1[ch]->SetMark(line < 0 ? CWSlide::kNoMark : edited.Row(line)[ch]);
+  }
+}
+
+// Pressing the button by a key takes the focus there, away from the line that shows the breakpoint.
+void Form1::DescribeBreakpoint() {
+  const EditedSequence& edited = handlers_->edited;
+  const int line = edited.ListIndex();
+  QString description;
+  if (line >= 0) {
+    const bool set = edited.Row(line)[kBreakColumn] != 0;
+    description = QStringLiteral("Step %1 has %2 breakpoint")
+                      .arg(QString::number(line), set ? QStringLiteral("a") : QStringLiteral("no"));
+  }
+  controls_->CommandBrk->setAccessibleDescription(description);
 }
 
 void Form1::ConnectPlayback() {

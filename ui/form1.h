@@ -75,6 +75,9 @@ class Form1 : public platform::MainWindow {
   void Quit_Click();
   void ShowSwitches();
   void ShowErasing(bool erasing);
+  void ShowWhetherStored();
+  void MarkSelectedStep();
+  void DescribeBreakpoint();
   void FreshProg_Click(bool checked);
   void Emu_Click(bool checked);
   void Serial_Click(bool checked);

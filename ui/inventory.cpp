@@ -43,6 +43,7 @@ constexpr ControlRow kControls[] = {
   {NAMED(Command1),            NAMED(FrameFlash),     "A&bort",                "",                       2760,  300,   855,  375, "Ends the transfer that is running", Start::kDisabled},
   {NAMED(CommandErase),        NAMED(FrameFlash),     "Erease",                "",                       3840,  300,   855,  375, "Empties the board's memory and waits until the board has done it"},
   {NAMED(LabelErase),          NAMED(FrameFlash),     "Erasing...",            "",                        120,  840,  4575,  375, "", Start::kHidden},
+  {NAMED(LabelNotStored),      NAMED(FrameFlash),     "Sequence N\u00B0 0 is not stored: press + and -", "",  120,  840,  4575,  375, "\"Program  Seq.\" writes what is stored; going to another sequence stores the list", Start::kHidden},
   {NAMED(ProgressBarFlash),    NAMED(FrameFlash),     "",                      "Flash transfer",          120,  840,  4575,  375, "", Start::kHidden},
 
   {NAMED(FrameRealEmu),        {},                    "Real Emulator",         "",                       7680, 3780,  4935,  915, "", Start::kHidden},

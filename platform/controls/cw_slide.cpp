@@ -118,7 +118,7 @@ void CWSlide::paintEvent(QPaintEvent* event) {
   initStyleOption(&option);
   QPainter painter(this);
   DrawSlideCaption(painter, option, rect(), caption_);
-  if (mark_ >= 0 && mark_ != sliderPosition()) DrawSlideMark(painter, option, mark_);
+  if (mark_ != kNoMark && mark_ != sliderPosition()) DrawSlideMark(painter, option, mark_);
   painter.end();
   QSlider::paintEvent(event);
 }

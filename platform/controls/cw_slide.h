@@ -24,9 +24,9 @@ class CWSlide : public QSlider {
   const QString& Caption() const { return caption_; }
 
   // A second value to be seen on the fader: a pale mark where the handle would stand for it, as
-  // long as the handle stands elsewhere; -1 for none.
+  // long as the handle stands elsewhere. None at the start.
+  static constexpr int kNoMark = -1;
   void SetMark(int value);
-  int Mark() const { return mark_; }
 
   // The value that assistive technology is told as 0, those above and below it as positive and
   // negative numbers. 0 at the start.
@@ -68,7 +68,7 @@ class CWSlide : public QSlider {
   QBasicTimer follow_timer_;
   int wheel_angle_ = 0;  // of a notch that is not complete yet
   int axis_ = -1;
-  int mark_ = -1;
+  int mark_ = kNoMark;
   int told_zero_ = 0;
 };
 

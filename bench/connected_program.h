@@ -8,9 +8,9 @@ namespace bench {
 class ConnectedProgram : public rig::ProgramWithBoard {
  public:
   // Whatever goes otherwise than expected ends the run: its figures would mean nothing.
-  explicit ConnectedProgram(simboard::Pace pace, rig::Genuine genuine = {})
+  explicit ConnectedProgram(simboard::Pace pace, rig::RealParts real = {})
       : ProgramWithBoard([](const QString& problem) { qFatal("%s", qPrintable(problem)); }, pace,
-                         genuine) {
+                         real) {
     Connect();
   }
 };

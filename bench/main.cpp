@@ -7,7 +7,7 @@
 
 namespace {
 
-// The off-screen platform says at every window what it can't do.
+// The off-screen platform warns at every window of what it can't do; the table stays without that.
 void Print(QtMsgType type, const QMessageLogContext&, const QString& text) {
   if (text.startsWith(QLatin1String("This plugin does not support"))) return;
   if (text.startsWith(QLatin1String("QStandardPaths:"))) return;

@@ -82,7 +82,7 @@ rig::Sequences TwoSteps(std::size_t channels) {
 // Plays two steps of 20 ms whose bytes the line carries in time.
 void Play(TickLog& log, bool movement_shown = false) {
   ConnectedProgram program(simboard::Pace::kUnpaced, {.timer = true});
-  platform::HiTimer& timer = program.genuine_timer;
+  platform::HiTimer& timer = program.real_timer;
   const QObject listener;
   QObject::connect(&timer, &platform::HiTimer::Timer, &listener, [&log] { log.Tick(); });
   // A window that is made later hears of each tick later than the log.

@@ -25,7 +25,7 @@ double Quantile(std::vector<double> samples, double part) {
 void Report::Add(const std::string& what, double figure, const std::string& counterpart,
                  double counter_figure, const std::string& unit) {
   const auto with_unit = [&](double value) { return Number(value) + " " + unit; };
-  // A ratio to next to nothing says nothing.
+  // A ratio to a value close to 0 has no meaning.
   const bool comparable = std::abs(counter_figure) >= 0.0005;
   rows_.push_back({what, with_unit(figure), counterpart, with_unit(counter_figure),
                    comparable ? Number(figure / counter_figure) : "-"});

@@ -14,17 +14,11 @@
 #include <cstdio>
 #include <fstream>
 #include <string>
-#include <variant>
 
 #include "bench/rows.h"
-#include "platform/dialogs/file_dialog.h"
-#include "platform/dialogs/modal_message_box.h"
-#include "platform/serial/port_directory.h"
-#include "platform/system/events.h"
-#include "platform/system/hi_timer.h"
-#include "ui/form1.h"
 #include "ui/inventory.h"
 #include "ui/look.h"
+#include "ui/program.h"
 
 namespace bench {
 namespace {
@@ -44,7 +38,7 @@ long PeakMemory() {
   return 0;
 }
 
-// Says so, with the memory, when the window has been painted for the first time, and ends.
+// Prints the peak memory when the window has been painted for the first time, and ends the process.
 class PaintWatch : public QObject {
  public:
   bool eventFilter(QObject* watched, QEvent* event) override {
@@ -64,31 +58,17 @@ class PaintWatch : public QObject {
 };
 
 // The toolkit's own control for each kind of ours.
-QWidget* Make(const pelmora::Member& member, const QString& caption, QWidget* parent) {
-  using namespace pelmora;
-  struct Maker {
-    const QString& caption;
-    QWidget* parent;
-    QWidget* operator()(One<platform::Panel>) const { return new QGroupBox(caption, parent); }
-    QWidget* operator()(One<platform::PushButton>) const {
-      return new QPushButton(caption, parent);
-    }
-    QWidget* operator()(One<platform::CWButton>) const { return new QPushButton(caption, parent); }
-    QWidget* operator()(One<platform::CWNumEdit>) const { return new QSpinBox(parent); }
-    QWidget* operator()(One<platform::DropDownList>) const { return new QComboBox(parent); }
-    QWidget* operator()(One<platform::ListBox>) const { return new QListWidget(parent); }
-    QWidget* operator()(One<platform::ProgressBar>) const { return new QProgressBar(parent); }
-    QWidget* operator()(One<platform::TextField>) const { return new QLineEdit(caption, parent); }
-    QWidget* operator()(Several<platform::TextField, 2 * kChannels>) const {
-      return new QLineEdit(caption, parent);
-    }
-    QWidget* operator()(Several<platform::CWSlide, kChannels>) const {
-      return new QSlider(Qt::Vertical, parent);
-    }
-    QWidget* operator()(One<QLabel>) const { return new QLabel(caption, parent); }
-    QWidget* operator()(One<Heading>) const { return new QLabel(caption, parent); }
-  };
-  return std::visit(Maker{caption, parent}, member);
+QWidget* Make(const pelmora::ControlRow& row, QWidget* parent) {
+  const QString caption = QString::fromUtf8(row.caption);
+  if (pelmora::Is<QGroupBox>(row)) return new QGroupBox(caption, parent);
+  if (pelmora::Is<QPushButton>(row)) return new QPushButton(caption, parent);
+  if (pelmora::Is<QSpinBox>(row)) return new QSpinBox(parent);
+  if (pelmora::Is<QComboBox>(row)) return new QComboBox(parent);
+  if (pelmora::Is<QListWidget>(row)) return new QListWidget(parent);
+  if (pelmora::Is<QProgressBar>(row)) return new QProgressBar(parent);
+  if (pelmora::Is<QLineEdit>(row)) return new QLineEdit(caption, parent);
+  if (pelmora::Is<QSlider>(row)) return new QSlider(Qt::Vertical, parent);
+  return new QLabel(caption, parent);
 }
 
 void FillWithStockControls(QWidget& window) {
@@ -97,8 +77,7 @@ void FillWithStockControls(QWidget& window) {
   for (const pelmora::ControlRow& row : pelmora::Inventory()) {
     auto* panel = window.findChild<QWidget*>(QLatin1String(row.parent.name));
     for (int i = 0; i < row.count; ++i) {
-      QWidget* control =
-          Make(row.control.member, QString::fromUtf8(row.caption), panel ? panel : &window);
+      QWidget* control = Make(row, panel ? panel : &window);
       control->setObjectName(pelmora::ElementName(row, i));
       control->setGeometry(Pixels(row.left + i * row.pitch), Pixels(row.top), Pixels(row.width),
                            Pixels(row.height));
@@ -136,14 +115,8 @@ int PaintOneWindow(const QString& kind, int argc, char** argv) {
     return QApplication::exec();
   }
   pelmora::SetUpLook(application);
-  platform::Events events;
-  platform::ModalMessageBox message_box(events);
-  platform::ModalFileDialog file_dialog(events);
-  platform::SystemHiTimer timer;
-  const platform::MachinePorts ports;
-  pelmora::Form1 form({events, message_box, file_dialog, timer, ports});
-  message_box.SetParent(&form);
-  file_dialog.SetParent(&form);
+  pelmora::Program program(application);
+  pelmora::Form1& form = program.Window();
   form.installEventFilter(&watch);
   form.show();
   return QApplication::exec();

@@ -67,14 +67,14 @@ int main(int argc, char** argv) {
   parser.addHelpOption();
   parser.process(application);
 
-  // The tour leaves the machine's ports alone: it sees only the board.
-  const rig::Genuine genuine{.message_boxes = true,
-                             .file_dialogs = true,
-                             .timer = true,
-                             .screen = QApplication::primaryScreen()->availableGeometry(),
-                             .other_ports = !parser.isSet(tour)};
+  // The tour never opens a port of the machine.
+  const rig::RealParts real{.message_boxes = true,
+                            .file_dialogs = true,
+                            .timer = true,
+                            .screen = QApplication::primaryScreen()->availableGeometry(),
+                            .other_ports = !parser.isSet(tour)};
   const auto complain = [](const QString& problem) { qFatal("%s", qPrintable(problem)); };
-  rig::ProgramWithBoard program(complain, simboard::Pace::k9600, genuine);
+  rig::ProgramWithBoard program(complain, simboard::Pace::k9600, real);
   program.board.SetFaults({.silent = parser.isSet(silent)});
   simboard::BoardWindow board_window(program.board);
   QObject::connect(&program.events, &platform::Events::Ended, &application,

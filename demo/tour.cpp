@@ -243,6 +243,7 @@ void Tour::ShapeTheMovement() {
 void Tour::Program() {
   Say("shows the panels of the menu \"Advanced\"");
   for (const char* item : {"FreshProg", "Emu", "Serial"}) operator_.ChooseMenu(item);
+  Picture("not stored");
   Say("goes to sequence 1 and back, which stores sequence 0");
   operator_.Click("CommandMoreSeq");
   operator_.Click("CommandLessSeq");
@@ -468,7 +469,7 @@ void Tour::PictureOf(QWidget& window, const QString& name) {
 void Tour::Expect(bool holds, const QString& what) {
   if (holds) return;
   QTextStream(stderr) << "The tour failed: it should be so that " << what << '\n';
-  // It may be in the middle of an event, through which no exception can pass.
+  // The tour may be inside an event handler, and the toolkit lets no exception pass through one.
   std::_Exit(EXIT_FAILURE);
 }
 

@@ -5,21 +5,14 @@
 #include <utility>
 
 #include "core/step_line.h"
+#include "edit/captions.h"
 #include "link/serial_port.h"
 
 namespace pelmora {
 namespace {
 
-QString StepCaption(int line) {
-  return QStringLiteral("Step N\u00B0 %1").arg(line);
-}
-
-QString NoStepCaption() {
-  return QStringLiteral("Step N\u00B0 ...");
-}
-
-QString SequenceCaption(int sequence) {
-  return QStringLiteral("Sequence N\u00B0 %1").arg(sequence);
+QString Caption(const char* text, int number) {
+  return QString::fromUtf8(text).arg(number);
 }
 
 // Whether the editor takes this for a column of a step.
@@ -126,7 +119,7 @@ void EditedSequence::StoreAndShowOffset() {
 // The warning comes every time, as long as the capacity is exceeded.
 void EditedSequence::OffsetCalc() {
   ComputeFlashFigures(data_);
-  controls_.LabelByte.setText(QStringLiteral("%1 bytes").arg(data_.TotalBytes));
+  controls_.LabelByte.setText(Caption(kBytesCaption, data_.TotalBytes));
   if (data_.TotalBytes > kFlashCapacity) messages_.append(CapacityText());
 }
 
@@ -160,12 +153,12 @@ void EditedSequence::ReadLinesBack() {
 }
 
 void EditedSequence::NameStep() {
-  controls_.LabelStep.setText(StepCaption(ListIndex()));
+  controls_.LabelStep.setText(Caption(kStepCaption, ListIndex()));
 }
 
 void EditedSequence::ShowOffset() {
-  controls_.CommandOffset.setText(QStringLiteral("OffSet Seq. %1").arg(data_.CurSeq));
-  controls_.LabelOffset.setText(QStringLiteral("%1 bytes").arg(data_.SeqOffset[data_.CurSeq]));
+  controls_.CommandOffset.setText(Caption(kOffsetCaption, data_.CurSeq));
+  controls_.LabelOffset.setText(Caption(kBytesCaption, data_.SeqOffset[data_.CurSeq]));
 }
 
 void EditedSequence::Insert(const std::vector<std::string>& lines, const char* change) {
@@ -248,7 +241,7 @@ void EditedSequence::Clear() {
   sequence_changed_ |= ListCount() > 0;
   controls_.ListSequence.Clear();
   ResetBreakPoints();
-  controls_.LabelStep.setText(NoStepCaption());
+  controls_.LabelStep.setText(QString::fromUtf8(kNoStepCaption));
 }
 
 void EditedSequence::ClearAll() {
@@ -256,7 +249,7 @@ void EditedSequence::ClearAll() {
   Clear();
   DataInit();
   data_.CurSeq = 0;
-  controls_.LabelSeq.setText(SequenceCaption(0));
+  controls_.LabelSeq.setText(Caption(kSequenceCaption, 0));
 }
 
 void EditedSequence::ShowSequence(int sequence) {
@@ -265,9 +258,9 @@ void EditedSequence::ShowSequence(int sequence) {
     data_.CurSeq = static_cast<std::uint8_t>(sequence);
     ShowCurrentSequence();
   }
-  controls_.LabelSeqEmu.setText(SequenceCaption(data_.CurSeq));
-  controls_.LabelSeq.setText(SequenceCaption(data_.CurSeq));
-  controls_.LabelStep.setText(NoStepCaption());
+  controls_.LabelSeqEmu.setText(Caption(kSequenceCaption, data_.CurSeq));
+  controls_.LabelSeq.setText(Caption(kSequenceCaption, data_.CurSeq));
+  controls_.LabelStep.setText(QString::fromUtf8(kNoStepCaption));
   ShowOffset();
 }
 
@@ -276,7 +269,7 @@ void EditedSequence::ShowCurrentSequence() {
   ResetBreakPoints();
   DataToBuffer();
   sequence_changed_ = true;
-  controls_.LabelSeq.setText(SequenceCaption(data_.CurSeq));
+  controls_.LabelSeq.setText(Caption(kSequenceCaption, data_.CurSeq));
 }
 
 void EditedSequence::TakeTable(const SequenceTable& table) {

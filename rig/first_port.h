@@ -8,7 +8,7 @@
 
 namespace rig {
 
-// Stands in for the machine's ports: entry 1 is the device that `device` names at that moment; the
+// Ports for a test or the demo: entry 1 is the device that `device` names at that moment; the
 // other entries are those of `others`, which may be null: then they are empty.
 class FirstPort : public platform::PortDirectory {
  public:

@@ -23,7 +23,7 @@
 namespace rig {
 namespace {
 
-constexpr int kGlance = 3;  // ms
+constexpr int kPollMilliseconds = 3;
 
 QRect HandleOf(const QSlider& slide) {
   QStyleOptionSlider option;
@@ -174,19 +174,20 @@ QStringList Operator::ReadLines(const QString& list) const {
 
 void Operator::When(std::function<bool()> condition, std::function<void()> action) {
   plans_.push_back({std::move(condition), std::move(action)});
-  if (!looking_) LookAgain();
+  if (!polling_) PollLater();
 }
 
-void Operator::LookAgain() {
-  // A timer does not fire inside its own slot, and a plan's action may wait: each look has its own.
-  looking_ = true;
-  QTimer::singleShot(kGlance, this, &Operator::Look);
+void Operator::PollLater() {
+  // A timer does not fire inside its own slot, and a plan's action may wait, so each check has a
+  // timer of its own.
+  polling_ = true;
+  QTimer::singleShot(kPollMilliseconds, this, &Operator::Poll);
 }
 
-void Operator::Look() {
-  looking_ = false;
+void Operator::Poll() {
+  polling_ = false;
   if (plans_.empty()) return;
-  LookAgain();
+  PollLater();
   for (auto plan = plans_.begin(); plan != plans_.end(); ++plan) {
     if (!plan->condition()) continue;
     const std::function<void()> action = std::move(plan->action);

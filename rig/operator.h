@@ -57,14 +57,14 @@ class Operator : public QObject {
   QString Read(const QString& name) const;
   QStringList ReadLines(const QString& list) const;
 
-  // Does `action` as soon as `condition` holds: looked at every few milliseconds, also while a
-  // handler waits or a message box is open. Once.
+  // Does `action` once, as soon as `condition` holds. The condition is checked every few
+  // milliseconds, also while a handler waits or a message box is open.
   void When(std::function<bool()> condition, std::function<void()> action);
 
-  // Lets the window live until `condition` holds; false when `limit_ms` passed before.
+  // Processes events until `condition` holds; false when `limit_ms` passed before.
   bool WaitUntil(const std::function<bool()>& condition, int limit_ms = 5000);
 
-  // Lets the window live for a while.
+  // Processes events for so long.
   void Wait(int milliseconds);
 
  private:
@@ -73,13 +73,13 @@ class Operator : public QObject {
     std::function<void()> action;
   };
 
-  void Look();
-  void LookAgain();
+  void Poll();
+  void PollLater();
   QPoint LineCentre(const QString& list, int line) const;
 
   QWidget& window_;
   std::list<Plan> plans_;
-  bool looking_ = false;
+  bool polling_ = false;
 };
 
 // The message box that is open now; null when none is.

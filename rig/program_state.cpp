@@ -72,23 +72,23 @@ QString Shown(const QWidget& control) {
   return button->isChecked() ? lamp->Waiting() ? "On, halted" : "On" : "Off";
 }
 
-class Look {
+class Capture {
  public:
-  explicit Look(const ProgramWithBoard& program) : program_(program) {
+  explicit Capture(const ProgramWithBoard& program) : program_(program) {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    LookAtWidgets();
-    LookAtChannels();
-    LookAtList();
-    LookAtTable();
-    LookAtWarning();
-    LookAtTheRest();
+    CaptureWidgets();
+    CaptureChannels();
+    CaptureList();
+    CaptureTable();
+    CaptureWarning();
+    CaptureTheRest();
   }
   ProgramState State() { return std::move(state_); }
 
  private:
   void Put(const QString& name, const QString& value) { state_.values[name] = value; }
 
-  void LookAtWidgets() {
+  void CaptureWidgets() {
     const QWidget& form = *program_.form;
     QStringList windows;
     for (const QWidget* control : form.findChildren<QWidget*>()) {
@@ -115,7 +115,7 @@ class Look {
   }
 
   // A fader with its two fields is one value as long as they agree.
-  void LookAtChannels() {
+  void CaptureChannels() {
     for (int i = 0; i < kChannels; ++i) {
       std::array<QString, 3> shown;
       const auto take = [&](const QString& name) { return state_.values.extract(name).mapped(); };
@@ -128,7 +128,7 @@ class Look {
   }
 
   // The warning that the list is not stored is told only where it is not as it should be.
-  void LookAtWarning() {
+  void CaptureWarning() {
     const QString name = "LabelNotStored";
     const QString text = state_.values.extract(name).mapped();
     const bool shown = state_.values.extract(name + " shown").mapped() == YesOrNo(true);
@@ -142,7 +142,7 @@ class Look {
     if (!right) Put(name, shown ? text : "missing");
   }
 
-  void LookAtList() {
+  void CaptureList() {
     const pelmora::Declaration& data = program_.Data();
     QStringList marks, flags, differing;
     for (const QString& line : program_.Lines()) {
@@ -168,7 +168,7 @@ class Look {
     Put("top line", QString::number(program_.List().verticalScrollBar()->value()));
   }
 
-  void LookAtTable() {
+  void CaptureTable() {
     const pelmora::Declaration& data = program_.Data();
     Put("CurSeq", QString::number(data.CurSeq));
     QStringList figures;
@@ -190,7 +190,7 @@ class Look {
     Put("flash", figures.join(' '));
   }
 
-  void LookAtTheRest() {
+  void CaptureTheRest() {
     Put("timer", program_.timer.Enabled() ? "on" : "off");
     Put("interval", QString::number(program_.timer.Interval()));
     QStringList modes;
@@ -265,7 +265,7 @@ QString InWords(const QString& name, const QString& value) {
 }  // namespace
 
 ProgramState StateOf(const ProgramWithBoard& program) {
-  return Look(program).State();
+  return Capture(program).State();
 }
 
 QStringList Difference(const ProgramState& before, const ProgramState& after) {

@@ -24,14 +24,14 @@ constexpr char kFlashBar[] = "ProgressBarFlash";
 
 }  // namespace
 
-ProgramWithBoard::ProgramWithBoard(Complaint complain, simboard::Pace pace, Genuine genuine)
+ProgramWithBoard::ProgramWithBoard(Complaint complain, simboard::Pace pace, RealParts real)
     : board(pace),
       box(events, complain),
       complain_(std::move(complain)),
-      genuine_box_(events),
-      genuine_files_(events) {
+      real_box_(events),
+      real_files_(events) {
   pelmora::SetUpLook(*qApp);
-  Restart(genuine);
+  Restart(real);
 }
 
 ProgramWithBoard::~ProgramWithBoard() {
@@ -39,24 +39,24 @@ ProgramWithBoard::~ProgramWithBoard() {
   form.reset();
 }
 
-void ProgramWithBoard::Restart(Genuine genuine) {
+void ProgramWithBoard::Restart(RealParts real) {
   hands.reset();
   form.reset();
   ports_ =
       std::make_unique<FirstPort>([this] { return QString::fromStdString(board.DevicePath()); },
-                                  genuine.other_ports ? &machine_ports_ : nullptr);
+                                  real.other_ports ? &machine_ports_ : nullptr);
   platform::MessageBox* message_box = &box;
-  if (genuine.message_boxes) message_box = &genuine_box_;
+  if (real.message_boxes) message_box = &real_box_;
   platform::FileDialog* file_dialog = &files;
-  if (genuine.file_dialogs) file_dialog = &genuine_files_;
+  if (real.file_dialogs) file_dialog = &real_files_;
   platform::HiTimer* hi_timer = &timer;
-  if (genuine.timer) hi_timer = &genuine_timer;
+  if (real.timer) hi_timer = &real_timer;
   form = std::make_unique<pelmora::Form1>(
       pelmora::Surroundings{events, *message_box, *file_dialog, *hi_timer, *ports_});
-  genuine_box_.SetParent(form.get());
-  genuine_files_.SetParent(form.get());
+  real_box_.SetParent(form.get());
+  real_files_.SetParent(form.get());
   hands = std::make_unique<Operator>(*form);
-  if (genuine.screen.isValid()) form->PlaceOn(genuine.screen);
+  if (real.screen.isValid()) form->PlaceOn(real.screen);
   form->show();
   form->activateWindow();
 }

@@ -28,8 +28,8 @@
 
 namespace rig {
 
-// Which of the surroundings are the program's own; the others are scripted.
-struct Genuine {
+// Which of the window's surroundings are real ones; the others are scripted.
+struct RealParts {
   bool message_boxes = false;
   bool file_dialogs = false;
   bool timer = false;
@@ -39,15 +39,15 @@ struct Genuine {
 
 class ProgramWithBoard {
  public:
-  // Opens the window in the program's own look, with no port chosen. `complain` is called for
-  // whatever goes otherwise than the caller says below.
-  ProgramWithBoard(Complaint complain, simboard::Pace pace, Genuine genuine = {});
+  // Opens the window in the program's own look, with no port chosen. `complain` is called whenever
+  // something happens that the calls below did not announce, or does not happen that they did.
+  ProgramWithBoard(Complaint complain, simboard::Pace pace, RealParts real = {});
   ~ProgramWithBoard();
   ProgramWithBoard(const ProgramWithBoard&) = delete;
   ProgramWithBoard& operator=(const ProgramWithBoard&) = delete;
 
   // Throws the window away and opens another one on the same board.
-  void Restart(Genuine genuine = {});
+  void Restart(RealParts real = {});
 
   // Chooses "Comm1", which must not be open. Nothing is sent by it.
   void Connect();
@@ -103,14 +103,14 @@ class ProgramWithBoard {
   ScriptedMessageBox box;
   ScriptedFileDialog files;
   ManualTimer timer;
-  platform::SystemHiTimer genuine_timer;
+  platform::SystemHiTimer real_timer;
   std::unique_ptr<pelmora::Form1> form;
   std::unique_ptr<Operator> hands;
 
  private:
   const Complaint complain_;
-  platform::ModalMessageBox genuine_box_;
-  platform::ModalFileDialog genuine_files_;
+  platform::ModalMessageBox real_box_;
+  platform::ModalFileDialog real_files_;
   const platform::MachinePorts machine_ports_;
   std::unique_ptr<FirstPort> ports_;
 };

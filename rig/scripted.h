@@ -1,5 +1,5 @@
-// What stands in for the operator's part: message boxes and file dialogs that are answered by a
-// script, and a timer that ticks when it is told to.
+// Replacements for message boxes and file dialogs, with answers prepared by a test or a
+// measurement, and for the timer, which ticks when it is told to.
 #pragma once
 
 #include <QString>
@@ -17,7 +17,7 @@
 
 namespace rig {
 
-// Is told, in words, what went otherwise than the script says.
+// Called with a description when something happens that was not prepared for.
 using Complaint = std::function<void(const QString& problem)>;
 
 // Answers expected messages at once and complains of any other. Like the real one it shows nothing
@@ -61,7 +61,7 @@ class ScriptedFileDialog : public platform::FileDialog {
   std::optional<QString> ShowOpen(const platform::FileRequest& request) override;
 };
 
-// A timer for which time passes when the script says so.
+// A timer that ticks only by `Elapse`.
 class ManualTimer : public platform::HiTimer {
  public:
   void SetInterval(int milliseconds) override { interval_ = milliseconds; }

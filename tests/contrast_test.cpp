@@ -114,7 +114,7 @@ TEST(Contrast, OfTextsAndMarksIsHighEnough) {
       {"label of the step", kStepColour, card, kText},
       {"label, disabled", palette.color(QPalette::Disabled, QPalette::WindowText), card, kDisabledText},
       {"entry with a port", colour(QPalette::Text), colour(QPalette::Base), kText},
-      {"entry without a port", DropDownList::PaleColour(palette), colour(QPalette::Base), kText},
+      {"entry without a port", DropDownList::UnavailableColour(palette), colour(QPalette::Base), kText},
       {"field's or bar's edge", field_edge, card, kMark},
       {"selected text", colour(QPalette::HighlightedText), highlight, kText},
       {"edge of what has the focus", highlight, card, kMark},

@@ -13,69 +13,38 @@ namespace {
 constexpr int kHeadingFont = 16;  // pixels: 12 points at 96 dpi
 constexpr int kLineOfText = 21;
 
-void Make(platform::Panel*& panel, const ControlRow&, const QString& caption, QWidget* parent) {
-  panel = new platform::Panel(caption, parent);
-}
-
-void Make(QLabel*& label, const ControlRow& row, const QString& caption, QWidget* parent) {
-  label = new QLabel(caption, parent);
+void SetUpLabel(QLabel& label, const ControlRow& row) {
   // A label higher than its line has its text at the top: another control may reach into the rest.
   const bool high = Pixels(row.height) > kLineOfText;
-  label->setAlignment(Qt::AlignLeft | (high ? Qt::AlignTop : Qt::AlignVCenter));
-}
-
-void Make(Heading*& label, const ControlRow&, const QString& caption, QWidget* parent) {
-  label = new Heading(caption, parent);
-  label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-  QFont font = label->font();
+  label.setAlignment(Qt::AlignLeft | (high ? Qt::AlignTop : Qt::AlignVCenter));
+  if (!Is<Heading>(row)) return;
+  QFont font = label.font();
   font.setPixelSize(kHeadingFont);
   font.setBold(true);
-  label->setFont(font);
+  label.setFont(font);
 }
 
-void Make(platform::TextField*& field, const ControlRow& row, const QString& text,
-          QWidget* parent) {
-  field = new platform::TextField(parent);
-  field->setText(text);
-  field->setAlignment(Qt::AlignCenter);
+void SetUpField(platform::TextField& field, const ControlRow& row, const QString& text) {
+  field.setText(text);
+  field.setAlignment(Qt::AlignCenter);
   // The fields are narrow: the text may use the space that a line edit leaves free at its sides.
-  field->setTextMargins(-2, 0, -2, 0);
+  field.setTextMargins(-2, 0, -2, 0);
   if (row.start != Start::kReadOnly) return;
-  field->setReadOnly(true);
-  field->setFocusPolicy(Qt::ClickFocus);
-}
-
-void Make(platform::CWSlide*& slide, const ControlRow&, const QString& caption, QWidget* parent) {
-  slide = new platform::CWSlide(parent);
-  slide->SetCaption(caption);
-}
-
-void Make(platform::PushButton*& button, const ControlRow&, const QString& caption,
-          QWidget* parent) {
-  button = new platform::PushButton(caption, parent);
-}
-
-void Make(platform::CWButton*& button, const ControlRow&, const QString& caption, QWidget* parent) {
-  button = new platform::CWButton(caption, parent);
-}
-
-// Those without a caption.
-template <class Control>
-void Make(Control*& control, const ControlRow&, const QString&, QWidget* parent) {
-  control = new Control(parent);
+  field.setReadOnly(true);
+  field.setFocusPolicy(Qt::ClickFocus);
 }
 
 // Makes element `i` of the row.
 void MakeElement(Controls& controls, const ControlRow& row, int i, QWidget* parent) {
-  const auto numbered = [&](const char* text) {
+  const auto numbered = [i](const char* text) {
     return QString::fromUtf8(text).replace(QLatin1String("%1"), QString::number(i));
   };
-  const auto make = [&](auto member) -> QWidget* {
-    auto*& control = PlaceOf(controls, member, row.first + i);
-    Make(control, row, numbered(row.caption), parent);
-    return control;
-  };
-  QWidget& control = *std::visit(make, row.control.member);
+  const QString caption = numbered(row.caption);
+  const auto index = static_cast<std::size_t>(row.first + i);
+  QWidget& control = *row.control.make(controls, index, caption, parent);
+  if (auto* label = qobject_cast<QLabel*>(&control)) SetUpLabel(*label, row);
+  if (auto* field = qobject_cast<platform::TextField*>(&control)) SetUpField(*field, row, caption);
+  if (auto* slide = qobject_cast<platform::CWSlide*>(&control)) slide->SetCaption(caption);
   control.setObjectName(ElementName(row, i));
   if (*row.spoken_name) control.setAccessibleName(numbered(row.spoken_name));
   control.setToolTip(ToolTipOf(row, i));

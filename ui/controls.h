@@ -23,6 +23,7 @@ namespace pelmora {
 
 // A label in large bold text.
 class Heading : public QLabel {
+  Q_OBJECT
  public:
   using QLabel::QLabel;
 };

@@ -1,9 +1,9 @@
 #include "ui/fit_font.h"
 
 #include <QFontMetricsF>
-#include <QRegularExpression>
 #include <algorithm>
 #include <cmath>
+#include <string_view>
 
 #include "ui/inventory.h"
 
@@ -24,76 +24,31 @@ struct Demand {
   double margin = 0;
 };
 
-Demand DemandOf(One<QLabel>, const QString& caption) {
-  // Captions that change: the widest number that they can hold.
-  static const QRegularExpression number(QStringLiteral("0(?= bytes)|0(?= is)|0$"));
-  QString text = caption;
-  text.replace(number, caption.endsWith(QLatin1String("bytes")) ? "57330" : "15");
-  return {text, 0};
-}
-
-Demand DemandOf(One<Heading>, const QString& caption) {
-  static const QRegularExpression number(QStringLiteral("0$|\\.\\.\\.$"));
-  return {QString(caption).replace(number, "255"), 0};
-}
-
-Demand DemandOf(One<platform::CWButton>, const QString& caption) {
-  return {caption, 36};
-}
-
-Demand DemandOf(One<platform::PushButton>, const QString& caption) {
-  return {caption, 8};
-}
-
-Demand DemandOf(One<platform::Panel>, const QString& caption) {
-  return {caption, 16};
-}
-
-// The position fields and angle displays; the latter need the most.
-Demand DemandOf(Several<platform::TextField, 2 * kChannels>, const QString&) {
-  return {QStringLiteral("-63.5 \u00B0"), 5};
-}
-
-Demand DemandOf(One<platform::TextField>, const QString&) {
-  return {QStringLiteral("Overflow!"), 8};
-}
-
-Demand DemandOf(Several<platform::CWSlide, kChannels>, const QString&) {
-  return {QStringLiteral("Ch11"), 2};
-}
-
-Demand DemandOf(One<platform::DropDownList>, const QString&) {
-  return {QStringLiteral("Comm8"), 40};
-}
-
-Demand DemandOf(One<platform::CWNumEdit>, const QString&) {
-  return {QStringLiteral("-32768 ms"), 30};
-}
-
-// Those without a text of their own.
-template <class Control>
-Demand DemandOf(Control, const QString&) {
-  return {};
-}
-
-bool IsHeading(const ControlRow& row) {
-  return std::holds_alternative<One<Heading>>(row.control.member);
-}
-
-QWidget& ElementOf(Controls& controls, const ControlRow& row, int element) {
-  const auto find = [&](auto member) -> QWidget* {
-    return PlaceOf(controls, member, row.first + element);
-  };
-  return *std::visit(find, row.control.member);
+Demand DemandOf(const ControlRow& row) {
+  QString caption = QString::fromUtf8(row.caption).remove(QLatin1Char('&'));
+  // Captions that change have the widest number that they can hold.
+  if (Is<Heading>(row)) return {caption.replace("%1", "255").replace("...", "255"), 0};
+  if (Is<QLabel>(row))
+    return {caption.replace("%1", caption.endsWith("bytes") ? "57330" : "15"), 0};
+  if (Is<platform::CWButton>(row)) return {caption, 36};
+  if (Is<platform::PushButton>(row)) return {caption, 8};
+  if (Is<platform::Panel>(row)) return {caption, 16};
+  // Of the position fields and the angle displays the latter need the most.
+  if (Is<platform::TextField>(row) && row.count > 1) return {QStringLiteral("-63.5 \u00B0"), 5};
+  if (Is<platform::TextField>(row)) return {QStringLiteral("Overflow!"), 8};
+  if (Is<platform::CWSlide>(row)) return {QStringLiteral("Ch11"), 2};
+  if (Is<platform::DropDownList>(row)) return {QStringLiteral("Comm8"), 40};
+  if (Is<platform::CWNumEdit>(row)) return {QStringLiteral("-32768 ms"), 30};
+  return {};  // no text of its own
 }
 
 // The pixels that the row's text may take: for a label everything up to the next control at its
 // right or the edge of its panel, for others what is inside them.
 int RoomFor(const ControlRow& row) {
-  if (!std::holds_alternative<One<QLabel>>(row.control.member)) return Pixels(row.width);
+  if (!Is<QLabel>(row) || Is<Heading>(row)) return Pixels(row.width);
   int right = kFormWidth;
   for (const ControlRow& other : Inventory()) {
-    if (row.parent.member && other.control.member == Member(row.parent.member)) {
+    if (other.control.name == std::string_view(row.parent.name)) {
       right = std::min(right, other.width - kPanelEdge);
     }
     const bool level = other.top < row.top + row.height && row.top < other.top + other.height;
@@ -106,9 +61,7 @@ int RoomFor(const ControlRow& row) {
 
 // The pixels that the row's widest text takes, without narrowing.
 double WidthFor(const ControlRow& row, const QFont& font) {
-  const QString caption = QString::fromUtf8(row.caption).remove(QLatin1Char('&'));
-  const Demand demand =
-      std::visit([&](auto member) { return DemandOf(member, caption); }, row.control.member);
+  const Demand demand = DemandOf(row);
   return QFontMetricsF(font).horizontalAdvance(demand.text) + demand.margin;
 }
 
@@ -122,14 +75,14 @@ int StretchFor(const ControlRow& row, const QFont& font) {
 int NarrowestStretch(const QFont& font) {
   int narrowest = kFullStretch;
   for (const ControlRow& row : Inventory()) {
-    if (!IsHeading(row)) narrowest = std::min(narrowest, StretchFor(row, font));
+    if (!Is<Heading>(row)) narrowest = std::min(narrowest, StretchFor(row, font));
   }
   return narrowest;
 }
 
 }  // namespace
 
-void FitFont(QWidget& client, Controls& controls) {
+void FitFont(QWidget& client) {
   QFont font = client.font();
   for (int size = kLargestFont; size > kSmallestFont; --size) {
     font.setPixelSize(size);
@@ -137,17 +90,18 @@ void FitFont(QWidget& client, Controls& controls) {
   }
   client.setFont(font);
   for (const ControlRow& row : Inventory()) {
-    // A heading has a size of its own.
-    QFont narrow = ElementOf(controls, row, 0).font();
-    if (std::holds_alternative<One<QLabel>>(row.control.member)) {
-      QWidget& label = ElementOf(controls, row, 0);
-      const int wanted = static_cast<int>(std::ceil(WidthFor(row, narrow)));
-      label.resize(std::clamp(wanted, label.width(), RoomFor(row)), label.height());
+    for (int i = 0; i < row.count; ++i) {
+      auto& control = *client.findChild<QWidget*>(ElementName(row, i));
+      QFont narrow = control.font();  // a heading has a size of its own
+      if (Is<QLabel>(row)) {
+        const int wanted = static_cast<int>(std::ceil(WidthFor(row, narrow)));
+        control.resize(std::clamp(wanted, control.width(), RoomFor(row)), control.height());
+      }
+      const int stretch = StretchFor(row, narrow);
+      if (stretch >= kFullStretch) continue;
+      narrow.setStretch(stretch);
+      control.setFont(narrow);
     }
-    const int stretch = StretchFor(row, narrow);
-    if (stretch >= kFullStretch) continue;
-    narrow.setStretch(stretch);
-    for (int i = 0; i < row.count; ++i) ElementOf(controls, row, i).setFont(narrow);
   }
 }
 

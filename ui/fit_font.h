@@ -3,13 +3,11 @@
 
 #include <QWidget>
 
-#include "ui/controls.h"
-
 namespace pelmora {
 
 // Sets the largest font size of `client`, from 12 pixels down, at which every caption of the
 // controls in it can be read in full; a caption that misses it by little is narrowed instead.
 // Labels are widened where there is room before the next control.
-void FitFont(QWidget& client, Controls& controls);
+void FitFont(QWidget& client);
 
 }  // namespace pelmora

@@ -29,10 +29,10 @@
 #include "playback/breakpoints.h"
 #include "playback/pc_emulator.h"
 #include "ui/controls.h"
-#include "ui/dress_controls.h"
 #include "ui/fit_font.h"
 #include "ui/inventory.h"
 #include "ui/list_menu.h"
+#include "ui/set_up_controls.h"
 #include "ui/spoken_step.h"
 
 namespace pelmora {
@@ -113,8 +113,8 @@ Form1::Form1(const Surroundings& surroundings)
   client->setFixedSize(Pixels(kFormWidth), Pixels(kFormHeight));
   setCentralWidget(client);
   controls_ = std::make_unique<Controls>(MakeControls(*client, *menuBar()));
-  FitFont(*client, *controls_);
-  DressControls(*controls_, surroundings_.ports);
+  FitFont(*client);
+  SetUpControls(*controls_, surroundings_.ports);
   SetRestingControl(*controls_->ListSequence);
   layout()->setSizeConstraint(QLayout::SetFixedSize);
   handlers_ = std::make_unique<Handlers>(surroundings_, *controls_, *this);
@@ -165,8 +165,8 @@ void Form1::PlaceInFrame() {
   setGeometry(QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, sizeHint(), room));
 }
 
-// The window manager has put its frame around the window before the window is painted first; some
-// do it once more when they move it.
+// A window manager puts its frame around the window before the first painting, and some change it
+// when they move the window.
 bool Form1::event(QEvent* event) {
   const bool may_have_frame = event->type() == QEvent::Paint || event->type() == QEvent::Move;
   if (may_have_frame && screen_.isValid() && windowHandle() && isVisible()) {
@@ -304,7 +304,7 @@ void Form1::ConnectFlash() {
   connect(&h.link, &BoardLink::BarMoved, bar, &ProgressBar::SetValue);
 }
 
-// An erase has no bar: without this a board that is slow to answer looks like a dead button.
+// An erase has no bar: without this nothing would show that the program waits for the board.
 void Form1::ShowErasing(bool erasing) {
   controls_->LabelErase->setVisible(erasing);
   if (erasing) {
@@ -314,16 +314,14 @@ void Form1::ShowErasing(bool erasing) {
   }
 }
 
-// What is programmed is the table, which the list may be ahead of. The word of an erase and the bar
-// stand at the same place, and matter more.
+// The table is programmed, not the list. "Erasing..." and the bar stand at the same place and come
+// first.
 void Form1::ShowWhetherStored() {
   const bool free = !handlers_->link.EraseMode() && controls_->ProgressBarFlash->isHidden();
   const int sequence = handlers_->edited.Data().CurSeq;
-  const bool last = sequence == kSequences - 1;
-  controls_->LabelNotStored->setText(
-      QStringLiteral("Sequence N\u00B0 %1 is not stored: press %2")
-          .arg(QString::number(sequence),
-               last ? QStringLiteral("- and +") : QStringLiteral("+ and -")));
+  QString text = QString::fromUtf8(kNotStoredCaption).arg(sequence);
+  if (sequence == kSequences - 1) text.replace("+ and -", "- and +");
+  controls_->LabelNotStored->setText(text);
   controls_->LabelNotStored->setVisible(free && !handlers_->edited.Stored());
 }
 

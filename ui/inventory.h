@@ -1,10 +1,11 @@
 // What the main window consists of: every control with its place and start state, every menu item.
 #pragma once
 
-#include <array>
+#include <QMetaObject>
+#include <QString>
+#include <QWidget>
 #include <cstddef>
 #include <span>
-#include <variant>
 
 #include "platform/controls/twips.h"
 #include "ui/controls.h"
@@ -12,6 +13,8 @@
 namespace pelmora {
 
 inline constexpr char kFormCaption[] = "Pelmora V 3.0";
+// At the last sequence "- and +".
+inline constexpr char kNotStoredCaption[] = "Sequence N\u00B0 %1 is not stored: press + and -";
 
 // The window's client area, without the menu bar. Twips: 15 are a pixel.
 inline constexpr int kFormWidth = 12735;
@@ -19,30 +22,20 @@ inline constexpr int kFormHeight = 10110;
 
 using platform::Pixels;
 
-// A member of `Controls`: one control, or an array of them.
-template <class Control>
-using One = Control* Controls::*;
-template <class Control, std::size_t count>
-using Several = std::array<Control*, count> Controls::*;
-using Member =
-    std::variant<One<QLabel>, One<Heading>, One<platform::Panel>, One<platform::PushButton>,
-                 One<platform::CWButton>, One<platform::CWNumEdit>, One<platform::DropDownList>,
-                 One<platform::ListBox>, One<platform::ProgressBar>, One<platform::TextField>,
-                 Several<platform::CWSlide, kChannels>,
-                 Several<platform::TextField, 2 * kChannels>>;
-
-// The member and its name are one word in the tables.
+// A member of `Controls`, which may be an array, and its name: one word in the table.
 struct NamedControl {
   const char* name;
-  Member member;
+  const QMetaObject* kind;
+  // Makes the control, of an array element `index`, and puts it into the member.
+  QWidget* (*make)(Controls& controls, std::size_t index, const QString& caption, QWidget* parent);
 };
 struct NamedPanel {
   const char* name = "";
-  One<platform::Panel> member = nullptr;
+  platform::Panel* Controls::*member = nullptr;
 };
 struct NamedItem {
   const char* name;
-  One<QAction> member;
+  QAction* Controls::*member;
 };
 
 enum class Start {
@@ -55,7 +48,7 @@ enum class Start {
 struct ControlRow {
   NamedControl control;
   NamedPanel parent;  // without one: the window itself
-  // As shown; "&" marks the mnemonic. In an array "%1" is the element's number within the row.
+  // "&" marks the mnemonic; "%1" is the element's number within the row, 0 for what is no array.
   const char* caption;
   // The name told to assistive technology where the caption doesn't say it.
   const char* spoken_name;
@@ -91,14 +84,10 @@ QString ToolTipOf(const ControlRow& row, int element);
 // The object name of the row's element 0 .. `count` - 1.
 QString ElementName(const ControlRow& row, int element);
 
-// The member's place in `controls`; of an array, that of element `index`.
-template <class Control>
-Control*& PlaceOf(Controls& controls, One<Control> member, int) {
-  return controls.*member;
-}
-template <class Control, std::size_t count>
-Control*& PlaceOf(Controls& controls, Several<Control, count> member, int index) {
-  return (controls.*member).at(static_cast<std::size_t>(index));
+// Whether the row's control is of this kind or one made from it.
+template <class Kind>
+bool Is(const ControlRow& row) {
+  return row.control.kind->inherits(&Kind::staticMetaObject);
 }
 
 }  // namespace pelmora

@@ -49,7 +49,7 @@ ListMenu::ListMenu(platform::ListBox& list, const ListMenuHandlers& handlers, QO
   connect(&list_, &platform::ListBox::ContextMenuWanted, &menu_,
           [this](QPoint place) { menu_.popup(place); });
   connect(&menu_, &QMenu::aboutToShow, this, &ListMenu::Prepare);
-  // A disabled item's key would not work either.
+  // The key of a disabled item wouldn't work while the menu is closed.
   connect(&menu_, &QMenu::aboutToHide, this, [this] {
     for (QAction* item : menu_.actions()) item->setEnabled(true);
   });

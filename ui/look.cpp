@@ -9,7 +9,7 @@
 namespace pelmora {
 namespace {
 
-// PNG files, which need no plug-in of the toolkit to be read.
+// PNG files: the toolkit reads others by plug-ins only, which a machine may not have.
 QIcon WindowIcon() {
   QIcon icon;
   for (const int size : {16, 22, 24, 32, 48, 64, 128, 256}) {

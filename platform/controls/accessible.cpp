@@ -41,7 +41,7 @@ class AccessibleDropDownList : public QAccessibleWidget {
   explicit AccessibleDropDownList(DropDownList& list)
       : QAccessibleWidget(&list, QAccessible::ComboBox), list_(list) {}
 
-  // Readers on Linux take an entry's text for the whole name, and say no other.
+  // Screen readers on Linux say a drop-down list's name and not its value, so the name has both.
   QString text(QAccessible::Text kind) const override {
     const QString entry = list_.currentText();
     if (kind == QAccessible::Value) return entry;

@@ -22,7 +22,7 @@ DropDownList::DropDownList(QWidget* parent) : QComboBox(parent) {
   connect(this, &QComboBox::activated, this, &DropDownList::Click);
 }
 
-QColor DropDownList::PaleColour(const QPalette& palette) {
+QColor DropDownList::UnavailableColour(const QPalette& palette) {
   return Blend(palette.color(QPalette::Active, QPalette::Text),
                palette.color(QPalette::Active, QPalette::Base), 0.36);
 }
@@ -33,8 +33,8 @@ void DropDownList::RefreshEntries() {
     const int item = itemData(i).toInt();
     setItemData(i, size, Qt::SizeHintRole);
     if (ToolTip) setItemData(i, ToolTip(item), Qt::ToolTipRole);
-    const bool pale = Pale && Pale(item);
-    setItemData(i, pale ? QVariant(PaleColour(palette())) : QVariant(), Qt::ForegroundRole);
+    const bool pale = Unavailable && Unavailable(item);
+    setItemData(i, pale ? QVariant(UnavailableColour(palette())) : QVariant(), Qt::ForegroundRole);
   }
 }
 

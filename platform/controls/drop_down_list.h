@@ -1,6 +1,6 @@
-// A drop-down list whose entries are chosen from the open list only, and whose tooltips and pale
-// entries are asked for anew whenever it is opened. The item data of an entry is a number. Disabled
-// with an entry selected, it is locked on that entry and reads as a state, with a lamp that is lit.
+// A drop-down list whose entries are chosen from the open list only. Each time it opens it asks for
+// the entries' tool tips and which of them are unavailable. The item data of an entry is a number.
+// Disabled with an entry selected, it is locked on that entry and shows it with a lit lamp.
 #pragma once
 
 #include <QColor>
@@ -19,11 +19,11 @@ class DropDownList : public QComboBox {
   // the selected entry each time the pointer rests on the closed list.
   std::function<QString(int item_data)> ToolTip;
 
-  // Whether the entry with this item data is drawn pale in the open list, where it can be chosen
-  // like the others; asked each time the list opens.
-  std::function<bool(int item_data)> Pale;
-  // The pale entries' colour, on the ground of fields.
-  static QColor PaleColour(const QPalette& palette);
+  // Whether the entry with this item data is unavailable now: it is drawn pale in the open list,
+  // and can be chosen all the same. Asked each time the list opens.
+  std::function<bool(int item_data)> Unavailable;
+  // The colour of unavailable entries, on the ground of fields.
+  static QColor UnavailableColour(const QPalette& palette);
 
   void showPopup() override;
 

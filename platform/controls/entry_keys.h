@@ -1,7 +1,7 @@
-// Whose some chords are while a text field has the keyboard. Ctrl+C, Ctrl+X, Ctrl+V and
-// Ctrl+Shift+C are the field's own, though it does nothing by the last. Ctrl+Z, Ctrl+Shift+Z and
-// Ctrl+Y are its own while its entry is being edited, its window's otherwise: the toolkit's fields
-// always keep the first two for themselves and don't know the third.
+// Which chords belong to a text field while it has the keyboard, and which to its window. Ctrl+C,
+// Ctrl+X, Ctrl+V and Ctrl+Shift+C are the field's own, though it does nothing by the last. Ctrl+Z,
+// Ctrl+Shift+Z and Ctrl+Y are its own while its entry is being edited, its window's otherwise: the
+// toolkit's fields always keep the first two for themselves and don't know the third.
 #pragma once
 
 #include <QEvent>

@@ -44,7 +44,8 @@ class ListBox : public QListWidget {
   void SetColumns(std::vector<ListColumn> columns);
   // Each line's index stands at its right end. Off at the start.
   void SetLineNumbers(bool shown);
-  // What walks through the lines has halted: the selected line is amber. Off at the start.
+  // Whether a playback that selects one line after the other has halted: the selected line is then
+  // drawn in amber. Off at the start.
   void SetHalted(bool halted);
 
   // What assistive technology is told of a line; asked whenever it reads one. Without it the line's

@@ -12,11 +12,11 @@ class ListGesture {
   void Begin(int line, int y, Qt::MouseButton button);
   // The pointer stands at `y` now and `line` is nearest to it; `outside` when it is above or below
   // the list. A move within the line of the press, or one that is shorter than the toolkit's
-  // distance for a drag, is a hand that trembles, and no drag yet. True while it is a drag.
+  // distance for a drag, still belongs to a click. True while it is a drag.
   bool Follow(int line, int y, bool outside);
   // The lines have moved under the pointer that stays where it is.
   void DragOn(int line);
-  // The lines have been changed by somebody else: what was pressed may be gone. The gesture goes on
+  // Lines have been inserted or removed: the one that was pressed may be gone. The gesture goes on
   // without a line.
   void LoseLine();
   void End() { *this = {}; }

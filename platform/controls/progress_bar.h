@@ -1,5 +1,5 @@
-// A progress bar that never loses a value: the toolkit's own becomes a busy indicator with a
-// maximum of 0 and ignores a value outside its range.
+// A progress bar that shows the nearest value where the toolkit's ignores one outside its range or,
+// with a maximum of 0, becomes a busy indicator.
 #pragma once
 
 #include <QProgressBar>

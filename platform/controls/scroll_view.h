@@ -12,7 +12,7 @@ class ScrollView : public QScrollArea {
   // Shows `content` in its own size, in a view of at most `limit` pixels, its scroll bars included.
   ScrollView(QWidget* content, const QSize& limit, QWidget* parent = nullptr);
 
-  // The limit has become another one.
+  // The view may have at most so many pixels from now on.
   void SetLimit(const QSize& limit);
 
  private:

@@ -1,5 +1,10 @@
 // What the looks of all controls have in common: the corners, the colours of a control in its
 // state, the lamp.
+//
+// Controls are drawn in two ways. What the toolkit's own controls consist of is drawn by a style,
+// which also tells the toolkit where the parts are: `ControlStyle` for all of them, `SlideStyle`
+// for faders. What the toolkit's have not (a lamp, a caption on a fader, a mark, a card) is drawn
+// by the control's own `paintEvent`: a style is not told of it.
 #pragma once
 
 #include <QColor>

@@ -42,7 +42,7 @@ void DrawArrow(QPainter& painter, const QRect& place, bool up, const QColor& col
 
 void DrawButton(QPainter& painter, const QStyleOption& option) {
   ControlState state = StateOf(option);
-  // A button that was clicked has the focus as well; there it would only be in the way.
+  // A click gives a button the focus, too, but whoever clicks needs no sign of it.
   state.focused = state.focused && (option.state & QStyle::State_KeyboardFocusChange) != 0;
   const ControlColours colours = ButtonColoursOf(state, option.palette);
   DrawBox(painter, option.rect, colours.face, colours.edge, state.focused);
@@ -57,7 +57,7 @@ void DrawField(QPainter& painter, const QStyleOption& option) {
 
 void DrawListFrame(QPainter& painter, const QStyleOption& option) {
   ControlState state = StateOf(option);
-  state.enabled = true;  // its lines can be read as well
+  state.enabled = true;  // a disabled list is still read
   state.hovered = false;
   const ControlColours colours = FieldColoursOf(state, false, option.palette);
   DrawBox(painter, option.rect, colours.face, colours.edge, false);

@@ -37,6 +37,8 @@ void DrawSlideMark(QPainter& painter, const QStyleOptionSlider& option, int valu
 
 // Draws a vertical fader below its caption, in the middle of the option's rectangle. Pressing
 // beside the handle moves it by a page and never to the pointer.
+// A style of its own for each fader, and no part of `ControlStyle`: other sliders, such as scroll
+// bars in dialogs, keep the toolkit's parts.
 class SlideStyle : public QCommonStyle {
   Q_OBJECT
  public:

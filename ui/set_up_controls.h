@@ -7,6 +7,6 @@
 namespace pelmora {
 
 // Called once, when the controls have their font. `ports` outlives them.
-void DressControls(const Controls& controls, const platform::PortDirectory& ports);
+void SetUpControls(const Controls& controls, const platform::PortDirectory& ports);
 
 }  // namespace pelmora

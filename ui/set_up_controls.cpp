@@ -1,4 +1,4 @@
-#include "ui/dress_controls.h"
+#include "ui/set_up_controls.h"
 
 #include <QRect>
 #include <algorithm>
@@ -40,7 +40,7 @@ void PlaceText(QLabel& label, int top, int indent = 0) {
 
 }  // namespace
 
-void DressControls(const Controls& controls, const platform::PortDirectory& ports) {
+void SetUpControls(const Controls& controls, const platform::PortDirectory& ports) {
   Colour(*controls.LabelSeq, kSequenceColour);
   Colour(*controls.LabelStep, kStepColour);
   Colour(*controls.Label1, kStepColour);
@@ -80,10 +80,10 @@ void DressControls(const Controls& controls, const platform::PortDirectory& port
     const QString device = ports.DeviceFor(number);
     return device.isEmpty() ? QStringLiteral("No serial port for this entry now") : device;
   };
-  combo_port.Pale = [&ports](int number) { return ports.DeviceFor(number).isEmpty(); };
+  combo_port.Unavailable = [&ports](int number) { return ports.DeviceFor(number).isEmpty(); };
 
-  // A step reads as twelve channels under the sliders above; duration and break mark stand at the
-  // right. Lines from the table have an empty field between those two.
+  // Each channel's angles stand under its slider; duration and break mark stand at the right. In
+  // lines from the table an empty field comes between those two, so the mark has two columns.
   const QRect list = controls.ListSequence->geometry();
   std::vector<platform::ListColumn> columns;
   for (const platform::TextField* angle : std::span(controls.Text1).last<kChannels>()) {

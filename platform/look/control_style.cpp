@@ -2,6 +2,7 @@
 
 #include <QAbstractItemView>
 #include <QIcon>
+#include <QLineEdit>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPixmap>
@@ -142,6 +143,12 @@ QIcon InformationIcon(const QPalette& palette) {
 }  // namespace
 
 ControlStyle::ControlStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
+
+// The toolkit doesn't paint a field anew when the pointer leaves it.
+void ControlStyle::polish(QWidget* widget) {
+  QProxyStyle::polish(widget);
+  if (qobject_cast<QLineEdit*>(widget)) widget->setAttribute(Qt::WA_Hover);
+}
 
 void ControlStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option,
                                  QPainter* painter, const QWidget* widget) const {

@@ -21,7 +21,7 @@ class Shape : public Movement {
   }
   // So many ms on the screen, in whole pixels.
   int Wide(double ms) const { return At(ms, 0).x() - At(0, 0).x(); }
-  SequenceView Now() const { return Look(*this); }
+  SequenceView Now() const { return ViewOf(*this); }
   void ExpectView(const SequenceView& wanted) { EXPECT_EQ(Difference(Now(), wanted), ""); }
   QString UndoName() const {
     emit hands->Find<QMenu>("ListMenu").aboutToShow();

@@ -289,7 +289,7 @@ class RandomOperator : public WindowTest {
     const int saved = seen_["Data Saved!"];
     Trigger("SaveBuffer");
     if (seen_["Data Saved!"] == saved) return;
-    file_ = reads_ == 0 ? model_.Now().table : StoredSteps(Look(*this));
+    file_ = reads_ == 0 ? model_.Now().table : StoredSteps(ViewOf(*this));
   }
   // What was saved, or sequences of many steps.
   void LoadAFile() {
@@ -400,12 +400,12 @@ class RandomOperator : public WindowTest {
   // What has changed since `before` can be undone and done again, in as many steps as it took.
   void CheckUndo(const SequenceView& before, const SequenceView& after) {
     int steps = 0;
-    while (Contents(Look(*this)) != Contents(before)) {
+    while (Contents(ViewOf(*this)) != Contents(before)) {
       ASSERT_LT(++steps, 400) << "undo does not bring back what was there";
       TakeBack();
     }
     for (int i = 0; i < steps; ++i) DoAgain();
-    ASSERT_EQ(Contents(Look(*this)), Contents(after)) << "done again, " << steps << " steps";
+    ASSERT_EQ(Contents(ViewOf(*this)), Contents(after)) << "done again, " << steps << " steps";
     ++seen_[steps > kLongRun ? "undid many actions and did them again"
                              : "undid an action and did it again"];
   }
@@ -522,18 +522,18 @@ TEST_F(RandomOperator, NeverLeavesTheProgramInAStateThatMakesNoSense) {
   const int wanted = qEnvironmentVariableIntValue("PELMORA_ACTIONS", &given);
   const int actions = given ? wanted : kActions;
   hands->ChooseMenu("Serial");
-  SequenceView start = Look(*this);  // of a run in which nothing was undone for good
+  SequenceView start = ViewOf(*this);  // of a run in which nothing was undone for good
   int run = 0;
   for (int i = 0; i < actions; ++i) {
     StartWatchdog();
     const bool connected = Connected();
-    const SequenceView before = Look(*this);
+    const SequenceView before = ViewOf(*this);
     undo_chosen_ = false;
     Act();
     // A loss that a write has found is announced at the next turn.
     QCoreApplication::processEvents();
     ASSERT_NO_FATAL_FAILURE(CheckState(connected));
-    const SequenceView after = Look(*this);
+    const SequenceView after = ViewOf(*this);
     if (!undo_chosen_) {
       ++run;
       if (Contents(before) != Contents(after)) CheckUndo(before, after);
@@ -581,31 +581,31 @@ class RandomChanges : public RandomOperator, public testing::WithParamInterface<
 
 TEST_P(RandomChanges, CanBeUndoneToTheStartAndRedoneToTheEnd) {
   constexpr int kChanges = 500;
-  const SequenceView start = Look(*this);
+  const SequenceView start = ViewOf(*this);
   std::vector<SequenceView> changes;  // what was before each
   while (changes.size() < kChanges) {
     NoChange();
-    const SequenceView before = Look(*this);
+    const SequenceView before = ViewOf(*this);
     Change();
-    if (Changed(before, Look(*this))) changes.push_back(before);
+    if (Changed(before, ViewOf(*this))) changes.push_back(before);
   }
   // What was no change, done since a change, comes back with its redo.
-  const SequenceView end = Look(*this);
+  const SequenceView end = ViewOf(*this);
   const auto state = [&](std::size_t i) { return i < kChanges ? changes[i] : end; };
   for (int round = 0; round < 2; ++round) {
     for (std::size_t i = kChanges; i-- > 0;) {
       TakeBack();
-      ASSERT_EQ(Difference(Look(*this), state(i)), "") << "undone: change " << i;
+      ASSERT_EQ(Difference(ViewOf(*this), state(i)), "") << "undone: change " << i;
     }
     TakeBack();
-    ASSERT_EQ(Difference(Look(*this), state(0)), "") << "nothing more to undo";
-    ASSERT_EQ(Contents(Look(*this)), Contents(start));
+    ASSERT_EQ(Difference(ViewOf(*this), state(0)), "") << "nothing more to undo";
+    ASSERT_EQ(Contents(ViewOf(*this)), Contents(start));
     for (std::size_t i = 0; i < kChanges; ++i) {
       DoAgain();
-      ASSERT_EQ(Difference(Look(*this), state(i + 1)), "") << "redone: change " << i;
+      ASSERT_EQ(Difference(ViewOf(*this), state(i + 1)), "") << "redone: change " << i;
     }
     DoAgain();
-    ASSERT_EQ(Difference(Look(*this), end), "") << "nothing more to redo";
+    ASSERT_EQ(Difference(ViewOf(*this), end), "") << "nothing more to redo";
   }
 }
 

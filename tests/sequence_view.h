@@ -16,7 +16,7 @@ struct SequenceView {
   QStringList labels;
 };
 
-inline SequenceView Look(const ProgramWithBoard& program) {
+inline SequenceView ViewOf(const ProgramWithBoard& program) {
   SequenceView view{
       std::make_shared<const Declaration>(program.Data()), program.Lines(), program.Selected(), {}};
   for (const char* label :

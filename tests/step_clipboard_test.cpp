@@ -24,11 +24,11 @@ class StepClipboard : public FlashTest {
   }
   // Tries to paste; nothing changes.
   void ExpectRefused(const QString& text, const QString& message) {
-    const SequenceView before = Look(*this);
+    const SequenceView before = ViewOf(*this);
     SetClipboard(text);
     ExpectMessage(message);
     ListKeys("Ctrl+V");
-    EXPECT_EQ(Difference(Look(*this), before), "");
+    EXPECT_EQ(Difference(ViewOf(*this), before), "");
   }
 };
 

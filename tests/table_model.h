@@ -38,7 +38,7 @@ class TableModel {
   void Show(int sequence) { now_.current = static_cast<std::size_t>(sequence); }
   // A read has taken what the board has sent, whatever that was.
   void Adopt() {
-    now_.table = StoredSteps(Look(program_));
+    now_.table = StoredSteps(ViewOf(program_));
     now_.current = program_.Data().CurSeq;
     now_.header.clear();
     PutWord(now_.header, static_cast<std::size_t>(program_.Data().TotalBytes));
@@ -83,7 +83,7 @@ class TableModel {
   }
 
   void Check() const {
-    const SequenceView view = Look(program_);
+    const SequenceView view = ViewOf(program_);
     EXPECT_TRUE(StoredSteps(view) == now_.table) << "the table is not what was stored";
     EXPECT_EQ(view.data->CurSeq, now_.current);
   }

@@ -9,7 +9,7 @@ class UndoTest : public FlashTest {
  protected:
   void Undo() { hands->Keys(*form, "Ctrl+Z"); }
   void Redo() { hands->Keys(*form, "Ctrl+Shift+Z"); }
-  SequenceView Now() const { return Look(*this); }
+  SequenceView Now() const { return ViewOf(*this); }
   void ExpectView(const SequenceView& wanted) { EXPECT_EQ(Difference(Now(), wanted), ""); }
   void Interpolate(int count) {
     Press("CommandInterpolate");

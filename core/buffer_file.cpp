@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/fields.h"
 #include "core/number_text.h"
 #include "core/sequence_store.h"
 
@@ -16,7 +17,7 @@ namespace {
 constexpr std::string_view kIndexLine = "Index";
 constexpr std::string_view kSequenceLine = "Sequence ";
 constexpr std::string_view kLineEnd = "\r\n";
-constexpr std::string_view kDecimalPoint = ".";  // in every locale: files travel
+constexpr std::string_view kDecimalPoint = ".";  // also where the program's user writes a comma
 
 // Longer than any line of a buffer file, short enough that a file without line ends costs nothing.
 constexpr std::size_t kLongestLine = 64 * 1024;
@@ -57,15 +58,6 @@ std::optional<std::uint8_t> ToPosition(std::string_view text) {
   const double value = std::floor(*number);
   if (!(value >= 0 && value <= 255)) return std::nullopt;
   return static_cast<std::uint8_t>(value);
-}
-
-// Takes the text before the next tab off `rest`; a missing field is empty and so reads as no
-// number.
-std::string_view TakeField(std::string_view& rest) {
-  const std::size_t tab = rest.find('\t');
-  const std::string_view field = rest.substr(0, tab);
-  rest.remove_prefix(tab == std::string_view::npos ? rest.size() : tab + 1);
-  return field;
 }
 
 bool ParseStep(std::string_view line, SequenceRecord& record, std::size_t step) {
@@ -109,26 +101,27 @@ std::string FormatBufferFile(const SequenceTable& table) {
   return text;
 }
 
-bool ParseBufferFile(std::istream& file, SequenceTable& table) {
+std::unique_ptr<SequenceTable> ParseBufferFile(std::istream& file) {
+  auto table = std::make_unique<SequenceTable>();
   LineReader reader(file);
-  if (reader.Next() != kIndexLine) return false;
-  for (std::int16_t& steps : table.SeqSteps) {
+  if (reader.Next() != kIndexLine) return nullptr;
+  for (std::int16_t& steps : table->SeqSteps) {
     const std::optional<std::string_view> line = reader.Next();
     const std::optional<std::int16_t> value = line ? ToInt16(*line) : std::nullopt;
-    if (!value || *value < 0) return false;
+    if (!value || *value < 0) return nullptr;
     steps = *value;
   }
   for (std::size_t sequence = 0; sequence < kSequences; ++sequence) {
-    if (reader.Next() != SequenceLine(sequence)) return false;
-    for (std::int16_t step = 0; step < table.SeqSteps[sequence]; ++step) {
-      if (step >= kSteps) return false;
+    if (reader.Next() != SequenceLine(sequence)) return nullptr;
+    for (std::int16_t step = 0; step < table->SeqSteps[sequence]; ++step) {
+      if (step >= kSteps) return nullptr;
       const std::optional<std::string_view> line = reader.Next();
-      if (!line || !ParseStep(*line, table.SeqTable[sequence], static_cast<std::size_t>(step))) {
-        return false;
+      if (!line || !ParseStep(*line, table->SeqTable[sequence], static_cast<std::size_t>(step))) {
+        return nullptr;
       }
     }
   }
-  return true;
+  return table;
 }
 
 }  // namespace pelmora

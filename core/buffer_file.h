@@ -4,6 +4,7 @@
 #pragma once
 
 #include <istream>
+#include <memory>
 #include <string>
 
 #include "core/declaration.h"
@@ -13,9 +14,9 @@ namespace pelmora {
 // The whole file for the table's content, every line ended by carriage return and line feed.
 std::string FormatBufferFile(const SequenceTable& table);
 
-// Reads a buffer file into `SeqSteps` and `SeqTable`. False on a format error or a failing stream;
-// the table is then partly filled and the caller empties it. Takes lines that end in carriage
-// return and line feed or in line feed alone; reads in bounded memory whatever the stream holds.
-bool ParseBufferFile(std::istream& file, SequenceTable& table);
+// The step counts and steps of a buffer file; the figures of the flash are 0. Null on a format
+// error or a failing stream. Takes lines that end in carriage return and line feed or in line feed
+// alone; reads in bounded memory whatever the stream holds.
+[[nodiscard]] std::unique_ptr<SequenceTable> ParseBufferFile(std::istream& file);
 
 }  // namespace pelmora

@@ -17,6 +17,10 @@ std::string AngleText(int position, std::string_view decimal_point) {
   return text;
 }
 
+std::optional<std::int32_t> PositionOfAngle(double angle) {
+  return RoundHalfEven(std::floor(angle * 2 + kCentre));
+}
+
 std::optional<double> ParseNumber(std::string_view text, std::string_view decimal_point) {
   const std::size_t first = text.find_first_not_of(' ');
   if (first == std::string_view::npos) return std::nullopt;

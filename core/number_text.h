@@ -13,6 +13,10 @@ namespace pelmora {
 // "-0.5", "0", "63.5".
 std::string AngleText(int position, std::string_view decimal_point);
 
+// The position of an angle in degrees, floor(angle x 2 + 128), also where no servo has it. Nothing
+// when it does not fit 32 bits.
+std::optional<std::int32_t> PositionOfAngle(double angle);
+
 // A decimal number with `decimal_point` as its separator and blanks around it allowed. Nothing
 // when the text is not wholly a finite number.
 std::optional<double> ParseNumber(std::string_view text, std::string_view decimal_point);

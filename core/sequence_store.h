@@ -25,7 +25,7 @@ int LoadEditBuffer(Declaration& data);
 // Stores all 256 edit buffer rows as sequence `CurSeq` with `line_count` (0..256) steps. False,
 // and nothing stored, when a position is outside 0..255 or a duration outside -32768..32767 in any
 // row, or `line_count` outside its range.
-bool StoreEditBuffer(Declaration& data, int line_count);
+[[nodiscard]] bool StoreEditBuffer(Declaration& data, int line_count);
 
 // Whether the table holds `CurSeq` as the edit buffer has it: `line_count` steps with the positions
 // and durations of its rows.

@@ -1,9 +1,6 @@
 #include "core/step_line.h"
 
-#include <cmath>
-#include <limits>
-#include <optional>
-
+#include "core/fields.h"
 #include "core/number_text.h"
 
 namespace pelmora {
@@ -26,11 +23,7 @@ std::string WithoutAll(std::string_view text, std::string_view part) {
 std::optional<std::int32_t> PositionOfField(std::string_view field,
                                             std::string_view decimal_point) {
   const std::optional<double> angle = ParseNumber(WithoutAll(field, kDegrees), decimal_point);
-  if (!angle) return std::nullopt;
-  const double position = std::floor(*angle * 2 + kCentre);
-  using Limits = std::numeric_limits<std::int32_t>;
-  if (!(position >= Limits::min() && position <= Limits::max())) return std::nullopt;
-  return static_cast<std::int32_t>(position);
+  return angle ? PositionOfAngle(*angle) : std::nullopt;
 }
 
 std::optional<std::int32_t> DurationOfField(std::string_view field,
@@ -64,21 +57,18 @@ std::string EditorLine(const EditRow& row, std::string_view decimal_point) {
   return EditorLine(angles, row[kDurationColumn]);
 }
 
-bool ReadStepLine(std::string_view line, std::string_view decimal_point, EditRow& row) {
-  EditRow read = row;
+std::optional<EditRow> ReadStepLine(std::string_view line, std::string_view decimal_point) {
+  EditRow row{};
+  row[kBreakColumn] = HasBreakMark(line) ? 1 : 0;
   for (std::size_t column = 0; column <= kDurationColumn; ++column) {
-    const std::size_t tab = line.find('\t');
-    const std::string_view field = line.substr(0, tab);
+    const std::string_view field = TakeField(line);
     const std::optional<std::int32_t> value = column == kDurationColumn
                                                   ? DurationOfField(field, decimal_point)
                                                   : PositionOfField(field, decimal_point);
-    if (!value) return false;
-    read[column] = *value;
-    // A field that is missing is read as an empty text, which is no number.
-    line.remove_prefix(tab == std::string_view::npos ? line.size() : tab + 1);
+    if (!value) return std::nullopt;
+    row[column] = *value;
   }
-  row = read;
-  return true;
+  return row;
 }
 
 std::string WithValue(std::string_view line, int column, int value,

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -25,10 +26,11 @@ std::string TableLine(const EditRow& row, std::string_view decimal_point);
 std::string EditorLine(const std::array<std::string, kChannels>& angle_fields, int duration_ms);
 std::string EditorLine(const EditRow& row, std::string_view decimal_point);
 
-// Reads positions (floor(angle x 2 + 128)) and duration of a line into columns 0..12 of `row`; the
-// breakpoint column and anything after the duration field are left alone. False, and `row`
-// unchanged, when the line is not a step line.
-bool ReadStepLine(std::string_view line, std::string_view decimal_point, EditRow& row);
+// The step of a line: positions (floor(angle x 2 + 128)), duration, and whether there is a
+// breakpoint mark. Other fields after the duration don't count. Nothing when the line is not a step
+// line.
+[[nodiscard]] std::optional<EditRow> ReadStepLine(std::string_view line,
+                                                  std::string_view decimal_point);
 
 // A step line with another value of a column: the position of 0..11, or the duration. The rest of
 // the line stays.

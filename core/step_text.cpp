@@ -1,8 +1,9 @@
 #include "core/step_text.h"
 
-#include <cmath>
+#include <algorithm>
 #include <utility>
 
+#include "core/fields.h"
 #include "core/number_text.h"
 
 namespace pelmora {
@@ -46,27 +47,19 @@ std::string AngleFault(std::size_t channel, std::string_view fault) {
 // Reads one line into `row`; what is wrong with it, otherwise.
 std::optional<std::string> ReadLine(std::string_view line, std::string_view decimal_point,
                                     EditRow& row) {
-  std::array<std::string_view, kFields> fields;
-  for (std::size_t i = 0; i < fields.size(); ++i) {
-    const std::size_t tab = line.find('\t');
-    fields[i] = line.substr(0, tab);
-    if (tab != std::string_view::npos) {
-      line.remove_prefix(tab + 1);
-    } else if (i + 1 < fields.size()) {
-      return "it has fewer than " + std::to_string(kFields) + " fields";
-    }
+  if (std::ranges::count(line, '\t') + 1 < kFields) {
+    return "it has fewer than " + std::to_string(kFields) + " fields";
   }
   for (std::size_t ch = 0; ch < kChannels; ++ch) {
-    const std::optional<double> angle = Number(fields[ch], kAngleUnit, decimal_point);
+    const std::optional<double> angle = Number(TakeField(line), kAngleUnit, decimal_point);
     if (!angle) return AngleFault(ch, "no number");
     if (*angle < kLowestAngle || *angle > kHighestAngle) {
       return AngleFault(ch, "outside " + AngleText(0, decimal_point) + " to " +
                                 AngleText(kHighestPosition, decimal_point) + " \u00B0");
     }
-    row[ch] = static_cast<std::int32_t>(std::floor(*angle * 2 + kCentre));
+    row[ch] = PositionOfAngle(*angle).value_or(kCentre);
   }
-  const std::optional<double> duration =
-      Number(fields[kDurationColumn], kDurationUnit, decimal_point);
+  const std::optional<double> duration = Number(TakeField(line), kDurationUnit, decimal_point);
   if (!duration) return "the duration is no number";
   if (*duration < kShortestDuration || *duration > kLongestDuration) {
     return "the duration is outside " + std::to_string(kShortestDuration) + " to " +

@@ -28,7 +28,8 @@ struct StepTextFault {
 // positions as in a step line, durations whole ms. Returns why, with `steps` as it was, when a line
 // is no step: it has fewer than thirteen fields, or a number is none or out of its range (-64
 // to 63.5 degrees, 20 to 32767 ms).
-std::optional<StepTextFault> ReadStepText(std::string_view text, std::string_view decimal_point,
-                                          std::vector<EditRow>& steps);
+[[nodiscard]] std::optional<StepTextFault> ReadStepText(std::string_view text,
+                                                        std::string_view decimal_point,
+                                                        std::vector<EditRow>& steps);
 
 }  // namespace pelmora

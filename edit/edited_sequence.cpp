@@ -142,12 +142,16 @@ void EditedSequence::SetBreak(int line, bool set) {
 // Lines to buffer, marks to flags.
 void EditedSequence::ReadLinesBack() {
   for (int line = 0; line < kSteps; ++line) {
-    // Empty beyond the last line: a row there keeps its values and loses its flag.
-    const std::string text = controls_.ListSequence.List(line).toStdString();
     EditRow& row = data_.EditBuffer[static_cast<std::size_t>(line)];
-    ReadStepLine(text, decimal_point_, row);
-    const std::int32_t flag = HasBreakMark(text) ? 1 : 0;
-    breakpoints_changed_ |= std::exchange(row[kBreakColumn], flag) != flag;
+    // Beyond the last line a row keeps its values and loses its flag.
+    EditRow read = row;
+    read[kBreakColumn] = 0;
+    if (line < ListCount()) {
+      const std::string text = controls_.ListSequence.List(line).toStdString();
+      read = ReadStepLine(text, decimal_point_).value_or(read);
+    }
+    breakpoints_changed_ |= read[kBreakColumn] != row[kBreakColumn];
+    row = read;
   }
   sequence_changed_ = true;
 }

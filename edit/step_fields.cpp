@@ -87,14 +87,12 @@ void StepFields::CommandUpdate_Click() {
   for (platform::CWSlide* slide : controls_.CWSlide1) slide->setValue(kCentre);
 }
 
-void StepFields::ShowSelectedStep(int step) {
-  if (step < 0 || step >= kSteps) return;
-  for (std::size_t ch = 0; ch < kChannels; ++ch) {
-    const int line = edited_.ListIndex();
-    if (line < 0) return;
-    controls_.CWSlide1[ch]->setValue(edited_.Row(line)[ch]);
-  }
-  controls_.CWNumEditTimeStep->setValue(edited_.Row(step)[kDurationColumn]);
+void StepFields::ShowSelectedStep() {
+  const int line = edited_.ListIndex();
+  if (line < 0) return;
+  const EditRow& step = edited_.Row(line);
+  for (std::size_t ch = 0; ch < kChannels; ++ch) controls_.CWSlide1[ch]->setValue(step[ch]);
+  controls_.CWNumEditTimeStep->setValue(step[kDurationColumn]);
   edited_.NameStep();
 }
 

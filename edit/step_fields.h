@@ -42,9 +42,9 @@ class StepFields {
   // "Reset": all channels to the centre.
   void CommandUpdate_Click();
 
-  // Shows the selected line's step in the editor, which moves the servos. `step` is the list's
-  // current index; nothing happens when no line is selected.
-  void ShowSelectedStep(int step);
+  // Shows the selected line's step in the editor, which moves the servos. Nothing happens when no
+  // line is selected.
+  void ShowSelectedStep();
 
   // The twelve angle displays' texts, for the line of a new step.
   std::array<std::string, kChannels> AngleFields() const;

@@ -57,7 +57,7 @@ void StepList::CommandDwn_Click() {
 
 void StepList::SelectAndShow(int line) {
   edited_.Select(line);
-  step_fields_.ShowSelectedStep(edited_.ListIndex());
+  step_fields_.ShowSelectedStep();
 }
 
 void StepList::ListSequence_MouseDown(int line) {
@@ -76,7 +76,7 @@ void StepList::ListSequence_MoveLine(int from, int to) {
 }
 
 void StepList::ListSequence_DblClick() {
-  step_fields_.ShowSelectedStep(edited_.ListIndex());
+  step_fields_.ShowSelectedStep();
 }
 
 }  // namespace pelmora

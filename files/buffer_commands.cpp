@@ -25,9 +25,7 @@ std::unique_ptr<SequenceTable> Read(const QString& path) {
   // A device or a pipe could keep the window waiting for ever.
   if (!QFileInfo(path).isFile()) return nullptr;
   std::ifstream file(std::filesystem::path(path.toStdU16String()), std::ios::binary);
-  auto table = std::make_unique<SequenceTable>();
-  if (!file || !ParseBufferFile(file, *table)) return nullptr;
-  return table;
+  return ParseBufferFile(file);
 }
 
 }  // namespace

@@ -15,6 +15,6 @@ namespace pelmora {
 //
 // When that fails, returns the reason in the operator's words and what has become of an earlier
 // file; nothing is left behind.
-std::optional<QString> SaveFile(const QString& path, std::string_view content);
+[[nodiscard]] std::optional<QString> SaveFile(const QString& path, std::string_view content);
 
 }  // namespace pelmora

@@ -10,7 +10,7 @@ void Breakpoints::CommandRepeat_Click() {
     if (edited_.Row(line)[kBreakColumn] == 1) break;
   }
   edited_.Select(line);
-  step_fields_.ShowSelectedStep(edited_.ListIndex());
+  step_fields_.ShowSelectedStep();
   pc_emulator_.HoldSelectedStep();
 }
 

@@ -31,10 +31,9 @@ std::string FileWith(const std::string& step_line, int steps = 1) {
 }
 
 // What a text holds; null when it is refused.
-std::unique_ptr<Declaration> Parsed(const std::string& text) {
-  auto data = std::make_unique<Declaration>();
+std::unique_ptr<SequenceTable> Parsed(const std::string& text) {
   std::istringstream file(text);
-  return ParseBufferFile(file, *data) ? std::move(data) : nullptr;
+  return ParseBufferFile(file);
 }
 
 TEST(BufferFile, FullTablesComeBackInEveryLocale) {

@@ -49,10 +49,7 @@ class EditedSequenceTest : public testing::Test {
     ASSERT_EQ(edited.ListIndex(), list.ListIndex());
     for (int line = 0; line < edited.ListCount(); ++line) {
       const std::string text = list.List(line).toStdString();
-      EditRow row{};
-      ASSERT_TRUE(ReadStepLine(text, ".", row));
-      row[kBreakColumn] = HasBreakMark(text) ? 1 : 0;
-      EXPECT_EQ(row, edited.Row(line));
+      EXPECT_EQ(ReadStepLine(text, "."), edited.Row(line));
     }
     for (int row = edited.ListCount(); row < kSteps; ++row) {
       EXPECT_EQ(edited.Row(row)[kBreakColumn], 0);

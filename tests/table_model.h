@@ -94,7 +94,8 @@ class TableModel {
   Steps::value_type ListedSteps() const {
     Steps::value_type steps;
     for (const QString& line : program_.Lines()) {
-      EXPECT_TRUE(ReadStepLine(line.toStdString(), ".", steps.emplace_back()));
+      steps.push_back(ReadStepLine(line.toStdString(), ".").value());
+      steps.back()[kBreakColumn] = 0;
     }
     return steps;
   }

@@ -486,7 +486,7 @@ bool MovementCanvas::TakePlainKey(const QKeyEvent& event) {
       return true;
     case Qt::Key_Return:
     case Qt::Key_Enter:
-      if (!event.isAutoRepeat() && !none) parts_.step_list.ListSequence_DblClick();
+      if (!none) parts_.step_list.ListSequence_DblClick();
       return true;
     default:
       return false;

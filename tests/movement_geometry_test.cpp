@@ -55,7 +55,8 @@ TEST(MovementTimes, OnTheLine) {
   differ(1, 8);
   const ShownSteps steps(rows);
   // The first step follows the last one, as in playback.
-  const std::tuple<int, double, bool> cases[] = {{1, 55 / 3.0, false}, {3, 27.5, false}};
+  const std::tuple<int, double, bool> cases[] = {
+      {0, 55 / 24.0, false}, {1, 55 / 3.0, false}, {3, 27.5, false}};
   for (const auto& [step, ms, late] : cases) {
     EXPECT_DOUBLE_EQ(steps.LineTime(step), ms) << step;
     EXPECT_EQ(steps.OutrunsLine(step), late) << step;

@@ -171,6 +171,18 @@ TEST_F(Shape, ADragEndsWithoutEffectWhenSomethingElseHappens) {
          Press("CWButtonEmuPC");
        }},
       {"the window hides", [&] { Keys("Ctrl+M"); }},
+      {"it is minimised",
+       [&] {
+         QHideEvent hide;
+         QShowEvent show;
+         QApplication::sendEvent(&Canvas(), &hide);
+         QApplication::sendEvent(&Canvas(), &show);
+       }},
+      {"the program is locked",
+       [&] {
+         form->setEnabled(false);
+         form->setEnabled(true);
+       }},
       {"another window comes up", [&] { QApplication::setActiveWindow(form.get()); }},
       {"the dialog comes up",
        [&] {
@@ -208,20 +220,25 @@ TEST_F(Shape, ADragEndsWithoutEffectWhenSomethingElseHappens) {
 
 TEST_F(Shape, GoesOnWhilePlaybackRuns) {
   Connect();
+  Select(6);
+  for (int i = 0; i < 8; ++i) Keys("Ctrl++");
   Select(12);
   Press("CWButtonEmuPC");
+  Select(6);
+  const double left = Canvas().Time().Left();
   DragTo(Level(6, 0), Level(6, 0) + QPoint(0, -10));
   EXPECT_EQ(Selected(), 6) << "a press selects, and playback goes on from there";
   ASSERT_TRUE(hands->WaitUntil([&] {
     timer.Elapse();
-    return Selected() == 8;
+    return Selected() == 18;
   }));
-  EXPECT_EQ(Fader(0), Position(8, 0));
+  EXPECT_EQ(Fader(0), Position(18, 0));
+  EXPECT_EQ(Canvas().Time().Left(), left) << "what is under a pressed button stays there";
   MoveTo(Level(6, 0) + QPoint(0, -20));
   EXPECT_TRUE(hands->WaitUntil([&] { return Fader(0) == Position(6, 0) + 20; })) << Fader(0);
   ReleaseAt(Level(6, 0) + QPoint(0, -20));
   EXPECT_EQ(Position(6, 0), 128 + 24 + 20);
-  EXPECT_EQ(Selected(), 8);
+  EXPECT_EQ(Selected(), 18);
   EXPECT_TRUE(timer.Enabled());
 }
 

@@ -23,6 +23,7 @@ TEST_F(Movement, ComesAndGoesByMenuKeyEscapeAndCloseBox) {
       {"Escape", [&] { Keys("Escape"); }},
       {"Ctrl+M in it", [&] { Keys("Ctrl+M"); }},
       {"Ctrl+M in the main window", [&] { hands->Keys(*form, "Ctrl+M"); }},
+      {"Ctrl+M in a field", [&] { hands->Keys(hands->Find<QWidget>("Text1_3"), "Ctrl+M"); }},
       {"close box", [&] { Window().close(); }},
       {"menu", [&] { Item().trigger(); }},
   };
@@ -159,6 +160,11 @@ TEST_F(Movement, KeysWalkZoomAndScroll) {
   const double time = Geometry().TimeAt(700);
   Wheel({700, 300}, 2, Qt::ControlModifier);
   EXPECT_NEAR(Geometry().TimeAt(700), time, 0.01);
+  const QPoint place = At(MiddleOf(27), 300);
+  ClickAt(place);
+  Wheel(place, 5);
+  QTest::mouseDClick(&Canvas(), Qt::LeftButton, {}, place);
+  EXPECT_EQ(Selected(), 27) << "the second click hits another step than the first";
   bar.setValue(0);
   EXPECT_EQ(Canvas().Time().Left(), 0);
   Select(20);
@@ -198,6 +204,19 @@ TEST_F(Movement, ThePlayheadMovesThroughTheHeldStepAndTheViewFollows) {
   hands->Click(kEmuPC);
   Keys("Ctrl+0");
   EXPECT_GT(head(), 12000) << "there is none any more";
+}
+
+TEST_F(Movement, TheViewFollowsThePlayheadThroughAStepThatIsLongerThanIt) {
+  AddStep(0, 200, 3000);
+  Open();
+  for (int i = 0; i < 12; ++i) Keys("Ctrl++");
+  ASSERT_LT(Canvas().Time().Span(), 1000);
+  Connect();
+  hands->Click(kEmuPC);
+  EXPECT_TRUE(hands->WaitUntil([&] { return Canvas().Time().Left() > 0; }));
+  Wheel({600, 300}, 50);
+  QTest::qWait(60);
+  EXPECT_EQ(Canvas().Time().Left(), 0) << "unless the operator looks elsewhere";
 }
 
 // Screen readers.

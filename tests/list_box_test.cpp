@@ -104,7 +104,7 @@ TEST_F(ListBoxTest, ADoubleClickAcrossATurnedPageShowsNothing) {
   ExpectHappened(QString("down 4, up 4, down %1").arg(line));
 }
 
-TEST_F(ListBoxTest, ATremblingHandMovesNothing) {
+TEST_F(ListBoxTest, AShortMoveIsNoDrag) {
   const int edge = list.visualItemRect(list.item(2)).bottom();
   Press({20, edge});
   Move({22, edge + 3});

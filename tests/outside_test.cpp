@@ -150,6 +150,18 @@ TEST_F(Outside, SignalsEndTheProgramAsClosingTheWindowDoes) {
   }
 }
 
+TEST_F(Outside, AClickBehindAMessageLeavesItTheKeyboard) {
+  Start(qEnvironmentVariable("PELMORA_PROGRAM", PELMORA), {});
+  Click(kCWButtonMainOnOff);
+  const QString message = XDoTool({"search", "--sync", "--onlyvisible", "--name", "^Program$"});
+  Click(kFirstOffset);
+  EXPECT_EQ(XDoTool({"getwindowfocus"}), message);
+  Key("Return");
+  Focus("^Pelmora V 3.0$");
+  Key("ctrl+q");
+  ExpectEnd();
+}
+
 TEST_F(Outside, NothingPersistsButTheSavedFile) {
   const QString home = folder_.filePath("home");
   QDir().mkpath(home);

@@ -24,6 +24,7 @@ void BoardLink::MSComm1_OnComm() {
   const QByteArray input = comm_.Input();
   if (input.isEmpty()) return;
   if (TakesAcknowledgements()) {
+    ++answers_;
     if (IsAcknowledgement(Bytes(input))) {
       ack_received_ = true;
     } else {

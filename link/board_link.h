@@ -107,6 +107,7 @@ class BoardLink : public QObject {
   ReadOperation* innermost_read_ = nullptr;  // while one is in progress
   unsigned begun_ = 0;                       // operations in this run
   unsigned in_progress_ = 0;                 // operations, one inside the other
+  unsigned answers_ = 0;                     // receive events in which an answer could have come
   unsigned emptied_ = 0;                     // `SequencesEmptiedByRead`, one inside the other
 };
 

@@ -9,7 +9,8 @@ namespace pelmora {
 ReadOperation::ReadOperation(BoardLink& link, HeaderCheck check)
     : BoardOperation(link, Mode::kRead),
       check_(std::move(check)),
-      outer_(std::exchange(link.innermost_read_, this)) {
+      outer_(std::exchange(link.innermost_read_, this)),
+      answers_before_(link.answers_) {
   link.reply_ = {};
   // Not while an erase or a program around this read waits for its answer: it may be among them.
   if (!link.TakesAcknowledgements()) link.comm_.ClearInBuffer();
@@ -18,10 +19,11 @@ ReadOperation::ReadOperation(BoardLink& link, HeaderCheck check)
 
 ReadOperation::~ReadOperation() {
   // That answer may also have come during the read: by itself it is too short for a receive event.
+  // The board answers in order, so it is the first byte since the read began or none.
   link_.comm_.Fetch();
   link_.comm_.SetInputLen(0);
   const QByteArray waiting = link_.comm_.Input();
-  if (link_.TakesAcknowledgements() && !waiting.isEmpty() &&
+  if (link_.TakesAcknowledgements() && link_.answers_ == answers_before_ && !waiting.isEmpty() &&
       IsAcknowledgement(BoardLink::Bytes(waiting))) {
     link_.ack_received_ = true;
   }

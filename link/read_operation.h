@@ -31,7 +31,8 @@ class ReadOperation : public BoardOperation {
   Outcome WaitForStepData(std::int32_t& rx_count);
 
   const HeaderCheck check_;
-  ReadOperation* const outer_;  // the read around this one
+  ReadOperation* const outer_;     // the read around this one
+  const unsigned answers_before_;  // `answers_` when this read began
 };
 
 // Held by a read from the moment at which it empties the sequences until it has replaced them or

@@ -147,7 +147,7 @@ TEST_F(NestedOperations, AReadInsideAnEraseGetsNoReply) {
       {"answered before the read", kAcknowledgement, Bytes(65, 0), false, true},
       {"answered, then aborted", {}, kAcknowledgement, true, true},
       {"answered before the read, then aborted", kAcknowledgement, {}, true, true},
-      {"another reply, then aborted", {}, kZeros, true, false},
+      {"another reply, then aborted", {}, kZeros + kAcknowledgement, true, false},
       {"silent", {}, {}, true, false},
   };
   const Sequences earlier = RandomSequences(32, 40);
@@ -169,7 +169,7 @@ TEST_F(NestedOperations, AReadInsideAnEraseGetsNoReply) {
           board.Send(c.answer);
           if (!c.abort_read) return;
           QTest::qWait(30);
-          EXPECT_EQ(hands->Read("Echo"), c.answer == kZeros ? "Error!" : "");
+          EXPECT_EQ(hands->Read("Echo"), c.answer.size() > 66 ? "Error!" : "");
           Abort();
         });
         ExpectMessage(c.abort_read ? kReadingErrorText : kNothingText);

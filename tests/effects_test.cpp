@@ -35,7 +35,7 @@ Sequences Stored() {
 Sequences Many(int steps) {
   Sequences sequences;
   for (auto& sequence : sequences) {
-    sequence = Steps(std::min(steps, kMostSteps), 128, 5);
+    sequence = Steps(std::min(steps, kMostSteps), 128, 60);
     steps -= static_cast<int>(sequence.size());
   }
   return sequences;
@@ -184,7 +184,8 @@ class Effects : public FlashTest, public testing::WithParamInterface<std::string
         {"closed", [] {}},
         {"fresh", [] {}},
         {"connect", [this] { Connect(); }},
-        {"lose", [this] { Lose(); }},
+        {"unplug", [this] { board.Unplug(); }},
+        {"noticed", [this] { EXPECT_TRUE(hands->WaitUntil([this] { return !box.said.isEmpty(); })); }},
         {"select", [&] { Select(number(0)); }},
         {"seq", [&] { while (Data().CurSeq != number(0)) Press(Data().CurSeq < number(0) ? "CommandMoreSeq" : "CommandLessSeq"); }},
         {"slide", [&] { SetSlider(number(0), number(1)); }},
@@ -201,7 +202,7 @@ class Effects : public FlashTest, public testing::WithParamInterface<std::string
         {"menu", [&] { Trigger(rest); }},
         {"file", [&] { files.answer = File(rest); }},
         {"flash", [this] { FillFlash(ExampleSequences()); }},
-        {"copied", [&] { QGuiApplication::clipboard()->setText(QString(rest).replace('|', '\t')); }},
+        {"copied", [&] { QGuiApplication::clipboard()->setText(QString(rest).replace('|', '\t').replace('/', '\n')); }},
         {"board", [&] { Send(static_cast<std::uint8_t>(number(0))); }},
         {"count", [&] { hands->Find<QSpinBox>("CWNumEditInterp").setValue(number(0)); }},
         {"silent", [this] { board.SetFaults({.silent = true}); }},
@@ -235,10 +236,6 @@ class Effects : public FlashTest, public testing::WithParamInterface<std::string
   void Send(std::uint8_t byte) {
     board.Send({byte});
     EXPECT_TRUE(hands->WaitUntil([this] { return hands->Read("Echo") != "?"; }));
-  }
-  void Lose() {
-    board.Unplug();
-    EXPECT_TRUE(hands->WaitUntil([this] { return !box.said.isEmpty(); }));
   }
   // The file of so many steps, "example", "none" for a cancelled dialog, or a path.
   std::optional<QString> File(const QString& name) const {

@@ -64,61 +64,16 @@ class Interpolate : public WindowTest {
   }
 };
 
-TEST_F(Interpolate, WorkedCases) {
-  const std::tuple<const char*, int, const char*, int, const char*, int> cases[] = {
-      {"128/100 148/5000", 0, kNext, 4, "0/20 2.5/40 5/20 7.5/20 10/5000", 0},
-      {"0/100 128/80 0/120", 1, kNext, 2, "-64/100 0/40 -32/40 -64/120", 1},
-      {"0/100 128/80 0/120", 1, kPrevious, 2, "-64/60 -32/40 0/80 -64/120", 0},
-      {"0/100 128/80 0/120", 2, kPrevious, 2, "-64/100 0/40 -32/40 -64/120", 1},
-      {"0/100 128/80 0/120", 2, kPrevious, 1, "-64/100 0/80 -64/120", 2},
-  };
-  for (const auto& [steps, line, option, count, result, selected] : cases) {
-    SCOPED_TRACE(result);
-    hands->Click("CommandClearAll");
-    Compose(steps);
-    hands->Click("CommandBrk");  // on the last step
-    const int stored = Data().SeqSteps[0];
-    Open(line);
-    Ask(option, count);
-    ExpectClosed();
-    EXPECT_EQ(Steps(), Local(result));
-    EXPECT_EQ(Selected(), selected);
-    EXPECT_EQ(hands->Read("LabelStep"), QString("Step N° %1").arg(selected));
-    EXPECT_EQ(Lines().filter("BREAK!"), QStringList{Lines().last()});
-    for (int i = 0; i < Lines().size(); ++i) {
-      EXPECT_EQ(Data().EditBuffer[std::size_t(i)][kBreakColumn], i == Lines().size() - 1) << i;
-    }
-    EXPECT_EQ(Data().SeqSteps[0], stored) << "the next store counts";
-  }
-}
-
-TEST_F(Interpolate, RefusalsChangeNothingAndLeaveTheDialogOpen) {
+TEST_F(Interpolate, SaysThatAChoiceIsMissing) {
   Compose("128/100 148/100 158/110");
   Open(1);
   auto& missing = hands->Find<QLabel>("LabelMissingChoice");
-  EXPECT_FALSE(missing.isVisible());
-  ExpectRefusal(kNeither, 3, "");
+  Ask("", 3);
   EXPECT_TRUE(missing.isVisible());
-  EXPECT_EQ(missing.text(), "Choose the previous or the next step");
   EXPECT_GE(missing.width(), missing.sizeHint().width());
   EXPECT_TRUE(Dialog().rect().contains(missing.geometry()));
   hands->Click(kNext);
   EXPECT_FALSE(missing.isVisible());
-  for (const char* option : {kNext, kPrevious}) {
-    ExpectRefusal(option, 6, "Number of Steps too high for selected Step Time!");
-  }
-  Ask(kPrevious, 5);
-  ExpectClosed();
-  EXPECT_EQ(Lines().size(), 7);
-  // Never does it make more lines than a sequence holds.
-  Load(FilledSequences(1, 200, 150));
-  Open(150);
-  for (const char* option : {kPrevious, kNext}) {
-    ExpectRefusal(option, 58, "Impossible add other lines, max # of lines is 256!");
-  }
-  Ask(kPrevious, 57);
-  ExpectClosed();
-  EXPECT_EQ(Lines().size(), 256);
 }
 
 TEST_F(Interpolate, TheCountKeepsToItsRange) {

@@ -2,7 +2,6 @@
 #include <QClipboard>
 
 #include "tests/flash_fixture.h"
-#include "tests/sequence_view.h"
 
 namespace pelmora {
 namespace {
@@ -22,44 +21,7 @@ class StepClipboard : public FlashTest {
   QString TextOf(const QString& angle, const QString& duration) const {
     return angle + QString("\t0").repeated(kChannels - 1) + '\t' + duration + '\n';
   }
-  // Tries to paste; nothing changes.
-  void ExpectRefused(const QString& text, const QString& message) {
-    const SequenceView before = ViewOf(*this);
-    SetClipboard(text);
-    ExpectMessage(message);
-    ListKeys("Ctrl+V");
-    EXPECT_EQ(Difference(ViewOf(*this), before), "");
-  }
 };
-
-TEST_F(StepClipboard, CopiesCutsAndPastesAsAddDoes) {
-  AddSteps(4);
-  Select(1);
-  ListKeys("Ctrl+C");
-  EXPECT_EQ(Clipboard(), TextOf("1", "120"));
-  ListKeys("Ctrl+Shift+C");
-  EXPECT_EQ(Clipboard(),
-            TextOf("0", "100") + TextOf("1", "120") + TextOf("2", "140") + TextOf("3", "160"));
-  Press("CommandBrk");
-  ListKeys("Ctrl+X");
-  EXPECT_EQ(Clipboard(), TextOf("1", "120"));
-  ExpectSteps("023", 1);
-  Select(2);
-  Press("CommandBrk");
-  ListKeys("Ctrl+V");
-  ExpectSteps("0231", 3);
-  EXPECT_EQ(Lines()[3], "1 °" + QString("\t0 °").repeated(11) + "\t120 ms");
-  EXPECT_FALSE(Lines()[2].contains("BREAK!"));
-  EXPECT_EQ(hands->Read("LabelStep"), "Step N° 3");
-  EXPECT_EQ(hands->Read("LabelByte"), "56 bytes") << "stored";
-  // Pasted again, several go on below and keep their order; with nothing selected, at the top.
-  SetClipboard(TextOf("7", "20") + TextOf("8", "20"));
-  ListKeys("Ctrl+V Ctrl+V");
-  ExpectSteps("02317878", 7);
-  Select(-1);
-  ListKeys("Ctrl+V");
-  ExpectSteps("7802317878", 1);
-}
 
 TEST_F(StepClipboard, KeysWorkWhereverNothingIsTyped) {
   Trigger("Serial");
@@ -90,28 +52,6 @@ TEST_F(StepClipboard, KeysWorkWhereverNothingIsTyped) {
   Operator::Hold(List(), Qt::Key_Delete);
   ExpectSteps("02", 1);  // as "Remove"
   EXPECT_EQ(hands->Read("LabelByte"), "28 bytes");
-}
-
-TEST_F(StepClipboard, ATextThatIsNoStepsIsRefusedAsAWhole) {
-  AddSteps(2);
-  hands->Click("CommandBrk");
-  const QString good = TextOf("1", "20");
-  ExpectRefused(good + good + TextOf("64", "20"),
-                "Nothing is pasted. Line 3 is no step: the angle of Ch0 is outside -64 to " +
-                    Local("63.5") + " °.");
-  ExpectRefused(good.repeated(kSteps - 1), "Impossible add other lines, max # of lines is 256!");
-  SetClipboard(good.repeated(kSteps - 2));
-  ListKeys("Ctrl+V");
-  EXPECT_EQ(Lines().size(), kSteps);
-}
-
-TEST_F(StepClipboard, WarnsOfTheCapacityOnce) {
-  Load(FilledSequences(1, 1716, 5));
-  SetClipboard(TextOf("1", "20").repeated(5));
-  for (int i = 0; i < 10; ++i) Press("CommandMoreSeq");
-  ExpectMessage("Out of memory: too many steps. Max # of bytes is 24064!");
-  ListKeys("Ctrl+V");
-  EXPECT_EQ(Lines().size(), 5);
 }
 
 TEST_F(StepClipboard, MenuShowsNamesAndKeysAndDoesWhatTheyDo) {

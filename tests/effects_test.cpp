@@ -193,6 +193,7 @@ class Effects : public FlashTest, public testing::WithParamInterface<std::string
         {"write", [&] { hands->Type(words[0], rest.section(' ', 1), false); }},
         {"click", [&] { hands->Click(rest); }},
         {"keys", [&] { hands->Keys(Focused(words[0]), rest.section(' ', 1)); }},
+        {"hold", [&] { Operator::Hold(Focused(words[0]), QKeySequence(words[1])[0].key(), QKeySequence(words[1])[0].keyboardModifiers()); }},
         {"line", [&] { hands->ClickLine("ListSequence", number(0)); }},
         {"double", [&] { hands->DoubleClickLine("ListSequence", number(0)); }},
         {"drag", [&] { hands->DragLine("ListSequence", number(0), number(1)); }},

@@ -220,23 +220,5 @@ TEST_F(LongList, ADragGoesBeyondThePageAndEscapeTakesItBack) {
   EXPECT_TRUE(Lines().isEmpty());
 }
 
-TEST_F(LongList, AltArrowsPressTheArrowButtonsFromAnywhere) {
-  for (const char* name : {"ListSequence", "CWSlide1_0", "Text1_0", "CommandAdd"}) {
-    auto& control = hands->Find<QWidget>(name);
-    for (const auto& [key, line] : {std::pair(Qt::Key_Right, 1), std::pair(Qt::Key_Left, 0)}) {
-      control.setFocus();
-      QTest::keyClick(&control, key, Qt::AltModifier);
-      EXPECT_EQ(Selected(), line) << name;
-      EXPECT_EQ(hands->Read("LabelStep"), QString("Step N° %1").arg(line)) << name;
-    }
-  }
-  hands->Type("Text1_1", "40", false);
-  hands->Keys(hands->Find<QWidget>("Text1_1"), "Alt+Left");
-  EXPECT_EQ(hands->Read("Text1_1"), "0") << "committed before the step is shown";
-  Select(0);
-  Operator::Hold(list, Qt::Key_Right, Qt::AltModifier);
-  EXPECT_EQ(Selected(), 1) << "once for a held key";
-}
-
 }  // namespace
 }  // namespace pelmora

@@ -41,6 +41,7 @@ class Interpolate : public WindowTest {
     Select(line);
     hands->Click("CommandInterpolate");
     ASSERT_TRUE(QTest::qWaitForWindowActive(&Dialog()));
+    QApplication::setActiveWindow(&Dialog());  // the main window may have come up again behind it
     ExpectLocked(true);
   }
   void Ask(const char* option, int count) {

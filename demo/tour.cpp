@@ -6,6 +6,7 @@
 #include <QComboBox>
 #include <QFile>
 #include <QFileDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
@@ -57,8 +58,8 @@ void Tour::Go() {
   Compose();
   ChangeSequence();
   UndoAndPaste();
-  Interpolate();
   ShapeTheMovement();
+  Interpolate();
   Program();
   ReadBack();
   PlayFromPc();
@@ -167,22 +168,6 @@ void Tour::UndoAndPaste() {
   Expect(operator_.ReadLines("ListSequence") == before, "the steps are what they were");
 }
 
-void Tour::Interpolate() {
-  Say("selects the second step and opens the interpolation, without choosing a neighbour yet");
-  operator_.ClickLine("ListSequence", 1);
-  operator_.Click("CommandInterpolate");
-  operator_.Type("CWNumEditInterp", "5", false);
-  Picture("interpolation dialog");
-  operator_.Click("CancelButton");
-  Say("selects the first step and splits it into 80 towards the next one");
-  operator_.ClickLine("ListSequence", 0);
-  operator_.Click("CommandInterpolate");
-  operator_.Type("CWNumEditInterp", "80", false);
-  operator_.Click("OKButton");
-  Expect(operator_.ReadLines("ListSequence").size() == 83, "80 steps stand in the place of one");
-  Picture("interpolated");
-}
-
 void Tour::ShapeTheMovement() {
   Say("goes to sequence 2, pastes 24 steps computed elsewhere, and looks at them over time");
   operator_.Click("CommandMoreSeq");
@@ -240,9 +225,26 @@ void Tour::ShapeTheMovement() {
   operator_.Click("CommandLessSeq");
 }
 
+void Tour::Interpolate() {
+  Say("selects the second step and opens the interpolation, without choosing a neighbour yet");
+  operator_.ClickLine("ListSequence", 1);
+  operator_.Click("CommandInterpolate");
+  operator_.Type("CWNumEditInterp", "5", false);
+  Picture("interpolation dialog");
+  operator_.Click("CancelButton");
+  Say("selects the first step and splits it into 80 towards the next one");
+  operator_.ClickLine("ListSequence", 0);
+  operator_.Click("CommandInterpolate");
+  operator_.Type("CWNumEditInterp", "80", false);
+  operator_.Click("OKButton");
+  Expect(operator_.ReadLines("ListSequence").size() == 83, "80 steps stand in the place of one");
+  Picture("interpolated");
+}
+
 void Tour::Program() {
   Say("shows the panels of the menu \"Advanced\"");
   for (const char* item : {"FreshProg", "Emu", "Serial"}) operator_.ChooseMenu(item);
+  Expect(operator_.Find<QLabel>("LabelNotStored").isVisible(), "the list is ahead of the table");
   Picture("not stored");
   Say("goes to sequence 1 and back, which stores sequence 0");
   operator_.Click("CommandMoreSeq");

@@ -26,8 +26,8 @@ class Tour {
   void Compose();
   void ChangeSequence();
   void UndoAndPaste();
-  void Interpolate();
   void ShapeTheMovement();
+  void Interpolate();
   void Program();
   void ReadBack();
   void PlayFromPc();

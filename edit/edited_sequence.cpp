@@ -197,12 +197,13 @@ void EditedSequence::ReplaceSelected(const std::string& line) {
   Remove();
 }
 
-bool EditedSequence::ChangeValue(int line, int column, int value) {
+bool EditedSequence::ChangeValue(int line, int column, int value, Joins joins) {
   if (line < 0 || line >= ListCount() || !FitsEditor(column, value)) return false;
   EditRow& row = data_.EditBuffer[static_cast<std::size_t>(line)];
   if (row[static_cast<std::size_t>(column)] == value) return true;
+  const int run = line * kEditColumns + column;
   const Operation operation(*this, column == kDurationColumn ? "Duration" : "Angle",
-                            {.run = line * kEditColumns + column});
+                            {.run = joins == Joins::kYes ? std::optional(run) : std::nullopt});
   const std::string text =
       WithValue(controls_.ListSequence.List(line).toStdString(), column, value, decimal_point_);
   controls_.ListSequence.SetList(line, QString::fromStdString(text));

@@ -97,9 +97,10 @@ class EditedSequence : public QObject {
   // Changes one value of a line and stores: of column 0..11 the position (0..255), of
   // `kDurationColumn` the duration (20..32767 ms). The line keeps its place, breakpoints and
   // selection stay. False, and nothing happens, when there is no such line or the value is out of
-  // range. Changes of the same value that follow each other, with nothing in between, are one step
-  // of undo; none is left when they come back to where they began.
-  [[nodiscard]] bool ChangeValue(int line, int column, int value);
+  // range. Changes of the same value that join and follow each other, with nothing in between, are
+  // one step of undo; none is left when they come back to where they began.
+  enum class Joins { kNo, kYes };
+  [[nodiscard]] bool ChangeValue(int line, int column, int value, Joins joins);
   // Puts steps, in their order, in the place of a line and selects the first. Doesn't store. The
   // list must have room for them.
   void Replace(int line, const std::vector<EditRow>& steps);

@@ -33,7 +33,8 @@ class Shaping {
   void Take(const Hit& hit, double at);
   // The pointer has gone on. True when another value is tried out by it.
   bool Follow(double at);
-  // The button has come up: what is tried out becomes the step's value.
+  // The button has come up: what is tried out becomes the step's value. Each drag is a step of
+  // undo.
   void Drop();
   // The operator gives the drag up: everything is as it was before, the fader included.
   void PutBack();
@@ -50,7 +51,8 @@ class Shaping {
   // What it was before, while `Taken`.
   int Original() const { return taken_->original; }
 
-  // Keys: changes a value of a step, the fader of that channel with it.
+  // Keys: changes a value of a step, the fader of that channel with it. In a row they are one step
+  // of undo.
   void Change(int step, int column, int change);
 
  private:
@@ -63,7 +65,7 @@ class Shaping {
   };
 
   platform::CWSlide* Fader() const;
-  void Set(int step, int column, int value);
+  void Set(int step, int column, int value, EditedSequence::Joins joins);
 
   EditedSequence& edited_;
   const Faders faders_;

@@ -16,6 +16,8 @@
 namespace pelmora {
 namespace {
 
+using enum EditedSequence::Joins;
+
 class EditedSequenceTest : public testing::Test {
  protected:
   EditedSequenceTest() {
@@ -97,8 +99,8 @@ TEST_F(EditedSequenceTest, AnnouncesOnceWhatAnOperationHasChanged) {
        },
        [&] { edited.Remove(); }, "b"},
       {"Replace", {}, [&] { edited.ReplaceSelected(Line(77)); }, "s"},
-      {"a value", {}, [&] { EXPECT_TRUE(edited.ChangeValue(2, 5, 99)); }, "s"},
-      {"the same value", {}, [&] { EXPECT_TRUE(edited.ChangeValue(2, 5, 30)); }, ""},
+      {"a value", {}, [&] { EXPECT_TRUE(edited.ChangeValue(2, 5, 99, kYes)); }, "s"},
+      {"the same value", {}, [&] { EXPECT_TRUE(edited.ChangeValue(2, 5, 30, kYes)); }, ""},
       {"Move", {}, [&] { edited.Move(1, 2); }, "si"},
       {"Move, with its breakpoint", [&] { break_at(1); }, [&] { edited.Move(1, 2); }, "sib"},
       {"a step above the selected one", {}, [&] { edited.Move(0, 2); }, "si"},
@@ -213,7 +215,7 @@ TEST_F(EditedSequenceTest, ChangesOneValueInPlaceAndStores) {
        "-54 °\t-54 °\t63.5 °\t20  ms\t\tBREAK!"},
   };
   for (const auto& c : cases) {
-    ASSERT_TRUE(edited.ChangeValue(c.line, c.column, c.value));
+    ASSERT_TRUE(edited.ChangeValue(c.line, c.column, c.value, kNo));
     EXPECT_EQ(list.List(c.line), c.text);
     EXPECT_EQ(edited.Row(c.line)[static_cast<std::size_t>(c.column)], c.value);
     EXPECT_TRUE(edited.Stored());
@@ -231,14 +233,15 @@ TEST_F(EditedSequenceTest, ChangesOneValueInPlaceAndStores) {
                                             {0, 0, 256},
                                             {0, kDurationColumn, 19},
                                             {0, kDurationColumn, 32768}}) {
-    EXPECT_FALSE(edited.ChangeValue(line, column, value)) << line << ' ' << column << ' ' << value;
+    EXPECT_FALSE(edited.ChangeValue(line, column, value, kNo))
+        << line << ' ' << column << ' ' << value;
   }
   EXPECT_EQ(before.EditBuffer, edited.Data().EditBuffer);
 }
 
 TEST_F(EditedSequenceTest, MergesChangesOfTheSameValueIntoOneUndoStep) {
-  const auto change = [this](int line, int column, int value) {
-    EXPECT_TRUE(edited.ChangeValue(line, column, value));
+  const auto change = [this](int line, int column, int value, EditedSequence::Joins joins = kYes) {
+    EXPECT_TRUE(edited.ChangeValue(line, column, value, joins));
   };
   const struct {
     const char* name;
@@ -253,6 +256,14 @@ TEST_F(EditedSequenceTest, MergesChangesOfTheSameValueIntoOneUndoStep) {
          change(0, 0, 3);
        },
        1},
+      {"of the same value, not joining",
+       [&] {
+         change(0, 0, 1, kNo);
+         change(0, 0, 2, kNo);
+         change(0, 0, 3);
+         change(0, 0, 4);
+       },
+       3},
       {"of two channels, in turn",
        [&] {
          change(0, 0, 1);
@@ -367,7 +378,7 @@ TEST_F(EditedSequenceTest, UndoesTheChangeOfAFigureAlone) {
 TEST_F(EditedSequenceTest, KeepsFiveHundredStepsOfUndo) {
   for (int i = 0; i < 600; ++i) {
     edited.Select(i % 2);
-    ASSERT_TRUE(edited.ChangeValue(i % 2, 0, 100 + i / 2 % 100));
+    ASSERT_TRUE(edited.ChangeValue(i % 2, 0, 100 + i / 2 % 100, kYes));
   }
   EXPECT_EQ(CountUndoSteps(), 500);
   EXPECT_EQ(edited.Row(0)[0], 149);

@@ -8,7 +8,6 @@
 namespace pelmora {
 namespace {
 
-constexpr char kReadText[] = "Data Flash Read!";
 constexpr char kErrorText[] = "Reading Error!";
 
 }  // namespace
@@ -19,13 +18,12 @@ void ReadBack::CommandRead_Click() {
   std::optional<SequencesEmptiedByRead> emptied(link_);
   edited_.ClearAll();
   if (!link_.Port().RequireConnection()) return;
-  const char* text = Transfer();
-  if (text == kReadText) emptied.reset();
-  link_.Say(text);
+  const Outcome outcome = Transfer();
+  if (outcome.replaced) emptied.reset();
+  link_.Say(outcome.text);
 }
 
-// What there is to say at the end.
-const char* ReadBack::Transfer() {
+ReadBack::Outcome ReadBack::Transfer() {
   ReadOperation operation(link_,
                           [this](const FlashHeader& header) { return edited_.TakeHeader(header); });
   operation.BeginTransfer(0);
@@ -33,11 +31,12 @@ const char* ReadBack::Transfer() {
   // With this word showing, the bytes that had arrived have been kept as the step data.
   if (operation.WaitForAck() != BoardOperation::Answer::kReceived &&
       debug_panel_.Echo() != kOverflowWord) {
-    return kErrorText;
+    return {kErrorText};
   }
   const ReadReply& reply = link_.Reply();
-  if (reply.RxCount < kStepBytes) return "Nothing to Read!";
-  return edited_.TakeReply(reply.Header, link_.FlashImage()) ? kReadText : kErrorText;
+  if (reply.RxCount < kStepBytes) return {"Nothing to Read!"};
+  if (!edited_.TakeReply(reply.Header, link_.FlashImage())) return {kErrorText};
+  return {"Data Flash Read!", true};
 }
 
 }  // namespace pelmora

@@ -19,7 +19,12 @@ class ReadBack {
   void CommandRead_Click();
 
  private:
-  const char* Transfer();
+  struct Outcome {
+    const char* text;
+    bool replaced = false;  // the sequences are the board's
+  };
+
+  Outcome Transfer();
 
   BoardLink& link_;
   DebugPanel& debug_panel_;

@@ -129,7 +129,6 @@ Form1::Form1(const Surroundings& surroundings)
 Form1::~Form1() {
   movement_.reset();
   wiring_.reset();
-  controls_->ListSequence->Spoken = nullptr;
 }
 
 const EditedSequence& Form1::Edited() const {
@@ -239,10 +238,7 @@ void Form1::ConnectEditing() {
           [&h](int from, int to) { h.step_list.ListSequence_MoveLine(from, to); });
   connect(controls_->ListSequence, &ListBox::RemoveLine, wiring_.get(),
           [&h] { h.step_list.CommandRem_Click(); });
-  controls_->ListSequence->Spoken = [this, &h](int line) {
-    return SpokenStep(line, controls_->ListSequence->List(line),
-                      h.pc_emulator.Halted() && line == h.edited.ListIndex());
-  };
+  controls_->ListSequence->Spoken = SpokenStep;
   list_menu_ = new ListMenu(*controls_->ListSequence,
                             {h.edited, h.undo, h.step_clipboard, h.step_list}, wiring_.get());
   connect(list_menu_, &ListMenu::MovementWanted, wiring_.get(),

@@ -26,7 +26,10 @@ class Line : public QListWidgetItem {
   QVariant data(int role) const override {
     if (role != Qt::AccessibleTextRole) return QListWidgetItem::data(role);
     const auto* list = static_cast<const ListBox*>(listWidget());
-    if (list && list->Spoken) return list->Spoken(list->row(this));
+    if (list && list->Spoken) {
+      const int line = list->row(this);
+      return list->Spoken(line, text(), list->Halted() && line == list->ListIndex());
+    }
     return text().split('\t', Qt::SkipEmptyParts).join(", ");
   }
 };
@@ -119,6 +122,10 @@ void ListBox::SetColumns(std::vector<ListColumn> columns) {
 void ListBox::SetLineNumbers(bool shown) {
   numbers_ = shown;
   PlaceNumbers();
+}
+
+bool ListBox::Halted() const {
+  return delegate_->Halted();
 }
 
 void ListBox::SetHalted(bool halted) {

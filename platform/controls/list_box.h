@@ -47,10 +47,11 @@ class ListBox : public QListWidget {
   // Whether a playback that selects one line after the other has halted: the selected line is then
   // drawn in amber. Off at the start.
   void SetHalted(bool halted);
+  bool Halted() const;
 
-  // What assistive technology is told of a line; asked whenever it reads one. Without it the line's
-  // fields.
-  std::function<QString(int line)> Spoken;
+  // What assistive technology is told of a line, by its index and text, and whether playback is
+  // halted there; asked whenever it reads one. Without it the line's fields.
+  std::function<QString(int line, const QString& text, bool halted)> Spoken;
 
   void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
   // The toolkit selects a line that begins with the letters that are typed.

@@ -35,6 +35,7 @@ class ColumnDelegate : public QStyledItemDelegate {
   void SetDragged(int line) { dragged_ = line; }
   // False when it is so already.
   bool SetHalted(bool halted) { return std::exchange(halted_, halted) != halted; }
+  bool Halted() const { return halted_; }
 
   // The height that a line needs at least, in pixels.
   static int LeastHeight(const QFontMetrics& font);

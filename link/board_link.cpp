@@ -1,6 +1,6 @@
 #include "link/board_link.h"
 
-#include "link/read_operation.h"
+#include "link/reply_operation.h"
 
 namespace pelmora {
 
@@ -30,8 +30,8 @@ void BoardLink::MSComm1_OnComm() {
     } else {
       debug_panel_.SetEcho(kErrorWord);
     }
-  } else if (ReadMode()) {
-    innermost_read_->TakeReply(Bytes(input));
+  } else if (reply_operation_ != nullptr) {
+    if (reply_operation_->TakeReply(Bytes(input))) ack_received_ = true;
   } else {
     debug_panel_.SetEcho(QString::number(Bytes(input)[0]));
   }

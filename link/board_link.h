@@ -21,9 +21,13 @@
 
 namespace pelmora {
 
-class ReadOperation;
+class ReplyOperation;
 
-enum class Mode { kErase, kProgram, kRead };
+enum class Mode {
+  kErase,
+  kProgram,
+  kRead,  // a reply is read: that of the flash, or another
+};
 
 // The reply to a read that has been taken to its end.
 struct ReadReply {
@@ -41,9 +45,9 @@ class BoardLink : public QObject {
   // Start-up: clears the mode flags and the abort request.
   void Form_Load();
 
-  // The serial control's event. Decides by the mode flags what the received bytes are: an
-  // acknowledgement (erase, program), a reply to the innermost read, which takes it, or a byte to
-  // show in `Echo`.
+  // The serial control's event. Decides what the received bytes are: an acknowledgement while the
+  // mode flags say erase or program, a reply that a `ReplyOperation` takes, or a byte to show in
+  // `Echo`.
   void MSComm1_OnComm();
 
   // "Abort": ends the wait that is running. The board is not told.
@@ -85,6 +89,7 @@ class BoardLink : public QObject {
 
  private:
   friend class BoardOperation;
+  friend class ReplyOperation;
   friend class ReadOperation;
   friend class SequencesEmptiedByRead;
 
@@ -104,11 +109,12 @@ class BoardLink : public QObject {
   bool abort_request_ = false;
   ReadReply reply_;
   FlashRows flash_image_{};
-  ReadOperation* innermost_read_ = nullptr;  // while one is in progress
-  unsigned begun_ = 0;                       // operations in this run
-  unsigned in_progress_ = 0;                 // operations, one inside the other
-  unsigned answers_ = 0;                     // receive events in which an answer could have come
-  unsigned emptied_ = 0;                     // `SequencesEmptiedByRead`, one inside the other
+  // Begun last, until it ends. One around it, whose receive settings are gone, takes nothing more.
+  ReplyOperation* reply_operation_ = nullptr;
+  unsigned begun_ = 0;        // operations in this run
+  unsigned in_progress_ = 0;  // operations, one inside the other
+  unsigned answers_ = 0;      // receive events in which an answer could have come
+  unsigned emptied_ = 0;      // `SequencesEmptiedByRead`, one inside the other
 };
 
 }  // namespace pelmora

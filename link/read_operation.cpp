@@ -7,40 +7,19 @@
 namespace pelmora {
 
 ReadOperation::ReadOperation(BoardLink& link, HeaderCheck check)
-    : BoardOperation(link, Mode::kRead),
-      check_(std::move(check)),
-      outer_(std::exchange(link.innermost_read_, this)),
-      answers_before_(link.answers_) {
+    : ReplyOperation(link, kHeaderBytes), check_(std::move(check)) {
   link.reply_ = {};
-  // Not while an erase or a program around this read waits for its answer: it may be among them.
-  if (!link.TakesAcknowledgements()) link.comm_.ClearInBuffer();
-  link.serial_port_.SetReadReceive();
 }
 
-ReadOperation::~ReadOperation() {
-  // That answer may also have come during the read: by itself it is too short for a receive event.
-  // The board answers in order, so it is the first byte since the read began or none.
-  link_.comm_.Fetch();
-  link_.comm_.SetInputLen(0);
-  const QByteArray waiting = link_.comm_.Input();
-  if (link_.TakesAcknowledgements() && link_.answers_ == answers_before_ && !waiting.isEmpty() &&
-      IsAcknowledgement(BoardLink::Bytes(waiting))) {
-    link_.ack_received_ = true;
-  }
-  link_.serial_port_.SetIdleReceive();
-  link_.innermost_read_ = outer_;
-}
-
-void ReadOperation::TakeReply(std::span<const std::uint8_t> received) {
+bool ReadOperation::TakeReply(std::span<const std::uint8_t> received) {
   // From here on this operation polls; no event is raised for the step data.
   link_.serial_port_.PollReceive();
   switch (Collect(received)) {
     case Outcome::kComplete:
-      link_.ack_received_ = true;
-      return;
+      return true;
     case Outcome::kAnswered:
     case Outcome::kAborted:
-      return;
+      break;
     case Outcome::kCorrupted:
       // The read goes on waiting, without further events, until it is aborted. A read inside it may
       // have set the port back.
@@ -48,6 +27,7 @@ void ReadOperation::TakeReply(std::span<const std::uint8_t> received) {
       link_.Say(QStringLiteral("Impossible to Load Sequences! Flash memory corrupted."));
       link_.debug_panel_.SetEcho(kErrorWord);
   }
+  return false;
 }
 
 ReadOperation::Outcome ReadOperation::Collect(std::span<const std::uint8_t> received) {

@@ -1,28 +1,27 @@
-// The operation that reads the board's flash: it sets the port up for the reply, takes the reply
-// when the receive handler reports its header, and sets the port back.
+// The operation that reads the board's flash: it takes the reply when the receive handler reports
+// its header.
 #pragma once
 
 #include <cstdint>
 #include <functional>
 #include <span>
 
-#include "link/board_operation.h"
+#include "link/reply_operation.h"
 
 namespace pelmora {
 
-class ReadOperation : public BoardOperation {
+class ReadOperation : public ReplyOperation {
  public:
   // Asked when the header of a reply has come: whether its counts make sense.
   using HeaderCheck = std::function<bool(const FlashHeader& header)>;
 
   // Nothing has been read while it runs, until a whole reply has been taken.
   ReadOperation(BoardLink& link, HeaderCheck check);
-  ~ReadOperation();
 
-  // The receive handler's report: these bytes have come, the header of a reply. Waits, processing
-  // events, for the step data that it announces; then the link has the reply and its step data, and
-  // the read is acknowledged. It is not when the wait was aborted or the reply makes no sense.
-  void TakeReply(std::span<const std::uint8_t> received);
+  // These bytes are the header of a reply. Waits, processing events, for the step data that it
+  // announces; then the link has the reply and its step data. The reply is not complete when the
+  // wait was aborted or the reply makes no sense.
+  bool TakeReply(std::span<const std::uint8_t> received) override;
 
  private:
   enum class Outcome { kComplete, kAnswered, kAborted, kCorrupted };
@@ -31,8 +30,6 @@ class ReadOperation : public BoardOperation {
   Outcome WaitForStepData(std::int32_t& rx_count);
 
   const HeaderCheck check_;
-  ReadOperation* const outer_;     // the read around this one
-  const unsigned answers_before_;  // `answers_` when this read began
 };
 
 // Held by a read from the moment at which it empties the sequences until it has replaced them or

@@ -5,9 +5,9 @@
 namespace pelmora {
 namespace {
 
-// The receive buffer: while no read is running, and for the whole reply of a full flash.
+// The receive buffer: while no reply is awaited, and for the longest one, that of a full flash.
 constexpr int kIdleBufferBytes = 20000;
-constexpr int kReadBufferBytes = kHeaderBytes + kFlashCapacity;
+constexpr int kReplyBufferBytes = kHeaderBytes + kFlashCapacity;
 
 // A code and a position for every channel.
 constexpr int kPoseBytes = 2 * kChannels;
@@ -45,8 +45,8 @@ void SerialPort::SetIdleReceive() {
   SetReceive(kIdleBufferBytes, 1);
 }
 
-void SerialPort::SetReadReceive() {
-  SetReceive(kReadBufferBytes, kHeaderBytes);
+void SerialPort::SetReplyReceive(int bytes) {
+  SetReceive(kReplyBufferBytes, bytes);
 }
 
 void SerialPort::SetReceive(int buffer_bytes, int event_bytes) {

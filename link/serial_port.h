@@ -60,15 +60,16 @@ class SerialPort : public QObject {
 
  private:
   friend class BoardOperation;
+  friend class ReplyOperation;
   friend class ReadOperation;
 
   bool SetupPort();
 
   // The receive settings, which an operation changes for as long as it runs.
-  // While no operation reads: one receive event and one byte for each received byte.
+  // While no operation waits for a reply: one receive event and one byte for each received byte.
   void SetIdleReceive();
-  // For the reply to a read: one event for the whole header, and room for all that follows it.
-  void SetReadReceive();
+  // For a reply: an event takes so many bytes, and there is room for all that follows them.
+  void SetReplyReceive(int bytes);
   // From now on no receive event comes and the next `Input` takes everything that has arrived.
   void PollReceive();
   void SetReceive(int buffer_bytes, int event_bytes);

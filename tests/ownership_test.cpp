@@ -54,7 +54,7 @@ EXPECT_OUT_OF_REACH(BoardLink, abort_request_ = true);
 EXPECT_OUT_OF_REACH(BoardLink, reply_ = {});
 EXPECT_OUT_OF_REACH(BoardLink, flash_image_ = {});
 EXPECT_OUT_OF_REACH(SerialPort, SetIdleReceive());
-EXPECT_OUT_OF_REACH(SerialPort, SetReadReceive());
+EXPECT_OUT_OF_REACH(SerialPort, SetReplyReceive(1));
 EXPECT_OUT_OF_REACH(SerialPort, PollReceive());
 EXPECT_OUT_OF_REACH(BoardControl, pc_control_ = true);
 EXPECT_OUT_OF_REACH(DebugPanel, echo_.clear());

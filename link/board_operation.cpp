@@ -1,5 +1,7 @@
 #include "link/board_operation.h"
 
+#include "platform/system/alarm.h"
+
 namespace pelmora {
 
 // An acknowledgement or an abort request that was meant for an operation around this one is
@@ -43,15 +45,25 @@ void BoardOperation::Send(std::span<const std::uint8_t> bytes) {
   own_bytes_ += port.BytesSent() - before;
 }
 
-BoardOperation::Answer BoardOperation::WaitForAck() {
+BoardOperation::Answer BoardOperation::WaitForAck(std::optional<std::chrono::milliseconds> within) {
+  std::optional<platform::Alarm> limit;
+  if (within) limit.emplace().SetFor(platform::Alarm::Clock::now() + *within);
   Answer answer = Answer::kAborted;
   do {
+    const bool time_is_up = limit && !limit->Active();
+    if (time_is_up) {
+      // The answer may be here already, on a busy machine, and not have been looked at.
+      link_.comm_.Fetch();
+      if (!Turn(platform::Events::Idle::kReturn)) break;
+    }
     // Another erase inside this wait has ended the mode. This one must not take the next
     // acknowledgement, which would answer something else.
     if (mode_ == Mode::kErase && !link_.EraseMode())
       answer = Answer::kTakenOver;
     else if (link_.ack_received_)
       answer = Answer::kReceived;
+    else if (time_is_up)
+      answer = Answer::kTimedOut;
   } while (answer == Answer::kAborted && Turn());
   // An acknowledgement that ends a read also ends the operation around it, whose answer it may be.
   // Any other is used up.

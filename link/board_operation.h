@@ -4,7 +4,9 @@
 // its end there, and the first goes on with the flags as the second left them.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
+#include <optional>
 #include <span>
 
 #include "core/board_codec.h"
@@ -22,6 +24,7 @@ class BoardOperation {
     kReceived,
     kAborted,
     kTakenOver,  // an erase whose mode another operation has ended
+    kTimedOut,   // only from a wait with a limit
   };
 
   // Sets the mode flag.
@@ -43,8 +46,10 @@ class BoardOperation {
   // the last of them and the wait that follows.
   void Send(std::span<const std::uint8_t> bytes);
 
-  // Waits for the answer to what was sent. A read inside the wait of another answers both.
-  [[nodiscard]] Answer WaitForAck();
+  // Waits for the answer to what was sent. A read inside the wait of another answers both. Without
+  // a limit the board may take as long as it likes; what runs inside the wait counts against one,
+  // but an answer that is here by then is taken.
+  [[nodiscard]] Answer WaitForAck(std::optional<std::chrono::milliseconds> within = {});
 
   // Whether the operation has to end: "Abort" was pressed, the connection is gone (even if another
   // has been made since), or the program is ending. A connection that was lost is announced before

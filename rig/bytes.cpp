@@ -27,4 +27,10 @@ Bytes Counting(std::size_t size) {
   return bytes;
 }
 
+std::string Repeat(const std::string& text, int times) {
+  std::string all;
+  for (int i = 0; i < times; ++i) all += text;
+  return all;
+}
+
 }  // namespace rig

@@ -21,4 +21,7 @@ void PutWord(Bytes& bytes, std::size_t value);
 // 0, 1, 2, ..., beginning anew after 252, so that no block of 256 is like the one before.
 Bytes Counting(std::size_t size);
 
+// A text several times in a row.
+std::string Repeat(const std::string& text, int times);
+
 }  // namespace rig

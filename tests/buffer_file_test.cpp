@@ -7,18 +7,14 @@
 #include <memory>
 #include <sstream>
 
+#include "rig/bytes.h"
 #include "rig/sequences.h"
 
 namespace pelmora {
 namespace {
 
 using rig::ExampleFile;
-
-std::string Repeat(const std::string& text, int times) {
-  std::string all;
-  for (int i = 0; i < times; ++i) all += text;
-  return all;
-}
+using rig::Repeat;
 
 std::string With(std::string text, const std::string& old, const std::string& replacement) {
   return text.replace(text.find(old), old.size(), replacement);

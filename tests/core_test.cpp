@@ -12,6 +12,7 @@
 #include "core/sequence_store.h"
 #include "core/step_line.h"
 #include "core/step_text.h"
+#include "rig/bytes.h"
 #include "rig/sequences.h"
 
 namespace pelmora {
@@ -72,12 +73,6 @@ EditRow Row(int first, int others, int last, int duration_ms) {
   row[kDurationColumn] = duration_ms;
   row[kBreakColumn] = 0;
   return row;
-}
-
-std::string Repeat(const std::string& text, int times) {
-  std::string all;
-  for (int i = 0; i < times; ++i) all += text;
-  return all;
 }
 
 // A line of eleven channels at the centre, with the first angle and all that follows them as

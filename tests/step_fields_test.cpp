@@ -4,9 +4,9 @@
 namespace pelmora {
 namespace {
 
-using StepFields = WindowTest;
+using PositionFields = WindowTest;
 
-TEST_F(StepFields, TakeNumbersOfAnyLength) {
+TEST_F(PositionFields, TakeNumbersOfAnyLength) {
   const std::pair<QString, const char*> cases[] = {{QString(330, '9'), "127"},
                                                    {"-" + QString(330, '9'), "-128"},
                                                    {QString(330, '0') + "5", "5"}};

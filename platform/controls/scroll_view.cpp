@@ -15,6 +15,11 @@ ScrollView::ScrollView(QWidget* content, const QSize& limit, QWidget* parent)
   connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { Follow(now); });
 }
 
+// The controls in it lose the focus when only the base of the view is left.
+ScrollView::~ScrollView() {
+  disconnect(qApp, nullptr, this, nullptr);
+}
+
 void ScrollView::SetLimit(const QSize& limit) {
   const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent);
   QSize size = widget()->size();

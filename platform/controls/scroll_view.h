@@ -11,6 +11,7 @@ class ScrollView : public QScrollArea {
  public:
   // Shows `content` in its own size, in a view of at most `limit` pixels, its scroll bars included.
   ScrollView(QWidget* content, const QSize& limit, QWidget* parent = nullptr);
+  ~ScrollView() override;
 
   // The view may have at most so many pixels from now on.
   void SetLimit(const QSize& limit);

@@ -42,6 +42,12 @@ TextField::TextField(QWidget* parent) : QLineEdit(parent) {
           [this](const QWidget*, const QWidget* to) { FocusMoved(to); });
 }
 
+// The toolkit takes the focus from a field that is being destroyed, and says so, when only its base
+// is left.
+TextField::~TextField() {
+  disconnect(qApp, nullptr, this, nullptr);
+}
+
 bool TextField::Discards(int key) const {
   if (KeyPress) KeyPress(key);
   return key == 0;

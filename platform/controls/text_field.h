@@ -12,6 +12,7 @@ class TextField : public QLineEdit {
   Q_OBJECT
  public:
   explicit TextField(QWidget* parent = nullptr);
+  ~TextField() override;
 
   // Asks whether the field may take a character key, with the key's code: the character's code, 8
   // for Backspace, 13 for Enter, 27 for Escape. Setting the code to 0 discards the key. Keys that

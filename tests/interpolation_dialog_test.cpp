@@ -81,8 +81,10 @@ TEST_F(Interpolate, TheCountKeepsToItsRange) {
   Compose("128/3000 148/100");
   Open(0);
   const std::pair<const char*, const char*> typed[] = {
-      {"0", "1"}, {"100", "100"}, {"101", "10"}, {"-3", "3"}, {"2.5", "25"}, {"7", "7"}, {"", "7"}};
+      {"0", "5"}, {"100", "100"}, {"101", "10"}, {"-3", "3"}, {"2.5", "25"}, {"7", "7"}, {"", "7"}};
   auto& field = hands->Find<QWidget>("CWNumEditInterp");
+  QTest::keyClicks(&field, "5");
+  EXPECT_EQ(hands->Read("CWNumEditInterp"), "5") << "the first digit replaces what stood there";
   for (const auto& [text, count] : typed) {
     hands->Type("CWNumEditInterp", text, false);
     QTest::keyClick(&field, Qt::Key_Tab);

@@ -33,11 +33,11 @@ QString TotalText(const ShownSteps& steps, const StepTimes& times, const std::st
 
 QString StepText(const ShownSteps& steps, const StepTimes& times, int step, int channel,
                  const std::string& point) {
-  const QString text = QStringLiteral("Step %1, %2 to %3, %4 ms")
-                           .arg(step)
-                           .arg(Seconds(times.Start(step), kDecimals, point),
-                                Seconds(times.End(step), kDecimals, point))
-                           .arg(steps.Duration(step));
+  QString text = QStringLiteral("Step %1, %2 to %3, %4 ms")
+                     .arg(step)
+                     .arg(Seconds(times.Start(step), kDecimals, point),
+                          Seconds(times.End(step), kDecimals, point))
+                     .arg(steps.Duration(step));
   if (channel < 0) return text;
   return text + QStringLiteral(", Ch%1 ").arg(channel) +
          PositionText(steps.Position(step, channel), point);

@@ -40,8 +40,8 @@ void MakeElement(Controls& controls, const ControlRow& row, int i, QWidget* pare
     return QString::fromUtf8(text).replace(QLatin1String("%1"), QString::number(i));
   };
   const QString caption = numbered(row.caption);
-  const auto index = static_cast<std::size_t>(row.first + i);
-  QWidget& control = *row.control.make(controls, index, caption, parent);
+  const int index = row.first + i;
+  QWidget& control = *row.control.make(controls, static_cast<std::size_t>(index), caption, parent);
   if (auto* label = qobject_cast<QLabel*>(&control)) SetUpLabel(*label, row);
   if (auto* field = qobject_cast<platform::TextField*>(&control)) SetUpField(*field, row, caption);
   if (auto* slide = qobject_cast<platform::CWSlide*>(&control)) slide->SetCaption(caption);

@@ -43,7 +43,7 @@ class AccessibleDropDownList : public QAccessibleWidget {
 
   // Screen readers on Linux say a drop-down list's name and not its value, so the name has both.
   QString text(QAccessible::Text kind) const override {
-    const QString entry = list_.currentText();
+    QString entry = list_.currentText();
     if (kind == QAccessible::Value) return entry;
     const QString text = QAccessibleWidget::text(kind);
     return kind == QAccessible::Name && !entry.isEmpty() ? text + ": " + entry : text;

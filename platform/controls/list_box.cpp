@@ -65,6 +65,8 @@ void ListBox::currentChanged(const QModelIndex& current, const QModelIndex& prev
   if (hasFocus()) {
     QListWidget::currentChanged(current, previous);
   } else {
+    // What the list adds to this is that very announcement.
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call)
     QAbstractItemView::currentChanged(current, previous);
   }
 }

@@ -1,7 +1,7 @@
 #include "core/step_text.h"
 
 #include <algorithm>
-#include <utility>
+#include <optional>
 
 #include "core/fields.h"
 #include "core/number_text.h"
@@ -44,12 +44,12 @@ std::string AngleFault(std::size_t channel, std::string_view fault) {
   return "the angle of Ch" + std::to_string(channel) + " is " + std::string(fault);
 }
 
-// Reads one line into `row`; what is wrong with it, otherwise.
-std::optional<std::string> ReadLine(std::string_view line, std::string_view decimal_point,
-                                    EditRow& row) {
+// The step of a line, or what is wrong with it.
+std::variant<EditRow, std::string> ReadLine(std::string_view line, std::string_view decimal_point) {
   if (std::ranges::count(line, '\t') + 1 < kFields) {
     return "it has fewer than " + std::to_string(kFields) + " fields";
   }
+  EditRow row{};
   for (std::size_t ch = 0; ch < kChannels; ++ch) {
     const std::optional<double> angle = Number(TakeField(line), kAngleUnit, decimal_point);
     if (!angle) return AngleFault(ch, "no number");
@@ -66,7 +66,7 @@ std::optional<std::string> ReadLine(std::string_view line, std::string_view deci
            std::to_string(kLongestDuration) + " ms";
   }
   row[kDurationColumn] = RoundHalfEven(*duration).value_or(kShortestDuration);
-  return std::nullopt;
+  return row;
 }
 
 }  // namespace
@@ -82,19 +82,19 @@ std::string FormatStepText(std::span<const EditRow> steps, std::string_view deci
   return text;
 }
 
-std::optional<StepTextFault> ReadStepText(std::string_view text, std::string_view decimal_point,
-                                          std::vector<EditRow>& steps) {
-  std::vector<EditRow> read;
+std::variant<std::vector<EditRow>, StepTextFault> ReadStepText(std::string_view text,
+                                                               std::string_view decimal_point) {
+  std::vector<EditRow> steps;
   for (int number = 1; !text.empty(); ++number) {
     const std::string_view line = TakeLine(text);
     if (line.find_first_not_of(" \t") == std::string_view::npos) continue;
-    EditRow& row = read.emplace_back();
-    if (auto reason = ReadLine(line, decimal_point, row)) {
-      return StepTextFault{number, std::move(*reason)};
+    const std::variant<EditRow, std::string> step = ReadLine(line, decimal_point);
+    if (const auto* reason = std::get_if<std::string>(&step)) {
+      return StepTextFault{number, *reason};
     }
+    steps.push_back(std::get<EditRow>(step));
   }
-  steps = std::move(read);
-  return std::nullopt;
+  return steps;
 }
 
 }  // namespace pelmora

@@ -2,7 +2,7 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
-#include <optional>
+#include <variant>
 #include <vector>
 
 #include "core/step_line.h"
@@ -27,14 +27,15 @@ void StepClipboard::Cut_Click() {
 
 void StepClipboard::Paste_Click() {
   const std::string text = QGuiApplication::clipboard()->text().toStdString();
-  std::vector<EditRow> steps;
-  if (const auto fault = ReadStepText(text, edited_.DecimalPoint(), steps)) {
+  const auto read = ReadStepText(text, edited_.DecimalPoint());
+  if (const auto* fault = std::get_if<StepTextFault>(&read)) {
     message_box_.Show(QStringLiteral("Nothing is pasted. Line %1 is no step: %2.")
                           .arg(fault->line)
                           .arg(QString::fromStdString(fault->reason)),
                       kProgramTitle);
     return;
   }
+  const auto& steps = std::get<std::vector<EditRow>>(read);
   if (steps.empty()) return;
   if (steps.size() > static_cast<std::size_t>(kSteps - edited_.ListCount())) {
     message_box_.Show(TooManyLinesText(), kProgramTitle);

@@ -14,20 +14,15 @@ ReadOperation::ReadOperation(BoardLink& link, HeaderCheck check)
 bool ReadOperation::TakeReply(std::span<const std::uint8_t> received) {
   // From here on this operation polls; no event is raised for the step data.
   link_.serial_port_.PollReceive();
-  switch (Collect(received)) {
-    case Outcome::kComplete:
-      return true;
-    case Outcome::kAnswered:
-    case Outcome::kAborted:
-      break;
-    case Outcome::kCorrupted:
-      // The read goes on waiting, without further events, until it is aborted. A read inside it may
-      // have set the port back.
-      link_.serial_port_.PollReceive();
-      link_.Say(QStringLiteral("Impossible to Load Sequences! Flash memory corrupted."));
-      link_.debug_panel_.SetEcho(kErrorWord);
+  const Outcome outcome = Collect(received);
+  if (outcome == Outcome::kCorrupted) {
+    // The read goes on waiting, without further events, until it is aborted. A read inside it may
+    // have set the port back.
+    link_.serial_port_.PollReceive();
+    link_.Say(QStringLiteral("Impossible to Load Sequences! Flash memory corrupted."));
+    link_.debug_panel_.SetEcho(kErrorWord);
   }
-  return false;
+  return outcome == Outcome::kComplete;
 }
 
 ReadOperation::Outcome ReadOperation::Collect(std::span<const std::uint8_t> received) {
@@ -43,8 +38,9 @@ ReadOperation::Outcome ReadOperation::Collect(std::span<const std::uint8_t> rece
   }
   if (!check_(reply.Header)) return Outcome::kCorrupted;
   if (reply.RxCount > 0) {
-    const Outcome outcome = WaitForStepData(reply.RxCount);
-    if (outcome != Outcome::kComplete) return outcome;
+    const std::optional<std::int32_t> waiting = WaitForStepData(reply.RxCount);
+    if (!waiting) return Outcome::kEnded;
+    reply.RxCount = *waiting;
     const QByteArray step_data = link_.comm_.Input();
     if (step_data.size() < reply.RxCount) return Outcome::kCorrupted;
     StageStepData(BoardLink::Bytes(step_data).first(static_cast<std::size_t>(reply.RxCount)),
@@ -54,24 +50,24 @@ ReadOperation::Outcome ReadOperation::Collect(std::span<const std::uint8_t> rece
   return Outcome::kComplete;
 }
 
-// Waits until `rx_count` bytes are in the receive buffer, or what an aborted read is to keep, which
-// `rx_count` then says.
-ReadOperation::Outcome ReadOperation::WaitForStepData(std::int32_t& rx_count) {
+// Waits until the announced bytes are in the receive buffer. Returns how many of them to take: all,
+// or those that had arrived when a read with an overflow was aborted; nothing when the wait has
+// ended otherwise.
+std::optional<std::int32_t> ReadOperation::WaitForStepData(std::int32_t announced) {
   const platform::MSComm& comm = link_.comm_;
   do {
     // When everything is here already, no further event may come to end a sleep.
-    const bool complete = comm.InBufferCount() >= rx_count;
+    const bool complete = comm.InBufferCount() >= announced;
     Turn(complete ? platform::Events::Idle::kReturn : platform::Events::Idle::kSleep);
     // A read inside this wait has taken a whole reply; what this one waits for is gone.
-    if (link_.ack_received_) return Outcome::kAnswered;
+    if (link_.ack_received_) return std::nullopt;
     MoveBar(comm.InBufferCount());
     if (MustEnd()) {
-      if (link_.debug_panel_.Echo() != kOverflowWord) return Outcome::kAborted;
-      rx_count = std::min<std::int32_t>(comm.InBufferCount(), kFlashCapacity);
-      return Outcome::kComplete;
+      if (link_.debug_panel_.Echo() != kOverflowWord) return std::nullopt;
+      return std::min<std::int32_t>(comm.InBufferCount(), kFlashCapacity);
     }
-  } while (comm.InBufferCount() < rx_count);
-  return Outcome::kComplete;
+  } while (comm.InBufferCount() < announced);
+  return announced;
 }
 
 SequencesEmptiedByRead::~SequencesEmptiedByRead() {

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <span>
 
 #include "link/reply_operation.h"
@@ -24,10 +25,10 @@ class ReadOperation : public ReplyOperation {
   bool TakeReply(std::span<const std::uint8_t> received) override;
 
  private:
-  enum class Outcome { kComplete, kAnswered, kAborted, kCorrupted };
+  enum class Outcome { kComplete, kEnded, kCorrupted };
 
   Outcome Collect(std::span<const std::uint8_t> received);
-  Outcome WaitForStepData(std::int32_t& rx_count);
+  std::optional<std::int32_t> WaitForStepData(std::int32_t announced);
 
   const HeaderCheck check_;
 };

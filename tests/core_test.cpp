@@ -163,10 +163,10 @@ TEST(StepText, IsWrittenPlainlyAndReadAsASpreadsheetOrTheListGivesIt) {
        {Row(128, kCentre, 128, 20), Row(128, kCentre, 128, 22)}},
   };
   for (const auto& [text, steps] : cases) {
-    std::vector<EditRow> read = {Row(1, kCentre, 2, 3)};
-    const auto fault = ReadStepText(text, ",", read);
-    EXPECT_FALSE(fault) << text << ": " << fault->reason;
-    EXPECT_EQ(read, steps) << text;
+    const auto read = ReadStepText(text, ",");
+    ASSERT_TRUE(std::holds_alternative<std::vector<EditRow>>(read))
+        << text << ": " << std::get<StepTextFault>(read).reason;
+    EXPECT_EQ(std::get<std::vector<EditRow>>(read), steps) << text;
   }
 }
 
@@ -188,13 +188,10 @@ TEST(StepText, RefusesTheWholeTextForOneLineThatIsNoStep) {
   };
   for (const auto& [reason, lines] : cases) {
     for (const std::string& line : lines) {
-      const std::vector<EditRow> before = {Row(1, kCentre, 2, 3)};
-      std::vector<EditRow> read = before;
-      const auto fault = ReadStepText(good + "\n\n" + good + "\r\n" + line + "\r", ",", read);
-      ASSERT_TRUE(fault) << line;
-      EXPECT_EQ(fault->line, 4) << line;
-      EXPECT_EQ(fault->reason, reason) << line;
-      EXPECT_EQ(read, before) << line;
+      const auto read = ReadStepText(good + "\n\n" + good + "\r\n" + line + "\r", ",");
+      ASSERT_TRUE(std::holds_alternative<StepTextFault>(read)) << line;
+      EXPECT_EQ(std::get<StepTextFault>(read).line, 4) << line;
+      EXPECT_EQ(std::get<StepTextFault>(read).reason, reason) << line;
     }
   }
 }

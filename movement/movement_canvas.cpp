@@ -9,6 +9,7 @@
 #include "movement/movement_access.h"
 #include "movement/movement_look.h"
 #include "movement/movement_text.h"
+#include "platform/controls/given_up.h"
 
 namespace pelmora {
 namespace {
@@ -282,11 +283,6 @@ void MovementCanvas::timerEvent(QTimerEvent* event) {
   }
 }
 
-void MovementCanvas::changeEvent(QEvent* event) {
-  QWidget::changeEvent(event);
-  if (event->type() == QEvent::EnabledChange && !isEnabled()) GiveUp();
-}
-
 void MovementCanvas::showEvent(QShowEvent*) {
   visible_ = true;
   PlaybackChanged();
@@ -307,9 +303,9 @@ void MovementCanvas::focusOutEvent(QFocusEvent*) {
 }
 
 bool MovementCanvas::event(QEvent* event) {
-  // Another window has come up: the release may never arrive. The toolkit calls this window active,
-  // too, while its parent is.
-  if (event->type() == QEvent::WindowDeactivate) GiveUp();
+  // Once another window has come up, the release may never arrive. The toolkit calls this window
+  // active, too, while its parent is.
+  if (platform::TakesPointer(*event, *this) || event->type() == QEvent::WindowDeactivate) GiveUp();
   if (event->type() != QEvent::ToolTip) return QWidget::event(event);
   const auto* help = static_cast<QHelpEvent*>(event);
   const int step = help->pos().y() < Places::kRuler ? LateStepAt(help->pos().x()) : -1;

@@ -77,7 +77,7 @@ int main(int argc, char** argv) {
   rig::ProgramWithBoard program(complain, simboard::Pace::k9600, real);
   program.board.SetFaults({.silent = parser.isSet(silent)});
   simboard::BoardWindow board_window(program.board);
-  QObject::connect(&program.events, &platform::Events::Ended, &application,
+  QObject::connect(&program.main_loop, &platform::MainLoop::Ended, &application,
                    [] { QApplication::exit(0); });
   QObject::connect(&end_signals, &platform::EndSignals::Requested, program.form.get(),
                    &QWidget::close);

@@ -28,7 +28,7 @@ QRect Twips(int left, int top, int width, int height) {
 }  // namespace
 
 DialogInterp::DialogInterp(EditedSequence& edited, platform::MessageBox& message_box,
-                           platform::Events& events, std::vector<QWidget*> locked)
+                           platform::MainLoop& main_loop, std::vector<QWidget*> locked)
     : QDialog(locked.front()),
       edited_(edited),
       message_box_(message_box),
@@ -42,7 +42,7 @@ DialogInterp::DialogInterp(EditedSequence& edited, platform::MessageBox& message
   platform::TakeShortcutsOfParents(*this);
   BuildControls();
   connect(this, &QDialog::finished, this, &DialogInterp::Form_Unload);
-  connect(&events, &platform::Events::Ended, this, &QDialog::reject);
+  connect(&main_loop, &platform::MainLoop::Ended, this, &QDialog::reject);
   Form_Load();
 }
 
@@ -147,15 +147,18 @@ void DialogInterp::OKButton_Click() {
 }
 
 Interpolation::Interpolation(EditedSequence& edited, platform::MessageBox& message_box,
-                             platform::Events& events, std::vector<QWidget*> locked)
-    : edited_(edited), message_box_(message_box), events_(events), locked_(std::move(locked)) {}
+                             platform::MainLoop& main_loop, std::vector<QWidget*> locked)
+    : edited_(edited),
+      message_box_(message_box),
+      main_loop_(main_loop),
+      locked_(std::move(locked)) {}
 
 void Interpolation::CommandInterpolate_Click() {
   if (edited_.ListCount() < 2 || edited_.ListIndex() < 0) return;
   // An open dialog keeps the button locked; one that was closed inside an operation's wait has not
   // been deleted yet.
   delete dialog_.data();
-  dialog_ = new DialogInterp(edited_, message_box_, events_, locked_);
+  dialog_ = new DialogInterp(edited_, message_box_, main_loop_, locked_);
   dialog_->show();
   dialog_->activateWindow();
 }

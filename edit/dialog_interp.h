@@ -11,7 +11,7 @@
 #include "core/declaration.h"
 #include "edit/edited_sequence.h"
 #include "platform/controls/cw_num_edit.h"
-#include "platform/system/events.h"
+#include "platform/system/main_loop.h"
 #include "platform/system/message_box.h"
 
 namespace pelmora {
@@ -22,8 +22,8 @@ class DialogInterp : public QDialog {
  public:
   // `locked` are disabled while the dialog is open; the first is the main window. All of it
   // outlives the dialog.
-  DialogInterp(EditedSequence& edited, platform::MessageBox& message_box, platform::Events& events,
-               std::vector<QWidget*> locked);
+  DialogInterp(EditedSequence& edited, platform::MessageBox& message_box,
+               platform::MainLoop& main_loop, std::vector<QWidget*> locked);
 
  private:
   void BuildControls();
@@ -42,8 +42,8 @@ class DialogInterp : public QDialog {
 
 class Interpolation {
  public:
-  Interpolation(EditedSequence& edited, platform::MessageBox& message_box, platform::Events& events,
-                std::vector<QWidget*> locked);
+  Interpolation(EditedSequence& edited, platform::MessageBox& message_box,
+                platform::MainLoop& main_loop, std::vector<QWidget*> locked);
 
   // Opens the dialog when the list has at least two lines and one is selected.
   void CommandInterpolate_Click();
@@ -51,7 +51,7 @@ class Interpolation {
  private:
   EditedSequence& edited_;
   platform::MessageBox& message_box_;
-  platform::Events& events_;
+  platform::MainLoop& main_loop_;
   const std::vector<QWidget*> locked_;
   QPointer<DialogInterp> dialog_;
 };

@@ -5,11 +5,11 @@
 namespace pelmora {
 
 BoardLink::BoardLink(platform::MSComm& comm, SerialPort& serial_port, DebugPanel& debug_panel,
-                     platform::Events& events, platform::MessageBox& message_box)
+                     platform::MainLoop& main_loop, platform::MessageBox& message_box)
     : comm_(comm),
       serial_port_(serial_port),
       debug_panel_(debug_panel),
-      events_(events),
+      main_loop_(main_loop),
       message_box_(message_box) {}
 
 void BoardLink::Form_Load() {

@@ -16,7 +16,7 @@
 #include "link/debug_panel.h"
 #include "link/serial_port.h"
 #include "platform/serial/ms_comm.h"
-#include "platform/system/events.h"
+#include "platform/system/main_loop.h"
 #include "platform/system/message_box.h"
 
 namespace pelmora {
@@ -40,7 +40,7 @@ class BoardLink : public QObject {
   Q_OBJECT
  public:
   BoardLink(platform::MSComm& comm, SerialPort& serial_port, DebugPanel& debug_panel,
-            platform::Events& events, platform::MessageBox& message_box);
+            platform::MainLoop& main_loop, platform::MessageBox& message_box);
 
   // Start-up: clears the mode flags and the abort request.
   void Form_Load();
@@ -102,7 +102,7 @@ class BoardLink : public QObject {
   platform::MSComm& comm_;
   SerialPort& serial_port_;
   DebugPanel& debug_panel_;
-  platform::Events& events_;
+  platform::MainLoop& main_loop_;
   platform::MessageBox& message_box_;
   std::array<bool, 3> modes_{};
   bool ack_received_ = false;

@@ -54,7 +54,7 @@ BoardOperation::Answer BoardOperation::WaitForAck(std::optional<std::chrono::mil
     if (time_is_up) {
       // The answer may be here already, on a busy machine, and not have been looked at.
       link_.comm_.Fetch();
-      if (!Turn(platform::Events::Idle::kReturn)) break;
+      if (!Turn(platform::MainLoop::Idle::kReturn)) break;
     }
     // Another erase inside this wait has ended the mode. This one must not take the next
     // acknowledgement, which would answer something else.
@@ -73,7 +73,7 @@ BoardOperation::Answer BoardOperation::WaitForAck(std::optional<std::chrono::mil
 
 bool BoardOperation::Aborted() {
   if (!MustEnd()) return false;
-  Turn(platform::Events::Idle::kReturn);
+  Turn(platform::MainLoop::Idle::kReturn);
   return true;
 }
 
@@ -81,21 +81,21 @@ bool BoardOperation::Disturbed() const {
   return own_bytes_ > 0 && link_.Port().BytesSent() - bytes_before_ != own_bytes_;
 }
 
-bool BoardOperation::Turn(platform::Events::Idle idle) {
+bool BoardOperation::Turn(platform::MainLoop::Idle idle) {
   // A connection that was lost before this turn may bring no further event to wake up for.
   if (!MustEnd()) {
     OfferAbort();
-    link_.events_.DoEvents(idle);
+    link_.main_loop_.DoEvents(idle);
   }
   if (!MustEnd()) return true;
   // A loss is announced from the event queue, and the operator is to read of it first.
-  if (!link_.Port().Connected()) link_.events_.DoEvents(platform::Events::Idle::kReturn);
+  if (!link_.Port().Connected()) link_.main_loop_.DoEvents(platform::MainLoop::Idle::kReturn);
   return false;
 }
 
 bool BoardOperation::MustEnd() const {
   return link_.abort_request_ || !link_.Port().Connected() || link_.comm_.Session() != session_ ||
-         link_.events_.Ending();
+         link_.main_loop_.Ending();
 }
 
 // An operation that ran inside the wait has disabled "Abort" and hidden the bar, and it may have

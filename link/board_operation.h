@@ -11,7 +11,7 @@
 
 #include "core/board_codec.h"
 #include "link/board_link.h"
-#include "platform/system/events.h"
+#include "platform/system/main_loop.h"
 
 namespace pelmora {
 
@@ -63,7 +63,7 @@ class BoardOperation {
   // One turn of a waiting loop: processes events, sleeping until there is one unless told
   // otherwise. False when the wait has to end as an aborted one; a lost connection has been
   // announced by then.
-  bool Turn(platform::Events::Idle idle = platform::Events::Idle::kSleep);
+  bool Turn(platform::MainLoop::Idle idle = platform::MainLoop::Idle::kSleep);
   // `Aborted` without the announcement.
   bool MustEnd() const;
 

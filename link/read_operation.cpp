@@ -58,7 +58,7 @@ std::optional<std::int32_t> ReadOperation::WaitForStepData(std::int32_t announce
   do {
     // When everything is here already, no further event may come to end a sleep.
     const bool complete = comm.InBufferCount() >= announced;
-    Turn(complete ? platform::Events::Idle::kReturn : platform::Events::Idle::kSleep);
+    Turn(complete ? platform::MainLoop::Idle::kReturn : platform::MainLoop::Idle::kSleep);
     // A read inside this wait has taken a whole reply; what this one waits for is gone.
     if (link_.ack_received_) return std::nullopt;
     MoveBar(comm.InBufferCount());
@@ -72,7 +72,7 @@ std::optional<std::int32_t> ReadOperation::WaitForStepData(std::int32_t announce
 
 SequencesEmptiedByRead::~SequencesEmptiedByRead() {
   // The loss that has ended the read, or kept it from beginning, may not have been announced yet.
-  if (link_.comm_.LossPending()) link_.events_.DoEvents(platform::Events::Idle::kReturn);
+  if (link_.comm_.LossPending()) link_.main_loop_.DoEvents(platform::MainLoop::Idle::kReturn);
   --link_.emptied_;
 }
 

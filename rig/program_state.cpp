@@ -200,7 +200,7 @@ class Capture {
     if (program_.AbortRequested()) modes.append("abort");
     Put("modes", modes.join(' '));
     Put("port", program_.form->Link().Port().Connected() ? "open" : "closed");
-    Put("program", program_.events.Ending() ? "ending" : "running");
+    Put("program", program_.main_loop.Ending() ? "ending" : "running");
     // The menu's items get their names when it opens.
     auto& menu = program_.hands->Find<QMenu>("ListMenu");
     emit menu.aboutToShow();

@@ -26,10 +26,10 @@ constexpr char kFlashBar[] = "ProgressBarFlash";
 
 ProgramWithBoard::ProgramWithBoard(Complaint complain, simboard::Pace pace, RealParts real)
     : board(pace),
-      box(events, complain),
+      box(main_loop, complain),
       complain_(std::move(complain)),
-      real_box_(events),
-      real_files_(events) {
+      real_box_(main_loop),
+      real_files_(main_loop) {
   pelmora::SetUpLook(*qApp);
   Restart(real);
 }
@@ -52,7 +52,7 @@ void ProgramWithBoard::Restart(RealParts real) {
   platform::HiTimer* hi_timer = &timer;
   if (real.timer) hi_timer = &real_timer;
   form = std::make_unique<pelmora::Form1>(
-      pelmora::Surroundings{events, *message_box, *file_dialog, *hi_timer, *ports_});
+      pelmora::Surroundings{main_loop, *message_box, *file_dialog, *hi_timer, *ports_});
   real_box_.SetParent(form.get());
   real_files_.SetParent(form.get());
   hands = std::make_unique<Operator>(*form);

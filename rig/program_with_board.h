@@ -16,8 +16,8 @@
 #include "platform/dialogs/file_dialog.h"
 #include "platform/dialogs/modal_message_box.h"
 #include "platform/serial/port_directory.h"
-#include "platform/system/events.h"
 #include "platform/system/hi_timer.h"
+#include "platform/system/main_loop.h"
 #include "rig/bytes.h"
 #include "rig/files.h"
 #include "rig/first_port.h"
@@ -99,7 +99,7 @@ class ProgramWithBoard {
   bool AbortRequested() const { return form->Link().AbortRequest(); }
 
   simboard::SimulatedBoard board;
-  platform::Events events;
+  platform::MainLoop main_loop;
   ScriptedMessageBox box;
   ScriptedFileDialog files;
   ManualTimer timer;

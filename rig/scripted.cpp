@@ -18,7 +18,7 @@ void ScriptedMessageBox::Expect(const QString& title, const QString& text,
 
 void ScriptedMessageBox::Show(const QString& text, const QString& title,
                               const platform::MessageOptions&) {
-  if (events_.Ending()) return;
+  if (main_loop_.Ending()) return;
   said.append(Message(title, text));
   if (Shown) Shown(text);
   if (anything_) return;

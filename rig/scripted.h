@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "platform/dialogs/file_dialog.h"
-#include "platform/system/events.h"
 #include "platform/system/hi_timer.h"
+#include "platform/system/main_loop.h"
 #include "platform/system/message_box.h"
 
 namespace rig {
@@ -24,8 +24,8 @@ using Complaint = std::function<void(const QString& problem)>;
 // once the program is ending.
 class ScriptedMessageBox : public platform::MessageBox {
  public:
-  ScriptedMessageBox(const platform::Events& events, Complaint complain)
-      : events_(events), complain_(std::move(complain)) {}
+  ScriptedMessageBox(const platform::MainLoop& main_loop, Complaint complain)
+      : main_loop_(main_loop), complain_(std::move(complain)) {}
 
   // The next message must be this one; `meanwhile` is done while the box is open.
   void Expect(const QString& title, const QString& text, std::function<void()> meanwhile = {});
@@ -45,7 +45,7 @@ class ScriptedMessageBox : public platform::MessageBox {
     QString message;
     std::function<void()> meanwhile;
   };
-  const platform::Events& events_;
+  const platform::MainLoop& main_loop_;
   const Complaint complain_;
   std::deque<Expected> expected_;
   bool anything_ = false;

@@ -10,7 +10,7 @@
 #include <functional>
 
 #include "core/step_line.h"
-#include "platform/system/events.h"
+#include "platform/system/main_loop.h"
 #include "rig/scripted.h"
 
 namespace pelmora {
@@ -67,9 +67,9 @@ class EditedSequenceTest : public testing::Test {
     return steps;
   }
 
-  platform::Events events;
+  platform::MainLoop main_loop;
   rig::ScriptedMessageBox box{
-      events, [](const QString& problem) { ADD_FAILURE() << problem.toStdString(); }};
+      main_loop, [](const QString& problem) { ADD_FAILURE() << problem.toStdString(); }};
   platform::ListBox list;
   std::array<QLabel, 6> labels;
   EditedSequence edited{

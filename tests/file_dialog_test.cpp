@@ -159,7 +159,7 @@ TEST_F(FileDialog, ClosesAsCancelledWithTheMainWindow) {
     EXPECT_EQ(QApplication::activeModalWidget(), Open());
     EXPECT_EQ(Open()->parentWidget(), form.get());
     form->close();
-    EXPECT_TRUE(events.Ending());
+    EXPECT_TRUE(main_loop.Ending());
   });
   EXPECT_EQ(Files(), QStringList{});
   hands->ChooseMenu("SaveBuffer");  // and none opens any more

@@ -432,7 +432,7 @@ TEST_P(EndBehind, SendsTheStopByte) {
     InDialog(end);
     hands->Click("OKButton");
   }
-  EXPECT_TRUE(events.Ending());
+  EXPECT_TRUE(main_loop.Ending());
   Press("CommandErase");  // no message comes any more
   ExpectSent(sent);
 }
@@ -448,7 +448,7 @@ TEST_F(HandsOnMessages, CtrlQEndsTheProgramInTheInterpolationDialog) {
   auto& dialog = hands->Find<QDialog>("DialogInterp");
   ASSERT_TRUE(Activate(dialog));
   WindowKeys(dialog, "Ctrl+Q");
-  EXPECT_TRUE(events.Ending());
+  EXPECT_TRUE(main_loop.Ending());
 }
 
 TEST_F(HandsOnMessages, KeepTheKeyboardAndWhatIsBehindGetsNothing) {

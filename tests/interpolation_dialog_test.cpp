@@ -124,7 +124,7 @@ TEST_F(Interpolate, LocksTheMainWindowUntilItCloses) {
     close();
     ExpectClosed();
   }
-  EXPECT_TRUE(events.Ending());
+  EXPECT_TRUE(main_loop.Ending());
 }
 
 TEST_F(Interpolate, PlaybackThatMovesTheSelectionIsTakenIntoAccount) {

@@ -36,7 +36,7 @@ TEST_F(Movement, ComesAndGoesByMenuKeyEscapeAndCloseBox) {
     EXPECT_TRUE(Item().isChecked()) << way;
   }
   EXPECT_EQ(Window().geometry(), place) << "where the operator left it";
-  EXPECT_FALSE(events.Ending());
+  EXPECT_FALSE(main_loop.Ending());
   form->close();
   EXPECT_FALSE(Shown());
 }

@@ -52,12 +52,12 @@ struct Line {
   simboard::SimulatedBoard board{simboard::Pace::kUnpaced};
   rig::FirstPort ports{[this] { return QString::fromStdString(board.DevicePath()); }};
   platform::MSComm comm{ports};
-  platform::Events events;
+  platform::MainLoop main_loop;
   rig::ScriptedMessageBox box{
-      events, [](const QString& problem) { ADD_FAILURE() << problem.toStdString(); }};
+      main_loop, [](const QString& problem) { ADD_FAILURE() << problem.toStdString(); }};
   SerialPort port{comm, box};
   DebugPanel panel{comm};
-  BoardLink link{comm, port, panel, events, box};
+  BoardLink link{comm, port, panel, main_loop, box};
   EraseFlash erase{link};
   QStringList echoes;
 };

@@ -21,7 +21,7 @@ WindowTest::WindowTest() : ProgramWithBoard(Fail, simboard::Pace::kUnpaced) {
   watchdog_.setSingleShot(true);
   watchdog_.callOnTimeout([this] {
     ADD_FAILURE() << "the test hangs in a wait";
-    events.End();
+    main_loop.End();
   });
   StartWatchdog();
 }

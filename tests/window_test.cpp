@@ -274,7 +274,7 @@ TEST_F(StartUp, ClosingSendsTwoStopBytesAndNothingMore) {
   EXPECT_FALSE(timer.Enabled()) << "it would play on";
   SetSlider(0, 1);
   ExpectSent({0, 0});
-  EXPECT_TRUE(events.Ending());
+  EXPECT_TRUE(main_loop.Ending());
 }
 
 TEST_F(StartUp, TipsOfMenuItemsStandBesideTheMenu) {

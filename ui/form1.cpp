@@ -56,7 +56,7 @@ struct Form1::Handlers {
       : comm(around.ports),
         serial_port(comm, around.message_box),
         debug_panel(comm),
-        link(comm, serial_port, debug_panel, around.events, around.message_box),
+        link(comm, serial_port, debug_panel, around.main_loop, around.message_box),
         edited(
             {*controls.ListSequence, *controls.LabelSeq, *controls.LabelSeqEmu, *controls.LabelStep,
              *controls.LabelByte, *controls.CommandOffset, *controls.LabelOffset},
@@ -68,7 +68,7 @@ struct Form1::Handlers {
         step_clipboard(edited, around.message_box),
         undo(edited, link),
         navigation(edited),
-        interpolation(edited, around.message_box, around.events,
+        interpolation(edited, around.message_box, around.main_loop,
                       {&form, controls.FrameBuffEdit, controls.FrameMan, controls.FramePCEmu,
                        controls.ListSequence}),
         erase(link),
@@ -404,7 +404,7 @@ void Form1::ShowMovement(bool shown) {
     connect(movement_.get(), &MovementWindow::Shown, list_menu_, &ListMenu::SetMovementShown);
     connect(&h.pc_emulator, &PcEmulator::StateChanged, movement_.get(),
             &MovementWindow::PlaybackChanged);
-    connect(&surroundings_.events, &platform::Events::Ended, movement_.get(), &QWidget::hide);
+    connect(&surroundings_.main_loop, &platform::MainLoop::Ended, movement_.get(), &QWidget::hide);
   }
   if (shown) {
     movement_->Open();
@@ -423,7 +423,7 @@ void Form1::Form_Load() {
 
 void Form1::closeEvent(QCloseEvent* event) {
   event->accept();
-  if (surroundings_.events.Ending()) return;
+  if (surroundings_.main_loop.Ending()) return;
   Form_Unload();
   Form_Terminate();
   EndProgram();
@@ -446,7 +446,7 @@ void Form1::Quit_Click() {
 void Form1::EndProgram() {
   surroundings_.timer.SetEnabled(false);
   handlers_->comm.Close();
-  surroundings_.events.End();
+  surroundings_.main_loop.End();
 }
 
 }  // namespace pelmora

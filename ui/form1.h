@@ -13,15 +13,15 @@
 #include "platform/controls/scroll_view.h"
 #include "platform/dialogs/file_dialog.h"
 #include "platform/serial/port_directory.h"
-#include "platform/system/events.h"
 #include "platform/system/hi_timer.h"
+#include "platform/system/main_loop.h"
 #include "platform/system/message_box.h"
 
 namespace pelmora {
 
 // What surrounds the window, and what tests replace. All of it outlives the window.
 struct Surroundings {
-  platform::Events& events;
+  platform::MainLoop& main_loop;
   platform::MessageBox& message_box;
   platform::FileDialog& file_dialog;
   platform::HiTimer& timer;

@@ -6,8 +6,8 @@
 #include "platform/dialogs/file_dialog.h"
 #include "platform/dialogs/modal_message_box.h"
 #include "platform/serial/port_directory.h"
-#include "platform/system/events.h"
 #include "platform/system/hi_timer.h"
+#include "platform/system/main_loop.h"
 #include "ui/form1.h"
 
 namespace pelmora {
@@ -20,7 +20,7 @@ class Program {
   Form1& Window() { return form_; }
 
  private:
-  platform::Events events_;
+  platform::MainLoop main_loop_;
   platform::ModalMessageBox message_box_;
   platform::ModalFileDialog file_dialog_;
   platform::SystemHiTimer timer_;

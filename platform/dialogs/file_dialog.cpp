@@ -163,7 +163,7 @@ class Dialog : public QFileDialog {
 
 }  // namespace
 
-ModalFileDialog::ModalFileDialog(Events& events) : events_(events) {
+ModalFileDialog::ModalFileDialog(MainLoop& main_loop) : main_loop_(main_loop) {
   // The toolkit's dialog keeps the folders of earlier runs in a settings file. Here it keeps none:
   // there can be no file below this one.
   QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("/dev/null"));
@@ -178,10 +178,10 @@ std::optional<QString> ModalFileDialog::ShowOpen(const FileRequest& request) {
 }
 
 std::optional<QString> ModalFileDialog::Show(const FileRequest& request, bool save) {
-  if (events_.Ending()) return std::nullopt;
+  if (main_loop_.Ending()) return std::nullopt;
   const QPointer<Dialog> dialog = new Dialog(request, save, folder_, ModalParent(parent_));
   std::optional<QString> path;
-  if (RunModal(*dialog, events_)) {
+  if (RunModal(*dialog, main_loop_)) {
     path = dialog->Path();
     folder_ = QFileInfo(*path).absolutePath();
   }

@@ -6,7 +6,7 @@
 #include <QWidget>
 #include <optional>
 
-#include "platform/system/events.h"
+#include "platform/system/main_loop.h"
 
 namespace platform {
 
@@ -35,7 +35,7 @@ class FileDialog {
 // nothing, and an open one closes as cancelled.
 class ModalFileDialog : public FileDialog {
  public:
-  explicit ModalFileDialog(Events& events);
+  explicit ModalFileDialog(MainLoop& main_loop);
 
   // The main window, once there is one.
   void SetParent(QWidget* parent) { parent_ = parent; }
@@ -46,7 +46,7 @@ class ModalFileDialog : public FileDialog {
  private:
   std::optional<QString> Show(const FileRequest& request, bool save);
 
-  Events& events_;
+  MainLoop& main_loop_;
   QPointer<QWidget> parent_;
   QString folder_;
 };

@@ -18,13 +18,13 @@ void TakeShortcutsOfParents(QDialog& dialog) {
   }
 }
 
-bool RunModal(QDialog& dialog, Events& events) {
+bool RunModal(QDialog& dialog, MainLoop& main_loop) {
   // An open menu or list would keep pointer and keyboard from the dialog.
   while (QWidget* popup = QApplication::activePopupWidget()) {
     if (!popup->close()) break;
   }
   TakeShortcutsOfParents(dialog);
-  QObject::connect(&events, &Events::Ended, &dialog, &QDialog::reject);
+  QObject::connect(&main_loop, &MainLoop::Ended, &dialog, &QDialog::reject);
   dialog.setWindowModality(Qt::ApplicationModal);
   dialog.show();
   // Shows which button has the focus: the toolkit does after the first Tab only.

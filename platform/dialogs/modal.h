@@ -3,7 +3,7 @@
 
 #include <QDialog>
 
-#include "platform/system/events.h"
+#include "platform/system/main_loop.h"
 
 namespace platform {
 
@@ -17,6 +17,6 @@ void TakeShortcutsOfParents(QDialog& dialog);
 
 // Shows a dialog, with its parents' shortcuts, and returns once it is closed, deleted, or the
 // program ends; events are processed meanwhile. True when it is still there and was accepted.
-bool RunModal(QDialog& dialog, Events& events);
+bool RunModal(QDialog& dialog, MainLoop& main_loop);
 
 }  // namespace platform

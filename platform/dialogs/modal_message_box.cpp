@@ -37,7 +37,7 @@ class TypingPause : public QObject {
 
 void ModalMessageBox::Show(const QString& text, const QString& title,
                            const MessageOptions& options) {
-  if (events_.Ending()) return;
+  if (main_loop_.Ending()) return;
   QWidget* parent = ModalParent(options.parent ? options.parent : parent_.data());
   // On the heap and watched: the window that owns the box may go away while the box is open.
   const QPointer<QMessageBox> box =
@@ -46,7 +46,7 @@ void ModalMessageBox::Show(const QString& text, const QString& title,
   box->setTextFormat(Qt::PlainText);
   std::optional<TypingPause> pause;
   if (options.by_itself) pause.emplace();
-  RunModal(*box, events_);
+  RunModal(*box, main_loop_);
   delete box.data();
 }
 

@@ -4,7 +4,7 @@
 #include <QPointer>
 #include <QWidget>
 
-#include "platform/system/events.h"
+#include "platform/system/main_loop.h"
 #include "platform/system/message_box.h"
 
 namespace platform {
@@ -12,7 +12,7 @@ namespace platform {
 // Once the program is ending it shows nothing, and an open one closes.
 class ModalMessageBox : public MessageBox {
  public:
-  explicit ModalMessageBox(Events& events) : events_(events) {}
+  explicit ModalMessageBox(MainLoop& main_loop) : main_loop_(main_loop) {}
 
   // The main window, once there is one.
   void SetParent(QWidget* parent) { parent_ = parent; }
@@ -20,7 +20,7 @@ class ModalMessageBox : public MessageBox {
   void Show(const QString& text, const QString& title, const MessageOptions& options = {}) override;
 
  private:
-  Events& events_;
+  MainLoop& main_loop_;
   QPointer<QWidget> parent_;
 };
 

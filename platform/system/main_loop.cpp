@@ -1,19 +1,19 @@
-#include "platform/system/events.h"
+#include "platform/system/main_loop.h"
 
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 
 namespace platform {
 
-Events::Events(QObject* parent) : QObject(parent) {}
+MainLoop::MainLoop(QObject* parent) : QObject(parent) {}
 
-void Events::DoEvents(Idle idle) {
+void MainLoop::DoEvents(Idle idle) {
   if (ending_) return;
   QCoreApplication::processEvents(idle == Idle::kSleep ? QEventLoop::WaitForMoreEvents
                                                        : QEventLoop::AllEvents);
 }
 
-void Events::End() {
+void MainLoop::End() {
   if (ending_) return;
   ending_ = true;
   emit Ended();

@@ -1,12 +1,12 @@
-// The function that processes pending events, for handlers that wait inside the user-interface
-// thread, and the end of the program, which every such wait has to notice.
+// The main loop: handlers that wait inside the user-interface thread process pending events here,
+// and learn from it that the program is ending.
 #pragma once
 
 #include <QObject>
 
 namespace platform {
 
-class Events : public QObject {
+class MainLoop : public QObject {
   Q_OBJECT
  public:
   enum class Idle {
@@ -14,7 +14,7 @@ class Events : public QObject {
     kReturn,  // nothing pending: return at once
   };
 
-  explicit Events(QObject* parent = nullptr);
+  explicit MainLoop(QObject* parent = nullptr);
 
   // Processes pending events; any other handler of the window may run inside the call. Waiting
   // loops call it once per turn, with `kSleep` so that the wait costs no processor time. Once the

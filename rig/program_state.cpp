@@ -49,10 +49,6 @@ QString InShort(const EditRow& row) {
   return InShort(positions, ",") + ':' + QString::number(row[kDurationColumn]);
 }
 
-QString InShort(QString line) {
-  return InShort(line.remove("\tBREAK!").split('\t'), "|");
-}
-
 // What a control shows; nothing for one that only holds others.
 QString Shown(const QWidget& control) {
   if (auto* label = qobject_cast<const QLabel*>(&control)) return label->text().remove('&');
@@ -147,7 +143,7 @@ class Capture {
     QStringList marks, flags, differing;
     for (const QString& line : program_.Lines()) {
       if (line.endsWith("\tBREAK!")) marks.append(QString::number(state_.lines.size()));
-      state_.lines.append(InShort(line));
+      state_.lines.append(rig::InShort(line));
     }
     state_.beyond.assign(data.EditBuffer.begin(), data.EditBuffer.end());
     for (int i = 0; i < pelmora::kSteps; ++i) {
@@ -211,7 +207,7 @@ class Capture {
     emit menu.aboutToHide();
     QStringList copied;
     for (const QString& line : QApplication::clipboard()->text().split('\n', Qt::SkipEmptyParts)) {
-      copied.append(InShort(line));
+      copied.append(rig::InShort(line));
     }
     Put("clipboard", InShort(copied, " / "));
   }
@@ -263,6 +259,10 @@ QString InWords(const QString& name, const QString& value) {
 }
 
 }  // namespace
+
+QString InShort(QString line) {
+  return InShort(line.remove("\tBREAK!").split('\t'), "|");
+}
 
 ProgramState StateOf(const ProgramWithBoard& program) {
   return Capture(program).State();

@@ -20,6 +20,9 @@ struct ProgramState {
   std::vector<pelmora::EditRow> beyond;  // the edit buffer, the rows that have a line being zero
 };
 
+// A line of the step list in short, without its breakpoint mark: "1 °|0 °*11|100 ms".
+QString InShort(QString line);
+
 // What the program shows and holds now.
 ProgramState StateOf(const ProgramWithBoard& program);
 

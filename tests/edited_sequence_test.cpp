@@ -5,13 +5,12 @@
 #include <gtest/gtest.h>
 
 #include <QLabel>
-#include <QSignalSpy>
-#include <algorithm>
 #include <functional>
+#include <map>
 
 #include "core/step_line.h"
 #include "platform/system/main_loop.h"
-#include "rig/scripted.h"
+#include "rig/program_state.h"
 
 namespace pelmora {
 namespace {
@@ -23,7 +22,7 @@ class EditedSequenceTest : public testing::Test {
   EditedSequenceTest() {
     labels[0].setText("Sequence N° 0");
     edited.Form_Load();
-    for (const int position : {10, 20, 30}) Add(position);
+    Do("add 10; add 20; add 30");
     QObject::connect(&edited, &EditedSequence::SequenceChanged, [this] { Hear('s'); });
     QObject::connect(&edited, &EditedSequence::SelectionChanged, [this] { Hear('i'); });
     QObject::connect(&edited, &EditedSequence::BreakpointsChanged, [this] { Hear('b'); });
@@ -43,23 +42,59 @@ class EditedSequenceTest : public testing::Test {
     table.SeqSteps.fill(static_cast<std::int16_t>(steps_of_each));
     return table;
   }
-  void Add(int position) { edited.Insert({Line(position)}); }
+
+  // Operations, one after the other: "select 1; add 40".
+  void Do(const QString& operations) {
+    for (const QString& operation : operations.split("; ", Qt::SkipEmptyParts)) {
+      const QStringList words = operation.split(' ');
+      const auto number = [&](int i) { return words.value(i).toInt(); };
+      const auto value = [&](auto joins) {
+        EXPECT_TRUE(edited.ChangeValue(number(1), number(2), number(3), joins));
+      };
+      const std::map<QString, std::function<void()>> kinds = {
+          {"add", [&] { edited.Insert({Line(number(1))}); }},
+          {"remove", [&] { edited.Remove(); }},
+          {"replace", [&] { edited.ReplaceSelected(Line(number(1))); }},
+          {"value", [&] { value(kYes); }},
+          {"lone-value", [&] { value(kNo); }},
+          {"move", [&] { edited.Move(number(1), number(2)); }},
+          // A line by so many steps of this position and duration.
+          {"split",
+           [&] {
+             edited.Replace(number(1), {size_t(number(2)), Step(number(3), number(4))});
+           }},
+          {"clear", [&] { edited.Clear(); }},
+          {"clear-all", [&] { edited.ClearAll(); }},
+          {"store", [&] { EXPECT_TRUE(edited.BufferToData()); }},
+          {"show", [&] { edited.ShowSequence(number(1)); }},
+          {"break", [&] { edited.Select(number(1)), edited.ToggleBreak(); }},
+          {"no-breaks", [&] { edited.ResetBreakPoints(); }},
+          {"load", [&] { edited.TakeTable(Table(number(1))); }},
+          {"header", [&] { EXPECT_TRUE(edited.TakeHeader({})); }},
+          {"reply", [&] { EXPECT_TRUE(edited.TakeReply({}, {})); }},
+          {"undo", [&] { edited.Undo(); }},
+          {"redo", [&] { edited.Redo(); }},
+          {"select", [&] { edited.Select(number(1)); }},
+          {"click", [&] { list.setCurrentRow(number(1)); }},
+      };
+      kinds.at(words[0])();
+    }
+  }
 
   // What is announced is complete: the list, the rows, the flags and the labels agree.
   void Hear(char what) {
     heard += what;
     ASSERT_EQ(edited.ListIndex(), list.ListIndex());
-    for (int line = 0; line < edited.ListCount(); ++line) {
-      const std::string text = list.List(line).toStdString();
-      EXPECT_EQ(ReadStepLine(text, "."), edited.Row(line));
-    }
-    for (int row = edited.ListCount(); row < kSteps; ++row) {
-      EXPECT_EQ(edited.Row(row)[kBreakColumn], 0);
+    for (int row = 0; row < kSteps; ++row) {
+      if (row >= edited.ListCount()) {
+        EXPECT_EQ(edited.Row(row)[kBreakColumn], 0);
+      } else {
+        EXPECT_EQ(ReadStepLine(list.List(row).toStdString(), "."), edited.Row(row));
+      }
     }
     EXPECT_EQ(labels[0].text(), QString("Sequence N° %1").arg(edited.Data().CurSeq));
   }
   std::string Heard() { return std::exchange(heard, {}); }
-  QString UndoName() { return edited.Changes().UndoName(); }
   // The steps that undo takes back one after the other.
   int CountUndoSteps() {
     int steps = 0;
@@ -78,67 +113,43 @@ class EditedSequenceTest : public testing::Test {
 };
 
 TEST_F(EditedSequenceTest, AnnouncesOnceWhatAnOperationHasChanged) {
-  const auto break_at = [this](int line) {
-    edited.Select(line);
-    edited.ToggleBreak();
+  // What comes before it, with the second of three steps selected, and what it announces: a change
+  // of the sequence, of the selection (i), of breakpoints.
+  const std::tuple<const char*, const char*, const char*> cases[] = {
+      {"add 40", "", "si"},
+      {"add 40", "break 0", "sib"},
+      {"remove", "", "s"},
+      {"remove", "select 2", "si"},
+      {"remove", "break 0; select -1", "b"},
+      {"replace 77", "", "s"},
+      {"value 2 5 99", "", "s"},
+      {"value 2 5 30", "", ""},
+      {"move 1 2", "", "si"},
+      {"move 1 2", "break 1", "sib"},
+      {"move 0 2", "", "si"},
+      {"split 1 4 1 20", "", "s"},
+      {"clear", "break 1", "sib"},
+      {"clear-all", "", "si"},
+      {"store", "", "s"},
+      {"show 1", "", "si"},
+      {"show -1", "", ""},
+      {"break 1", "", "b"},
+      {"no-breaks", "", ""},
+      {"load 2", "", "si"},
+      {"header", "", "s"},
+      {"reply", "", "si"},
+      {"undo", "add 40", "si"},
+      {"undo", "break 1; clear", "sib"},
+      {"click 2", "", "i"},
+      {"select 1", "", ""},
   };
-  const struct {
-    const char* name;
-    std::function<void()> before;  // three steps, the second selected
-    std::function<void()> operation;
-    const char* heard;  // s: sequence, i: selection, b: breakpoints
-  } cases[] = {
-      {"Add", {}, [&] { Add(40); }, "si"},
-      {"Add clears breakpoints", [&] { break_at(0); }, [&] { Add(40); }, "sib"},
-      {"Remove", {}, [&] { edited.Remove(); }, "s"},
-      {"Remove the last", [&] { edited.Select(2); }, [&] { edited.Remove(); }, "si"},
-      {"Remove, none selected",
-       [&] {
-         break_at(0);
-         edited.Select(-1);
-       },
-       [&] { edited.Remove(); }, "b"},
-      {"Replace", {}, [&] { edited.ReplaceSelected(Line(77)); }, "s"},
-      {"a value", {}, [&] { EXPECT_TRUE(edited.ChangeValue(2, 5, 99, kYes)); }, "s"},
-      {"the same value", {}, [&] { EXPECT_TRUE(edited.ChangeValue(2, 5, 30, kYes)); }, ""},
-      {"Move", {}, [&] { edited.Move(1, 2); }, "si"},
-      {"Move, with its breakpoint", [&] { break_at(1); }, [&] { edited.Move(1, 2); }, "sib"},
-      {"a step above the selected one", {}, [&] { edited.Move(0, 2); }, "si"},
-      {"Interpolate",
-       {},
-       [&] {
-         edited.Replace(1, {4, Step(1, 20)});
-       },
-       "s"},
-      {"Clear Sequence", [&] { break_at(1); }, [&] { edited.Clear(); }, "sib"},
-      {"Clear All", {}, [&] { edited.ClearAll(); }, "si"},
-      {"a store", {}, [&] { EXPECT_TRUE(edited.BufferToData()); }, "s"},
-      {"another sequence", {}, [&] { edited.ShowSequence(1); }, "si"},
-      {"no other sequence", {}, [&] { edited.ShowSequence(-1); }, ""},
-      {"a breakpoint", {}, [&] { edited.ToggleBreak(); }, "b"},
-      {"no breakpoint", {}, [&] { edited.ResetBreakPoints(); }, ""},
-      {"a load", {}, [&] { edited.TakeTable(Table(2)); }, "si"},
-      {"a header", {}, [&] { EXPECT_TRUE(edited.TakeHeader({})); }, "s"},
-      {"a reply", {}, [&] { EXPECT_TRUE(edited.TakeReply({}, {})); }, "si"},
-      {"an undo", [&] { Add(40); }, [&] { edited.Undo(); }, "si"},
-      {"an undo that brings a breakpoint back",
-       [&] {
-         break_at(1);
-         edited.Clear();
-       },
-       [&] { edited.Undo(); }, "sib"},
-      {"the operator's selection", {}, [&] { list.setCurrentRow(2); }, "i"},
-      {"the same selection", {}, [&] { edited.Select(1); }, ""},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.name);
-    edited.ClearAll();
-    for (const int position : {10, 20, 30}) Add(position);
-    edited.Select(1);
-    if (c.before) c.before();
+  for (const auto& [operation, before, announced] : cases) {
+    SCOPED_TRACE(std::string(before) + "; " + operation);
+    Do("clear-all; add 10; add 20; add 30; select 1");
+    Do(before);
     heard.clear();
-    c.operation();
-    EXPECT_EQ(Heard(), c.heard);
+    Do(operation);
+    EXPECT_EQ(Heard(), announced);
   }
 }
 
@@ -149,83 +160,58 @@ TEST_F(EditedSequenceTest, WarnsWhenTheOperationIsComplete) {
     box.Expect("Program", CapacityText(), std::move(meanwhile));
   };
   warn([this] { EXPECT_EQ(heard, "si"); });
-  edited.TakeTable(Table(200));
-  const auto read_meanwhile = [this] {
+  Do("load 200; select 0");
+  heard.clear();
+  warn([this] {
     EXPECT_EQ(Heard(), "s");
     EXPECT_EQ(edited.ListIndex(), 0);
     EXPECT_EQ(labels[2].text(), "Step N° 0");
-    EXPECT_TRUE(edited.TakeReply({}, {}));
-  };
-  edited.Select(0);
-  heard.clear();
-  warn(read_meanwhile);
+    Do("reply");
+  });
   warn();  // "Replace" is "Add" and "Remove"
-  edited.ReplaceSelected(Line(5));
+  Do("replace 5");
   EXPECT_EQ(edited.ListCount(), 0);
   EXPECT_EQ(Heard(), "si");
 }
 
 TEST_F(EditedSequenceTest, KnowsWhetherTheTableHoldsTheList) {
   EXPECT_TRUE(edited.Stored());
-  const std::function<void()> changes[] = {
-      [&] { edited.Move(0, 2); },
-      [&] { edited.Clear(); },
-      [&] {
-        edited.Replace(1, {Step(20, 40), Step(20, 60)});
-      },
-      [&] { edited.Replace(1, {Step(20, 120)}); },
-      [&] { edited.Replace(1, {Step(21, 100)}); },
-  };
-  for (const auto& change : changes) {
-    change();
-    EXPECT_FALSE(edited.Stored());
-    edited.Undo();
-    EXPECT_TRUE(edited.Stored());
-    edited.Redo();
-    EXPECT_FALSE(edited.Stored());
-    EXPECT_TRUE(edited.BufferToData());
-    EXPECT_TRUE(edited.Stored());
-    edited.Undo();
+  for (const char* change :
+       {"move 0 2", "clear", "split 1 2 20 40", "split 1 1 20 120", "split 1 1 21 100"}) {
+    SCOPED_TRACE(change);
+    for (const auto& [operation, stored] :
+         {std::pair(change, false), {"undo", true}, {"redo", false}, {"store", true}}) {
+      Do(operation);
+      EXPECT_EQ(edited.Stored(), stored) << operation;
+    }
+    Do("undo");
   }
 }
 
 TEST_F(EditedSequenceTest, ChangesOneValueInPlaceAndStores) {
-  edited.ShowSequence(1);
-  edited.ShowSequence(0);  // lines as they come from the table
-  Add(40);                 // and one as it is composed, at the top
-  edited.Select(2);
-  edited.ToggleBreak();
+  // Lines as they come from the table, and one as it is composed, at the top.
+  Do("show 1; show 0; add 40; break 2");
   edited.NameStep();
-  edited.Select(3);
-  const struct {
-    int line, column, value;
-    const char* text;
-  } cases[] = {
-      {0, 0, 0,
-       "-64 °\t-44 °\t-44 °\t-44 °\t-44 °\t-44 °\t-44 °\t-44 °\t-44 °\t-44 °\t-44 °\t"
-       "-44 °\t100 ms"},
-      {0, kDurationColumn, 32767,
-       "-64 °\t-44 °\t-44 °\t-44 °\t-44 °\t-44 °\t-44 °\t-44 °\t-44 °\t"
-       "-44 °\t-44 °\t-44 °\t32767 ms"},
-      {2, 11, 255,
-       "-54 °\t-54 °\t-54 °\t-54 °\t-54 °\t-54 °\t-54 °\t-54 °\t-54 °\t-54 °\t-54 °\t"
-       "63.5 °\t100  ms\t\tBREAK!"},
-      {2, kDurationColumn, 20,
-       "-54 °\t-54 °\t-54 °\t-54 °\t-54 °\t-54 °\t-54 °\t-54 °\t-54 °\t"
-       "-54 °\t-54 °\t63.5 °\t20  ms\t\tBREAK!"},
+  Do("select 3");
+  const std::tuple<const char*, int, const char*, const char*> cases[] = {
+      {"lone-value 0 0 0", 0, "-64 °|-44 °*11|100 ms", "Angle"},
+      {"lone-value 0 12 32767", 0, "-64 °|-44 °*11|32767 ms", "Duration"},
+      {"lone-value 2 11 255", 2, "-54 °*11|63.5 °|100  ms|", "Angle"},
+      {"lone-value 2 12 20", 2, "-54 °*11|63.5 °|20  ms|", "Duration"},
   };
-  for (const auto& c : cases) {
-    ASSERT_TRUE(edited.ChangeValue(c.line, c.column, c.value, kNo));
-    EXPECT_EQ(list.List(c.line), c.text);
-    EXPECT_EQ(edited.Row(c.line)[static_cast<std::size_t>(c.column)], c.value);
+  heard.clear();
+  for (const auto& [change, line, text, name] : cases) {
+    Do(change);
+    EXPECT_EQ(rig::InShort(list.List(line)), text);
+    EXPECT_EQ(Heard(), "s") << "selection and breakpoint stay";
     EXPECT_TRUE(edited.Stored());
-    EXPECT_EQ(edited.ListIndex(), 3);
     EXPECT_EQ(labels[2].text(), "Step N° 2");
-    EXPECT_EQ(UndoName(), c.column == kDurationColumn ? "Duration" : "Angle");
+    EXPECT_EQ(edited.Changes().UndoName(), name);
   }
+  EXPECT_EQ(edited.ListIndex(), 3);
   EXPECT_EQ(edited.Row(2)[kBreakColumn], 1);
-  const Declaration before = edited.Data();
-  for (const auto& [line, column, value] : {std::array{-1, 0, 1},
+  using Value = std::array<int, 3>;  // line, column, value
+  for (const auto& [line, column, value] : {Value{-1, 0, 1},
                                             {4, 0, 1},
                                             {0, -1, 1},
                                             {0, kBreakColumn, 1},
@@ -236,143 +222,64 @@ TEST_F(EditedSequenceTest, ChangesOneValueInPlaceAndStores) {
     EXPECT_FALSE(edited.ChangeValue(line, column, value, kNo))
         << line << ' ' << column << ' ' << value;
   }
-  EXPECT_EQ(before.EditBuffer, edited.Data().EditBuffer);
+  EXPECT_EQ(Heard(), "");
 }
 
 TEST_F(EditedSequenceTest, MergesChangesOfTheSameValueIntoOneUndoStep) {
-  const auto change = [this](int line, int column, int value, EditedSequence::Joins joins = kYes) {
-    EXPECT_TRUE(edited.ChangeValue(line, column, value, joins));
+  // How many steps of undo they are.
+  const std::pair<const char*, int> cases[] = {
+      {"value 0 0 1", 1},
+      {"value 0 0 1; value 0 0 2; value 0 0 3", 1},
+      {"lone-value 0 0 1; lone-value 0 0 2; value 0 0 3; value 0 0 4", 3},
+      {"value 0 0 1; value 0 1 1; value 0 0 2", 3},
+      {"value 0 12 20; value 1 12 20", 2},
+      {"value 0 0 1; value 0 0 2; value 0 0 10", 0},  // back to where it began
+      {"value 0 0 1; value 0 0 10; value 0 0 2", 1},
+      {"value 0 0 1; select 0; select 2; value 0 0 10", 2},
+      {"value 0 0 1; move 1 2; move 2 1; value 0 0 2", 4},
+      {"value 0 0 1; select 0; value 0 0 2; undo; value 0 0 3", 2},
+      {"value 0 0 1; break 2; value 0 0 2", 2},
+      // What is stored is a change, although the list is as it was.
+      {"move 1 2; value 0 0 1; value 0 0 10", 2},
   };
-  const struct {
-    const char* name;
-    std::function<void()> changes;
-    int steps;  // of undo
-  } cases[] = {
-      {"one", [&] { change(0, 0, 1); }, 1},
-      {"of the same value",
-       [&] {
-         change(0, 0, 1);
-         change(0, 0, 2);
-         change(0, 0, 3);
-       },
-       1},
-      {"of the same value, not joining",
-       [&] {
-         change(0, 0, 1, kNo);
-         change(0, 0, 2, kNo);
-         change(0, 0, 3);
-         change(0, 0, 4);
-       },
-       3},
-      {"of two channels, in turn",
-       [&] {
-         change(0, 0, 1);
-         change(0, 1, 1);
-         change(0, 0, 2);
-       },
-       3},
-      {"of two lines",
-       [&] {
-         change(0, kDurationColumn, 20);
-         change(1, kDurationColumn, 20);
-       },
-       2},
-      {"and back",
-       [&] {
-         change(0, 0, 1);
-         change(0, 0, 2);
-         change(0, 0, 10);
-       },
-       0},
-      {"and back, then on",
-       [&] {
-         change(0, 0, 1);
-         change(0, 0, 10);
-         change(0, 0, 2);
-       },
-       1},
-      {"and back in two steps, with another selection in between",
-       [&] {
-         change(0, 0, 1);
-         edited.Select(0);
-         edited.Select(2);
-         change(0, 0, 10);
-       },
-       2},
-      {"with another change in between",
-       [&] {
-         change(0, 0, 1);
-         edited.Move(1, 2);
-         edited.Move(2, 1);
-         change(0, 0, 2);
-       },
-       4},
-      {"with an undo in between",
-       [&] {
-         change(0, 0, 1);
-         edited.Select(0);
-         change(0, 0, 2);
-         edited.Undo();
-         change(0, 0, 3);
-       },
-       2},
-      {"with a breakpoint in between",
-       [&] {
-         change(0, 0, 1);
-         edited.ToggleBreak();
-         change(0, 0, 2);
-       },
-       2},
-      {"of a stale table: what is stored is a change, although the list is as it was",
-       [&] {
-         edited.Move(1, 2);
-         change(0, 0, 1);
-         change(0, 0, 10);
-       },
-       2},
-  };
-  const int composed = 3;
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.name);
-    edited.Select(2);
-    c.changes();
-    EXPECT_EQ(CountUndoSteps(), composed + c.steps);
-    for (int i = 0; i < composed; ++i) edited.Redo();
+  for (const auto& [changes, steps] : cases) {
+    SCOPED_TRACE(changes);
+    Do("select 2");
+    Do(changes);
+    EXPECT_EQ(CountUndoSteps(), 3 + steps);
+    Do("redo; redo; redo");  // what was composed
     EXPECT_EQ(edited.Row(0), Step(10, 100));
   }
 }
 
 TEST_F(EditedSequenceTest, UndoesTheAddOfAStepLikeItsNeighbours) {
-  Add(30);
-  edited.Select(2);
-  Add(30);
-  for (int i = 0; i < 2; ++i) {
-    EXPECT_EQ(edited.ListIndex(), 3);
-    edited.Undo();
-    EXPECT_EQ(edited.ListCount(), 4);
-    EXPECT_EQ(edited.ListIndex(), 2);
-    EXPECT_EQ(edited.Data().SeqSteps[0], 4);
-    EXPECT_EQ(labels[3].text(), "56 bytes");
-    edited.Redo();
-    EXPECT_EQ(edited.ListCount(), 5);
+  Do("add 30; select 2; add 30");
+  const auto expect = [this](int steps, int selected) {
+    EXPECT_EQ(edited.ListCount(), steps);
+    EXPECT_EQ(edited.ListIndex(), selected);
+    EXPECT_EQ(labels[3].text(), QString("%1 bytes").arg(14 * steps));
     EXPECT_TRUE(edited.Stored());
+  };
+  for (int i = 0; i < 2; ++i) {
+    expect(5, 3);
+    Do("undo");
+    expect(4, 2);
+    Do("redo");
   }
 }
 
 // A read that has failed after its header: no steps, but the number of bytes that programming
 // sends.
 TEST_F(EditedSequenceTest, UndoesTheChangeOfAFigureAlone) {
-  edited.ClearAll();
+  Do("clear-all");
   {
     const History::Change change = edited.BeginChange("Read Seq.");
     EXPECT_TRUE(edited.TakeHeader({0, 28}));
   }
-  edited.ClearAll();
-  EXPECT_EQ(edited.Data().TotalBytes, 0);
-  edited.Undo();
-  EXPECT_EQ(edited.Data().TotalBytes, 28);
-  edited.Undo();
-  EXPECT_EQ(edited.Data().TotalBytes, 0);
+  for (const auto& [operation, bytes] : {std::pair("clear-all", 0), {"undo", 28}, {"undo", 0}}) {
+    Do(operation);
+    EXPECT_EQ(edited.Data().TotalBytes, bytes) << operation;
+  }
 }
 
 TEST_F(EditedSequenceTest, KeepsFiveHundredStepsOfUndo) {

@@ -2,6 +2,9 @@
 // open.
 #pragma once
 
+#include <QRegularExpression>
+
+#include "rig/program_state.h"
 #include "tests/window_fixture.h"
 
 namespace pelmora {
@@ -83,6 +86,16 @@ class FlashTest : public WindowTest {
     EXPECT_EQ(shown, busy);
     return shown;
   }
+
+  // Everything is as it was then, but for what can be undone and redone now, for the focus, and for
+  // what the window "Movement" says of the pointer.
+  void ExpectAsIn(const ProgramState& then) {
+    const QRegularExpression wanted("^(?!undo|redo|focus|Movement)");
+    const QStringList differing = Difference(then, StateOf(*this)).filter(wanted);
+    EXPECT_EQ(differing.join(" · ").toStdString(), "");
+  }
+  // The change that "Undo" or "Redo" would name; "none" where it is disabled.
+  QString NameOf(const char* command) const { return StateOf(*this).values[command]; }
 
   // No operation is running and none has left anything behind. Holds at the end of each test.
   void ExpectAtRest() {

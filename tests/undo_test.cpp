@@ -1,37 +1,11 @@
 // Undo and redo on the real window, by their keys.
 #include "tests/flash_fixture.h"
-#include "tests/sequence_view.h"
 
 namespace pelmora {
 namespace {
 
 class UndoTest : public FlashTest {
  protected:
-  void Undo() { hands->Keys(*form, "Ctrl+Z"); }
-  void Redo() { hands->Keys(*form, "Ctrl+Shift+Z"); }
-  SequenceView Now() const { return ViewOf(*this); }
-  void ExpectView(const SequenceView& wanted) { EXPECT_EQ(Difference(Now(), wanted), ""); }
-  void Interpolate(int count) {
-    Press("CommandInterpolate");
-    form->findChild<QSpinBox*>("CWNumEditInterp")->setValue(count);
-    form->findChild<QPushButton*>("OKButton")->click();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-  }
-  // What an item of the list's context menu would read now; empty when it would be disabled.
-  QString MenuItem(const char* name) {
-    auto& menu = hands->Find<QMenu>("ListMenu");
-    emit menu.aboutToShow();
-    auto& item = hands->Find<QAction>(name);
-    const QString text = item.isEnabled() ? item.text().remove('&') : QString();
-    emit menu.aboutToHide();
-    return text;
-  }
-  // Makes the board silent, and acts as soon as an operation waits for it.
-  void WhenWaitingForASilentBoard(std::function<void()> act) {
-    board.SetFaults({.silent = true});
-    hands->When([this] { return Waiting(); }, std::move(act));
-  }
-
   // Steps in three sequences, the current one (2) changed since it was stored, a breakpoint, and a
   // selection that no label names.
   UndoTest() {
@@ -44,17 +18,31 @@ class UndoTest : public FlashTest {
     Press("CommandBrk");
     Select(1);
     Connect();
-    composed = Now();
+    List().setFocus();
   }
 
-  SequenceView composed;
+  void Undo() { hands->Keys(*form, "Ctrl+Z"); }
+  void Redo() { hands->Keys(*form, "Ctrl+Shift+Z"); }
+  void Interpolate(int count) {
+    Press("CommandInterpolate");
+    form->findChild<QSpinBox*>("CWNumEditInterp")->setValue(count);
+    form->findChild<QPushButton*>("OKButton")->click();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  }
+  void ReadBack(const Sequences& sequences, const char* message) {
+    FillFlash(sequences);
+    ExpectMessage(message);
+    Press("CommandRead");
+  }
+  // Makes the board silent, and acts as soon as an operation waits for it.
+  void WhenWaitingForASilentBoard(std::function<void()> act) {
+    board.SetFaults({.silent = true});
+    hands->When([this] { return Waiting(); }, std::move(act));
+  }
 };
 
 TEST_F(UndoTest, OfEachChangeIsOneStepAndBringsEverythingBack) {
-  const struct {
-    const char* name;
-    std::function<void()> change;
-  } cases[] = {
+  const std::pair<const char*, std::function<void()>> cases[] = {
       {"Add", [&] { Press("CommandAdd"); }},
       {"Remove", [&] { Press("CommandRem"); }},
       {"Replace", [&] { Press("CommandReplace"); }},
@@ -67,63 +55,35 @@ TEST_F(UndoTest, OfEachChangeIsOneStepAndBringsEverythingBack) {
       {"Paste", [&] { ListKeys("Ctrl+V"); }},
       {"Load Buffer", [&] { Trigger("LoadBuffer"); }},  // cancelled
       {"Load Buffer", [&] { Load(ExampleSequences()); }},
-      {"Read Seq.",
-       [&] {
-         FillFlash(RandomSequences(3, 100));
-         ExpectMessage(kReadText);
-         Read();
-       }},
-      {"Read Seq.",
-       [&] {
-         FillFlash({});
-         ExpectMessage(kNothingText);
-         Read();
-       }},
+      {"Read Seq.", [&] { ReadBack(RandomSequences(3, 100), kReadText); }},
+      {"Read Seq.", [&] { ReadBack({}, kNothingText); }},
   };
   Select(3);
-  const SequenceView before = Now();
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.name);
-    c.change();
-    const SequenceView after = Now();
-    ASSERT_TRUE(Changed(before, after));
-    EXPECT_EQ(MenuItem("ListUndo"), QString("Undo %1").arg(c.name));
-    EXPECT_EQ(MenuItem("ListRedo"), "");
+  ListKeys("Ctrl+C");
+  const ProgramState before = StateOf(*this);
+  for (const auto& [name, change] : cases) {
+    SCOPED_TRACE(name);
+    change();
+    const ProgramState after = StateOf(*this);
+    EXPECT_NE(Difference(before, after), QStringList());
+    EXPECT_EQ(NameOf("undo") + ", " + NameOf("redo"), QString(name) + ", none");
     board.ClearLog();
-    const QString slider = hands->Read("CWSlide1_2");
+    for (const char* again : {"Ctrl+Shift+Z", "Ctrl+Y"}) {
+      Undo();
+      ExpectAsIn(before);
+      EXPECT_EQ(NameOf("redo"), name);
+      hands->Keys(*form, again);
+      ExpectAsIn(after);
+    }
     Undo();
-    ExpectView(before);
-    EXPECT_EQ(MenuItem("ListRedo"), QString("Redo %1").arg(c.name));
-    Redo();
-    ExpectView(after);
-    Undo();
-    hands->Keys(*form, "Ctrl+Y");
-    ExpectView(after);
-    Undo();
-    ExpectView(before);
-    EXPECT_EQ(hands->Read("CWSlide1_2"), slider);
     ExpectSent({});
   }
   // What was composed is undone as well.
   for (int i = 0; i < 7; ++i) Undo();
-  EXPECT_EQ(Contents(Now()), Steps(kSequences));
+  EXPECT_EQ(Table(), Sequences());
   // What changes nothing is no step, and leaves the undone ones to be done again.
   for (const char* button : {"CommandRem", "CommandClear", "CommandClearAll"}) Press(button);
-  EXPECT_EQ(MenuItem("ListUndo"), "");
-  EXPECT_EQ(MenuItem("ListRedo"), "Redo Add");
-}
-
-TEST_F(UndoTest, IsSilentAboveTheBoardsCapacity) {
-  const QString warning = "Out of memory: too many steps. Max # of bytes is 24064!";
-  ExpectMessage(warning);
-  Load(FilledSequences(1, 4096, 7));
-  Select(255);
-  ExpectMessage(warning);
-  Press("CommandRem");
-  Undo();
-  EXPECT_EQ(Lines().size(), kSteps);
-  Redo();
-  EXPECT_EQ(Lines().size(), kSteps - 1);
+  EXPECT_EQ(NameOf("undo") + ", " + NameOf("redo"), "none, Add");
 }
 
 TEST_F(UndoTest, WorksWhilePlaybackRunsAndLeavesTheViewWhereItIs) {
@@ -144,11 +104,12 @@ TEST_F(UndoTest, WorksWhilePlaybackRunsAndLeavesTheViewWhereItIs) {
 }
 
 TEST_F(UndoTest, OfAReadWaitsForItsEndAndTakesWhatWasDoneMeanwhileWithIt) {
+  const ProgramState composed = StateOf(*this);
   WhenWaitingForASilentBoard([&] {
-    const SequenceView cleared = Now();
+    const ProgramState cleared = StateOf(*this);
+    EXPECT_EQ(NameOf("undo"), "none");
     Undo();
-    ExpectView(cleared);
-    EXPECT_EQ(MenuItem("ListUndo"), "");
+    ExpectAsIn(cleared);
     Press("CommandAdd");
     Press("CommandMoreSeq");
     Undo();
@@ -159,43 +120,39 @@ TEST_F(UndoTest, OfAReadWaitsForItsEndAndTakesWhatWasDoneMeanwhileWithIt) {
     Undo();
     EXPECT_EQ(Data().CurSeq, 1) << "the read has not ended yet";
   });
-  Read();
+  Press("CommandRead");
   EXPECT_EQ(Data().SeqSteps[0], 1);
   Undo();
-  ExpectView(composed);
+  ExpectAsIn(composed);
 }
 
 TEST_F(UndoTest, BringsBackWhatALostLineTook) {
   box.ExpectAnything();
-  WhenWaitingForASilentBoard([&] { board.Unplug(); });
-  Read();
-  EXPECT_TRUE(Lines().isEmpty());
-  Undo();
-  ExpectView(composed);
-  // And what a press of the button took with no port open.
-  hands->WaitUntil([this] { return Enabled("ComboPort"); });
-  Read();
-  EXPECT_TRUE(Lines().isEmpty());
-  Undo();
-  ExpectView(composed);
+  const QStringList composed = Lines();
+  for (const bool open : {true, false}) {
+    if (open) WhenWaitingForASilentBoard([&] { board.Unplug(); });
+    Press("CommandRead");
+    EXPECT_TRUE(Lines().isEmpty());
+    Undo();
+    EXPECT_EQ(Lines(), composed);
+    hands->WaitUntil([this] { return Enabled("ComboPort"); });
+  }
 }
 
 TEST_F(UndoTest, AndRedoAreNotAvailableWhileTheFlashIsErasedOrProgrammed) {
   Undo();
-  composed = Now();
+  const QStringList lines = Lines();
   for (const char* operation : {"CommandErase", "CommandFlash"}) {
     WhenWaitingForASilentBoard([&] {
       Undo();
       Redo();
-      ExpectView(composed);
-      EXPECT_EQ(MenuItem("ListUndo"), "");
-      EXPECT_EQ(MenuItem("ListRedo"), "");
+      EXPECT_EQ(Lines(), lines);
+      EXPECT_EQ(NameOf("undo") + ", " + NameOf("redo"), "none, none");
       Unplug();
       ExpectMessage(kAbortText);
     });
     hands->Click(operation);
-    EXPECT_EQ(MenuItem("ListUndo"), "Undo Add");
-    EXPECT_EQ(MenuItem("ListRedo"), "Redo Move");
+    EXPECT_EQ(NameOf("undo") + ", " + NameOf("redo"), "Add, Move");
     ConnectAgain();
   }
 }
@@ -223,42 +180,22 @@ TEST_F(UndoTest, ProgrammingWritesWhatTheTableMustHold) {
       {"D-", "12"},     {"D-U", "012"},  {"D-UU", "012"}, {"D-UURR", "12"}, {"-A", ""},
       {"-AU", "12"},    {"-AUU", "012"}, {"-AUURR", ""},
   };
-  Press("CommandLessSeq");
-  Press("CommandLessSeq");
+  const std::map<char, std::function<void()>> presses = {
+      {'U', [&] { Undo(); }},
+      {'R', [&] { Redo(); }},
+      {'C', [&] { Press("CommandClear"); }},
+      {'A', [&] { Press("CommandClearAll"); }},
+      {'D', [&] { ListKeys("Ctrl+Down"); }},
+      {'I', [&] { Interpolate(2); }},
+      {'S', [&] { files.answer.reset(), Trigger("SaveBuffer"); }},
+      {'+', [&] { Press("CommandMoreSeq"), Press("CommandLessSeq"); }},
+      {'-', [&] { Press("CommandRem"); }},
+  };
   for (const auto& [pressed, programmed] : cases) {
     SCOPED_TRACE(pressed);
     Load(steps("012"));
     Select(0);
-    for (const char key : std::string(pressed)) {
-      switch (key) {
-        case 'U':
-          Undo();
-          break;
-        case 'R':
-          Redo();
-          break;
-        case 'C':
-          Press("CommandClear");
-          break;
-        case 'A':
-          Press("CommandClearAll");
-          break;
-        case 'D':
-          ListKeys("Ctrl+Down");
-          break;
-        case 'I':
-          Interpolate(2);
-          break;
-        case 'S':
-          files.answer.reset(), Trigger("SaveBuffer");
-          break;
-        case '+':
-          Press("CommandMoreSeq"), Press("CommandLessSeq");
-          break;
-        default:
-          Press("CommandRem");
-      }
-    }
+    for (const char key : std::string(pressed)) presses.at(key)();
     board.ClearLog();
     ProgramWell();
     ExpectSent(ProgramBytes(steps(programmed)));

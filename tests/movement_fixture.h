@@ -6,7 +6,6 @@
 #include "movement/movement_look.h"
 #include "movement/movement_window.h"
 #include "tests/flash_fixture.h"
-#include "tests/sequence_view.h"
 
 namespace pelmora {
 
@@ -58,20 +57,16 @@ class Movement : public FlashTest {
   QPoint At(double ms, double y) const { return QPointF(Geometry().X(ms), y).toPoint(); }
   // The level of a step in a lane, while lane `chosen` is the high one.
   QPoint Level(int step, int channel, int chosen = 0) const {
-    const int position =
-        Data().EditBuffer[static_cast<std::size_t>(step)][static_cast<std::size_t>(channel)];
-    return At(MiddleOf(step), Geometry(chosen).lanes.Y(channel, position));
+    return At(MiddleOf(step), Geometry(chosen).lanes.Y(channel, Position(step, channel)));
   }
   double MiddleOf(int step) const {
     double ms = 0;
     for (int i = 0; i <= step; ++i) ms += Duration(i) * (i < step ? 1 : 0.5);
     return ms;
   }
-  int Duration(int step) const {
-    return Data().EditBuffer[static_cast<std::size_t>(step)][kDurationColumn];
-  }
+  int Duration(int step) const { return Position(step, kDurationColumn); }
   int Position(int step, int channel) const {
-    return Data().EditBuffer[static_cast<std::size_t>(step)][static_cast<std::size_t>(channel)];
+    return form->Edited().Row(step)[static_cast<std::size_t>(channel)];
   }
 
   // Real events, of the window as a whole.

@@ -21,30 +21,23 @@ class Shape : public Movement {
   }
   // So many ms on the screen, in whole pixels.
   int Wide(double ms) const { return At(ms, 0).x() - At(0, 0).x(); }
-  SequenceView Now() const { return ViewOf(*this); }
-  void ExpectView(const SequenceView& wanted) { EXPECT_EQ(Difference(Now(), wanted), ""); }
-  QString UndoName() const {
-    emit hands->Find<QMenu>("ListMenu").aboutToShow();
-    return Item("ListUndo").text().remove('&');
+  void Drag(const QPoint& from, const QPoint& way) {
+    DragTo(from, from + way);
+    ReleaseAt(from + way);
   }
-
-  // The view as it should be with one value of a line changed and stored.
-  static SequenceView With(SequenceView view, int step, int column, int value) {
-    auto data = std::make_shared<Declaration>(*view.data);
-    const auto row = static_cast<std::size_t>(step);
-    data->EditBuffer[row][static_cast<std::size_t>(column)] = value;
-    SequenceRecord& record = data->SeqTable[data->CurSeq];
-    QStringList fields = view.lines[step].split('\t');
-    if (column == kDurationColumn) {
-      record.Duration[row] = static_cast<std::int16_t>(value);
-      fields[column] = QStringLiteral("%1  ms").arg(value);
-    } else {
-      record.Position[row][static_cast<std::size_t>(column)] = static_cast<std::uint8_t>(value);
-      fields[column] = Local(QString::number((value - kCentre) / 2.0)) + " °";
+  // The values of steps that differ from these, "6.0 = 182" for channel 0 of step 6, and what else
+  // of the program does.
+  std::string Changes(const EditRows& rows, const ProgramState& state) const {
+    QStringList changes;
+    for (std::size_t step = 0; step < rows.size(); ++step) {
+      for (std::size_t column = 0; column < kEditColumns; ++column) {
+        const int value = Data().EditBuffer[step][column];
+        if (value == rows[step][column]) continue;
+        changes.append(QString("%1.%2 = %3").arg(step).arg(column).arg(value));
+      }
     }
-    view.lines[step] = fields.join('\t');
-    view.data = data;
-    return view;
+    const QRegularExpression others("^(?!Movement|focus|redo|[-+])");
+    return (changes + Difference(state, StateOf(*this)).filter(others)).join(" · ").toStdString();
   }
 };
 
@@ -52,74 +45,62 @@ TEST_F(Shape, ADragChangesOneValueOfOneStep) {
   const double half = Geometry().lanes.Y(0, 0) - Geometry().lanes.Y(0, 1);
   ASSERT_GE(half, 1) << "a pixel is no more than half a degree";
   const struct {
-    const char* what;
-    int step, column, value;
     QPoint from, way;
-    const char* name;
+    const char* live;  // said while the button is down
+    const char* changes;
   } cases[] = {
-      {"up in the chosen lane", 6, 0, 152 + 30, Level(6, 0), {0, -30}, "Angle"},
-      {"down, on the step with the breakpoint", 3, 0, 140 - 1, Level(3, 0), {9, 1}, "Angle"},
-      {"beyond the lane", 6, 0, 255, Level(6, 0), {-40, -900}, "Angle"},
-      {"the end of a step", 6, kDurationColumn, 500, At(2800, 300), {Wide(100), 40}, "Duration"},
-      {"the end of a step, on the ruler",
-       0,
-       kDurationColumn,
-       20,
-       At(400, 20),
-       {-500, 0},
-       "Duration"},
-      {"the last end", 29, kDurationColumn, 440, At(12000, 300), {Wide(40), 0}, "Duration"},
+      {Level(6, 0), {0, -30}, "Ch0 27 °", "6.0 = 182 · Ch0: 182 · selected: 6 · undo: Angle"},
+      // The step with the breakpoint.
+      {Level(3, 0), {9, 1}, "Ch0 5.5 °", "3.0 = 139 · Ch0: 139 · selected: 3 · undo: Angle"},
+      // Beyond the lane.
+      {Level(6, 0), {-40, -900}, "Ch0 63.5 °", "6.0 = 255 · Ch0: 255 · selected: 6 · undo: Angle"},
+      // Ends of steps: in a lane, on the ruler, the last one.
+      {At(2800, 300), {Wide(100), 40}, "500 ms", "6.12 = 500 · selected: 6 · undo: Duration"},
+      {At(400, 20), {-500, 0}, "20 ms", "0.12 = 20 · selected: 0 · undo: Duration"},
+      {At(12000, 300), {Wide(40), 0}, "440 ms", "29.12 = 440 · selected: 29 · top line: 17 · undo: Duration"},
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.what);
+  for (const auto& [from, way, live, changes] : cases) {
+    SCOPED_TRACE(changes);
     Select(9);
-    SequenceView wanted = With(Now(), c.step, c.column, c.value);
-    const SequenceView before = Now();
-    wanted.selected = c.step;
-    const bool angle = c.column != kDurationColumn;
-    const int fader = angle ? c.value : Fader(0);
-    DragTo(c.from, c.from + c.way);
-    EXPECT_EQ(State().contains(angle ? "Ch0" : QString::number(c.value) + " ms"), true) << "live";
-    EXPECT_EQ(Lines(), before.lines) << "not before its end";
-    ReleaseAt(c.from + c.way);
-    ExpectView(wanted);
-    EXPECT_EQ(Fader(0), fader);
-    EXPECT_EQ(UndoName(), QString("Undo ") + c.name);
+    const EditRows rows = Data().EditBuffer;
+    const ProgramState before = StateOf(*this);
+    DragTo(from, from + way);
+    EXPECT_TRUE(State().contains(Local(live))) << State().toStdString();
+    EXPECT_EQ(Data().EditBuffer, rows) << "not before its end";
+    ReleaseAt(from + way);
+    EXPECT_EQ(Changes(rows, before), changes);
+    const int fader = Fader(0);
     Keys("Ctrl+Z");
-    EXPECT_EQ(Lines(), before.lines);
-    EXPECT_EQ(Data().SeqTable, before.data->SeqTable);
+    EXPECT_EQ(Data().EditBuffer, rows);
     EXPECT_EQ(Fader(0), fader) << "undo moves no fader";
     Keys("Ctrl+0");
   }
 }
 
 TEST_F(Shape, InALowLaneAndAsAClickThatTrembles) {
-  const SequenceView before = Now();
+  const QStringList before = Lines();
   const QPoint level = Level(6, 5);
   PressAt(level);
   MoveTo(level + QPoint(1, 1));
   ReleaseAt(level + QPoint(1, 1));
   EXPECT_EQ(Selected(), 6) << "a click";
-  EXPECT_EQ(Lines(), before.lines);
-  DragTo(Level(6, 5, 5), Level(6, 5, 5) + QPoint(0, -20));
-  ReleaseAt(Level(6, 5, 5) + QPoint(0, -20));
+  EXPECT_EQ(Lines(), before);
+  Drag(Level(6, 5, 5), {0, -20});
   EXPECT_EQ(Position(6, 5), 128 - 24 + 20) << "the lane that was clicked is the high one";
   // Half degrees are fewer than pixels in a low lane.
   const Lanes lanes = Geometry(5).lanes;
   const double position = lanes.PositionAt(11, lanes.Y(11, 128 - 24) - 6);
-  DragTo(Level(6, 11, 5), Level(6, 11, 5) + QPoint(0, -6));
-  ReleaseAt(Level(6, 11, 5) + QPoint(0, -6));
+  Drag(Level(6, 11, 5), {0, -6});
   EXPECT_NEAR(Position(6, 11), position, 6);
   EXPECT_NE(Position(6, 11), 128 - 24);
-  const QPoint label(20, static_cast<int>(Geometry(11).lanes.Top(11)) + 5);
-  ClickAt(label);
+  ClickAt({20, static_cast<int>(Geometry(11).lanes.Top(11)) + 5});
   EXPECT_NEAR(Level(6, 11, 11).y(), At(0, Geometry(11).lanes.Y(11, Position(6, 11))).y(), 1);
 }
 
 TEST_F(Shape, EscapePutsEverythingBack) {
   SetSlider(0, 77);
-  const SequenceView before = Now();
   Connect();
+  const ProgramState before = StateOf(*this);
   board.ClearLog();
   for (const auto& [from, way] :
        {std::pair(Level(9, 0), QPoint(0, -50)), std::pair(At(4000, 300), QPoint(60, 0))}) {
@@ -127,73 +108,57 @@ TEST_F(Shape, EscapePutsEverythingBack) {
     Keys("Escape");
     EXPECT_TRUE(Shown()) << "the first one is the drag's";
     ReleaseAt(from + way);
-    ExpectView(before);
-    EXPECT_EQ(Fader(0), 77);
+    ExpectAsIn(before);
   }
   const Bytes sent = Sent(4);
   EXPECT_EQ(Bytes(sent.end() - 2, sent.end()), (Bytes{8, 77})) << "the servo, too";
-  EXPECT_EQ(UndoName(), "Undo Load Buffer");
+  EXPECT_EQ(NameOf("undo"), "Load Buffer");
   // Keys and other buttons mean nothing during a drag.
   DragTo(Level(9, 0), Level(9, 0) + QPoint(0, -50));
   Keys("Right Shift+Up Down Enter Ctrl++ Escape");
   QTest::mouseClick(Window().windowHandle(), Qt::RightButton, {}, {300, 300});
   ReleaseAt({300, 300});
-  ExpectView(before);
+  ExpectAsIn(before);
 }
 
 // Whatever else happens, the drag ends, and what happened counts.
 TEST_F(Shape, ADragEndsWithoutEffectWhenSomethingElseHappens) {
   Connect();
-  const struct {
-    const char* what;
-    std::function<void()> happens;
-  } cases[] = {
+  const auto play_for_a_moment = [&] {
+    Press("CWButtonEmuPC");
+    QTest::qWait(30);
+    Press("CWButtonEmuPC");
+  };
+  const auto minimise = [&] {
+    QHideEvent hide;
+    QShowEvent show;
+    QApplication::sendEvent(&Canvas(), &hide);
+    QApplication::sendEvent(&Canvas(), &show);
+  };
+  const auto open_dialog = [&] {
+    Press("CommandInterpolate");
+    EXPECT_TRUE(Window().isVisible());
+    EXPECT_FALSE(Canvas().isEnabled());
+    Keys("Right Shift+Up Shift+Right");
+    hands->Click("CancelButton");
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(Canvas().isEnabled());
+  };
+  const std::pair<const char*, std::function<void()>> cases[] = {
       {"undo", [&] { Keys("Ctrl+Z"); }},
       {"redo", [&] { Keys("Ctrl+Y"); }},
-      {"another sequence",
-       [&] {
-         Press("CommandMoreSeq");
-         Press("CommandLessSeq");
-       }},
+      {"another sequence", [&] { Press("CommandMoreSeq"), Press("CommandLessSeq"); }},
       {"a step comes", [&] { Press("CommandAdd"); }},
       {"a step goes", [&] { Press("CommandRem"); }},
       {"a step is moved", [&] { ListKeys("Ctrl+Up"); }},
       {"all is cleared", [&] { Press("CommandClear"); }},
-      {"a read completes",
-       [&] {
-         FillFlash(FilledSequences(3, 20, 5));
-         ReadWell();
-       }},
-      {"playback ends",
-       [&] {
-         Press("CWButtonEmuPC");
-         QTest::qWait(30);
-         Press("CWButtonEmuPC");
-       }},
+      {"a read completes", [&] { FillFlash(FilledSequences(3, 20, 5)), ReadWell(); }},
+      {"playback ends", play_for_a_moment},
       {"the window hides", [&] { Keys("Ctrl+M"); }},
-      {"it is minimised",
-       [&] {
-         QHideEvent hide;
-         QShowEvent show;
-         QApplication::sendEvent(&Canvas(), &hide);
-         QApplication::sendEvent(&Canvas(), &show);
-       }},
-      {"the program is locked",
-       [&] {
-         form->setEnabled(false);
-         form->setEnabled(true);
-       }},
+      {"it is minimised", minimise},
+      {"the program is locked", [&] { form->setEnabled(false), form->setEnabled(true); }},
       {"another window comes up", [&] { QApplication::setActiveWindow(form.get()); }},
-      {"the dialog comes up",
-       [&] {
-         Press("CommandInterpolate");
-         EXPECT_TRUE(Window().isVisible());
-         EXPECT_FALSE(Canvas().isEnabled());
-         Keys("Right Shift+Up Shift+Right");
-         hands->Click("CancelButton");
-         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-         EXPECT_TRUE(Canvas().isEnabled());
-       }},
+      {"the dialog comes up", open_dialog},
   };
   for (const auto& [what, happens] : cases) {
     for (const bool angle : {true, false}) {
@@ -207,13 +172,11 @@ TEST_F(Shape, ADragEndsWithoutEffectWhenSomethingElseHappens) {
       const QPoint way = angle ? QPoint(0, -30) : QPoint(50, 0);
       DragTo(from, from + way);
       happens();
-      const SequenceView then = Now();
-      const int fader_then = Fader(0);
+      const ProgramState then = StateOf(*this);
       MoveTo(from + 2 * way);
       ReleaseAt(from + 2 * way);
       QTest::qWait(10);
-      ExpectView(then);
-      EXPECT_EQ(Fader(0), fader_then);
+      ExpectAsIn(then);
     }
   }
 }
@@ -275,8 +238,8 @@ TEST_F(Shape, AnEndHeldBesideTheViewScrollsIt) {
   EXPECT_EQ(Duration(29) % 20, 0);
   Keys("Ctrl+0");
   const QPoint start = At(11600, 300);
-  DragTo(start + QPoint(Wide(Duration(29)), 0), start - QPoint(3000, 0));
-  ReleaseAt(start - QPoint(3000, 0));
+  const QPoint last(Wide(Duration(29)), 0);
+  Drag(start + last, -last - QPoint(3000, 0));
   EXPECT_EQ(Duration(29), 20);
 }
 
@@ -292,7 +255,7 @@ TEST_F(Shape, KeysShapeTheSelectedStepInTheChosenLane) {
   for (const auto& [keys, column, value, name] : cases) {
     Keys(keys);
     EXPECT_EQ(Position(4, column), value) << keys;
-    EXPECT_EQ(UndoName(), QString("Undo ") + name);
+    EXPECT_EQ(NameOf("undo"), name);
   }
   EXPECT_EQ(Fader(2), 143) << "the servo shows the angle";
   EXPECT_EQ(Sent(10), (Bytes{10, 145, 10, 144, 10, 143, 10, 153, 10, 143})) << "each change once";
@@ -305,9 +268,9 @@ TEST_F(Shape, KeysShapeTheSelectedStepInTheChosenLane) {
   }
   EXPECT_EQ(Selected(), 4);
   Select(-1);
-  const SequenceView none = Now();
+  const ProgramState none = StateOf(*this);
   Keys("Shift+Up Shift+Right");
-  ExpectView(none);
+  ExpectAsIn(none);
 }
 
 }  // namespace

@@ -53,6 +53,8 @@ struct FlashFigures {
 // All 16 sequences.
 struct SequenceTable : FlashFigures {
   std::array<SequenceRecord, kSequences> SeqTable{};
+
+  bool operator==(const SequenceTable&) const = default;
 };
 
 // One row of the edit buffer: twelve positions (0..255), the duration in ms, the breakpoint flag.
@@ -65,6 +67,8 @@ struct Declaration : SequenceTable {
   std::uint8_t CurSeq = 0;
   // Working copy of the current sequence; rows beyond the step list's last line hold leftovers.
   EditRows EditBuffer{};
+
+  bool operator==(const Declaration&) const = default;
 };
 
 }  // namespace pelmora

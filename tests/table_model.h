@@ -7,9 +7,24 @@
 #include <vector>
 
 #include "core/step_line.h"
-#include "tests/sequence_view.h"
+#include "tests/window_fixture.h"
 
 namespace pelmora {
+
+using Steps = std::vector<std::vector<EditRow>>;
+
+// The 16 sequences as the table holds them.
+inline Steps StoredSteps(const Declaration& data) {
+  Steps stored(kSequences);
+  for (std::size_t i = 0; i < kSequences; ++i) {
+    stored[i].resize(static_cast<std::size_t>(data.SeqSteps[i]));
+    for (std::size_t step = 0; step < stored[i].size(); ++step) {
+      std::ranges::copy(data.SeqTable[i].Position[step], stored[i][step].begin());
+      stored[i][step][kDurationColumn] = data.SeqTable[i].Duration[step];
+    }
+  }
+  return stored;
+}
 
 class TableModel {
  public:
@@ -38,7 +53,7 @@ class TableModel {
   void Show(int sequence) { now_.current = static_cast<std::size_t>(sequence); }
   // A read has taken what the board has sent, whatever that was.
   void Adopt() {
-    now_.table = StoredSteps(ViewOf(program_));
+    now_.table = StoredSteps(program_.Data());
     now_.current = program_.Data().CurSeq;
     now_.header.clear();
     PutWord(now_.header, static_cast<std::size_t>(program_.Data().TotalBytes));
@@ -61,18 +76,21 @@ class TableModel {
   }
   void End() {
     if (--open_ > 0 || before_ == Now()) return;
+    ++changes_;
     undo_.push_back(before_);
     if (undo_.size() > kMostUndone) undo_.erase(undo_.begin());
     redo_.clear();
   }
+  // How many there are that have not been undone.
+  int Changes() const { return changes_; }
   // `press` presses the key, which does nothing unless it is `allowed`.
   template <class Press>
   void Undo(bool allowed, Press press) {
-    Exchange(allowed, press, undo_, redo_);
+    Exchange(allowed, press, undo_, redo_, -1);
   }
   template <class Press>
   void Redo(bool allowed, Press press) {
-    Exchange(allowed, press, redo_, undo_);
+    Exchange(allowed, press, redo_, undo_, 1);
   }
 
   // What programming sends behind its command. Nothing after a read whose header did not fit its
@@ -83,9 +101,8 @@ class TableModel {
   }
 
   void Check() const {
-    const SequenceView view = ViewOf(program_);
-    EXPECT_TRUE(StoredSteps(view) == now_.table) << "the table is not what was stored";
-    EXPECT_EQ(view.data->CurSeq, now_.current);
+    EXPECT_TRUE(StoredSteps(program_.Data()) == now_.table) << "the table is not what was stored";
+    EXPECT_EQ(program_.Data().CurSeq, now_.current);
   }
 
  private:
@@ -111,13 +128,15 @@ class TableModel {
     return sequences;
   }
   template <class Press>
-  void Exchange(bool allowed, Press press, std::vector<State>& from, std::vector<State>& to) {
+  void Exchange(bool allowed, Press press, std::vector<State>& from, std::vector<State>& to,
+                int changes) {
     const State former = Now();
     press();
     if (allowed && open_ == 0 && !from.empty()) {
       to.push_back(former);
       now_ = from.back();
       from.pop_back();
+      changes_ += changes;
       EXPECT_EQ(Now().lines, now_.lines);
     } else {
       EXPECT_TRUE(Now() == former) << "there is nothing to undo or redo";
@@ -128,6 +147,7 @@ class TableModel {
   State now_;
   State before_;
   int open_ = 0;
+  int changes_ = 0;
   std::vector<State> undo_;
   std::vector<State> redo_;
 };

@@ -41,6 +41,16 @@ TEST(MovementTimes, OfStepsAndTheStepAtATime) {
   EXPECT_EQ(StepTimes(ShownSteps({})).StepAt(0), -1);
 }
 
+TEST(MovementTimes, WhichChannelsMove) {
+  auto rows = Rows({20, 20, 20});
+  for (EditRow& row : rows) row[3] = 99;
+  rows[2][5] = 99;
+  const ShownSteps steps(rows);
+  std::string moving;
+  for (int channel = 0; channel < kChannels; ++channel) moving += steps.Moves(channel) ? '+' : '.';
+  EXPECT_EQ(moving, "+....+......");
+}
+
 TEST(MovementTimes, OnTheLine) {
   // So many channels change in the last of three steps.
   const std::tuple<int, int, double, bool> cases[] = {
@@ -80,6 +90,20 @@ TEST(MovementTimes, ZoomAndScroll) {
   EXPECT_EQ(scale.Left(), 0);
   scale.ScrollTo(1e9);
   EXPECT_NEAR(scale.X(8'388'352), 1000, 1e-6);
+  // Of a wider view, or a shorter whole, the end stays where it was.
+  scale.SetWidth(1128);
+  EXPECT_NEAR(scale.X(8'388'352), 1100, 1e-6);
+  scale.SetTotal(5'000'000);
+  EXPECT_NEAR(scale.X(5'000'000), 1100, 1e-6);
+  scale.Fit();
+  EXPECT_EQ(scale.Left(), 0);
+  // At its end a pointer finds it.
+  for (const auto& [width, fits] : {std::pair(1107, true), std::pair(1105, false)}) {
+    scale.SetWidth(width);
+    EXPECT_EQ(scale.Fits(), fits) << width;
+  }
+  scale.SetWidth(1028);
+  scale.SetTotal(8'388'352);
   for (int i = 0; i < 50; ++i) scale.ZoomAround(700, 2);
   EXPECT_EQ(scale.Left(), 0);
   EXPECT_NEAR(scale.X(8'388'352), 500, 0.01) << "twice the zoom that fits";
@@ -110,6 +134,7 @@ TEST(MovementTimes, AStretchIsBroughtIntoView) {
 
 TEST(MovementTimes, RulerMarksStandApart) {
   const std::tuple<int, int, const char*> cases[] = {{1000, 100, "0.1 s"},
+                                                     {600, 50, "0.05 s"},
                                                      {4820, 500, "0.5 s"},
                                                      {60000, 5000, "5 s"},
                                                      {8'388'352, 1'000'000, "1000 s"}};
@@ -186,6 +211,13 @@ TEST(MovementLanes, WhatLiesUnderAPoint) {
     EXPECT_EQ(found, hit) << x - left << ", " << y << ": " << static_cast<int>(found.part) << ' '
                           << found.step << ' ' << found.channel;
   }
+}
+
+TEST(MovementLanes, NothingLiesInASequenceWithoutSteps) {
+  const ShownSteps none({});
+  Places places;
+  places.lanes = Lanes(Places::kRuler, 624, 0);
+  EXPECT_EQ(HitAt(places, none, StepTimes(none), Places::kLabels, 300), Hit{});
 }
 
 TEST(MovementShaping, ValuesSnapAndStayInTheirRange) {

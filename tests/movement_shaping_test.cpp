@@ -44,6 +44,7 @@ class Shape : public Movement {
 TEST_F(Shape, ADragChangesOneValueOfOneStep) {
   const double half = Geometry().lanes.Y(0, 0) - Geometry().lanes.Y(0, 1);
   ASSERT_GE(half, 1) << "a pixel is no more than half a degree";
+  Connect();
   const struct {
     QPoint from, way;
     const char* live;  // said while the button is down
@@ -57,7 +58,10 @@ TEST_F(Shape, ADragChangesOneValueOfOneStep) {
       // Ends of steps: in a lane, on the ruler, the last one.
       {At(2800, 300), {Wide(100), 40}, "500 ms", "6.12 = 500 · selected: 6 · undo: Duration"},
       {At(400, 20), {-500, 0}, "20 ms", "0.12 = 20 · selected: 0 · undo: Duration"},
-      {At(12000, 300), {Wide(40), 0}, "440 ms", "29.12 = 440 · selected: 29 · top line: 17 · undo: Duration"},
+      {At(12000, 300),
+       {Wide(40), 0},
+       "440 ms",
+       "29.12 = 440 · selected: 29 · top line: 17 · undo: Duration"},
   };
   for (const auto& [from, way, live, changes] : cases) {
     SCOPED_TRACE(changes);
@@ -87,6 +91,9 @@ TEST_F(Shape, InALowLaneAndAsAClickThatTrembles) {
   EXPECT_EQ(Lines(), before);
   Drag(Level(6, 5, 5), {0, -20});
   EXPECT_EQ(Position(6, 5), 128 - 24 + 20) << "the lane that was clicked is the high one";
+  Drag(Level(6, 5, 5), {0, -5});
+  Keys("Ctrl+Z");
+  EXPECT_EQ(Position(6, 5), 128 - 24 + 20) << "each drag is undone by itself";
   // Half degrees are fewer than pixels in a low lane.
   const Lanes lanes = Geometry(5).lanes;
   const double position = lanes.PositionAt(11, lanes.Y(11, 128 - 24) - 6);
@@ -170,8 +177,11 @@ TEST_F(Shape, ADragEndsWithoutEffectWhenSomethingElseHappens) {
       Keys("Ctrl+0");
       const QPoint from = angle ? Level(4, 0) : At(Geometry().time.X(0) + 2000, 300);
       const QPoint way = angle ? QPoint(0, -30) : QPoint(50, 0);
+      SetSlider(0, 77);
       DragTo(from, from + way);
+      const int fader = Fader(0);
       happens();
+      EXPECT_EQ(Fader(0), fader) << "where the servo is";
       const ProgramState then = StateOf(*this);
       MoveTo(from + 2 * way);
       ReleaseAt(from + 2 * way);

@@ -8,7 +8,7 @@ namespace pelmora {
 namespace {
 
 constexpr std::uint32_t kSeed = 20261122;
-constexpr int kActions = 3600;
+constexpr int kActions = 5000;
 constexpr int kEnough = 10;  // times that each effect must have been seen in a run of so many
 constexpr int kEnoughInside = 100;  // of all operations inside others; each kind is rare
 

@@ -43,58 +43,29 @@ FlashHeader HeaderFrom(const Bytes& bytes) {
 
 TEST(BoardCodec, Commands) {
   const std::pair<Bytes, const char*> commands[] = {
-      {BytesOf(PcControlOffCommand()), "00"},
-      {BytesOf(PcControlOnCommand()), "01"},
-      {BytesOf(PlayCommand(0)), "03 00"},
-      {BytesOf(PlayCommand(15)), "03 0F"},
-      {BytesOf(StopCommand()), "04"},
-      {BytesOf(ReadCommand()), "06"},
-      {BytesOf(EraseCommand()), "07"},
-      {BytesOf(ResetCommand()), "11"},
-      {BytesOf(PositionCommand(0, 0)), "08 00"},
-      {BytesOf(PositionCommand(1, 128)), "09 80"},
-      {BytesOf(PositionCommand(2, 128)), "0A 80"},
-      {BytesOf(PositionCommand(3, 127)), "0B 7F"},
-      {BytesOf(PositionCommand(4, 1)), "0C 01"},
-      {BytesOf(PositionCommand(5, 2)), "0D 02"},
-      {BytesOf(PositionCommand(6, 3)), "0E 03"},
-      {BytesOf(PositionCommand(7, 255)), "0F FF"},
-      {BytesOf(PositionCommand(8, 0)), "28 00"},
-      {BytesOf(PositionCommand(9, 200)), "29 C8"},
-      {BytesOf(PositionCommand(10, 254)), "2A FE"},
-      {BytesOf(PositionCommand(11, 255)), "2B FF"},
+      {BytesOf(PcControlOffCommand()), "00"}, {BytesOf(PcControlOnCommand()), "01"},
+      {BytesOf(PlayCommand(0)), "03 00"},     {BytesOf(PlayCommand(15)), "03 0F"},
+      {BytesOf(StopCommand()), "04"},         {BytesOf(ReadCommand()), "06"},
+      {BytesOf(EraseCommand()), "07"},        {BytesOf(ResetCommand()), "11"},
   };
   for (const auto& [bytes, wire] : commands) EXPECT_EQ(bytes, Hex(wire)) << wire;
+  const Bytes codes = Hex("08 09 0A 0B 0C 0D 0E 0F 28 29 2A 2B");
+  for (std::size_t channel = 0; channel < codes.size(); ++channel) {
+    for (const std::uint8_t position : Bytes{0, 1, 127, 128, 255}) {
+      EXPECT_EQ(BytesOf(PositionCommand(static_cast<int>(channel), position)),
+                (Bytes{codes[channel], position}));
+    }
+  }
   for (const int byte : {0, 1, 127, 128, 254, 255}) {
     const Bytes received = {static_cast<std::uint8_t>(byte), 255};
     EXPECT_EQ(IsAcknowledgement(received), byte == 255) << byte;
   }
 }
 
-TEST(BoardCodec, TheExamplesImageInBothDirections) {
-  const auto table = TableOf(ExampleSequences());
-  const auto command = ProgramCommand(*table);
-  const auto rows = std::make_unique<FlashRows>();
-  (*rows)[3].fill(77);
-  EncodeSteps(*table, *rows);
-  Bytes sent = BytesOf(command);
-  for (int i = 0; i < table->TotalBytes; ++i) sent.push_back(StagedByte(*rows, i));
-  EXPECT_EQ(sent, Bytes{2} + ExampleImage());
-  EXPECT_EQ(StagedByte(*rows, 42), 77) << "a row that isn't written stays";
-
-  const auto read = std::make_unique<SequenceTable>();
-  const auto header = HeaderFrom(ExampleImage());
-  EXPECT_EQ(AnnouncedBytes(header), 42);
-  ASSERT_TRUE(DecodeHeader(header, *read));
-  EXPECT_EQ(read->SeqSteps, table->SeqSteps);
-  EXPECT_EQ(read->SeqOffset, table->SeqOffset);
-  EXPECT_EQ(read->TotalBytes, 42);
-  ASSERT_TRUE(DecodeSteps(*rows, *read));
-  EXPECT_EQ(read->SeqTable, table->SeqTable);
-}
-
-// No steps; sequences that all differ in length; 256 steps in the last one only; 146 in each.
-TEST(BoardCodec, OtherImagesInBothDirections) {
+// The example, byte by byte; no steps; sequences that all differ in length; 256 steps in the last
+// one only; 146 in each.
+TEST(BoardCodec, ImagesInBothDirections) {
+  EXPECT_EQ(HeaderOf(ExampleSequences()) + StepDataOf(ExampleSequences()), ExampleImage());
   Sequences uneven;
   for (std::size_t i = 1; i < uneven.size(); ++i) {
     uneven[i] = RandomSequences(static_cast<unsigned>(i), 400)[i];
@@ -104,21 +75,23 @@ TEST(BoardCodec, OtherImagesInBothDirections) {
   last[15] = FilledSequences(2, 256, 1638)[0];
   Sequences even;
   for (auto& sequence : even) sequence = {146, Step{{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}, 256}};
-  for (const Sequences& sequences : {Sequences{}, uneven, last, even}) {
+  for (const Sequences& sequences : {ExampleSequences(), Sequences{}, uneven, last, even}) {
     const auto table = TableOf(sequences);
-    ASSERT_TRUE(HeaderFits(*table));
-    const auto command = ProgramCommand(*table);
-    EXPECT_EQ(BytesOf(command), Bytes{2} + HeaderOf(sequences));
-    const auto encoded = std::make_unique<FlashRows>();
-    EncodeSteps(*table, *encoded);
+    const Bytes header = HeaderOf(sequences);
     const Bytes steps = StepDataOf(sequences);
+    ASSERT_TRUE(HeaderFits(*table));
+    EXPECT_EQ(BytesOf(ProgramCommand(*table)), Bytes{2} + header);
+    const auto encoded = std::make_unique<FlashRows>();
+    (*encoded)[steps.size() / kStepBytes].fill(77);
+    EncodeSteps(*table, *encoded);
     Bytes staged;
-    for (int i = 0; i < table->TotalBytes; ++i) staged.push_back(StagedByte(*encoded, i));
-    EXPECT_EQ(staged, steps);
+    for (int i = 0; i <= table->TotalBytes; ++i) staged.push_back(StagedByte(*encoded, i));
+    EXPECT_EQ(staged, steps + Bytes{77}) << "a row that isn't written stays";
 
     const auto read = std::make_unique<SequenceTable>();
     const auto rows = std::make_unique<FlashRows>();
-    ASSERT_TRUE(DecodeHeader(HeaderFrom(HeaderOf(sequences)), *read));
+    EXPECT_EQ(AnnouncedBytes(HeaderFrom(header)), steps.size());
+    ASSERT_TRUE(DecodeHeader(HeaderFrom(header), *read));
     StageStepData(steps, *rows);
     ASSERT_TRUE(DecodeSteps(*rows, *read));
     EXPECT_EQ(read->SeqSteps, table->SeqSteps);

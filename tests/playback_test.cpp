@@ -9,19 +9,16 @@ namespace pelmora {
 namespace {
 
 constexpr char kEmuPC[] = "CWButtonEmuPC";
-constexpr char kRealEmu[] = "CWButtonRealEmu";
 
 class Playback : public WindowTest {
  protected:
-  // Channel 0 of step `step` of a composed sequence.
-  static std::uint8_t Position(int step) { return static_cast<std::uint8_t>(100 + step); }
-  static Bytes Shown(int step) { return {8, Position(step)}; }
+  // Of step `step` of a composed sequence: channel 0, and the duration.
+  static int Position(int step) { return 100 + step; }
+  static int Duration(int step) { return 400 + 20 * step; }
 
   // Steps that differ in channel 0. To be called before the port is open, so that nothing is sent.
-  void Compose(const std::vector<int>& durations) {
-    for (std::size_t i = 0; i < durations.size(); ++i) {
-      AddStep(0, Position(static_cast<int>(i)), durations[i]);
-    }
+  void Compose(int steps) {
+    for (int step = 0; step < steps; ++step) AddStep(0, Position(step), Duration(step));
     hands->Click("CommandUpdate");
   }
 
@@ -31,129 +28,73 @@ class Playback : public WindowTest {
     hands->Click(kEmuPC);
   }
 
-  bool On(const char* name) const { return hands->Read(name) == "On"; }
-
-  // The next tick shows exactly this step.
-  void ExpectTick(int step) {
-    timer.Elapse();
-    EXPECT_EQ(Selected(), step);
-    ExpectSent(Shown(step));
-  }
-  void ExpectTicks(std::initializer_list<int> steps) {
-    for (const int step : steps) ExpectTick(step);
-  }
-
-  void ExpectState(bool on, bool running, bool real_emu_enabled) {
-    EXPECT_EQ(On(kEmuPC), on);
-    EXPECT_EQ(timer.Enabled(), running);
-    EXPECT_EQ(Enabled(kRealEmu), real_emu_enabled);
-    EXPECT_TRUE(Enabled(kEmuPC));
-    EXPECT_EQ(hands->Find<platform::CWButton>(kEmuPC).Waiting(), on && !running);
-  }
-  // The step that playback holds and its duration in ms, held for no longer than since `from`.
-  void ExpectHeld(int line, int duration, std::chrono::steady_clock::time_point from) {
-    const std::optional<HeldStep> held = form->Playback().Held();
-    ASSERT_TRUE(held);
-    EXPECT_EQ(held->line, line);
-    EXPECT_EQ(held->duration_ms, duration);
-    EXPECT_GE(held->since, from);
-  }
-  void ExpectIdle() {
-    ExpectState(false, false, true);
-    EXPECT_FALSE(form->Playback().Held());
-  }
-  void ExpectRunning() { ExpectState(true, true, false); }
-  void ExpectHalted() { ExpectState(true, false, false); }
-
-  void SetBreak(int line) {
+  void ToggleBreak(int line) {
     const int selected = Selected();
     Select(line);
     hands->Click("CommandBrk");
     Select(selected);
   }
+
+  // Ticks ("t"), presses of "Continue" ("C") and "Repeat" ("R"), each with the step that is
+  // selected after it. What stands behind that: "*" its position was sent, "^" the wait for its end
+  // has begun anew, "!" playback has halted.
+  void Walk(const QString& actions) {
+    for (const QString& action : actions.split(' ')) {
+      const int starts = timer.Starts();
+      const auto before = std::chrono::steady_clock::now();
+      if (action[0] == 't') timer.Elapse();
+      if (action[0] == 'C') hands->Click("CommandContinue");
+      if (action[0] == 'R') hands->Click("CommandRepeat");
+      const int step = Selected();
+      const Bytes sent = Sent(action.contains('*') ? 2 : 0);
+      QString seen = action[0] + QString::number(step);
+      if (sent == Bytes{8, static_cast<std::uint8_t>(Position(step))}) seen += '*';
+      if (timer.Starts() > starts) seen += '^';
+      if (hands->Find<platform::CWButton>(kEmuPC).Waiting()) seen += '!';
+      EXPECT_EQ(seen.toStdString(), action.toStdString());
+      EXPECT_EQ(timer.Enabled(), !action.contains('!'));
+      if (!timer.Enabled()) continue;
+      EXPECT_EQ(timer.Wait(), Duration(step));
+      const std::optional<HeldStep> held = form->Playback().Held();
+      ASSERT_TRUE(held);
+      EXPECT_EQ(held->line, step);
+      EXPECT_EQ(held->duration_ms, Duration(step));
+      EXPECT_GE(held->since, before);
+    }
+  }
 };
 
 TEST_F(Playback, HoldsTheSelectedStepThenWalksRoundTheList) {
-  const std::vector<int> durations = {500, 1000, 200};
-  Compose(durations);
+  Compose(3);
   Play(0);
-  ExpectRunning();
-  EXPECT_EQ(timer.Wait(), 500);
+  EXPECT_EQ(timer.Wait(), Duration(0));
   ExpectSent({});
-  for (const int step : {1, 2, 0, 1, 2, 0, 1}) {
-    const auto before = std::chrono::steady_clock::now();
-    ExpectTick(step);
-    ExpectHeld(step, durations[static_cast<std::size_t>(step)], before);
-    EXPECT_EQ(timer.Wait(), durations[static_cast<std::size_t>(step)]);
-    EXPECT_EQ(hands->Read("LabelStep"), QString("Step N° %1").arg(step));
-    EXPECT_EQ(hands->Read("CWNumEditTimeStep"), QString("%1 ms").arg(timer.Wait()));
-    EXPECT_EQ(timer.Starts(), 1);  // the ticks follow each other; none starts the wait anew
-  }
+  // The ticks follow each other; none starts the wait anew.
+  Walk("t1* t2* t0* t1* t2* t0* t1*");
   hands->Click(kEmuPC);
-  ExpectIdle();
+  EXPECT_FALSE(timer.Enabled() || form->Playback().Held());
   EXPECT_EQ(Selected(), 1);
 }
 
-// Breakpoints: their marks and flags, and playback that halts on them.
-class BreakPoints : public Playback {
- protected:
-  static int Duration(int step) { return 400 + 20 * step; }
-  // The button shows this step, whose whole duration is waited for.
-  void ExpectAfter(const char* button, int step) {
-    const int starts = timer.Starts();
-    const auto before = std::chrono::steady_clock::now();
-    hands->Click(button);
-    ExpectRunning();
-    ExpectHeld(step, Duration(step), before);
-    EXPECT_EQ(Selected(), step);
-    EXPECT_EQ(timer.Wait(), Duration(step));
-    EXPECT_EQ(timer.Starts(), starts + 1);
-  }
-};
-
-TEST_F(BreakPoints, HaltContinueAndRepeat) {
-  std::vector<int> durations;
-  for (int step = 0; step < 10; ++step) durations.push_back(Duration(step));
-  Compose(durations);
-  for (const int line : {2, 4, 2}) SetBreak(line);  // the second press takes it away
+TEST_F(Playback, HaltsOnBreakpointsContinuesAndRepeats) {
+  Compose(10);
+  for (const int line : {2, 4, 2}) ToggleBreak(line);  // the second press takes it away
   Play(0);
-  ExpectTicks({1, 2, 3});
-  ExpectAfter("CommandContinue", 3);
-  ExpectTick(4);
-  ExpectHalted();
+  Walk("t1* t2* t3* C3^ t4*!");
   const QPoint line = List().visualItemRect(List().item(4)).bottomLeft();
   EXPECT_EQ(List().viewport()->grab().toImage().pixelColor(line),
             platform::ColoursOf({.selected = true, .halted = true}, List().palette()).ground);
-  timer.Elapse();
-  ExpectSent({});
-  ExpectAfter("CommandContinue", 4);
-  ExpectSent({});
-  ExpectTicks({5, 6, 7, 8, 9, 0, 1, 2, 3});
-  ExpectRunning();
-  ExpectTick(4);
-  ExpectHalted();
-
-  SetBreak(1);
-  ExpectAfter("CommandRepeat", 1);
-  ExpectSent(Shown(1));
-  ExpectTicks({2, 3, 4});
-  ExpectHalted();
-  for (const int step : {1, 0}) {  // without an earlier breakpoint from the start
-    ExpectAfter("CommandRepeat", step);
-    ExpectSent(Shown(step));
-  }
-  ExpectAfter("CommandRepeat", 0);
-  ExpectTick(1);
-  ExpectHalted();
-  hands->Click(kEmuPC);
-  ExpectIdle();
+  Walk("t4! C4^ t5* t6* t7* t8* t9* t0* t1* t2* t3* t4*!");
+  ToggleBreak(1);
+  // "Repeat" goes back to the breakpoint before, without one to the start.
+  Walk("R1*^ t2* t3* t4*! R1*^ R0*^ R0^ t1*!");
 }
 
 // The list under the operator's hands, longer than its window, while a sequence plays in it.
 class LongList : public Playback {
  protected:
   LongList() : list(List()) {
-    Compose(std::vector<int>(40, 100));
+    Compose(40);
     composed = Lines();
     list.SetListIndex(0);
   }

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <limits>
 #include <memory>
 #include <span>
 #include <tuple>
@@ -53,18 +52,17 @@ TEST(NumberText, HalvesGoToTheEvenNeighbour) {
   for (const auto& [over, under, whole] : divisions) {
     EXPECT_EQ(DivideHalfEven(over, under), whole) << over << '/' << under;
   }
-  constexpr int kMost = std::numeric_limits<int>::max();
-  const std::pair<double, int> values[] = {{0.5, 0},
-                                           {1.5, 2},
-                                           {-0.5, 0},
-                                           {-2.5, -2},
-                                           {2.4999, 2},
-                                           {kMost + 0.4, kMost},
-                                           {-kMost - 1.5, -kMost - 1}};
+  const std::pair<double, std::optional<int>> values[] = {{0.5, 0},
+                                                          {1.5, 2},
+                                                          {-0.5, 0},
+                                                          {-2.5, -2},
+                                                          {2.4999, 2},
+                                                          {2147483647.4, 2147483647},
+                                                          {-2147483648.5, -2147483648},
+                                                          {2147483647.5, {}},
+                                                          {-2147483649, {}},
+                                                          {1e300, {}}};
   for (const auto& [value, whole] : values) EXPECT_EQ(RoundHalfEven(value), whole) << value;
-  for (const double value : {kMost + 0.5, -kMost - 2.0, 1e300}) {
-    EXPECT_FALSE(RoundHalfEven(value)) << value;
-  }
 }
 
 EditRow Row(int first, int others, int last, int duration_ms) {

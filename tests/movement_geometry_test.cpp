@@ -198,6 +198,7 @@ TEST(MovementLanes, WhatLiesUnderAPoint) {
       {left + 397, 20, {Part::kEnd, 0, -1}},
       {left + 402, lane, {Part::kEnd, 0, 0}},  // to the right of it, a quarter of the narrow step
       {left + 404, lane, {Part::kLane, 1, 0}},
+      {left + 407, lane, {Part::kLane, 1, 0}},
       {left + 408, lane, {Part::kEnd, 1, 0}},
       {left + 420, third, {Part::kLevel, 2, 0}},  // the middle of a narrow step is not its end
       {left + 433, other, {Part::kEnd, 2, 5}},

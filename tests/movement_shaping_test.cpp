@@ -66,6 +66,8 @@ TEST_F(Shape, ADragChangesOneValueOfOneStep) {
   for (const auto& [from, way, live, changes] : cases) {
     SCOPED_TRACE(changes);
     Select(9);
+    // The line is busy when the drag ends.
+    for (int channel = 1; channel < kChannels; ++channel) SetSlider(channel, Fader(channel) ^ 1);
     const EditRows rows = Data().EditBuffer;
     const ProgramState before = StateOf(*this);
     DragTo(from, from + way);

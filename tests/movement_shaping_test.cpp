@@ -21,6 +21,12 @@ class Shape : public Movement {
   }
   // So many ms on the screen, in whole pixels.
   int Wide(double ms) const { return At(ms, 0).x() - At(0, 0).x(); }
+  // Bytes for some 50 ms, by faders that are back where they were.
+  void KeepTheLineBusy() {
+    for (int channel = 1; channel < kChannels; ++channel) {
+      for (const int position : {Fader(channel) ^ 1, Fader(channel)}) SetSlider(channel, position);
+    }
+  }
   void Drag(const QPoint& from, const QPoint& way) {
     DragTo(from, from + way);
     ReleaseAt(from + way);
@@ -66,11 +72,11 @@ TEST_F(Shape, ADragChangesOneValueOfOneStep) {
   for (const auto& [from, way, live, changes] : cases) {
     SCOPED_TRACE(changes);
     Select(9);
-    // The line is busy when the drag ends.
-    for (int channel = 1; channel < kChannels; ++channel) SetSlider(channel, Fader(channel) ^ 1);
     const EditRows rows = Data().EditBuffer;
     const ProgramState before = StateOf(*this);
-    DragTo(from, from + way);
+    PressAt(from);
+    KeepTheLineBusy();
+    MoveTo(from + way);
     EXPECT_TRUE(State().contains(Local(live))) << State().toStdString();
     EXPECT_EQ(Data().EditBuffer, rows) << "not before its end";
     ReleaseAt(from + way);

@@ -11,7 +11,7 @@ namespace {
 
 class Port : public WindowTest {};
 
-TEST_F(Port, OpensWithTheBoardsLineSettingsAndLocksTheList) {
+TEST_F(Port, OpensWithTheBoardsLineSettingsAndShowsEachByteThatComesThen) {
   board.Send({65, 66});  // before the port is open: discarded
   hands->Choose("ComboPort", "Comm1");
   EXPECT_FALSE(Enabled("ComboPort"));
@@ -28,6 +28,11 @@ TEST_F(Port, OpensWithTheBoardsLineSettingsAndLocksTheList) {
   EXPECT_EQ(settings.c_oflag & OPOST, 0U);
   ExpectSent({});
   EXPECT_FALSE(hands->WaitUntil([this] { return hands->Read("Echo") != ""; }, 30));
+  QStringList seen;
+  QObject::connect(&hands->Find<QLineEdit>("Echo"), &QLineEdit::textChanged, form.get(),
+                   [&](const QString& text) { seen.append(text); });
+  board.Send({1, 2, 255, 65});
+  EXPECT_TRUE(hands->WaitUntil([&] { return seen.join(' ') == "1 2 255 65"; }));
 }
 
 // An entry without a device has nothing to open.

@@ -1,4 +1,5 @@
 // Every control and every menu item at start-up, beside figures that are written down here.
+#include <QAccessible>
 #include <QGroupBox>
 #include <QMenuBar>
 
@@ -25,31 +26,32 @@ struct Control {
   const char* text;
   int left, top, width, height;  // pixels, within the parent
   const char* start = "";
+  const char* told = nullptr;  // its name for assistive technology where that is not the text
 };
 
 // Of an array the first and the last element.
 // clang-format off
 constexpr Control kControls[] = {
-    {"FrameMan", "Form1", "", 8, 0, 497, 413},
-    {"CommandMoreSeq", "FrameMan", "+", 8, 12, 33, 25},
-    {"CommandLessSeq", "FrameMan", "-", 40, 12, 33, 25},
+    {"FrameMan", "Form1", "", 8, 0, 497, 413, "", "Channel editor"},
+    {"CommandMoreSeq", "FrameMan", "+", 8, 12, 33, 25, "", "Next sequence"},
+    {"CommandLessSeq", "FrameMan", "-", 40, 12, 33, 25, "", "Previous sequence"},
     {"LabelSeq", "FrameMan", "Sequence N° 0", 88, 16, 153, 25},
     {"LabelStep", "FrameMan", "Step N° ...", 376, 16, 105, 25},
-    {"CWSlide1_0", "FrameMan", "Ch0", 8, 48, 33, 273},
-    {"CWSlide1_11", "FrameMan", "Ch11", 448, 48, 33, 273},
-    {"Text1_12", "FrameMan", "0 °", 8, 332, 41, 19, "read only"},
-    {"Text1_23", "FrameMan", "0 °", 448, 332, 41, 19, "read only"},
-    {"Text1_0", "FrameMan", "0", 8, 352, 41, 19},
-    {"Text1_11", "FrameMan", "0", 448, 352, 41, 19},
+    {"CWSlide1_0", "FrameMan", "Ch0", 8, 48, 33, 273, "", "Ch0 position"},
+    {"CWSlide1_11", "FrameMan", "Ch11", 448, 48, 33, 273, "", "Ch11 position"},
+    {"Text1_12", "FrameMan", "0 °", 8, 332, 41, 19, "read only", "Ch0 angle"},
+    {"Text1_23", "FrameMan", "0 °", 448, 332, 41, 19, "read only", "Ch11 angle"},
+    {"Text1_0", "FrameMan", "0", 8, 352, 41, 19, "", "Ch0 offset"},
+    {"Text1_11", "FrameMan", "0", 448, 352, 41, 19, "", "Ch11 offset"},
     {"CommandUpdate", "FrameMan", "Reset", 8, 376, 121, 25},
     {"Label1", "FrameMan", "Step Duration", 288, 384, 73, 17},
-    {"CWNumEditTimeStep", "FrameMan", "1000 ms", 368, 380, 121, 21},
+    {"CWNumEditTimeStep", "FrameMan", "1000 ms", 368, 380, 121, 21, "", "Step Duration"},
     {"Label2", "Form1", "Serial Comm Port:", 512, 16, 89, 25},
-    {"ComboPort", "Form1", "", 512, 32, 129, 21},
+    {"ComboPort", "Form1", "", 512, 32, 129, 21, "", "Serial Comm Port"},
     {"CWButtonMainOnOff", "Form1", "PC Control Enable", 648, 16, 193, 37},
     {"FrameSer", "Form1", "Serial Comm Debug", 512, 68, 129, 77, "hidden"},
-    {"Echo", "FrameSer", "", 16, 24, 85, 19, "read only"},
-    {"CommandInBuff", "FrameSer", "InBuff", 16, 48, 89, 21},
+    {"Echo", "FrameSer", "", 16, 24, 85, 19, "read only", "Last received"},
+    {"CommandInBuff", "FrameSer", "InBuff", 16, 48, 89, 21, "", "Bytes waiting"},
     {"FrameInfo", "Form1", "Flash Data Information", 648, 68, 193, 77, "hidden"},
     {"LabelByteCapt", "FrameInfo", "Flash Data", 16, 28, 57, 17},
     {"LabelByte", "FrameInfo", "0 bytes", 96, 24, 81, 21},
@@ -60,7 +62,7 @@ constexpr Control kControls[] = {
     {"CommandRead", "FrameFlash", "Read Seq.", 88, 20, 81, 25},
     {"Command1", "FrameFlash", "Abort", 184, 20, 57, 25, "disabled"},
     {"CommandErase", "FrameFlash", "Erease", 256, 20, 57, 25},
-    {"ProgressBarFlash", "FrameFlash", "", 8, 56, 305, 25, "hidden"},
+    {"ProgressBarFlash", "FrameFlash", "", 8, 56, 305, 25, "hidden", "Flash transfer"},
     {"FrameRealEmu", "Form1", "Real Emulator", 512, 252, 329, 61, "hidden"},
     {"CWButtonRealEmu", "FrameRealEmu", "Real Emu", 16, 24, 97, 25},
     {"LabelSeqEmu", "FrameRealEmu", "Sequence N° 0", 128, 28, 113, 25},
@@ -70,7 +72,7 @@ constexpr Control kControls[] = {
     {"CommandRepeat", "FramePCEmu", "Repeat", 224, 24, 97, 25},
     {"CommandBrk", "FramePCEmu", "Set/Reset Break", 120, 56, 97, 25},
     {"CommandResBrk", "FramePCEmu", "Reset  All Break", 224, 56, 97, 25},
-    {"ListSequence", "Form1", "", 8, 416, 713, 251},
+    {"ListSequence", "Form1", "", 8, 416, 713, 251, "", "Steps of the sequence"},
     {"FrameBuffEdit", "Form1", "Buffer Editing", 728, 416, 113, 249},
     {"CommandAdd", "FrameBuffEdit", "Add", 8, 20, 97, 25},
     {"CommandRem", "FrameBuffEdit", "Remove", 8, 44, 97, 25},
@@ -78,14 +80,14 @@ constexpr Control kControls[] = {
     {"CommandClear", "FrameBuffEdit", "Clear Sequence", 8, 104, 97, 25},
     {"CommandClearAll", "FrameBuffEdit", "Clear All", 8, 128, 97, 25},
     {"CommandInterpolate", "FrameBuffEdit", "Interpolate", 8, 160, 97, 25},
-    {"CommandDwn", "FrameBuffEdit", "<---", 8, 192, 49, 49},
-    {"CommandUp", "FrameBuffEdit", "--->", 56, 192, 49, 49},
+    {"CommandDwn", "FrameBuffEdit", "<---", 8, 192, 49, 49, "", "Previous step"},
+    {"CommandUp", "FrameBuffEdit", "--->", 56, 192, 49, 49, "", "Next step"},
     {"CommandStart", "Form1", "ON", 160, 0, 49, 33, "hidden"},
     {"CommandStop", "Form1", "OFF", 208, 0, 49, 33, "hidden"},
 };
 // clang-format on
 
-TEST_F(ControlTable, EveryControlStandsInItsPlaceWithItsText) {
+TEST_F(ControlTable, EveryControlStandsInItsPlaceWithItsTextAndName) {
   EXPECT_EQ(form->windowTitle(), "Pelmora V 3.0");
   EXPECT_EQ(form->centralWidget()->size(), QSize(849, 674));
   EXPECT_EQ(form->minimumSize(), form->maximumSize());
@@ -111,6 +113,8 @@ TEST_F(ControlTable, EveryControlStandsInItsPlaceWithItsText) {
                           : field && field->isReadOnly()                 ? "read only"
                                                                          : "";
     EXPECT_EQ(start, c.start);
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&control)->text(QAccessible::Name),
+              c.told ? c.told : c.text);
   }
 }
 

@@ -102,30 +102,31 @@ TEST_F(Hands, DurationTakesSeparatorsRoundsAndStopsAtItsBounds) {
 }
 
 TEST_F(Hands, WhateverIsUsedNextCommitsTheEntryFirst) {
+  constexpr char kNext[] = "CWButtonMainOnOff";
   QWidget other;
-  const auto from_the_menu_bar = [this] {
+  const auto from_the_menu_bar = [&] {
     form->menuBar()->setFocus(Qt::MenuBarFocusReason);
-    hands->Click("CommandAdd");
+    hands->Click(kNext);
   };
   const auto from_another_window = [&] {
     other.show();
     ASSERT_TRUE(Activate(other));
-    hands->Click("CommandAdd");
+    hands->Click(kNext);
     other.hide();
     ASSERT_TRUE(Activate(*form));
   };
-  const auto spoken = [this] {  // as assistive technology does
-    auto* button = QAccessible::queryAccessibleInterface(&hands->Find<QWidget>("CommandAdd"));
+  const auto spoken = [&] {  // as assistive technology does
+    auto* button = QAccessible::queryAccessibleInterface(&hands->Find<QWidget>(kNext));
     button->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
   };
+  Connect();
   const std::function<void()> ways[] = {from_the_menu_bar, from_another_window, spoken};
-  QString expected;
-  for (const auto& use : ways) {
-    hands->Type("Text1_0", QString::number(4 + 2 * expected.size()), false);
-    expected += QString::number(2 + expected.size());
+  for (std::uint8_t switched = 1; const auto& use : ways) {
+    hands->Type("Text1_0", QString::number(50 + switched), false);
     use();
-    EXPECT_TRUE(hands->WaitUntil([&] { return Lines().size() == expected.size(); }));
-    EXPECT_EQ(Order(), expected);
+    EXPECT_TRUE(hands->WaitUntil([&] { return !hands->Find<QPushButton>(kNext).isDown(); }));
+    ExpectSent({8, static_cast<std::uint8_t>(178 + switched), switched});
+    switched = 1 - switched;
   }
 }
 

@@ -9,6 +9,7 @@
 #include <QScrollBar>
 #include <QTest>
 #include <QWheelEvent>
+#include <climits>
 
 #include "platform/look/list_look.h"
 
@@ -286,39 +287,32 @@ TEST_F(ListLook, NumbersStandUnderEachOtherAndRepeatedOnesArePaler) {
   for (int i = 0; const char* number : {"-0.5 C", "-0.5  C", "-60.5 C", "7 C", "1,5 C"}) {
     list.SetList(i++, number);
   }
-  const auto ink = [this](int line) {  // the columns of pixels that are not the ground
+  struct Ink {
+    int left = INT_MAX, right = 0;  // the columns of pixels that are not the ground
+    int darkest = 255;
+  };
+  const auto ink = [this](int line) {
     const QImage drawn = Line(line);
-    std::vector<int> columns;
+    Ink found;
     for (int x = 0; x < drawn.width(); ++x) {
       for (int y = 0; y < drawn.height(); ++y) {
-        if (drawn.pixelColor(x, y) == drawn.pixelColor(0, 0)) continue;
-        columns.push_back(x);
-        break;
+        const QColor pixel = drawn.pixelColor(x, y);
+        if (pixel == drawn.pixelColor(0, 0)) continue;
+        found = {std::min(found.left, x), x, std::min(found.darkest, pixel.value())};
       }
     }
-    return columns;
+    return found;
   };
-  EXPECT_EQ(ink(0).back(), ink(2).back());
   const int digit = list.fontMetrics().horizontalAdvance('0');
-  EXPECT_NEAR(ink(0).front() - ink(2).front(), digit, 1);
-  EXPECT_NEAR(ink(3).front() - ink(2).front(), digit + list.fontMetrics().horizontalAdvance('-'),
-              2);
-  EXPECT_NEAR(ink(4).front(), ink(3).front(), 2) << "any decimal separator";
-
-  const auto darkest = [this](int line) {
-    const QImage drawn = Line(line);
-    int value = 255;
-    for (int x = 0; x < drawn.width(); ++x) {
-      for (int y = 0; y < drawn.height(); ++y) {
-        value = std::min(value, drawn.pixelColor(x, y).value());
-      }
-    }
-    return value;
-  };
-  EXPECT_GT(darkest(1), darkest(0) + 40);
-  EXPECT_NEAR(darkest(2), darkest(0), 20);
+  const int minus = list.fontMetrics().horizontalAdvance('-');
+  EXPECT_EQ(ink(0).right, ink(2).right);
+  EXPECT_NEAR(ink(0).left, ink(2).left + digit, 1);
+  EXPECT_NEAR(ink(3).left, ink(2).left + digit + minus, 2);
+  EXPECT_NEAR(ink(4).left, ink(3).left, 2) << "any decimal separator";
+  EXPECT_GT(ink(1).darkest, ink(0).darkest + 40);
+  EXPECT_NEAR(ink(2).darkest, ink(0).darkest, 20);
   list.SetList(0, "-1.5 C");
-  EXPECT_NEAR(darkest(1), darkest(0), 20);
+  EXPECT_NEAR(ink(1).darkest, ink(0).darkest, 20);
 }
 
 TEST_F(ListLook, ADragShowsWhatItDoes) {

@@ -38,11 +38,6 @@ struct MSCommTest : testing::Test {
     comm.SetSettings(settings);
     EXPECT_TRUE(comm.Open()) << comm.LastError().toStdString();
   }
-  void Receive(const QByteArray& bytes) {
-    board.Send({bytes.begin(), bytes.end()});
-    QTest::qWait(25);
-  }
-
   simboard::SimulatedBoard board{simboard::Pace::kUnpaced};
   QString other_device;  // instead of the board's
   rig::FirstPort entries{[this] {

@@ -13,26 +13,23 @@
 #include <QThread>
 #include <QTimer>
 #include <QtTest/QTest>
-#include <algorithm>
 
 #include "board/board_window.h"
+#include "demo/placement.h"
 #include "demo/tour.h"
 #include "platform/system/end_signals.h"
 #include "rig/program_with_board.h"
 
 namespace {
 
-// Beside the program's window where the screen has room, the frames of both level. Both windows
-// are shown: before that a window manager has not told how wide its frames are.
+// Both windows are shown: before that a window manager has not told how wide their frames are.
 void PlaceBeside(QWidget& board_window, QWidget& form) {
-  const QRect screen = form.screen()->availableGeometry();
-  const QSize frame = form.frameGeometry().size();
-  const int together = frame.width() + board_window.frameGeometry().width();
-  if (together > screen.width()) return;
-  const QPoint place(screen.left() + (screen.width() - together) / 2,
-                     screen.top() + std::max(0, screen.height() - frame.height()) / 2);
-  form.move(place);
-  board_window.move(place + QPoint(frame.width(), 0));
+  const auto places =
+      demo::PlacesBeside(form.screen()->availableGeometry(), form.frameGeometry().size(),
+                         board_window.frameGeometry().size());
+  if (!places) return;
+  form.move(places->program);
+  board_window.move(places->board);
 }
 
 void WriteLog(const simboard::SimulatedBoard& board, const QString& path) {

@@ -10,6 +10,7 @@
 #include <QSignalSpy>
 #include <QToolTip>
 
+#include "demo/placement.h"
 #include "platform/look/slide_style.h"
 #include "tests/window_fixture.h"
 #include "ui/inventory.h"
@@ -317,6 +318,20 @@ TEST_F(SmallScreen, NothingScrollsWhereTheWindowFitsWithItsFrame) {
     EXPECT_TRUE(hands->WaitUntil([&] { return screen.contains(form->frameGeometry()); }));
     EXPECT_EQ(form->findChild<QScrollArea*>() != nullptr, missing > 0);
   }
+}
+
+TEST(Demo, ShowsTheBoardBesideTheProgramWhereBothFit) {
+  const QSize program(851, 730);
+  const QSize board(400, 500);
+  for (const QRect& screen : {QRect(0, 0, 1251, 730), QRect(100, 50, 1600, 900)}) {
+    const auto places = demo::PlacesBeside(screen, program, board);
+    ASSERT_TRUE(places);
+    const QRect both = QRect(places->program, program) | QRect(places->board, board);
+    EXPECT_TRUE(screen.contains(both));
+    EXPECT_EQ(both.size(), QSize(1251, 730)) << "side by side and level";
+    EXPECT_NEAR(both.center().x(), screen.center().x(), 1);
+  }
+  EXPECT_FALSE(demo::PlacesBeside({0, 0, 1250, 900}, program, board)) << "one would be cut off";
 }
 
 }  // namespace

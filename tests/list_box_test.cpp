@@ -188,6 +188,14 @@ TEST_F(ListBoxTest, LinesMayComeAndGoDuringADrag) {
   }
 }
 
+TEST_F(ListBoxTest, LineThatGoesTakesItsSelectionAlong) {
+  for (const auto& [removed, selected] : {std::pair{7, 4}, {2, 3}, {3, -1}, {0, -1}}) {
+    if (removed == 7) list.SetListIndex(4);
+    list.RemoveItem(removed);
+    EXPECT_EQ(list.ListIndex(), selected);
+  }
+}
+
 TEST_F(ListBoxTest, Keys) {
   // Selected line, keys that are pressed each by itself, then selected line, and what happens.
   // clang-format off

@@ -3,9 +3,7 @@
 #include <QFileInfo>
 #include <QPointer>
 #include <QSerialPort>
-#include <QStringList>
 #include <algorithm>
-#include <optional>
 
 #include "platform/serial/port_lock.h"
 #include "platform/serial/serial_line.h"
@@ -18,12 +16,7 @@ MSComm::~MSComm() {
   Close();
 }
 
-bool MSComm::PortOpen() const {
-  return port_ != nullptr;
-}
-
 bool MSComm::Open() {
-  if (PortOpen()) return true;
   lost_.reset();
   error_.clear();
   device_ = ports_.DeviceFor(comm_port_);
@@ -36,11 +29,7 @@ bool MSComm::Open() {
   const QString device = own_name.isEmpty() ? device_ : own_name;
   auto port = std::make_unique<QSerialPort>();
   port->setPortName(device);
-  const std::optional<LineBacklog::Clock::duration> byte_time = ApplyLineSettings(*port, settings_);
-  if (!byte_time) {
-    error_ = "the line settings \"" + settings_ + "\" are not understood";
-    return false;
-  }
+  byte_time_ = ApplyLineSettings(*port, baud_, stop_bits_);
   RemoveStaleLock(device);
   if (!port->open(QIODevice::ReadWrite)) {
     error_ = OpenFailureReason(device, port->error() == QSerialPort::PermissionError,
@@ -49,9 +38,7 @@ bool MSComm::Open() {
   }
   port->clear(QSerialPort::Input);
   received_.clear();
-  overrun_ = false;
   ++session_;
-  byte_time_ = *byte_time;
   backlog_.Start(byte_time_);
   port_ = std::move(port);
   connect(port_.get(), &QSerialPort::readyRead, this, &MSComm::Receive);
@@ -101,24 +88,21 @@ void MSComm::ClearInBuffer() {
 }
 
 void MSComm::Output(std::span<const std::uint8_t> bytes) {
-  if (!port_ || bytes.empty()) return;
+  if (!port_) return;
   backlog_.Write(static_cast<int>(bytes.size()), LineBacklog::Clock::now());
   port_->write(reinterpret_cast<const char*>(bytes.data()), static_cast<qint64>(bytes.size()));
   // A flush into a full queue counts as an error of the port; the rest leaves by itself instead.
-  if (port_ && AcceptsBytes(*port_)) port_->flush();
+  if (AcceptsBytes(*port_)) port_->flush();
 }
 
 void MSComm::Receive() {
-  if (!port_) return;
   const QByteArray bytes = port_->readAll();
-  const qsizetype free = std::max<qsizetype>(0, in_buffer_size_ - received_.size());
-  received_.append(bytes.first(std::min(free, bytes.size())));
-  if (bytes.size() > free) overrun_ = true;
+  received_.append(bytes.left(std::max<qsizetype>(0, in_buffer_size_ - received_.size())));
   ScheduleDelivery();
 }
 
 bool MSComm::DeliveryDue() const {
-  return overrun_ || (r_threshold_ > 0 && received_.size() >= r_threshold_);
+  return r_threshold_ > 0 && received_.size() >= r_threshold_;
 }
 
 // The handler of `OnComm` may wait for further bytes, and the port signals none as long as its own
@@ -134,12 +118,10 @@ void MSComm::Deliver() {
   const QPointer<MSComm> self(this);
   ++delivering_;
   while ((port_ || lost_) && DeliveryDue()) {
-    const bool overrun = std::exchange(overrun_, false);
     const quint64 taken_before = taken_;
-    comm_event_ = overrun ? kCommEventRxOver : kCommEvReceive;
     emit OnComm();
     if (!self) return;
-    if (!overrun && taken_ == taken_before) break;
+    if (taken_ == taken_before) break;
   }
   --delivering_;
 }
@@ -147,10 +129,8 @@ void MSComm::Deliver() {
 // A line that is gone reports errors without end, and the port cannot be closed inside its own
 // signal: it is put aside here and closed from the event queue.
 void MSComm::Fail() {
-  if (!port_ || port_->error() == QSerialPort::NoError ||
-      port_->error() == QSerialPort::TimeoutError) {
-    return;
-  }
+  const QSerialPort::SerialPortError error = port_->error();
+  if (error == QSerialPort::NoError || error == QSerialPort::TimeoutError) return;
   port_->disconnect(this);
   lost_ = std::move(port_);
   const auto drop = [this] {

@@ -18,14 +18,6 @@
 namespace platform {
 namespace {
 
-QStringList NaturalOrder(QStringList names) {
-  QCollator collator{QLocale(QLocale::English)};  // the C locale does not know numbers
-  collator.setNumericMode(true);
-  std::ranges::sort(names,
-                    [&](const QString& a, const QString& b) { return collator.compare(a, b) < 0; });
-  return names;
-}
-
 // The group whose members may read and write the device, "" when there is none.
 QString GroupWithAccess(const QString& device) {
   struct stat node {};
@@ -50,25 +42,17 @@ bool IsTerminal(const QString& device) {
 
 QString LockReason(const QString& device) {
   const PortLock lock = LockOf(device);
-  const QString who =
-      lock.owner == "root" ? lock.owner : QStringLiteral("\"%1\" or root").arg(lock.owner);
-  switch (lock.state) {
-    case PortLock::State::kStale:
-      return QStringLiteral(
-                 "its lock file %1 was left by a program that has ended; %2 may remove it")
-          .arg(lock.file, who);
-    case PortLock::State::kUnclear:
-      return QStringLiteral(
-                 "its lock file %1 doesn't say which program made it; when none is using "
-                 "the port, %2 may remove it")
-          .arg(lock.file, who);
-    case PortLock::State::kFree:
-      if (lock.file.isEmpty()) return "there is no folder in which its lock file can be written";
-      break;
-    case PortLock::State::kHeld:
-      break;
+  if (lock.file.isEmpty()) return "there is no folder in which its lock file can be written";
+  QString why;
+  if (lock.state == PortLock::State::kStale) {
+    why = "was left by a program that has ended; ";
+  } else if (lock.state == PortLock::State::kUnclear) {
+    why = "doesn't say which program made it; when none is using the port, ";
+  } else {
+    return "another program is using it";
   }
-  return "another program is using it";
+  const QString who = lock.owner == "root" ? "root" : '"' + lock.owner + "\" or root";
+  return "its lock file " + lock.file + ' ' + why + who + " may remove it";
 }
 
 }  // namespace
@@ -95,7 +79,10 @@ QStringList MachinePorts::Names() const {
     if (type.open(QIODevice::ReadOnly) && type.readAll().trimmed() == "0") continue;
     ports += name;
   }
-  return NaturalOrder(ports);
+  QCollator natural_order{QLocale(QLocale::English)};  // the C locale does not know numbers
+  natural_order.setNumericMode(true);
+  std::ranges::sort(ports, natural_order);
+  return ports;
 }
 
 QString OpenFailureReason(const QString& device, bool busy, const QString& system_reason) {

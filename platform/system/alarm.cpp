@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include <QSocketNotifier>
-#include <algorithm>
 
 namespace platform {
 
@@ -14,7 +13,10 @@ Alarm::Alarm(QObject* parent)
   auto* notifier = new QSocketNotifier(descriptor_, QSocketNotifier::Read, this);
   connect(notifier, &QSocketNotifier::activated, this, [this] {
     quint64 expirations = 0;
-    if (read(descriptor_, &expirations, sizeof expirations) == sizeof expirations) Ring();
+    // Nothing is read when the alarm was stopped or set anew after it had expired.
+    if (read(descriptor_, &expirations, sizeof expirations) < 0) return;
+    active_ = false;
+    emit Rang();
   });
 }
 
@@ -24,13 +26,12 @@ Alarm::~Alarm() {
 
 void Alarm::SetFor(Clock::time_point time) {
   active_ = true;
-  // The steady clock is the one that the timer was made for. Zero would disarm it.
-  const auto since_start = std::max(time.time_since_epoch(), Clock::duration(1));
-  const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(since_start);
+  // The steady clock is CLOCK_MONOTONIC.
+  const std::chrono::nanoseconds since_start = time.time_since_epoch();
+  const auto seconds = std::chrono::floor<std::chrono::seconds>(since_start);
   itimerspec setting{};
-  setting.it_value.tv_sec = static_cast<time_t>(seconds.count());
-  setting.it_value.tv_nsec =
-      static_cast<long>(std::chrono::nanoseconds(since_start - seconds).count());
+  setting.it_value.tv_sec = seconds.count();
+  setting.it_value.tv_nsec = (since_start - seconds).count();
   timerfd_settime(descriptor_, TFD_TIMER_ABSTIME, &setting, nullptr);
 }
 
@@ -38,13 +39,6 @@ void Alarm::Stop() {
   active_ = false;
   constexpr itimerspec kDisarmed{};
   timerfd_settime(descriptor_, 0, &kDisarmed, nullptr);
-}
-
-void Alarm::Ring() {
-  // One that was stopped after it had expired does not ring.
-  if (!active_) return;
-  active_ = false;
-  emit Rang();
 }
 
 }  // namespace platform

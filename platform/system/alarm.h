@@ -26,8 +26,6 @@ class Alarm : public QObject {
   void Rang();
 
  private:
-  void Ring();
-
   const int descriptor_;  // of the system's timer
   bool active_ = false;
 };

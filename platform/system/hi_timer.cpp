@@ -1,46 +1,32 @@
 #include "platform/system/hi_timer.h"
 
-#include <QPointer>
 #include <algorithm>
 
 namespace platform {
-namespace {
-
-using Milliseconds = std::chrono::milliseconds;
-
-}  // namespace
 
 SystemHiTimer::SystemHiTimer(QObject* parent) : HiTimer(parent) {
   connect(&alarm_, &Alarm::Rang, this, &SystemHiTimer::Wake);
 }
 
 void SystemHiTimer::SetInterval(int milliseconds) {
-  interval_ = std::max(1, milliseconds);
+  interval_ = std::chrono::milliseconds(std::max(1, milliseconds));
 }
 
 void SystemHiTimer::SetEnabled(bool enabled) {
   enabled_ = enabled;
-  if (enabled) {
-    ArmFor(Clock::now() + Milliseconds(interval_));
-  } else {
-    alarm_.Stop();
-  }
+  alarm_.Stop();
+  if (enabled) TickAt(Clock::now() + interval_);
 }
 
 void SystemHiTimer::Wake() {
-  const Clock::time_point tick_due = due_;
-
-  const QPointer<SystemHiTimer> self(this);
   emit Timer();
-  if (!self || !enabled_ || alarm_.Active()) return;
-
+  if (!enabled_ || alarm_.Active()) return;
   const auto now = Clock::now();
-  const auto interval = Milliseconds(interval_);
-  const auto next = tick_due + interval;
-  ArmFor(next < now ? now + interval : next);
+  const auto next = due_ + interval_;
+  TickAt(next < now ? now + interval_ : next);
 }
 
-void SystemHiTimer::ArmFor(Clock::time_point due) {
+void SystemHiTimer::TickAt(Clock::time_point due) {
   due_ = due;
   alarm_.SetFor(due);
 }

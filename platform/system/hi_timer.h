@@ -46,11 +46,11 @@ class SystemHiTimer : public HiTimer {
   using Clock = Alarm::Clock;
 
   void Wake();
-  void ArmFor(Clock::time_point due);
+  void TickAt(Clock::time_point due);
 
   Alarm alarm_;
   Clock::time_point due_;
-  int interval_ = 20;
+  std::chrono::milliseconds interval_{20};
   bool enabled_ = false;
 };
 

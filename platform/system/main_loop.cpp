@@ -5,8 +5,6 @@
 
 namespace platform {
 
-MainLoop::MainLoop(QObject* parent) : QObject(parent) {}
-
 void MainLoop::DoEvents(Idle idle) {
   if (ending_) return;
   QCoreApplication::processEvents(idle == Idle::kSleep ? QEventLoop::WaitForMoreEvents
@@ -17,7 +15,7 @@ void MainLoop::End() {
   if (ending_) return;
   ending_ = true;
   emit Ended();
-  if (auto* dispatcher = QAbstractEventDispatcher::instance(thread())) dispatcher->wakeUp();
+  QAbstractEventDispatcher::instance()->wakeUp();
 }
 
 }  // namespace platform

@@ -14,8 +14,6 @@ class MainLoop : public QObject {
     kReturn,  // nothing pending: return at once
   };
 
-  explicit MainLoop(QObject* parent = nullptr);
-
   // Processes pending events; any other handler of the window may run inside the call. Waiting
   // loops call it once per turn, with `kSleep` so that the wait costs no processor time. Once the
   // program is ending it returns at once and processes nothing.

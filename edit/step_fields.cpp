@@ -1,11 +1,7 @@
 #include "edit/step_fields.h"
 
-#include <QRegularExpression>
-#include <algorithm>
-#include <optional>
-
-#include "core/number_text.h"
 #include "core/step_line.h"
+#include "platform/controls/typed_number.h"
 
 namespace pelmora {
 namespace {
@@ -15,20 +11,8 @@ constexpr int kEnter = 13;
 constexpr int kEscape = 27;
 constexpr int kMinus = '-';
 
-constexpr double kLowestOffset = -128;
-constexpr double kHighestOffset = 127;
-
-// A typed offset, cut to the range. Nothing when the text is no number.
-std::optional<double> ReadOffset(const QString& text, const std::string& decimal_point) {
-  if (text.isEmpty()) return 0;
-  if (const std::optional<double> offset = ParseNumber(text.toStdString(), decimal_point)) {
-    return std::clamp(*offset, kLowestOffset, kHighestOffset);
-  }
-  // Hundreds of digits are more than a number type holds.
-  static const QRegularExpression long_number(QStringLiteral("^ *-?[0-9]+ *$"));
-  if (!long_number.match(text).hasMatch()) return std::nullopt;
-  return text.contains('-') ? kLowestOffset : kHighestOffset;
-}
+constexpr int kLowestOffset = -128;
+constexpr int kHighestOffset = 127;
 
 }  // namespace
 
@@ -75,9 +59,10 @@ void StepFields::CommitPending() {
 void StepFields::Commit(int channel) {
   const auto i = static_cast<std::size_t>(channel);
   platform::CWSlide& slide = *controls_.CWSlide1[i];
-  if (const auto offset = ReadOffset(controls_.Text1[i]->text(), edited_.DecimalPoint())) {
-    slide.setValue(RoundHalfEven(*offset + kCentre).value_or(slide.value()));
-  }
+  const QString typed = controls_.Text1[i]->text();
+  const auto offset =
+      platform::TypedNumber(typed.isEmpty() ? "0" : typed, kLowestOffset, kHighestOffset);
+  if (offset) slide.setValue(*offset + kCentre);
   // A slider that stays where it is raises no event; the field must show its offset all the same
   // ("05", an empty field, a text that is no number).
   ShowPosition(channel, slide.value());

@@ -68,7 +68,7 @@ void SetUpControls(const Controls& controls, const platform::PortDirectory& port
   }
   platform::CWNumEdit& duration = *controls.CWNumEditTimeStep;
   duration.SetScale(kShortestDuration, kLongestDuration, kDurationStep, kFastDurationStep);
-  duration.SetUnit(QStringLiteral(" ms"));
+  duration.setSuffix(QStringLiteral(" ms"));
   duration.setValue(kStartDuration);
 
   platform::DropDownList& combo_port = *controls.ComboPort;

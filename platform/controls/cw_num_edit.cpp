@@ -4,26 +4,24 @@
 #include <QLineEdit>
 #include <QRegularExpression>
 #include <QWheelEvent>
-#include <algorithm>
-#include <cmath>
 
 #include "platform/controls/entry_keys.h"
+#include "platform/controls/typed_number.h"
 
 namespace platform {
 namespace {
 
-constexpr qsizetype kMostDigits = 15;  // that a double holds exactly
-
-// What an entry may look like while it is typed: sign, whole digits, separator and further digits.
-QRegularExpressionMatch Split(const QString& number) {
-  static const QRegularExpression form(QStringLiteral("^(-?)0*([0-9]*)(\\.[0-9]*)?$"));
-  return form.match(number);
+// What an entry may look like while it is typed: digits, the locale's decimal separator, digits.
+bool IsEntry(const QString& text) {
+  const QString point = QRegularExpression::escape(QLocale().decimalPoint());
+  const QRegularExpression form("^[0-9]*(" + point + "[0-9]*)?$");
+  return form.match(text).hasMatch();
 }
 
 }  // namespace
 
 CWNumEdit::CWNumEdit(QWidget* parent) : QSpinBox(parent) {
-  setLocale(QLocale::c());
+  setLocale(QLocale::c());  // of what the field shows
   setFocusPolicy(Qt::StrongFocus);
   setCorrectionMode(CorrectToNearestValue);
   // The value changes when an entry is complete, not with each of its digits.
@@ -44,14 +42,8 @@ void CWNumEdit::SetScale(int minimum, int maximum, int increment, int fast_incre
   setRange(minimum, maximum);
 }
 
-void CWNumEdit::SetUnit(const QString& unit) {
-  setSuffix(unit);
-}
-
 void CWNumEdit::Step(int difference) {
-  interpretText();
-  const qint64 target = qint64{value()} + difference;
-  setValue(static_cast<int>(std::clamp<qint64>(target, minimum(), maximum())));
+  setValue(Value() + difference);
   selectAll();
 }
 
@@ -114,42 +106,19 @@ QString CWNumEdit::Typed(const QString& text) const {
   return typed.removeIf([](QChar c) { return c.isSpace(); });
 }
 
-// The number in a text of the field, with "." as its separator. A point of a locale that has
-// another one makes it none.
-QString CWNumEdit::Number(const QString& text) const {
-  QString number = Typed(text);
-  const QString point = QLocale().decimalPoint();
-  if (point != QLatin1String(".")) number.replace('.', '?').replace(point, QLatin1String("."));
-  return number;
-}
-
-QString CWNumEdit::textFromValue(int value) const {
-  return QString::number(value);
-}
-
 int CWNumEdit::valueFromText(const QString& text) const {
-  const QString number = Number(text);
-  const QRegularExpressionMatch parts = Split(number);
-  const bool any_digit = std::ranges::any_of(number, [](QChar c) { return c.isDigit(); });
-  if (!parts.hasMatch() || !any_digit) return value();
-  const QString digits = parts.captured(2);
-  const QString fraction = parts.captured(3).left(kMostDigits);
-  const bool negative = !parts.captured(1).isEmpty();
-  if (digits.size() > kMostDigits) return negative ? minimum() : maximum();
-  const double typed = QString('0' + digits + fraction).toDouble() * (negative ? -1 : 1);
-  return static_cast<int>(std::clamp<double>(std::nearbyint(typed), minimum(), maximum()));
+  return TypedNumber(Typed(text), minimum(), maximum()).value_or(value());
 }
 
 QValidator::State CWNumEdit::validate(QString& text, int& position) const {
   const QString before_caret = text.left(position);
   position -= static_cast<int>(before_caret.size() - Typed(before_caret).size());
-  text = Typed(text) + suffix();
-  const QString number = Number(text);
-  if (number.isEmpty()) return QValidator::Intermediate;
-  const QRegularExpressionMatch parts = Split(number);
-  if (!parts.hasMatch() || (minimum() >= 0 && number.startsWith('-'))) return QValidator::Invalid;
+  const QString typed = Typed(text);
+  text = typed + suffix();
+  if (typed.isEmpty()) return QValidator::Intermediate;
+  if (!IsEntry(typed)) return QValidator::Invalid;
   bool whole = false;
-  const int value = number.toInt(&whole);
+  const int value = typed.toInt(&whole);
   if (whole && value >= minimum() && value <= maximum()) return QValidator::Acceptable;
   return out_of_range_ == OutOfRange::kRefuse ? QValidator::Invalid : QValidator::Intermediate;
 }

@@ -1,6 +1,7 @@
-// A numeric field that shows its whole-number value followed by a unit, e.g. "1000 ms", always in
-// plain digits whatever the locale. The toolkit's own refuses the digit that takes an entry above
-// the range, takes no decimal separator, steps by the wheel without the focus and has no page step.
+// A numeric field that shows its whole-number value, never below 0, and a suffix, e.g. "1000 ms",
+// always in plain digits whatever the locale. The toolkit's own refuses the digit that takes an
+// entry above the range, takes no decimal separator, steps by the wheel without the focus and has
+// no page step.
 #pragma once
 
 #include <QSpinBox>
@@ -24,22 +25,16 @@ class CWNumEdit : public QSpinBox {
   // Range and steps: arrow keys, buttons and the wheel (in the field that has the focus) step by
   // `increment`, page keys by `fast_increment`, and stop at the bounds. A typed entry counts when
   // the field is left, Enter is pressed or the value is asked for; Escape puts the value back
-  // instead (and does nothing where nothing is being typed). It is rounded to a whole number,
-  // halves to the even one. Of separators only the locale's decimal one is taken: in "1.000" the
-  // point may be meant for thousands. Blanks are left out, also those in a text that is pasted.
-  // Where there is no number the value stays as it was.
+  // instead (and does nothing where nothing is being typed). It is read by `TypedNumber`, without
+  // its blanks. Where there is no number the value stays as it was.
   void SetScale(int minimum, int maximum, int increment, int fast_increment);
   void SetOutOfRange(OutOfRange out_of_range) { out_of_range_ = out_of_range; }
-
-  // The unit shown behind the number, its leading blank included (" ms").
-  void SetUnit(const QString& unit);
 
  protected:
   bool event(QEvent* event) override;
   void stepBy(int steps) override;
   void keyPressEvent(QKeyEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
-  QString textFromValue(int value) const override;
   int valueFromText(const QString& text) const override;
   StepEnabled stepEnabled() const override;
   QValidator::State validate(QString& text, int& position) const override;
@@ -47,7 +42,6 @@ class CWNumEdit : public QSpinBox {
 
  private:
   QString Typed(const QString& text) const;
-  QString Number(const QString& text) const;
   void Step(int difference);
   void KeepCaretBeforeUnit(int position);
 

@@ -1,0 +1,19 @@
+#include "platform/controls/typed_number.h"
+
+#include <QLocale>
+#include <algorithm>
+#include <cmath>
+
+namespace platform {
+
+std::optional<int> TypedNumber(const QString& text, int minimum, int maximum) {
+  QLocale locale;
+  locale.setNumberOptions(QLocale::RejectGroupSeparator);
+  bool taken = false;
+  const double number = locale.toDouble(text, &taken);
+  // The toolkit doesn't take hundreds of digits, which give an infinity, but takes "inf" and "nan".
+  if (taken != std::isfinite(number)) return std::nullopt;
+  return static_cast<int>(std::clamp<double>(std::nearbyint(number), minimum, maximum));
+}
+
+}  // namespace platform

@@ -24,7 +24,6 @@ CWButton::CWButton(const QString& caption, QWidget* parent) : PushButton(caption
 }
 
 void CWButton::SetWaiting(bool waiting) {
-  if (waiting_ == waiting) return;
   waiting_ = waiting;
   update();
 }
@@ -35,12 +34,9 @@ QSize CWButton::sizeHint() const {
 }
 
 void CWButton::paintEvent(QPaintEvent*) {
-  ControlState state;
-  state.enabled = isEnabled();
-  state.hovered = underMouse();
-  state.pressed = isDown();
-  // Like the toolkit's buttons: a click needs no sign of the focus that it brings.
-  state.focused = hasFocus() && window()->testAttribute(Qt::WA_KeyboardFocusChange);
+  QStyleOptionButton option;
+  initStyleOption(&option);
+  ControlState state = ButtonStateOf(option);
   state.on = isChecked();
   state.waiting = waiting_;
   const ControlColours colours = ButtonColoursOf(state, palette());

@@ -4,6 +4,19 @@
 
 namespace platform {
 
+ControlState StateOf(const QStyleOption& option) {
+  return {.enabled = option.state.testFlag(QStyle::State_Enabled),
+          .hovered = option.state.testFlag(QStyle::State_MouseOver),
+          .pressed = option.state.testFlag(QStyle::State_Sunken),
+          .focused = option.state.testFlag(QStyle::State_HasFocus)};
+}
+
+ControlState ButtonStateOf(const QStyleOption& option) {
+  ControlState state = StateOf(option);
+  state.focused &= option.state.testFlag(QStyle::State_KeyboardFocusChange);
+  return state;
+}
+
 ControlColours ButtonColoursOf(const ControlState& state, const QPalette& palette) {
   const QColor window = palette.color(QPalette::Active, QPalette::Window);
   const QColor button = palette.color(QPalette::Active, QPalette::Button);
@@ -68,28 +81,26 @@ void DrawBox(QPainter& painter, const QRect& rect, const QColor& ground, const Q
 void DrawLamp(QPainter& painter, const QRectF& place, const ControlColours& colours, bool lit) {
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
-  if (!lit) {
+  if (lit) {
+    QRadialGradient glow(place.center(), place.width() / 2 + 3);
+    glow.setColorAt(0.6, colours.lamp);
+    QColor outside = colours.lamp;
+    outside.setAlpha(0);
+    glow.setColorAt(1, outside);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(glow);
+    painter.drawEllipse(place.adjusted(-3, -3, 3, 3));
+    QRadialGradient bulb(place.topLeft() + QPointF(place.width() * 0.35, place.height() * 0.3),
+                         place.width() * 0.8);
+    bulb.setColorAt(0, colours.lamp.lighter(170));
+    bulb.setColorAt(1, colours.lamp);
+    painter.setPen(colours.rim);
+    painter.setBrush(bulb);
+    painter.drawEllipse(place.adjusted(0.5, 0.5, -0.5, -0.5));
+  } else {
     painter.setPen(QPen(colours.rim, 1.5));
-    painter.setBrush(Qt::NoBrush);
     painter.drawEllipse(place.adjusted(1, 1, -1, -1));
-    painter.restore();
-    return;
   }
-  QRadialGradient glow(place.center(), place.width() / 2 + 3);
-  glow.setColorAt(0.6, colours.lamp);
-  QColor outside = colours.lamp;
-  outside.setAlpha(0);
-  glow.setColorAt(1, outside);
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(glow);
-  painter.drawEllipse(place.adjusted(-3, -3, 3, 3));
-  QRadialGradient bulb(place.topLeft() + QPointF(place.width() * 0.35, place.height() * 0.3),
-                       place.width() * 0.8);
-  bulb.setColorAt(0, colours.lamp.lighter(170));
-  bulb.setColorAt(1, colours.lamp);
-  painter.setPen(QPen(colours.rim, 1));
-  painter.setBrush(bulb);
-  painter.drawEllipse(place.adjusted(0.5, 0.5, -0.5, -0.5));
   painter.restore();
 }
 

@@ -11,6 +11,7 @@
 #include <QPainter>
 #include <QPalette>
 #include <QRectF>
+#include <QStyleOption>
 
 namespace platform {
 
@@ -24,6 +25,12 @@ struct ControlState {
   bool on = false;       // a switch, or a list that is locked on its entry
   bool waiting = false;  // counts for one that is On
 };
+
+// What the toolkit tells of a control; `on` and `waiting` are left to the caller.
+ControlState StateOf(const QStyleOption& option);
+
+// The same of a button. A click gives it the focus, too, but whoever clicks needs no sign of that.
+ControlState ButtonStateOf(const QStyleOption& option);
 
 struct ControlColours {
   QColor face;

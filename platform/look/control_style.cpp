@@ -19,15 +19,6 @@ constexpr int kListFrame = 2;  // pixels: the lines leave the frame's round corn
 constexpr int kIcon = 32;      // pixels, in a message box
 constexpr int kArrow = 7;      // pixels, the width of an arrow
 
-ControlState StateOf(const QStyleOption& option) {
-  ControlState state;
-  state.enabled = (option.state & QStyle::State_Enabled) != 0;
-  state.hovered = (option.state & QStyle::State_MouseOver) != 0;
-  state.pressed = (option.state & QStyle::State_Sunken) != 0;
-  state.focused = (option.state & QStyle::State_HasFocus) != 0;
-  return state;
-}
-
 void DrawArrow(QPainter& painter, const QRect& place, bool up, const QColor& colour) {
   const QPointF middle = QRectF(place).center();
   const double half = kArrow / 2.0;
@@ -42,15 +33,13 @@ void DrawArrow(QPainter& painter, const QRect& place, bool up, const QColor& col
 }
 
 void DrawButton(QPainter& painter, const QStyleOption& option) {
-  ControlState state = StateOf(option);
-  // A click gives a button the focus, too, but whoever clicks needs no sign of it.
-  state.focused = state.focused && (option.state & QStyle::State_KeyboardFocusChange) != 0;
+  const ControlState state = ButtonStateOf(option);
   const ControlColours colours = ButtonColoursOf(state, option.palette);
   DrawBox(painter, option.rect, colours.face, colours.edge, state.focused);
 }
 
 void DrawField(QPainter& painter, const QStyleOption& option) {
-  const bool read_only = (option.state & QStyle::State_ReadOnly) != 0;
+  const bool read_only = option.state.testFlag(QStyle::State_ReadOnly);
   const ControlState state = StateOf(option);
   const ControlColours colours = FieldColoursOf(state, read_only, option.palette);
   DrawBox(painter, option.rect, colours.face, colours.edge, state.focused);
@@ -96,13 +85,12 @@ void DrawSpinBox(QPainter& painter, const QStyleOptionSpinBox& box, const QRect&
   for (const bool is_up : {true, false}) {
     const QStyle::SubControl part = is_up ? QStyle::SC_SpinBoxUp : QStyle::SC_SpinBoxDown;
     const QRect& place = is_up ? up : down;
-    const bool active = box.activeSubControls == part && state.enabled;
-    const bool can = (box.stepEnabled & (is_up ? QAbstractSpinBox::StepUpEnabled
-                                               : QAbstractSpinBox::StepDownEnabled)) != 0;
-    ControlState button;
-    button.enabled = state.enabled && can;
-    button.hovered = active && state.hovered;
-    button.pressed = active && state.pressed;
+    const bool active = box.activeSubControls == part;
+    const bool can_step = box.stepEnabled.testFlag(is_up ? QAbstractSpinBox::StepUpEnabled
+                                                         : QAbstractSpinBox::StepDownEnabled);
+    const ControlState button = {.enabled = state.enabled && can_step,
+                                 .hovered = active && state.hovered,
+                                 .pressed = active && state.pressed};
     const ControlColours shown = ButtonColoursOf(button, box.palette);
     painter.fillRect(place.adjusted(0, is_up ? 2 : 0, -2, is_up ? 0 : -2), shown.face);
     DrawArrow(painter, place.adjusted(0, is_up ? 2 : 0, -1, is_up ? 0 : -1), is_up, shown.text);
@@ -113,7 +101,7 @@ void DrawSpinBox(QPainter& painter, const QStyleOptionSpinBox& box, const QRect&
 void DrawClosedList(QPainter& painter, const QStyleOptionComboBox& list, const QRect& arrow) {
   ControlState state = StateOf(list);
   state.pressed = false;
-  if ((list.state & QStyle::State_On) != 0) state.hovered = true;  // the list is open
+  state.hovered |= list.state.testFlag(QStyle::State_On);  // the list is open
   const ControlColours colours = ButtonColoursOf(state, list.palette);
   DrawBox(painter, list.rect, colours.face, colours.edge, state.focused);
   DrawArrow(painter, arrow, false, colours.text);
@@ -156,12 +144,12 @@ void ControlStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* o
     case PE_PanelButtonCommand:
       DrawButton(*painter, *option);
       return;
-    case PE_PanelLineEdit: {
+    case PE_PanelLineEdit:
       // Without a frame it lies on another control, which has drawn the ground.
-      const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
-      if (frame == nullptr || frame->lineWidth > 0) DrawField(*painter, *option);
+      if (qstyleoption_cast<const QStyleOptionFrame*>(option)->lineWidth > 0) {
+        DrawField(*painter, *option);
+      }
       return;
-    }
     case PE_Frame:
       if (qobject_cast<const QAbstractItemView*>(widget)) {
         DrawListFrame(*painter, *option);
@@ -181,12 +169,10 @@ void ControlStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* o
 void ControlStyle::drawControl(ControlElement element, const QStyleOption* option,
                                QPainter* painter, const QWidget* widget) const {
   if (element == CE_ProgressBar) {
-    if (const auto* bar = qstyleoption_cast<const QStyleOptionProgressBar*>(option)) {
-      DrawBar(*painter, *bar);
-      return;
-    }
+    DrawBar(*painter, *qstyleoption_cast<const QStyleOptionProgressBar*>(option));
+  } else {
+    QProxyStyle::drawControl(element, option, painter, widget);
   }
-  QProxyStyle::drawControl(element, option, painter, widget);
 }
 
 void ControlStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
@@ -194,16 +180,15 @@ void ControlStyle::drawComplexControl(ComplexControl control, const QStyleOption
   const auto part = [&](SubControl sub_control) {
     return proxy()->subControlRect(control, option, sub_control, widget);
   };
-  if (const auto* box = qstyleoption_cast<const QStyleOptionSpinBox*>(option)) {
-    DrawSpinBox(*painter, *box, part(SC_SpinBoxUp), part(SC_SpinBoxDown));
-    return;
-  }
+  const auto* box = qstyleoption_cast<const QStyleOptionSpinBox*>(option);
   const auto* list = qstyleoption_cast<const QStyleOptionComboBox*>(option);
-  if (list && !list->editable) {
+  if (box) {
+    DrawSpinBox(*painter, *box, part(SC_SpinBoxUp), part(SC_SpinBoxDown));
+  } else if (list && !list->editable) {
     DrawClosedList(*painter, *list, part(SC_ComboBoxArrow));
-    return;
+  } else {
+    QProxyStyle::drawComplexControl(control, option, painter, widget);
   }
-  QProxyStyle::drawComplexControl(control, option, painter, widget);
 }
 
 int ControlStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,

@@ -39,17 +39,11 @@ QRect FaderHandle(const QStyleOptionSlider& option, int value) {
   return handle;
 }
 
-QRect FaderHandle(const QStyleOptionSlider& option) {
-  return FaderHandle(option, option.sliderPosition);
-}
-
-ControlState StateOf(const QStyleOptionSlider& option) {
-  const bool on_handle = (option.activeSubControls & QStyle::SC_SliderHandle) != 0;
-  ControlState state;
-  state.enabled = (option.state & QStyle::State_Enabled) != 0;
-  state.focused = (option.state & QStyle::State_HasFocus) != 0;
-  state.pressed = on_handle && (option.state & QStyle::State_Sunken) != 0;
-  state.hovered = on_handle && (option.state & QStyle::State_MouseOver) != 0;
+ControlState FaderState(const QStyleOptionSlider& option) {
+  const bool on_handle = option.activeSubControls.testFlag(QStyle::SC_SliderHandle);
+  ControlState state = StateOf(option);
+  state.pressed &= on_handle;
+  state.hovered &= on_handle;
   return state;
 }
 
@@ -65,32 +59,29 @@ void DrawTicks(QPainter& painter, const QStyleOptionSlider& option, const SlideC
   }
 }
 
-void DrawHandle(QPainter& painter, const QRect& handle, const SlideColours& colours,
-                const ControlState& state) {
-  DrawBox(painter, handle, colours.handle, colours.handle_edge, state.focused);
-  painter.fillRect(handle.left() + 5, handle.center().y(), handle.width() - 10, 1, colours.accent);
-}
-
 void DrawFader(QPainter& painter, const QStyleOptionSlider& option) {
-  const ControlState state = StateOf(option);
+  const ControlState state = FaderState(option);
   const SlideColours colours = SlideColoursOf(state, option.palette);
   DrawTicks(painter, option, colours);
 
   const QRect track = FaderTrack(option);
   const QRect groove(option.rect.center().x() - kGrooveWidth / 2, track.top() + 2, kGrooveWidth,
                      track.height() - 4);
+  painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(colours.groove_edge);
   painter.setBrush(colours.groove);
   painter.drawRoundedRect(QRectF(groove).adjusted(0.5, 0.5, -0.5, -0.5), kGrooveWidth / 2.0,
                           kGrooveWidth / 2.0);
-  painter.setRenderHint(QPainter::Antialiasing, false);
+  painter.restore();
 
   const int centre = FaderY(option, (option.maximum + 1) / 2);
-  const int handle = FaderY(option, option.sliderPosition);
-  painter.fillRect(groove.left(), std::min(centre, handle), kGrooveWidth,
-                   std::abs(centre - handle) + 1, colours.accent);
-  DrawHandle(painter, FaderHandle(option), colours, state);
+  const QRect handle = FaderHandle(option, option.sliderPosition);
+  const int middle = handle.center().y();
+  painter.fillRect(groove.left(), std::min(centre, middle), kGrooveWidth,
+                   std::abs(centre - middle) + 1, colours.accent);
+  DrawBox(painter, handle, colours.handle, colours.handle_edge, state.focused);
+  painter.fillRect(handle.left() + 5, middle, handle.width() - 10, 1, colours.accent);
 }
 
 }  // namespace
@@ -119,36 +110,25 @@ void DrawSlideCaption(QPainter& painter, const QStyleOptionSlider& option, const
   const int width = option.fontMetrics.horizontalAdvance(caption);
   const int left = std::min(option.rect.center().x() - width / 2, area.right() - width + 1);
   const QRect place(std::max(area.left(), left), area.top(), width, option.fontMetrics.height());
-  painter.setPen(SlideColoursOf(StateOf(option), option.palette).text);
+  painter.setPen(SlideColoursOf(FaderState(option), option.palette).text);
   painter.drawText(place, Qt::AlignLeft | Qt::AlignTop | Qt::TextDontClip, caption);
 }
 
 void DrawSlideMark(QPainter& painter, const QStyleOptionSlider& option, int value) {
-  const SlideColours colours = SlideColoursOf(StateOf(option), option.palette);
+  const SlideColours colours = SlideColoursOf(FaderState(option), option.palette);
   DrawBox(painter, FaderHandle(option, value), colours.mark, colours.mark_edge, false);
 }
 
-void SlideStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
-                                    QPainter* painter, const QWidget* widget) const {
-  const auto* slider = qstyleoption_cast<const QStyleOptionSlider*>(option);
-  if (control != CC_Slider || slider == nullptr) {
-    QCommonStyle::drawComplexControl(control, option, painter, widget);
-    return;
-  }
-  painter->save();
-  DrawFader(*painter, *slider);
-  painter->restore();
+void SlideStyle::drawComplexControl(ComplexControl, const QStyleOptionComplex* option,
+                                    QPainter* painter, const QWidget*) const {
+  DrawFader(*painter, *qstyleoption_cast<const QStyleOptionSlider*>(option));
 }
 
-QRect SlideStyle::subControlRect(ComplexControl control, const QStyleOptionComplex* option,
-                                 SubControl sub_control, const QWidget* widget) const {
-  const auto* slider = qstyleoption_cast<const QStyleOptionSlider*>(option);
-  if (control != CC_Slider || slider == nullptr) {
-    return QCommonStyle::subControlRect(control, option, sub_control, widget);
-  }
-  if (sub_control == SC_SliderHandle) return FaderHandle(*slider);
-  if (sub_control == SC_SliderGroove) return FaderTrack(*slider);
-  return {};
+QRect SlideStyle::subControlRect(ComplexControl, const QStyleOptionComplex* option,
+                                 SubControl sub_control, const QWidget*) const {
+  const auto& slider = *qstyleoption_cast<const QStyleOptionSlider*>(option);
+  if (sub_control == SC_SliderHandle) return FaderHandle(slider, slider.sliderPosition);
+  return sub_control == SC_SliderGroove ? FaderTrack(slider) : QRect();
 }
 
 int SlideStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,

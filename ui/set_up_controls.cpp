@@ -53,7 +53,7 @@ void SetUpControls(const Controls& controls, const platform::PortDirectory& port
   Colour(*controls.LabelNotStored, platform::kWarningColour);
   for (std::size_t i = 0; i < kChannels; ++i) {
     platform::CWSlide& slide = *controls.CWSlide1[i];
-    slide.SetScaleMaximum(255);
+    slide.setMaximum(255);
     slide.setValue(kCentre);
     slide.SetToldZero(kCentre);
     // Above the middle of its fields, which are wider.
@@ -97,7 +97,6 @@ void SetUpControls(const Controls& controls, const platform::PortDirectory& port
   columns.push_back(mark);
   columns.push_back(mark);
   controls.ListSequence->SetColumns(std::move(columns));
-  controls.ListSequence->SetLineNumbers(true);
 }
 
 }  // namespace pelmora

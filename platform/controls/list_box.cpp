@@ -25,12 +25,10 @@ class Line : public QListWidgetItem {
 
   QVariant data(int role) const override {
     if (role != Qt::AccessibleTextRole) return QListWidgetItem::data(role);
-    const auto* list = static_cast<const ListBox*>(listWidget());
-    if (list && list->Spoken) {
-      const int line = list->row(this);
-      return list->Spoken(line, text(), list->Halted() && line == list->ListIndex());
-    }
-    return text().split('\t', Qt::SkipEmptyParts).join(", ");
+    const auto& list = static_cast<const ListBox&>(*listWidget());
+    if (!list.Spoken) return {};
+    const int line = list.row(this);
+    return list.Spoken(line, text(), list.Halted() && line == list.ListIndex());
   }
 };
 
@@ -43,18 +41,21 @@ ListBox::ListBox(QWidget* parent) : QListWidget(parent), delegate_(new ColumnDel
   setUniformItemSizes(true);
   setVerticalScrollMode(ScrollPerItem);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  scroll_timer_.setInterval(kScrollMilliseconds);
+  scroll_timer_.setTimerType(Qt::PreciseTimer);
+  connect(&scroll_timer_, &QTimer::timeout, this, &ListBox::ScrollOn);
   setBackgroundRole(QPalette::Base);
   setAutoFillBackground(true);
 }
 
 QString ListBox::List(int index) const {
   const QListWidgetItem* line = item(index);
-  return line == nullptr ? QString() : line->text();
+  return line ? line->text() : QString();
 }
 
 void ListBox::SetList(int index, const QString& text) {
   QListWidgetItem* line = item(index);
-  if (line == nullptr) return;
+  if (!line) return;
   line->setText(text);
   viewport()->update();  // the line below may repeat it
   Announce(index);
@@ -85,7 +86,7 @@ void ListBox::AddItem(const QString& text) {
 
 void ListBox::InsertItem(int index, const QString& text) {
   LinesChange();
-  insertItem(std::clamp(index, 0, count()), new Line(text));
+  insertItem(index, new Line(text));
 }
 
 void ListBox::RemoveItem(int index) {
@@ -121,27 +122,10 @@ void ListBox::SetColumns(std::vector<ListColumn> columns) {
   viewport()->update();
 }
 
-void ListBox::SetLineNumbers(bool shown) {
-  numbers_ = shown;
-  PlaceNumbers();
-}
-
-bool ListBox::Halted() const {
-  return delegate_->Halted();
-}
-
 void ListBox::SetHalted(bool halted) {
   if (!delegate_->SetHalted(halted)) return;
   viewport()->update();
   Announce(ListIndex());
-}
-
-// Clear of the scroll bar, also while there is none.
-void ListBox::PlaceNumbers() {
-  const int scroll_bar = verticalScrollBar()->sizeHint().width();
-  const int edge = width() - 2 * frameWidth() - scroll_bar - kNumberMargin;
-  delegate_->SetNumberEdge(numbers_ ? edge : -1);
-  viewport()->update();
 }
 
 // The lines share the list's height, so that none is cut at the bottom. What the division leaves
@@ -149,16 +133,17 @@ void ListBox::PlaceNumbers() {
 void ListBox::FitRows() {
   const int space = height() - 2 * frameWidth();
   rows_ = std::max(1, space / delegate_->LeastHeight(fontMetrics()));
-  const int row = std::max(1, space / rows_);
-  const int rest = std::max(0, space - rows_ * row);
+  const int rest = space % rows_;
   setViewportMargins(0, rest / 2, 0, rest - rest / 2);
-  if (!delegate_->SetRowHeight(row)) return;
+  delegate_->SetRowHeight(space / rows_);
   scheduleDelayedItemsLayout();
 }
 
 void ListBox::resizeEvent(QResizeEvent* event) {
   FitRows();
-  PlaceNumbers();
+  // Clear of the scroll bar, also while there is none.
+  const int scroll_bar = verticalScrollBar()->sizeHint().width();
+  delegate_->SetNumberEdge(width() - 2 * frameWidth() - scroll_bar - kNumberMargin);
   QListWidget::resizeEvent(event);
 }
 
@@ -172,9 +157,8 @@ void ListBox::scrollTo(const QModelIndex& index, ScrollHint hint) {
 void ListBox::BringIntoView(int line) {
   if (gesture_.Running() || line < 0) return;
   executeDelayedItemsLayout();
-  const int rows = std::max(1, viewport()->height() / std::max(1, sizeHintForRow(line)));
   const int top = TopLine();
-  if (line >= top && line < top + rows) return;
+  if (line >= top && line < top + rows_) return;
   int turned = line < top ? line - rows_ + 2 : line - 1;
   turned -= (turned - top) % 2;  // the stripes stay where they are
   verticalScrollBar()->setValue(std::clamp(turned, line - rows_ + 1, line));
@@ -193,7 +177,7 @@ int ListBox::NearestLine(int y) const {
   return line >= 0 ? line : count() - 1;
 }
 
-void ListBox::Press(QMouseEvent* event) {
+void ListBox::mousePressEvent(QMouseEvent* event) {
   event->accept();
   const bool first_button = event->buttons() == Qt::MouseButtons(event->button());
   if (gesture_.Running() && !first_button) return;
@@ -206,14 +190,10 @@ void ListBox::Press(QMouseEvent* event) {
   emit MouseDown(line);
 }
 
-void ListBox::mousePressEvent(QMouseEvent* event) {
-  Press(event);
-}
-
 void ListBox::mouseDoubleClickEvent(QMouseEvent* event) {
   // When a page was turned since the first click, the second one hits a line that was not meant.
   const bool same_page = TopLine() == pressed_top_;
-  Press(event);
+  mousePressEvent(event);
   if (event->button() == Qt::LeftButton && gesture_.OnLine() && same_page) emit DblClick();
 }
 
@@ -248,7 +228,7 @@ void ListBox::FollowPointer(int y) {
   if (!outside) {
     scroll_timer_.stop();
   } else if (!scroll_timer_.isActive()) {
-    scroll_timer_.start(kScrollMilliseconds, Qt::PreciseTimer, this);
+    scroll_timer_.start();
   }
 }
 
@@ -275,33 +255,20 @@ void ListBox::paintEvent(QPaintEvent* event) {
   DrawDropMark(painter, viewport()->rect(), between, palette());
 }
 
-// The toolkit shows the focus on a line only; an empty list shows it, too.
 bool ListBox::event(QEvent* event) {
-  if (TakesPointer(*event, *this)) GiveUp();
-  const bool done = QListWidget::event(event);
-  if (event->type() == QEvent::Paint && hasFocus()) {
-    QPainter painter(this);
-    painter.setPen(palette().color(QPalette::Highlight));
-    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+  const QEvent::Type type = event->type();
+  // A list that is hidden, or behind another window, may never get the release.
+  if (TakesPointer(*event, *this) || type == QEvent::Hide ||
+      (type == QEvent::ActivationChange && !isActiveWindow())) {
+    GiveUp();
   }
-  return done;
+  if (type == QEvent::FontChange) FitRows();
+  // The toolkit paints the lines anew and not the frame, which shows the focus of an empty list.
+  if (type == QEvent::FocusIn || type == QEvent::FocusOut) update();
+  return QListWidget::event(event);
 }
 
-void ListBox::focusInEvent(QFocusEvent* event) {
-  QListWidget::focusInEvent(event);
-  update();
-}
-
-void ListBox::focusOutEvent(QFocusEvent* event) {
-  QListWidget::focusOutEvent(event);
-  update();
-}
-
-void ListBox::timerEvent(QTimerEvent* event) {
-  if (event->timerId() != scroll_timer_.timerId()) {
-    QListWidget::timerEvent(event);
-    return;
-  }
+void ListBox::ScrollOn() {
   const int y = gesture_.PointerY();
   verticalScrollBar()->setValue(TopLine() + (y < 0 ? -1 : 1));
   FollowPointer(y);
@@ -333,18 +300,6 @@ void ListBox::EndGesture() {
 void ListBox::GiveUp() {
   if (gesture_.Dragging()) SetListIndex(gesture_.From());
   EndGesture();
-}
-
-// Once another window has come up, the release may never arrive.
-void ListBox::changeEvent(QEvent* event) {
-  QListWidget::changeEvent(event);
-  if (event->type() == QEvent::FontChange) FitRows();
-  if (event->type() == QEvent::ActivationChange && !isActiveWindow()) GiveUp();
-}
-
-void ListBox::hideEvent(QHideEvent* event) {
-  QListWidget::hideEvent(event);
-  GiveUp();
 }
 
 void ListBox::keyPressEvent(QKeyEvent* event) {
@@ -394,6 +349,7 @@ bool ListBox::TakeKey(const QKeyEvent& event) {
   }
 }
 
+// The selected line shall go up or down by `distance`.
 void ListBox::AskToMove(int distance) {
   const int from = ListIndex();
   const int to = from + distance;

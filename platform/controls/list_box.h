@@ -7,10 +7,10 @@
 // mouse button is held, so that the line under the pointer stays there.
 #pragma once
 
-#include <QBasicTimer>
 #include <QListWidget>
 #include <QPoint>
 #include <QString>
+#include <QTimer>
 #include <functional>
 #include <vector>
 
@@ -25,12 +25,13 @@ class ListBox : public QListWidget {
   explicit ListBox(QWidget* parent = nullptr);
 
   int ListCount() const { return count(); }
-  QString List(int index) const;                 // the text of a line, 0 .. ListCount - 1
-  void SetList(int index, const QString& text);  // replaces a text in place; selection stays
-  void AddItem(const QString& text);             // at the end
-  void InsertItem(int index,
-                  const QString& text);  // 0 .. ListCount; the selection stays on its line
-  void RemoveItem(int index);            // nothing is selected if it was the selected line
+  // The text of a line; empty, and not to be set, where there is no such line.
+  QString List(int index) const;
+  void SetList(int index, const QString& text);
+  void AddItem(const QString& text);  // at the end
+  // Inserts a line before line `index`, 0 .. ListCount; the selection stays on its line.
+  void InsertItem(int index, const QString& text);
+  void RemoveItem(int index);  // nothing is selected if it was the selected line
   void Clear();
 
   // The selected line, -1 when none is.
@@ -40,17 +41,15 @@ class ListBox : public QListWidget {
   void SetListIndex(int index);
 
   // The columns for the fields of a line, left to right; an empty field draws nothing and fields
-  // beyond the last column are not drawn.
+  // beyond the last column are not drawn. The line's index stands at its right end.
   void SetColumns(std::vector<ListColumn> columns);
-  // Each line's index stands at its right end. Off at the start.
-  void SetLineNumbers(bool shown);
   // Whether a playback that selects one line after the other has halted: the selected line is then
   // drawn in amber. Off at the start.
   void SetHalted(bool halted);
-  bool Halted() const;
+  bool Halted() const { return delegate_->Halted(); }
 
   // What assistive technology is told of a line, by its index and text, and whether playback is
-  // halted there; asked whenever it reads one. Without it the line's fields.
+  // halted there; asked whenever it reads one. Without it the line's text.
   std::function<QString(int line, const QString& text, bool halted)> Spoken;
 
   void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
@@ -88,27 +87,21 @@ class ListBox : public QListWidget {
   void wheelEvent(QWheelEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
-  void timerEvent(QTimerEvent* event) override;
-  void changeEvent(QEvent* event) override;
-  void hideEvent(QHideEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
-  void focusInEvent(QFocusEvent* event) override;
-  void focusOutEvent(QFocusEvent* event) override;
   bool event(QEvent* event) override;
 
  private:
   void FitRows();
-  void PlaceNumbers();
   int LineAt(int y) const;
   int NearestLine(int y) const;
   int TopLine() const;
   void BringIntoView(int line);
-  void Press(QMouseEvent* event);
   void FollowPointer(int y);
   void ShowDrag();
   void HideDrag();
+  void ScrollOn();
   void LinesChange();
   void Announce(int line);
   void EndGesture();
@@ -118,8 +111,7 @@ class ListBox : public QListWidget {
 
   ColumnDelegate* delegate_;
   ListGesture gesture_;
-  QBasicTimer scroll_timer_;
-  bool numbers_ = false;
+  QTimer scroll_timer_;
   int rows_ = 1;         // as many lines as are in view
   int pressed_top_ = 0;  // the first line in view when a button last went down
 };

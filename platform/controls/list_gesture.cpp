@@ -25,7 +25,6 @@ void ListGesture::DragOn(int line) {
 }
 
 void ListGesture::LoseLine() {
-  if (!OnLine()) return;
   phase_ = Phase::kBesideLines;
   from_ = to_ = -1;
 }

@@ -16,8 +16,8 @@ class ListGesture {
   bool Follow(int line, int y, bool outside);
   // The lines have moved under the pointer that stays where it is.
   void DragOn(int line);
-  // Lines have been inserted or removed: the one that was pressed may be gone. The gesture goes on
-  // without a line.
+  // Lines have been inserted or removed: the one that was pressed may be gone. A gesture on a line
+  // goes on without one.
   void LoseLine();
   void End() { *this = {}; }
 

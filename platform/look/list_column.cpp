@@ -3,7 +3,6 @@
 #include <QPainter>
 #include <QStringList>
 #include <algorithm>
-#include <utility>
 
 #include "platform/look/colours.h"
 #include "platform/look/list_look.h"
@@ -59,23 +58,20 @@ void DrawField(QPainter& painter, const QRect& cell, const ListColumn& column,
 
 void ColumnDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                            const QModelIndex& index) const {
-  LineState state;
-  state.odd = index.row() % 2 != 0;
-  state.selected = (option.state & QStyle::State_Selected) != 0;
-  state.enabled = (option.state & QStyle::State_Enabled) != 0;
-  state.halted = halted_;
-  state.dragged = index.row() == dragged_;
+  const LineState state = {.odd = index.row() % 2 != 0,
+                           .selected = option.state.testFlag(QStyle::State_Selected),
+                           .halted = halted_,
+                           .dragged = index.row() == dragged_,
+                           .enabled = option.state.testFlag(QStyle::State_Enabled)};
   const LineColours colours = ColoursOf(state, option.palette);
   painter->fillRect(option.rect, colours.ground);
   if (option.state & QStyle::State_HasFocus) DrawFocus(*painter, option.rect, colours);
 
   painter->setFont(option.font);
-  if (number_edge_ >= 0) {
-    painter->setPen(colours.number);
-    painter->drawText(
-        QRect(option.rect.left(), option.rect.top(), number_edge_, option.rect.height()),
-        Qt::AlignRight | Qt::AlignVCenter, QString::number(index.row()));
-  }
+  painter->setPen(colours.number);
+  painter->drawText(
+      QRect(option.rect.left(), option.rect.top(), number_edge_, option.rect.height()),
+      Qt::AlignRight | Qt::AlignVCenter, QString::number(index.row()));
   const QStringList fields = FieldsOf(index);
   const QStringList above = FieldsOf(index.siblingAtRow(index.row() - 1));
   const std::size_t drawn = std::min(columns_.size(), static_cast<std::size_t>(fields.size()));
@@ -103,10 +99,6 @@ QSize ColumnDelegate::sizeHint(const QStyleOptionViewItem&, const QModelIndex&) 
 
 int ColumnDelegate::LeastHeight(const QFontMetrics& font) {
   return font.height() + kRowPadding;
-}
-
-bool ColumnDelegate::SetRowHeight(int height) {
-  return std::exchange(row_height_, height) != height;
 }
 
 }  // namespace platform

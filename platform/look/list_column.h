@@ -29,7 +29,7 @@ class ColumnDelegate : public QStyledItemDelegate {
 
   // The lefts here count from the left edge of the lines, without the frame.
   void SetColumns(std::vector<ListColumn> columns) { columns_ = std::move(columns); }
-  // The line's index is drawn, ending at `right`; -1: it is not drawn.
+  // Where the line's index, which is drawn behind the fields, ends.
   void SetNumberEdge(int right) { number_edge_ = right; }
   // See LineState: the line being dragged, -1 when none is; whether the selected one is halted.
   void SetDragged(int line) { dragged_ = line; }
@@ -39,8 +39,8 @@ class ColumnDelegate : public QStyledItemDelegate {
 
   // The height that a line needs at least, in pixels.
   static int LeastHeight(const QFontMetrics& font);
-  // The height of every line, in pixels. False when it is the same already.
-  bool SetRowHeight(int height);
+  // The height of every line, in pixels.
+  void SetRowHeight(int height) { row_height_ = height; }
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option,
              const QModelIndex& index) const override;
@@ -49,7 +49,7 @@ class ColumnDelegate : public QStyledItemDelegate {
  private:
   std::vector<ListColumn> columns_;
   int row_height_ = 1;
-  int number_edge_ = -1;
+  int number_edge_ = 0;
   int dragged_ = -1;
   bool halted_ = false;
 };

@@ -1,41 +1,33 @@
 #include "platform/controls/entry_keys.h"
 
 #include <QKeyEvent>
+#include <algorithm>
 
 namespace platform {
 namespace {
 
-bool IsRedoKey(const QKeyEvent& key) {
-  return key.key() == Qt::Key_Y && key.modifiers() == Qt::ControlModifier;
-}
-
-bool IsUndoOrRedoKey(const QKeyEvent& key) {
-  const Qt::KeyboardModifiers without_shift = key.modifiers() & ~Qt::ShiftModifier;
-  return IsRedoKey(key) || (key.key() == Qt::Key_Z && without_shift == Qt::ControlModifier);
-}
-
-bool IsClipboardKey(const QKeyEvent& key) {
-  if (key.modifiers() == (Qt::ControlModifier | Qt::ShiftModifier)) return key.key() == Qt::Key_C;
-  return key.modifiers() == Qt::ControlModifier &&
-         (key.key() == Qt::Key_C || key.key() == Qt::Key_X || key.key() == Qt::Key_V);
-}
+constexpr QKeyCombination kRedo = Qt::CTRL | Qt::Key_Y;
+constexpr QKeyCombination kUndoAndRedo[] = {Qt::CTRL | Qt::Key_Z, Qt::CTRL | Qt::SHIFT | Qt::Key_Z,
+                                            kRedo};
+constexpr QKeyCombination kClipboard[] = {Qt::CTRL | Qt::Key_C, Qt::CTRL | Qt::Key_X,
+                                          Qt::CTRL | Qt::Key_V, Qt::CTRL | Qt::SHIFT | Qt::Key_C};
 
 }  // namespace
 
 bool TakeEntryKeys(QLineEdit& entry, QEvent& event) {
-  if (event.type() != QEvent::ShortcutOverride && event.type() != QEvent::KeyPress) return false;
-  const auto& key = static_cast<const QKeyEvent&>(event);
-  if (event.type() == QEvent::ShortcutOverride && IsClipboardKey(key)) {
+  const bool asked = event.type() == QEvent::ShortcutOverride;  // whose the chord is
+  if (!asked && event.type() != QEvent::KeyPress) return false;
+  const QKeyCombination chord = static_cast<const QKeyEvent&>(event).keyCombination();
+  const bool edited = entry.isModified() || entry.isRedoAvailable();
+  if (asked && std::ranges::count(kClipboard, chord) > 0) {
     event.accept();
     return true;
   }
-  if (!IsUndoOrRedoKey(key)) return false;
-  const bool edited = entry.isModified() || entry.isRedoAvailable();
-  if (event.type() == QEvent::ShortcutOverride) {
+  if (asked && std::ranges::count(kUndoAndRedo, chord) > 0) {
     event.setAccepted(edited);
     return true;
   }
-  if (!edited || !IsRedoKey(key)) return false;
+  if (asked || chord != kRedo || !edited) return false;
   entry.redo();
   event.accept();
   return true;

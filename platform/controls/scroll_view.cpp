@@ -12,12 +12,8 @@ ScrollView::ScrollView(QWidget* content, const QSize& limit, QWidget* parent)
   setWidget(content);
   SetLimit(limit);
   content->show();
-  connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { Follow(now); });
-}
-
-// The controls in it lose the focus when only the base of the view is left.
-ScrollView::~ScrollView() {
-  disconnect(qApp, nullptr, this, nullptr);
+  connect(qApp, &QApplication::focusChanged, &focus_watch_,
+          [this](QWidget*, QWidget* now) { Follow(now); });
 }
 
 void ScrollView::SetLimit(const QSize& limit) {

@@ -11,13 +11,15 @@ class ScrollView : public QScrollArea {
  public:
   // Shows `content` in its own size, in a view of at most `limit` pixels, its scroll bars included.
   ScrollView(QWidget* content, const QSize& limit, QWidget* parent = nullptr);
-  ~ScrollView() override;
 
   // The view may have at most so many pixels from now on.
   void SetLimit(const QSize& limit);
 
  private:
   void Follow(QWidget* focus);
+
+  // Ends the connection before the view's base, which destroys the controls.
+  QObject focus_watch_;
 };
 
 }  // namespace platform

@@ -36,16 +36,9 @@ bool IsTyping(const QKeyEvent& event) {
 }  // namespace
 
 TextField::TextField(QWidget* parent) : QLineEdit(parent) {
-  setAttribute(Qt::WA_InputMethodEnabled, false);
   setAcceptDrops(false);
-  connect(qApp, &QApplication::focusChanged, this,
+  connect(qApp, &QApplication::focusChanged, &focus_watch_,
           [this](const QWidget*, const QWidget* to) { FocusMoved(to); });
-}
-
-// The toolkit takes the focus from a field that is being destroyed, and says so, when only its base
-// is left.
-TextField::~TextField() {
-  disconnect(qApp, nullptr, this, nullptr);
 }
 
 bool TextField::Discards(int key) const {

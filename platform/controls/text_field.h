@@ -12,7 +12,6 @@ class TextField : public QLineEdit {
   Q_OBJECT
  public:
   explicit TextField(QWidget* parent = nullptr);
-  ~TextField() override;
 
   // Asks whether the field may take a character key, with the key's code: the character's code, 8
   // for Backspace, 13 for Enter, 27 for Escape. Setting the code to 0 discards the key. Keys that
@@ -45,6 +44,8 @@ class TextField : public QLineEdit {
   void FocusMoved(const QWidget* to);
   void Leave();
 
+  // Ends the connection before the field's base, whose destruction moves the focus.
+  QObject focus_watch_;
   bool editing_ = false;             // a click places the caret
   bool focus_is_elsewhere_ = false;  // in a menu or another window: it may come back
   bool click_selects_ = false;       // until the button is released

@@ -32,7 +32,7 @@ struct ControlsTest : testing::Test {
 
 TEST_F(ControlsTest, FaderFollowsTheMouseToItsEndsAndDoesNotJumpToIt) {
   CWSlide slide(&window);
-  slide.SetScaleMaximum(255);
+  slide.setMaximum(255);
   slide.SetCaption("Ch0");
   slide.setGeometry(10, 10, 33, 273);
   ShowWindow();

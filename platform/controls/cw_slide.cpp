@@ -26,17 +26,14 @@ CWSlide::CWSlide(QWidget* parent) : QSlider(Qt::Vertical, parent) {
   auto* style = new SlideStyle;
   style->setParent(this);
   setStyle(style);
-  setSingleStep(1);
-  setPageStep(10);
   setAttribute(Qt::WA_Hover);
   // It takes the focus of a click itself, once it knows what was pressed.
   setFocusPolicy(Qt::TabFocus);
   setTracking(false);
   connect(this, &QSlider::sliderMoved, this, &CWSlide::Follow);
-}
-
-void CWSlide::SetScaleMaximum(int maximum) {
-  setRange(0, std::max(0, maximum));
+  follow_timer_.setInterval(kFollowMilliseconds);
+  follow_timer_.setTimerType(Qt::PreciseTimer);
+  connect(&follow_timer_, &QTimer::timeout, this, &CWSlide::Follow);
 }
 
 void CWSlide::SetCaption(const QString& caption) {
@@ -59,9 +56,7 @@ void CWSlide::SetAxis(int x) {
 // The value takes the place of the dragged handle, now or a moment later.
 void CWSlide::Follow() {
   if (MayChange && !MayChange()) {
-    if (!follow_timer_.isActive()) {
-      follow_timer_.start(kFollowMilliseconds, Qt::PreciseTimer, this);
-    }
+    if (!follow_timer_.isActive()) follow_timer_.start();
     return;
   }
   follow_timer_.stop();
@@ -83,18 +78,9 @@ void CWSlide::Stay() {
   setSliderPosition(value());
 }
 
-void CWSlide::timerEvent(QTimerEvent* event) {
-  if (event->timerId() == follow_timer_.timerId()) {
-    Follow();
-  } else {
-    QSlider::timerEvent(event);
-  }
-}
-
 bool CWSlide::event(QEvent* event) {
   if (TakesPointer(*event, *this)) {
-    follow_timer_.stop();
-    setSliderPosition(value());
+    Stay();
     QMouseEvent release = ReleaseBeside(*this);
     QSlider::mouseReleaseEvent(&release);
   }

@@ -3,9 +3,9 @@
 // grabs it also when that press, by taking the focus, has let another control move it.
 #pragma once
 
-#include <QBasicTimer>
 #include <QSlider>
 #include <QString>
+#include <QTimer>
 #include <functional>
 
 namespace platform {
@@ -14,10 +14,6 @@ class CWSlide : public QSlider {
   Q_OBJECT
  public:
   explicit CWSlide(QWidget* parent = nullptr);
-
-  // The scale 0 .. `maximum`; a maximum below 0 counts as 0. A value above it is cut, which is a
-  // change like any other.
-  void SetScaleMaximum(int maximum);
 
   // Text drawn above the fader, e.g. "Ch3".
   void SetCaption(const QString& caption);
@@ -53,7 +49,6 @@ class CWSlide : public QSlider {
   bool event(QEvent* event) override;
   void initStyleOption(QStyleOptionSlider* option) const override;
   void paintEvent(QPaintEvent* event) override;
-  void timerEvent(QTimerEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
@@ -65,7 +60,7 @@ class CWSlide : public QSlider {
 
   QString caption_;
   QPoint grab_shift_;  // how far the handle was moved by the press that grabbed it
-  QBasicTimer follow_timer_;
+  QTimer follow_timer_;
   int wheel_angle_ = 0;  // of a notch that is not complete yet
   int axis_ = -1;
   int mark_ = kNoMark;

@@ -27,7 +27,7 @@ QColor DropDownList::UnavailableColour(const QPalette& palette) {
                palette.color(QPalette::Active, QPalette::Base), 0.36);
 }
 
-void DropDownList::RefreshEntries() {
+void DropDownList::showPopup() {
   const QSize size(0, fontMetrics().height() + kEntryPadding);
   for (int i = 0; i < count(); ++i) {
     const int item = itemData(i).toInt();
@@ -36,10 +36,6 @@ void DropDownList::RefreshEntries() {
     const bool pale = Unavailable && Unavailable(item);
     setItemData(i, pale ? QVariant(UnavailableColour(palette())) : QVariant(), Qt::ForegroundRole);
   }
-}
-
-void DropDownList::showPopup() {
-  RefreshEntries();
   QComboBox::showPopup();
 }
 
@@ -70,14 +66,12 @@ bool DropDownList::event(QEvent* event) {
 void DropDownList::keyPressEvent(QKeyEvent* event) {
   // On a closed list the toolkit chooses the next entry at once, entry by entry on the way to the
   // one that is meant. An entry is chosen from the open list only.
-  const bool leaves = event->matches(QKeySequence::Cancel) || event->key() == Qt::Key_Tab ||
-                      event->key() == Qt::Key_Backtab;
   const bool plain = (event->modifiers() & ~(Qt::KeypadModifier | Qt::ShiftModifier)) == 0;
   const bool moves = event->key() == Qt::Key_Up || event->key() == Qt::Key_Down ||
                      event->key() == Qt::Key_PageUp || event->key() == Qt::Key_PageDown ||
                      event->key() == Qt::Key_Home || event->key() == Qt::Key_End;
   const bool types = !event->text().isEmpty() && event->text().at(0).isPrint();
-  if (!leaves && plain && (moves || types)) {
+  if (plain && (moves || types)) {
     showPopup();
     event->accept();
     return;

@@ -37,9 +37,6 @@ class DropDownList : public QComboBox {
   void paintEvent(QPaintEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
-
- private:
-  void RefreshEntries();
 };
 
 }  // namespace platform

@@ -28,15 +28,15 @@ bool HeldKeys::Repeats(const QKeyEvent& press) const {
 
 bool HeldKeys::eventFilter(QObject* target, QEvent* event) {
   const bool press = event->type() == QEvent::KeyPress;
+  const bool release = event->type() == QEvent::KeyRelease;
   const bool shortcut = event->type() == QEvent::ShortcutOverride;  // asked before the press
-  if (!press && !shortcut && event->type() != QEvent::KeyRelease) return false;
+  if (!press && !release && !shortcut) return false;
   auto& key = static_cast<QKeyEvent&>(*event);
-  if (!press && !shortcut) {
-    if (key.isAutoRepeat()) return false;
+  if (release && !key.isAutoRepeat()) {
     released_ = key.key();
     release_time_ = key.timestamp();
-    return false;
   }
+  if (release) return false;
   const QObject* window = WindowOf(target);
   if (window == nullptr) return false;
   if (!Repeats(key)) {

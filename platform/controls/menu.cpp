@@ -12,8 +12,6 @@ constexpr int kTipDrop = 16;
 
 }  // namespace
 
-Menu::Menu(const QString& caption, QWidget* parent) : QMenu(caption, parent) {}
-
 bool Menu::event(QEvent* event) {
   if (event->type() != QEvent::ToolTip) return QMenu::event(event);
   QAction* item = actionAt(static_cast<QHelpEvent*>(event)->pos());

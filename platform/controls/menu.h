@@ -9,7 +9,7 @@ namespace platform {
 class Menu : public QMenu {
   Q_OBJECT
  public:
-  explicit Menu(const QString& caption, QWidget* parent = nullptr);
+  using QMenu::QMenu;
 
  protected:
   bool event(QEvent* event) override;

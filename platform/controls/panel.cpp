@@ -11,8 +11,6 @@ constexpr int kCaptionGap = 5;  // between the caption and the frame that it int
 
 }  // namespace
 
-Panel::Panel(const QString& caption, QWidget* parent) : QGroupBox(caption, parent) {}
-
 void Panel::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);

@@ -8,7 +8,7 @@ namespace platform {
 class Panel : public QGroupBox {
   Q_OBJECT
  public:
-  explicit Panel(const QString& caption, QWidget* parent = nullptr);
+  using QGroupBox::QGroupBox;
 
  protected:
   void paintEvent(QPaintEvent* event) override;

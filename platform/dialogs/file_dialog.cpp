@@ -107,8 +107,8 @@ class Dialog : public QFileDialog {
     QPalette colours = replaced_->palette();
     colours.setColor(QPalette::WindowText, kWarningColour);
     replaced_->setPalette(colours);
-    auto* grid = qobject_cast<QGridLayout*>(layout());
-    if (grid) grid->addWidget(replaced_, grid->rowCount(), 1, 1, grid->columnCount() - 1);
+    auto& grid = *qobject_cast<QGridLayout*>(layout());
+    grid.addWidget(replaced_, grid.rowCount(), 1, 1, grid.columnCount() - 1);
     for (const auto signal : {&QFileDialog::directoryEntered, &QFileDialog::filterSelected}) {
       connect(this, signal, this, &Dialog::ShowReplaced);
     }
@@ -132,11 +132,10 @@ class Dialog : public QFileDialog {
 
   // The toolkit's columns cut dates off and leave names what remains of a fixed width.
   void ShowDatesInFull() {
-    auto* files = findChild<QTreeView*>("treeView");
-    if (files == nullptr) return;
-    files->header()->setStretchLastSection(false);
-    files->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    files->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+    QHeaderView& columns = *findChild<QTreeView*>("treeView")->header();
+    columns.setStretchLastSection(false);
+    columns.setSectionResizeMode(QHeaderView::ResizeToContents);
+    columns.setSectionResizeMode(0, QHeaderView::Stretch);
   }
 
   // The path with the default extension, unless its name has one: one of the file types that are

@@ -39,15 +39,14 @@ void ModalMessageBox::Show(const QString& text, const QString& title,
                            const MessageOptions& options) {
   if (main_loop_.Ending()) return;
   QWidget* parent = ModalParent(options.parent ? options.parent : parent_.data());
-  // On the heap and watched: the window that owns the box may go away while the box is open.
-  const QPointer<QMessageBox> box =
-      new QMessageBox(QMessageBox::Information, title, text, QMessageBox::Ok, parent);
+  // On the heap: the window that owns the box may go away while the box is open.
+  auto* box = new QMessageBox(QMessageBox::Information, title, text, QMessageBox::Ok, parent);
   box->setObjectName("MessageBox");
   box->setTextFormat(Qt::PlainText);
+  box->setAttribute(Qt::WA_DeleteOnClose);
   std::optional<TypingPause> pause;
   if (options.by_itself) pause.emplace();
   RunModal(*box, main_loop_);
-  delete box.data();
 }
 
 }  // namespace platform

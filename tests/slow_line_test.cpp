@@ -42,13 +42,13 @@ struct SlowLine : testing::Test, ProgramWithBoard {
   // late a busy machine lets the board look at it.
   auto Backlog() const { return form->Link().Port().TimeUntilReady(); }
 
-  // Moves the pointer up and down around a place in the window, as fast as can be, for so long that
-  // a backlog would pile up.
-  void DragAround(QWidget& window, QPoint place) const {
+  // Moves the pointer up and down by so many pixels, as fast as can be, for so long that a backlog
+  // would pile up.
+  void DragAround(const std::function<void(QPoint)>& move) const {
     QElapsedTimer clock;
     clock.start();
     for (int report = 0; clock.elapsed() < 600; ++report) {
-      QTest::mouseMove(window.windowHandle(), place + QPoint(0, report % 200 - 100));
+      move({0, report % 200 - 100});
       QTest::qWait(1);
       ASSERT_LT(Backlog(), 10ms) << "more than a pose has piled up";
     }
@@ -88,18 +88,17 @@ TEST_F(SlowLine, QuitSendsItsStopByteBehindAFewBytesAndWaitsForIt) {
 
 TEST_F(SlowLine, AFaderDraggedAsFastAsCanBeKeepsUpWithThePointer) {
   Connect();
-  ASSERT_TRUE(QTest::qWaitForWindowActive(form.get()));
   auto& slide = hands->Find<platform::CWSlide>("CWSlide1_4");
-  const QPoint handle = slide.mapTo(form.get(), QPoint(slide.width() / 2, slide.height() / 2 + 8));
-  QTest::mousePress(form->windowHandle(), Qt::LeftButton, {}, handle);
+  const QPoint handle(slide.width() / 2, slide.height() / 2 + 8);
+  QTest::mousePress(&slide, Qt::LeftButton, {}, handle);
   ASSERT_TRUE(slide.isSliderDown());
-  DragAround(*form, handle);
-  QTest::mouseMove(form->windowHandle(), handle + QPoint(0, 37));
+  DragAround([&](QPoint way) { QTest::mouseMove(&slide, handle + way); });
+  QTest::mouseMove(&slide, handle + QPoint(0, 37));
   const auto log = Log();
   EXPECT_EQ(log.back().byte, slide.sliderPosition()) << "held still, the servo goes to the pointer";
   EXPECT_EQ(log.back().byte, slide.value());
   EXPECT_GT(log.size(), 100U) << "the servo follows all the time";
-  QTest::mouseRelease(form->windowHandle(), Qt::LeftButton, {}, handle + QPoint(0, 37));
+  QTest::mouseRelease(&slide, Qt::LeftButton, {}, handle + QPoint(0, 37));
   EXPECT_EQ(Log().size(), log.size());
 }
 
@@ -118,7 +117,7 @@ TEST_F(SlowLine, ALevelDraggedAsFastAsCanBeKeepsUpWithThePointer) {
   };
   const QPoint from = level();
   QTest::mousePress(window.windowHandle(), Qt::LeftButton, {}, from);
-  DragAround(window, from);
+  DragAround([&](QPoint way) { QTest::mouseMove(window.windowHandle(), from + way); });
   QTest::mouseRelease(window.windowHandle(), Qt::LeftButton, {}, from + QPoint(0, 37));
   const auto released = Clock::now();
   const auto log = Log();

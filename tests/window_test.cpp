@@ -200,24 +200,6 @@ TEST_F(StartUp, TipsOfMenuItemsStandBesideTheMenu) {
   menu.close();
 }
 
-struct Paints : QObject {
-  bool eventFilter(QObject*, QEvent* event) override {
-    seen |= event->type() == QEvent::Paint;
-    return false;
-  }
-  bool seen = false;
-};
-
-TEST_F(StartUp, AFieldThatThePointerHasLeftLooksSo) {
-  auto& field = hands->Find<QWidget>("Text1_3");
-  QTest::mouseMove(&field);
-  hands->Wait(50);
-  Paints paints;
-  field.installEventFilter(&paints);
-  QTest::mouseMove(form.get(), {1, 1});
-  EXPECT_TRUE(hands->WaitUntil([&] { return paints.seen; }, 1000));
-}
-
 using Faders = WindowTest;
 
 TEST_F(Faders, AreMarkedWhereTheSelectedStepHasThem) {

@@ -47,11 +47,8 @@ class Outside : public testing::Test {
   }
 
   void TearDown() override {
-    for (QProcess* process : {&program_, &x_server_}) {
-      if (process->state() == QProcess::NotRunning) continue;
-      process->kill();
-      process->waitForFinished();
-    }
+    program_.close();
+    x_server_.close();
   }
 
   void Start(const QString& program, const QStringList& options) {

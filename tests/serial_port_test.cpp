@@ -187,18 +187,11 @@ TEST(PortDirectory, NamesTheReasonInPlainWords) {
 
 // A line of our own, and the lock file that another program may have made for it.
 struct Locked : testing::Test {
-  Locked() {
-    EXPECT_TRUE(grantpt(terminal) == 0 && unlockpt(terminal) == 0);
-    device = ptsname(terminal);
-  }
-  ~Locked() override {
-    QFile::remove(LockOf(device).file);
-    close(terminal);
-  }
+  ~Locked() override { QFile::remove(LockOf(device).file); }
   void Lock(const QByteArray& content) { rig::WriteFile(LockOf(device).file, content); }
 
-  const int terminal = posix_openpt(O_RDWR | O_NOCTTY);
-  QString device;
+  const StuckLine line;
+  const QString device = line.Device();
 };
 
 // No process can have this number.

@@ -274,6 +274,8 @@ TEST_F(EditedSequenceTest, UndoesTheChangeOfAFigureAlone) {
   Do("clear-all");
   {
     const History::Change change = edited.BeginChange("Read Seq.");
+    EXPECT_TRUE(edited.TakeHeader({0, 28, 1, 44}));
+    EXPECT_EQ(edited.Data().SeqSteps[0], 256) << "no more than a sequence has";
     EXPECT_TRUE(edited.TakeHeader({0, 28}));
   }
   for (const auto& [operation, bytes] : {std::pair("clear-all", 0), {"undo", 28}, {"undo", 0}}) {

@@ -93,11 +93,11 @@ TEST_P(FlashFaults, EndAsTheOperatorIsToldAndLeaveNothingBehind) {
   if (fault.then == kUnplug || fault.then == kReconnect) messages.removeLast();
   for (const QString& message : messages) ExpectMessage(message);
   if (fault.then != kNothing) {
-    hands->When([&] { return board.WaitForBytes(fault.sent, {}) && Bar() >= fault.waiting; },
-                [&] {
-                  EXPECT_EQ(board.Log().size(), fault.sent) << "more was sent than answered";
-                  Do(fault.then, fault.messages.back());
-                });
+    const auto time = [&] { return board.WaitForBytes(fault.sent, {}) && Bar() >= fault.waiting; };
+    hands->When(time, [&] {
+      EXPECT_EQ(board.Log().size(), fault.sent) << "more was sent than answered";
+      Do(fault.then, fault.messages.back());
+    });
   }
   hands->Click(fault.button);
   EXPECT_TRUE(hands->WaitUntil([this] { return box.Outstanding() == 0; }));
@@ -180,13 +180,12 @@ TEST_F(FlashFaults, AnAbortedOverflowKeepsNoMoreThanTheBoardHolds) {
   FillFlash(ExampleSequences());
   Connect();
   board.SetFaults({.lying_header = Lie({{0, 0x7F}})});
-  hands->When([this] { return Bar() == 42; },
-              [this] {
-                board.Send(Bytes(24100 - 42, 7));
-                QTest::qWait(200);
-                ExpectMessage(kReadText);
-                Abort();
-              });
+  WhenBar(42, [this] {
+    board.Send(Bytes(24100 - 42, 7));
+    QTest::qWait(200);
+    ExpectMessage(kReadText);
+    Abort();
+  });
   Read();
   EXPECT_EQ(form->Link().Reply().RxCount, 24064);
   ExpectAllOperationsToWork();
@@ -194,38 +193,38 @@ TEST_F(FlashFaults, AnAbortedOverflowKeepsNoMoreThanTheBoardHolds) {
 
 // What is said of the sequences when the line is lost in and around reads.
 TEST_F(FlashFaults, ALossSaysWhetherAReadHasEmptiedTheSequences) {
-  const auto expect_loss = [this](bool emptied) {
+  constexpr char kUntouched[] = "Your sequences are untouched.";
+  constexpr char kEmptied[] =
+      "Your sequences were cleared when the read began; undo (Ctrl+Z) brings them back.";
+  const auto expect_loss = [this](const char* sequences) {
     ExpectMessage("The connection on Comm1 (" + QString::fromStdString(board.DevicePath()) +
-                  ") is lost: the adapter was pulled or the line hung up.\n\n" +
-                  (emptied ? "Your sequences were cleared when the read began; undo (Ctrl+Z) "
-                             "brings them back."
-                           : "Your sequences are untouched.") +
+                  ") is lost: the adapter was pulled or the line hung up.\n\n" + sequences +
                   " Choose a port to connect again.");
   };
-  const auto unplug = [&](bool emptied) {
-    expect_loss(emptied);
+  const auto unplug = [&](const char* sequences) {
+    expect_loss(sequences);
     board.Unplug();
     EXPECT_TRUE(hands->WaitUntil([this] { return Enabled("ComboPort"); }));
   };
   FillFlash(ExampleSequences());
   Connect();
   // While a read that has succeeded says so, and while one that has failed does.
-  ExpectMessage(kReadText, [&] { unplug(false); });
+  ExpectMessage(kReadText, [&] { unplug(kUntouched); });
   Read();
   ConnectAgain();
   board.SetFaults(kSilent);
   WhenSent(1, [this] { Abort(); });
-  ExpectMessage(kReadingErrorText, [&] { unplug(true); });
+  ExpectMessage(kReadingErrorText, [&] { unplug(kEmptied); });
   Read();
   ConnectAgain();
-  unplug(false);
+  unplug(kUntouched);
   ConnectAgain();
   // A read inside it has ended, aborted.
   WhenSent(1, [&] {
     WhenSent(2, [this] { Abort(); });
     ExpectMessage(kReadingErrorText);
     Read();
-    expect_loss(true);
+    expect_loss(kEmptied);
     ExpectMessage(kReadingErrorText);
     board.Unplug();
   });
@@ -233,7 +232,7 @@ TEST_F(FlashFaults, ALossSaysWhetherAReadHasEmptiedTheSequences) {
   Read();
   ConnectAgain();
   // A write has found the loss in this very turn.
-  expect_loss(true);
+  expect_loss(kEmptied);
   board.Unplug();
   SetSlider(0, 77);
   EXPECT_FALSE(form->Link().Port().Connected());

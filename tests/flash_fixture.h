@@ -71,6 +71,11 @@ class FlashTest : public WindowTest {
     hands->When([this, count] { return board.WaitForBytes(count, {}); }, std::move(action));
   }
 
+  // Does `action` once the bar shows so much step data.
+  void WhenBar(int bytes, std::function<void()> action) {
+    hands->When([this, bytes] { return Bar() == bytes; }, std::move(action));
+  }
+
   bool Connected() const { return form->Link().Port().Connected(); }
 
   // What the button shows of the receive buffer.

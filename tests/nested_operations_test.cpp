@@ -16,12 +16,11 @@ TEST_F(NestedOperations, AReadShowsTheBoardsTableWhateverIsPressedMeanwhile) {
   for (const char* pressed : {"CommandMoreSeq", "CommandAdd", "CommandClearAll"}) {
     SCOPED_TRACE(pressed);
     board.SetFaults({.cut_reply_at = 66 + data.size() - 1});
-    hands->When([&] { return Reading() && Bar() == static_cast<int>(data.size()) - 1; },
-                [&] {
-                  hands->Click(pressed);
-                  ExpectMessage(kReadText);
-                  board.Send({data.back()});
-                });
+    WhenBar(static_cast<int>(data.size()) - 1, [&] {
+      hands->Click(pressed);
+      ExpectMessage(kReadText);
+      board.Send({data.back()});
+    });
     Read();
     EXPECT_EQ(Table(), sequences);
     EXPECT_EQ(Lines().size(), static_cast<int>(sequences[0].size()));
@@ -30,47 +29,24 @@ TEST_F(NestedOperations, AReadShowsTheBoardsTableWhateverIsPressedMeanwhile) {
   }
 }
 
-TEST_F(NestedOperations, ASaveDuringAReadWritesNoCountBeyondWhatASequenceHolds) {
-  Bytes header = {0, 28};
-  header.resize(66);
-  header[2 + 4 * 5] = 1;  // 256 steps and some in sequence 5
-  header[3 + 4 * 5] = 44;
-  const QTemporaryDir folder;
-  files.answer = folder.filePath("file");
-  Connect();
-  board.SetFlash(header, Bytes(28));
-  board.SetFaults({.cut_reply_at = 70});
-  hands->When([this] { return Bar() == 4; },
-              [this] {
-                box.Expect("Save", "Data Saved!");
-                Trigger("SaveBuffer");
-                ExpectMessage(kReadingErrorText);
-                Abort();
-              });
-  Read();
-  EXPECT_EQ(ReadFile(*files.answer).split('\n')[6], " 256 \r");
-}
-
 // A read that was aborted inside the first one's wait has set the line up for single bytes.
 TEST_F(NestedOperations, LessDataThanAnnouncedIsNoSuccess) {
   FillFlash(ExampleSequences());
   Connect();
   board.SetFaults({.cut_reply_at = 80});
-  hands->When([this] { return Bar() == 14; },
-              [this] {
-                board.SetFaults({.silent = true});
-                WhenSent(2, [this] { Abort(); });
-                ExpectMessage(kReadingErrorText, [this] {
-                  ExpectMessage(kCorruptedText, [this] {
-                    hands->When([this] { return hands->Read("Echo") == "Error!"; },
-                                [this] { Abort(); });
-                    ExpectMessage(kReadingErrorText);
-                  });
-                  board.Send(Bytes(42, 1));
-                  QTest::qSleep(50);  // all of it is here before the first read looks again
-                });
-                Read();
-              });
+  WhenBar(14, [this] {
+    board.SetFaults({.silent = true});
+    WhenSent(2, [this] { Abort(); });
+    ExpectMessage(kReadingErrorText, [this] {
+      ExpectMessage(kCorruptedText, [this] {
+        hands->When([this] { return hands->Read("Echo") == "Error!"; }, [this] { Abort(); });
+        ExpectMessage(kReadingErrorText);
+      });
+      board.Send(Bytes(42, 1));
+      QTest::qSleep(50);  // all of it is here before the first read looks again
+    });
+    Read();
+  });
   Read();
 }
 
@@ -113,15 +89,18 @@ TEST_F(NestedOperations, TheOuterWaitOffersAbortAgain) {
     board.ClearLog();
     board.SetFaults({.silent = acks == 0, .silent_after_acks = acks});
     if (acks > 0) ExpectMessage(kErasedText);
+    const auto end_outer = [&] {
+      ExpectMessage(outer_message);
+      Abort();
+    };
+    const auto outer_waits = [this] {
+      return Enabled("Command1") && BarShown() && box.Outstanding() == 0;
+    };
     WhenSent(sent, [&] {
       WhenSent(sent + 1, [this] { Abort(); });
       ExpectMessage(inner_message);
       board.SetFaults({.silent = true});
-      hands->When([this] { return Enabled("Command1") && BarShown() && box.Outstanding() == 0; },
-                  [&] {
-                    ExpectMessage(outer_message);
-                    Abort();
-                  });
+      hands->When(outer_waits, end_outer);
       hands->Click(inner);
     });
     hands->Click(outer);
@@ -137,23 +116,22 @@ TEST_F(NestedOperations, AReadInsideAnEraseGetsNoReply) {
   const Bytes kZeros(66, 0);
   const Bytes kAcknowledgement = {255};
   const struct {
-    const char* name;
     Bytes waiting;  // here when the read begins, and not looked at yet
     Bytes answer;   // comes to the read
     bool abort_read;
     bool erased;
   } cases[] = {
-      {"answered with more behind", {}, kAcknowledgement + Bytes(65, 0), false, true},
-      {"answered before the read", kAcknowledgement, Bytes(65, 0), false, true},
-      {"answered, then aborted", {}, kAcknowledgement, true, true},
-      {"answered before the read, then aborted", kAcknowledgement, {}, true, true},
-      {"another reply, then aborted", {}, kZeros + kAcknowledgement, true, false},
-      {"silent", {}, {}, true, false},
+      {{}, kAcknowledgement + Bytes(65, 0), false, true},
+      {kAcknowledgement, Bytes(65, 0), false, true},
+      {{}, kAcknowledgement, true, true},
+      {kAcknowledgement, {}, true, true},
+      {{}, kZeros + kAcknowledgement, true, false},  // another reply
+      {{}, {}, true, false},
   };
   const Sequences earlier = RandomSequences(32, 40);
   for (const bool programs : {false, true}) {
     for (const auto& c : cases) {
-      SCOPED_TRACE(c.name);
+      SCOPED_TRACE(&c - cases);
       FillFlash(earlier);
       if (!Connected()) Connect();
       board.SetFaults({});
@@ -178,12 +156,13 @@ TEST_F(NestedOperations, AReadInsideAnEraseGetsNoReply) {
           WhenSent(3 + 66, [&] { board.Send({255}); });
           ExpectMessage(kProgrammedText);
         }
-        if (!c.erased)
-          hands->When([&] { return !Reading() && Enabled("Command1"); },
-                      [&] {
-                        EXPECT_FALSE(BarShown());
-                        Abort();
-                      });
+        if (!c.erased) {
+          const auto erase_waits = [this] { return !Reading() && Enabled("Command1"); };
+          hands->When(erase_waits, [this] {
+            EXPECT_FALSE(BarShown());
+            Abort();
+          });
+        }
         Press("CommandRead");
       });
       programs ? Program() : Erase();
@@ -206,22 +185,22 @@ TEST_F(NestedOperations, AnEraseInsideAReadCanBeAbortedAndTheReadGoesOn) {
       SCOPED_TRACE(inner);
       FillFlash(sequences);
       board.SetFaults({.cut_reply_at = come});
-      hands->When([&] { return come < 66 ? board.Log().size() == 1 : Bar() == 30; },
-                  [&] {
-                    QTest::qWait(30);
-                    board.SetFaults({.silent = true});
-                    WhenSent(2, [&] {
-                      EXPECT_TRUE(Erasing() && Enabled("Command1"));
-                      Abort();
-                    });
-                    ExpectMessage(kAbortText);
-                    hands->When([&] { return !Erasing() && Enabled("Command1") && BarShown(); },
-                                [&] {
-                                  ExpectMessage(kReadText);
-                                  board.Send({reply.begin() + static_cast<int>(come), reply.end()});
-                                });
-                    hands->Click(inner);
-                  });
+      const auto cut = [&] { return come < 66 ? board.Log().size() == 1 : Bar() == 30; };
+      const auto read_waits = [&] { return !Erasing() && Enabled("Command1") && BarShown(); };
+      hands->When(cut, [&] {
+        QTest::qWait(30);
+        board.SetFaults({.silent = true});
+        WhenSent(2, [&] {
+          EXPECT_TRUE(Erasing() && Enabled("Command1"));
+          Abort();
+        });
+        ExpectMessage(kAbortText);
+        hands->When(read_waits, [&] {
+          ExpectMessage(kReadText);
+          board.Send({reply.begin() + static_cast<int>(come), reply.end()});
+        });
+        hands->Click(inner);
+      });
       Read();
       EXPECT_EQ(Table(), sequences);
       ExpectSent({6, 7});

@@ -5,6 +5,7 @@
 #include <QToolTip>
 
 #include "tests/movement_fixture.h"
+#include "tests/screen_reader.h"
 
 namespace pelmora {
 namespace {
@@ -207,12 +208,14 @@ TEST_F(Movement, SaysWhatItShows) {
             "Movement - Sequence N° 0");
   EXPECT_EQ(canvas->text(QAccessible::Name), "Selected step");
   EXPECT_EQ(canvas->text(QAccessible::Value), "No step is selected");
+  const Listener listener;
   for (const auto& [key, text] :
        {std::pair("Right", "Step 0, 0.00 s to 0.40 s, 400 ms, Ch0 0 °"),
         std::pair("Right", "Step 1, 0.40 s to 0.80 s, 400 ms, Ch0 2 °"),
         std::pair("Down", "Step 1, 0.40 s to 0.80 s, 400 ms, Ch1 -2 °")}) {
     Keys(key);
     EXPECT_EQ(canvas->text(QAccessible::Value), Local(text));
+    EXPECT_EQ(listener.Heard(QAccessible::ValueChanged), QStringList("Selected step"));
     EXPECT_EQ(State(), Local(text));
   }
 }

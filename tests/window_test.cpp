@@ -12,24 +12,10 @@
 
 #include "demo/placement.h"
 #include "platform/look/slide_style.h"
+#include "tests/screen_reader.h"
 #include "tests/window_fixture.h"
 #include "ui/inventory.h"
 #include "ui/look.h"
-
-// As in the toolkit's private headers. The toolkit announces changes only once a reader has asked
-// for them over the session's bus, which a test has not.
-class QPlatformAccessibility {
- public:
-  void setActive(bool active);
-};
-class QPlatformIntegration {
- public:
-  QPlatformAccessibility* accessibility() const;
-};
-class QGuiApplicationPrivate {
- public:
-  static QPlatformIntegration* platform_integration;
-};
 
 namespace pelmora {
 namespace {
@@ -74,45 +60,14 @@ TEST_F(StartUp, ShowsEveryCaptionInFull) {
   }
 }
 
-class ScreenReader : public WindowTest {
+class ScreenReader : public WindowTest, protected Listener {
  protected:
-  ScreenReader() {
-    told_.clear();
-    QGuiApplicationPrivate::platform_integration->accessibility()->setActive(true);
-    former_ = QAccessible::installUpdateHandler([](QAccessibleEvent* event) {
-      const QAccessibleInterface* source = event->accessibleInterface();
-      if (source && event->type() != QAccessible::ObjectHide) told_.append({event->type(), source});
-    });
-  }
-  ~ScreenReader() override {
-    QAccessible::installUpdateHandler(former_);
-    QGuiApplicationPrivate::platform_integration->accessibility()->setActive(false);
-  }
-
   QAccessibleInterface& Spoken(const QString& control) const {
     return *QAccessible::queryAccessibleInterface(&hands->Find<QWidget>(control));
   }
   QString NameOfLine(int line) const {
     return Spoken("ListSequence").child(line)->text(QAccessible::Name);
   }
-  // What events of a kind said since the last look: the names of their sources.
-  static QStringList Heard(QAccessible::Event kind) {
-    QStringList names;
-    for (const auto& [type, name] : std::exchange(told_, {})) {
-      if (type == kind) names.append(name);
-    }
-    return names;
-  }
-
- private:
-  struct Event {
-    Event(QAccessible::Event kind, const QAccessibleInterface* source)
-        : type(kind), name(source->text(QAccessible::Name)) {}
-    QAccessible::Event type;
-    QString name;
-  };
-  static inline QList<Event> told_;
-  QAccessible::UpdateHandler former_ = nullptr;
 };
 
 TEST_F(ScreenReader, GetsAndSetsWhatTheControlsShow) {

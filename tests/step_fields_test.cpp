@@ -1,4 +1,7 @@
-// Entries of the step fields that are longer than any number.
+// Entries of the step fields that are longer than any number, or none.
+#include <QClipboard>
+#include <QGuiApplication>
+
 #include "tests/window_fixture.h"
 
 namespace pelmora {
@@ -13,6 +16,11 @@ TEST_F(PositionFields, TakeNumbersOfAnyLength) {
   for (const auto& [typed, offset] : cases) {
     hands->Type("Text1_3", typed);
     EXPECT_EQ(hands->Read("Text1_3"), offset) << typed.toStdString();
+  }
+  for (const char* pasted : {"inf", "nan", "1 2", "1,000"}) {
+    QGuiApplication::clipboard()->setText(pasted);
+    hands->Keys(hands->Find<QWidget>("Text1_3"), "Ctrl+A Ctrl+V Return");
+    EXPECT_EQ(hands->Read("Text1_3"), "5") << pasted;
   }
 }
 

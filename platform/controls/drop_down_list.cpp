@@ -64,8 +64,8 @@ bool DropDownList::event(QEvent* event) {
 }
 
 void DropDownList::keyPressEvent(QKeyEvent* event) {
-  // On a closed list the toolkit chooses the next entry at once, entry by entry on the way to the
-  // one that is meant. An entry is chosen from the open list only.
+  // On a closed list the toolkit would choose every entry on the way to the one that is meant, so
+  // these keys open it.
   const bool plain = (event->modifiers() & ~(Qt::KeypadModifier | Qt::ShiftModifier)) == 0;
   const bool moves = event->key() == Qt::Key_Up || event->key() == Qt::Key_Down ||
                      event->key() == Qt::Key_PageUp || event->key() == Qt::Key_PageDown ||

@@ -1,6 +1,6 @@
-// Presses that are given up because the pointer is taken away from the control: a message or a
-// dialog has come up in front of its window, or it has been disabled. The toolkit keeps the control
-// pressed, and the release, if it ever comes, is a click.
+// Giving up a press when the pointer is taken away from the control: a message or a dialog has come
+// up in front of its window, or it has been disabled. The toolkit would keep the control pressed
+// and take the release, if it ever comes, for a click.
 #pragma once
 
 #include <QMouseEvent>
@@ -8,7 +8,7 @@
 
 namespace platform {
 
-// Whether the pointer is taken from the control by this event of its own.
+// Whether this event, sent to the control, takes the pointer away from it.
 bool TakesPointer(const QEvent& event, const QWidget& control);
 
 // A release of the left button beside the control, which ends a press without a click. The control

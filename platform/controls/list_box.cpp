@@ -18,7 +18,7 @@ namespace {
 constexpr int kNumberMargin = 6;         // pixels between a line's number and the scroll bar
 constexpr int kScrollMilliseconds = 60;  // per line, while a drag is held above or below the list
 
-// A line that asks its list what is to be told of it.
+// A line for which the list says what assistive technology reads out.
 class Line : public QListWidgetItem {
  public:
   using QListWidgetItem::QListWidgetItem;
@@ -72,7 +72,7 @@ void ListBox::currentChanged(const QModelIndex& current, const QModelIndex& prev
   }
 }
 
-// What is told of the line has changed.
+// Tells assistive technology that a line reads differently now.
 void ListBox::Announce(int line) {
   if (line < 0) return;
   QAccessibleEvent event(this, QAccessible::NameChanged);
@@ -141,7 +141,7 @@ void ListBox::FitRows() {
 
 void ListBox::resizeEvent(QResizeEvent* event) {
   FitRows();
-  // Clear of the scroll bar, also while there is none.
+  // The numbers keep clear of the scroll bar, also while it is hidden.
   const int scroll_bar = verticalScrollBar()->sizeHint().width();
   delegate_->SetNumberEdge(width() - 2 * frameWidth() - scroll_bar - kNumberMargin);
   QListWidget::resizeEvent(event);
@@ -282,7 +282,7 @@ void ListBox::wheelEvent(QWheelEvent* event) {
   ShowDrag();
 }
 
-// The line of a press or a drag is known by its index, which now means another one.
+// The gesture knows its line by the index, which now means another line.
 void ListBox::LinesChange() {
   if (!gesture_.OnLine()) return;
   gesture_.LoseLine();

@@ -1,4 +1,4 @@
-// The colours that are no role of the palette, and colours between two of the palette.
+// Colours for which the palette has no role, and the mixing of two colours.
 #pragma once
 
 #include <QColor>
@@ -14,13 +14,14 @@ inline QColor Blend(const QColor& a, const QColor& b, double share_of_b) {
   return {mix(a.red(), b.red()), mix(a.green(), b.green()), mix(a.blue(), b.blue())};
 }
 
-// The share of the text colour in edges and marks that shall stand out from a light ground.
+// How much of the text's colour is mixed into edges and marks, so that they are seen on a light
+// ground.
 inline constexpr double kEdgeShare = 0.56;
 
-// The text of a warning, and what is not to be overlooked.
+// For warnings and for what the operator must not overlook.
 inline constexpr QColor kWarningColour(0xC0, 0x10, 0x10);
 
-// A state that is shown by a colour: on the lamp, around it, and for a word beside it.
+// The colours of a state that a lamp shows: of the lamp, of its edge, of the word beside it.
 struct SignalColours {
   QColor lamp;
   QColor edge;

@@ -5,16 +5,8 @@
 
 namespace pelmora {
 
-StepList::StepList(EditedSequence& edited, StepFields& step_fields,
-                   platform::MessageBox& message_box)
-    : edited_(edited), step_fields_(step_fields), message_box_(message_box) {}
-
 void StepList::CommandAdd_Click() {
   if (HasRoom()) edited_.Insert({NewLine()});
-}
-
-void StepList::CommandRem_Click() {
-  edited_.Remove();
 }
 
 void StepList::CommandReplace_Click() {
@@ -32,14 +24,6 @@ bool StepList::HasRoom() {
 std::string StepList::NewLine() {
   step_fields_.CommitPending();
   return EditorLine(step_fields_.AngleFields(), step_fields_.Duration());
-}
-
-void StepList::CommandClear_Click() {
-  edited_.Clear();
-}
-
-void StepList::CommandClearAll_Click() {
-  edited_.ClearAll();
 }
 
 void StepList::CommandUp_Click() {
@@ -60,23 +44,11 @@ void StepList::SelectAndShow(int line) {
   step_fields_.ShowSelectedStep();
 }
 
-void StepList::ListSequence_MouseDown(int line) {
-  DragFromIndex = line;
-}
-
-void StepList::ListSequence_MouseUp(int line) {
-  ListSequence_MoveLine(DragFromIndex, line);
-}
-
 void StepList::ListSequence_MoveLine(int from, int to) {
   const int lines = edited_.ListCount();
   // The list may have become shorter while the button was held.
   if (to == from || to < 0 || from < 0 || to >= lines || from >= lines) return;
   edited_.Move(from, to);
-}
-
-void StepList::ListSequence_DblClick() {
-  step_fields_.ShowSelectedStep();
 }
 
 }  // namespace pelmora

@@ -72,12 +72,10 @@ int StretchFor(const ControlRow& row, const QFont& font) {
   return width <= room ? kFullStretch : static_cast<int>(kFullStretch * room / width);
 }
 
-int NarrowestStretch(const QFont& font) {
-  int narrowest = kFullStretch;
-  for (const ControlRow& row : Inventory()) {
-    if (!Is<Heading>(row)) narrowest = std::min(narrowest, StretchFor(row, font));
-  }
-  return narrowest;
+bool Fits(const QFont& font) {
+  return std::ranges::all_of(Inventory(), [&font](const ControlRow& row) {
+    return Is<Heading>(row) || StretchFor(row, font) >= kLowestStretch;
+  });
 }
 
 }  // namespace
@@ -86,7 +84,7 @@ void FitFont(QWidget& client) {
   QFont font = client.font();
   for (int size = kLargestFont; size > kSmallestFont; --size) {
     font.setPixelSize(size);
-    if (NarrowestStretch(font) >= kLowestStretch) break;
+    if (Fits(font)) break;
   }
   client.setFont(font);
   for (const ControlRow& row : Inventory()) {

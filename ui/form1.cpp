@@ -11,7 +11,6 @@
 
 #include "edit/dialog_interp.h"
 #include "edit/edited_sequence.h"
-#include "edit/sequence_navigation.h"
 #include "edit/step_clipboard.h"
 #include "edit/step_fields.h"
 #include "edit/step_list.h"
@@ -67,7 +66,6 @@ struct Form1::Handlers {
         step_list(edited, step_fields, around.message_box),
         step_clipboard(edited, around.message_box),
         undo(edited, link),
-        navigation(edited),
         interpolation(edited, around.message_box, around.main_loop,
                       {&form, controls.FrameBuffEdit, controls.FrameMan, controls.FramePCEmu,
                        controls.ListSequence}),
@@ -89,7 +87,6 @@ struct Form1::Handlers {
   StepList step_list;
   StepClipboard step_clipboard;
   UndoCommands undo;
-  SequenceNavigation navigation;
   Interpolation interpolation;
 
   EraseFlash erase;
@@ -225,8 +222,8 @@ void Form1::ConnectEditing() {
   OnClick(controls_->CommandClearAll, [&h] { h.step_list.CommandClearAll_Click(); });
   OnClick(controls_->CommandUp, [&h] { h.step_list.CommandUp_Click(); });
   OnClick(controls_->CommandDwn, [&h] { h.step_list.CommandDwn_Click(); });
-  OnClick(controls_->CommandMoreSeq, [&h] { h.navigation.CommandMoreSeq_Click(); });
-  OnClick(controls_->CommandLessSeq, [&h] { h.navigation.CommandLessSeq_Click(); });
+  OnClick(controls_->CommandMoreSeq, [&h] { h.step_list.CommandMoreSeq_Click(); });
+  OnClick(controls_->CommandLessSeq, [&h] { h.step_list.CommandLessSeq_Click(); });
   OnClick(controls_->CommandInterpolate, [&h] { h.interpolation.CommandInterpolate_Click(); });
   connect(controls_->ListSequence, &ListBox::MouseDown, wiring_.get(),
           [&h](int line) { h.step_list.ListSequence_MouseDown(line); });

@@ -18,7 +18,7 @@ QString TextOf(const QWidget& control) {
 }
 
 // A line of the file: name, panel, place and size in pixels; role and text; what else assistive
-// technology is told; how it starts.
+// technology is told; how it starts; its tip.
 QString LineOf(QWidget& control) {
   QAccessibleInterface& spoken = *QAccessible::queryAccessibleInterface(&control);
   const QString name = spoken.text(QAccessible::Name);
@@ -41,10 +41,11 @@ QString LineOf(QWidget& control) {
   if (!control.isEnabledTo(control.parentWidget())) line += ", disabled";
   if (spoken.state().checked) line += ", checked";
   if (field && field->isReadOnly()) line += ", read only";
-  if (!label) return line;
-  if (label->font().bold()) line += QString(", bold %1").arg(label->fontInfo().pixelSize());
-  const QColor colour = label->palette().color(label->foregroundRole());
-  return colour == QApplication::palette().windowText().color() ? line : line + ' ' + colour.name();
+  if (label && label->font().bold())
+    line += QString(", bold %1").arg(label->fontInfo().pixelSize());
+  const QColor colour = control.palette().color(control.foregroundRole());
+  if (label && colour != QApplication::palette().windowText().color()) line += ' ' + colour.name();
+  return control.toolTip().isEmpty() ? line : line + "\n    " + control.toolTip();
 }
 
 using ControlTable = WindowTest;
@@ -60,7 +61,7 @@ TEST_F(ControlTable, IsAsWrittenDown) {
     for (const QAction* item : menu->menu()->actions()) {
       QString line = menu->text() + " / " + item->text() + ' ' + item->shortcut().toString();
       if (item->isCheckable()) line += item->isChecked() ? "[x]" : "[ ]";
-      lines.append(line.trimmed());
+      lines.append(line.trimmed() + "\n    " + item->toolTip());
     }
   }
   AddSteps(2);

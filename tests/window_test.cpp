@@ -121,24 +121,6 @@ TEST_F(ScreenReader, HearsOfStepsBreakpointsAndAHaltAndKeepsItsPlace) {
   EXPECT_EQ(announced(), "breakpoint");
 }
 
-TEST_F(StartUp, ToolTipsSayWhatEveryButtonDoesAndItsKey) {
-  for (const ControlRow& row : Inventory()) {
-    const auto& control = hands->Find<QWidget>(ElementName(row, 0));
-    const QString tip = control.toolTip();
-    if (qobject_cast<const QPushButton*>(&control) && row.start != Start::kHidden) {
-      EXPECT_FALSE(tip.isEmpty()) << control.objectName().toStdString();
-    }
-    const QString key = QKeySequence::mnemonic(QString::fromUtf8(row.caption)).toString();
-    EXPECT_TRUE(tip.isEmpty() || tip.contains(key)) << tip.toStdString();
-  }
-  for (const MenuRow& row : Menus()) {
-    const auto& item = hands->Find<QAction>(row.item.name);
-    EXPECT_NE(item.toolTip(), item.text().remove('&')) << "the toolkit's own";
-  }
-  EXPECT_EQ(hands->Find<QWidget>("CommandRead").toolTip(),
-            "Empties the program first, then reads all 16 sequences from the board");
-}
-
 TEST_F(StartUp, TipsOfMenuItemsStandBesideTheMenu) {
   auto& menu = *qobject_cast<QMenu*>(hands->Find<QAction>("Emu").parent());
   menu.popup({100, 100});

@@ -126,19 +126,6 @@ TEST_F(UndoTest, OfAReadWaitsForItsEndAndTakesWhatWasDoneMeanwhileWithIt) {
   ExpectAsIn(composed);
 }
 
-TEST_F(UndoTest, BringsBackWhatALostLineTook) {
-  box.ExpectAnything();
-  const QStringList composed = Lines();
-  for (const bool open : {true, false}) {
-    if (open) WhenWaitingForASilentBoard([&] { board.Unplug(); });
-    Press("CommandRead");
-    EXPECT_TRUE(Lines().isEmpty());
-    Undo();
-    EXPECT_EQ(Lines(), composed);
-    hands->WaitUntil([this] { return Enabled("ComboPort"); });
-  }
-}
-
 TEST_F(UndoTest, AndRedoAreNotAvailableWhileTheFlashIsErasedOrProgrammed) {
   Undo();
   const QStringList lines = Lines();
@@ -199,32 +186,6 @@ TEST_F(UndoTest, ProgrammingWritesWhatTheTableMustHold) {
     board.ClearLog();
     ProgramWell();
     ExpectSent(ProgramBytes(steps(programmed)));
-  }
-}
-
-TEST_F(UndoTest, IsTheFieldsOwnWhileAnEntryIsBeingEdited) {
-  Press("CommandAdd");
-  const auto lines = Lines().size();
-  for (const char* name : {"Text1_3", "CWNumEditTimeStep"}) {
-    SCOPED_TRACE(name);
-    auto& field = hands->Find<QWidget>(name);
-    const QString shown = hands->Read(name);
-    hands->Type(name, "77", false);
-    const QString typed = hands->Read(name);
-    ASSERT_NE(typed, shown);
-    // The toolkit takes typing back in one or several steps.
-    hands->Keys(field, "Ctrl+Z Ctrl+Z Ctrl+Z");
-    EXPECT_EQ(hands->Read(name), shown);
-    hands->Keys(field, "Ctrl+Y Ctrl+Y Ctrl+Y");
-    EXPECT_EQ(hands->Read(name), typed);
-    EXPECT_EQ(Lines().size(), lines);
-    hands->Keys(field, "Return");
-    const QString committed = hands->Read(name);
-    hands->Keys(field, "Ctrl+Z");
-    EXPECT_EQ(Lines().size(), lines - 1) << "committed, the entry is no longer being edited";
-    hands->Keys(field, "Ctrl+Y");
-    EXPECT_EQ(Lines().size(), lines);
-    EXPECT_EQ(hands->Read(name), committed);
   }
 }
 

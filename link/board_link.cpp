@@ -20,6 +20,7 @@ void BoardLink::Form_Load() {
 }
 
 void BoardLink::MSComm1_OnComm() {
+  if (comm_.CommEvent() != platform::kCommEvReceive) return;
   const QByteArray input = comm_.Input();
   if (input.isEmpty()) return;
   if (TakesAcknowledgements()) {

@@ -34,7 +34,7 @@ void SerialPort::ComboPort_Click(int number) {
 
 bool SerialPort::SetupPort() {
   comm_.SetInBufferSize(kIdleBufferBytes);
-  comm_.SetSettings(9600, 2);
+  comm_.SetSettings(QStringLiteral("9600,N,8,2"));
   if (!comm_.Open()) return false;
   comm_.ClearInBuffer();
   SetIdleReceive();

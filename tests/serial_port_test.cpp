@@ -30,12 +30,12 @@ using rig::Bytes;
 
 struct MSCommTest : testing::Test {
   MSCommTest() {
-    Open(9600);
+    Open("9600,N,8,2");
     QObject::connect(&comm, &MSComm::PortLost, [this] { ++lost; });
   }
-  void Open(int baud) {
+  void Open(const QString& settings) {
     comm.Close();
-    comm.SetSettings(baud, 2);
+    comm.SetSettings(settings);
     EXPECT_TRUE(comm.Open()) << comm.LastError().toStdString();
   }
   simboard::SimulatedBoard board{simboard::Pace::kUnpaced};
@@ -77,7 +77,7 @@ TEST_F(MSCommTest, AllThatWasWrittenLeavesInItsOrderAlsoByAClose) {
   const Bytes sent = rig::Counting(24000);  // more than the system's queue takes
   for (const bool closes : {false, true}) {
     other_device = line.Device();
-    Open(4000000);
+    Open("4000000,N,8,1");
     auto reader = std::async(std::launch::async, [&] { return line.TakeAll(); });
     QElapsedTimer clock;
     clock.start();
@@ -94,7 +94,7 @@ TEST_F(MSCommTest, AllThatWasWrittenLeavesInItsOrderAlsoByAClose) {
 TEST_F(MSCommTest, ClosingADeadLineEnds) {
   const StuckLine line;
   other_device = line.Device();
-  Open(4000000);
+  Open("4000000,N,8,1");
   comm.Output(rig::Counting(30000));
   QElapsedTimer clock;
   clock.start();
@@ -232,6 +232,7 @@ TEST_F(Locked, ALinkAndItsTargetAreOnePort) {
   const rig::FirstPort by_link([&] { return link; });
   MSComm first(by_name);
   MSComm second(by_link);
+  for (MSComm* comm : {&first, &second}) comm->SetSettings("9600,N,8,2");
   Lock(kEnded + "\nanother_program\nhost\n");
   ASSERT_TRUE(first.Open()) << first.LastError().toStdString();
   EXPECT_FALSE(second.Open());

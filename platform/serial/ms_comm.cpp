@@ -3,7 +3,9 @@
 #include <QFileInfo>
 #include <QPointer>
 #include <QSerialPort>
+#include <QStringList>
 #include <algorithm>
+#include <optional>
 
 #include "platform/serial/port_lock.h"
 #include "platform/serial/serial_line.h"
@@ -16,7 +18,12 @@ MSComm::~MSComm() {
   Close();
 }
 
+bool MSComm::PortOpen() const {
+  return port_ != nullptr;
+}
+
 bool MSComm::Open() {
+  if (PortOpen()) return true;
   lost_.reset();
   error_.clear();
   device_ = ports_.DeviceFor(comm_port_);
@@ -29,7 +36,11 @@ bool MSComm::Open() {
   const QString device = own_name.isEmpty() ? device_ : own_name;
   auto port = std::make_unique<QSerialPort>();
   port->setPortName(device);
-  byte_time_ = ApplyLineSettings(*port, baud_, stop_bits_);
+  const std::optional<LineBacklog::Clock::duration> byte_time = ApplyLineSettings(*port, settings_);
+  if (!byte_time) {
+    error_ = "the line settings \"" + settings_ + "\" are not understood";
+    return false;
+  }
   RemoveStaleLock(device);
   if (!port->open(QIODevice::ReadWrite)) {
     error_ = OpenFailureReason(device, port->error() == QSerialPort::PermissionError,
@@ -38,7 +49,9 @@ bool MSComm::Open() {
   }
   port->clear(QSerialPort::Input);
   received_.clear();
+  overrun_ = false;
   ++session_;
+  byte_time_ = *byte_time;
   backlog_.Start(byte_time_);
   port_ = std::move(port);
   connect(port_.get(), &QSerialPort::readyRead, this, &MSComm::Receive);
@@ -88,21 +101,24 @@ void MSComm::ClearInBuffer() {
 }
 
 void MSComm::Output(std::span<const std::uint8_t> bytes) {
-  if (!port_) return;
+  if (!port_ || bytes.empty()) return;
   backlog_.Write(static_cast<int>(bytes.size()), LineBacklog::Clock::now());
   port_->write(reinterpret_cast<const char*>(bytes.data()), static_cast<qint64>(bytes.size()));
   // A flush into a full queue counts as an error of the port; the rest leaves by itself instead.
-  if (AcceptsBytes(*port_)) port_->flush();
+  if (port_ && AcceptsBytes(*port_)) port_->flush();
 }
 
 void MSComm::Receive() {
+  if (!port_) return;
   const QByteArray bytes = port_->readAll();
-  received_.append(bytes.left(std::max<qsizetype>(0, in_buffer_size_ - received_.size())));
+  const qsizetype free = std::max<qsizetype>(0, in_buffer_size_ - received_.size());
+  received_.append(bytes.first(std::min(free, bytes.size())));
+  if (bytes.size() > free) overrun_ = true;
   ScheduleDelivery();
 }
 
 bool MSComm::DeliveryDue() const {
-  return r_threshold_ > 0 && received_.size() >= r_threshold_;
+  return overrun_ || (r_threshold_ > 0 && received_.size() >= r_threshold_);
 }
 
 // The handler of `OnComm` may wait for further bytes, and the port signals none as long as its own
@@ -118,10 +134,12 @@ void MSComm::Deliver() {
   const QPointer<MSComm> self(this);
   ++delivering_;
   while ((port_ || lost_) && DeliveryDue()) {
+    const bool overrun = std::exchange(overrun_, false);
     const quint64 taken_before = taken_;
+    comm_event_ = overrun ? kCommEventRxOver : kCommEvReceive;
     emit OnComm();
     if (!self) return;
-    if (taken_ == taken_before) break;
+    if (!overrun && taken_ == taken_before) break;
   }
   --delivering_;
 }
@@ -129,8 +147,10 @@ void MSComm::Deliver() {
 // A line that is gone reports errors without end, and the port cannot be closed inside its own
 // signal: it is put aside here and closed from the event queue.
 void MSComm::Fail() {
-  const QSerialPort::SerialPortError error = port_->error();
-  if (error == QSerialPort::NoError || error == QSerialPort::TimeoutError) return;
+  if (!port_ || port_->error() == QSerialPort::NoError ||
+      port_->error() == QSerialPort::TimeoutError) {
+    return;
+  }
   port_->disconnect(this);
   lost_ = std::move(port_);
   const auto drop = [this] {

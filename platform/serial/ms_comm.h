@@ -17,6 +17,10 @@ class QSerialPort;
 
 namespace platform {
 
+// Values of `CommEvent`.
+inline constexpr int kCommEvReceive = 2;       // bytes have been received
+inline constexpr int kCommEventRxOver = 1008;  // the receive buffer was full; bytes were dropped
+
 class MSComm : public QObject {
   Q_OBJECT
  public:
@@ -25,20 +29,17 @@ class MSComm : public QObject {
 
   void SetCommPort(int number) { comm_port_ = number; }
 
-  // Takes effect when the port is opened. 8 data bits, no parity, no flow control.
-  void SetSettings(int baud, int stop_bits) {
-    baud_ = baud;
-    stop_bits_ = stop_bits;
-  }
+  // Baud rate, parity (N, E, O), data bits, stop bits: "9600,N,8,2". Takes effect when the port is
+  // opened. Flow control is always off.
+  void SetSettings(const QString& settings) { settings_ = settings; }
 
-  bool PortOpen() const { return port_ != nullptr; }
+  bool PortOpen() const;
 
   // The port has failed and is closed, but its `PortLost` is still to come.
   bool LossPending() const { return lost_ != nullptr; }
 
-  // Opens the closed port `CommPort` and discards what was waiting in it. False when that fails;
-  // `LastError` then has the reason and `LastDevice` the device ("" when the entry stands for
-  // none).
+  // Opens port `CommPort` and discards what was waiting in it. False when that fails; `LastError`
+  // then has the reason and `LastDevice` the device ("" when the entry stands for none).
   [[nodiscard]] bool Open();
   // Waits until what was written has left, then closes; gives up when no byte has left for a
   // second. No `PortLost`.
@@ -51,7 +52,8 @@ class MSComm : public QObject {
   // another one has been opened since.
   int Session() const { return session_; }
 
-  // Bytes that the receive buffer holds at the most; what arrives beyond is dropped.
+  // Bytes that the receive buffer holds at the most; what arrives beyond is dropped and reported
+  // by `kCommEventRxOver`.
   void SetInBufferSize(int bytes) { in_buffer_size_ = bytes; }
 
   // How many bytes `Input` takes at the most; 0 = all.
@@ -84,6 +86,9 @@ class MSComm : public QObject {
   // How long it takes until at most `bytes` have not left yet.
   std::chrono::milliseconds TimeUntilLeft(int bytes) const;
 
+  // The reason of the `OnComm` being handled.
+  int CommEvent() const { return comm_event_; }
+
  signals:
   void OnComm();
   // The open port failed (an adapter was pulled). The port is closed already; comes once for each
@@ -103,17 +108,18 @@ class MSComm : public QObject {
   LineBacklog backlog_;
   LineBacklog::Clock::duration byte_time_{};
   QByteArray received_;
+  QString settings_;
   QString device_;
   QString error_;
   int comm_port_ = 1;
-  int baud_ = 9600;
-  int stop_bits_ = 1;
   int in_buffer_size_ = 1024;
   int input_len_ = 0;
   int r_threshold_ = 0;
+  int comm_event_ = 0;
   int session_ = 0;
-  quint64 taken_ = 0;   // bytes taken out of the receive buffer so far
-  int delivering_ = 0;  // deliveries under way, one inside the other
+  quint64 taken_ = 0;     // bytes taken out of the receive buffer so far
+  int delivering_ = 0;    // deliveries under way, one inside the other
+  bool overrun_ = false;  // bytes were dropped and this has not been reported yet
   bool delivery_scheduled_ = false;
 };
 

@@ -5,6 +5,7 @@
 #include <sys/ioctl.h>
 
 #include <QSerialPort>
+#include <QStringList>
 #include <QThread>
 #include <chrono>
 
@@ -25,11 +26,27 @@ int UnsentBytes(const QSerialPort& port) {
   return static_cast<int>(port.bytesToWrite()) + queued;
 }
 
-LineBacklog::Clock::duration ApplyLineSettings(QSerialPort& port, int baud, int stop_bits) {
-  constexpr int kStartAndDataBits = 9;
+std::optional<LineBacklog::Clock::duration> ApplyLineSettings(QSerialPort& port,
+                                                              const QString& settings) {
+  const QStringList fields = settings.split(',');
+  if (fields.size() != 4) return std::nullopt;
+  const int baud = fields[0].trimmed().toInt();
+  const QString parity = fields[1].trimmed().toUpper();
+  const int data_bits = fields[2].trimmed().toInt();
+  const int stop_bits = fields[3].trimmed().toInt();
+  if (baud <= 0 || data_bits < 5 || data_bits > 8 || (stop_bits != 1 && stop_bits != 2)) {
+    return std::nullopt;
+  }
+  if (parity != "N" && parity != "E" && parity != "O") return std::nullopt;
   port.setBaudRate(baud);
+  port.setParity(parity == "N"   ? QSerialPort::NoParity
+                 : parity == "E" ? QSerialPort::EvenParity
+                                 : QSerialPort::OddParity);
+  port.setDataBits(static_cast<QSerialPort::DataBits>(data_bits));
   port.setStopBits(static_cast<QSerialPort::StopBits>(stop_bits));
-  return std::chrono::nanoseconds(std::chrono::seconds(kStartAndDataBits + stop_bits)) / baud;
+  port.setFlowControl(QSerialPort::NoFlowControl);
+  const int bits = 1 + data_bits + (parity == "N" ? 0 : 1) + stop_bits;
+  return std::chrono::nanoseconds(std::chrono::seconds(bits)) / baud;
 }
 
 bool AcceptsBytes(QSerialPort& port) {

@@ -1,6 +1,9 @@
-// What the toolkit's serial port leaves to its user: output that never blocks without end, and a
-// close that loses nothing.
+// What the toolkit's serial port leaves to its user: line settings as text, output that never
+// blocks without end, and a close that loses nothing.
 #pragma once
+
+#include <QString>
+#include <optional>
 
 #include "platform/serial/line_backlog.h"
 
@@ -8,9 +11,11 @@ class QSerialPort;
 
 namespace platform {
 
-// Gives a port that is not open yet its speed and stop bits (1 or 2). Returns how long the line
-// takes for a byte.
-LineBacklog::Clock::duration ApplyLineSettings(QSerialPort& port, int baud, int stop_bits);
+// Reads "9600,N,8,2" (baud rate, parity N, E or O, data bits 5..8, stop bits 1 or 2) into a port
+// that is not open yet, with flow control off. Returns how long the line takes for a byte; nothing
+// when the text is something else.
+[[nodiscard]] std::optional<LineBacklog::Clock::duration> ApplyLineSettings(
+    QSerialPort& port, const QString& settings);
 
 // True when the operating system takes at least one byte for the open port now.
 [[nodiscard]] bool AcceptsBytes(QSerialPort& port);

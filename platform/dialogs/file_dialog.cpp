@@ -132,10 +132,11 @@ class Dialog : public QFileDialog {
 
   // The toolkit's columns cut dates off and leave names what remains of a fixed width.
   void ShowDatesInFull() {
-    QHeaderView& columns = *findChild<QTreeView*>("treeView")->header();
-    columns.setStretchLastSection(false);
-    columns.setSectionResizeMode(QHeaderView::ResizeToContents);
-    columns.setSectionResizeMode(0, QHeaderView::Stretch);
+    auto* files = findChild<QTreeView*>("treeView");
+    if (!files) return;  // the name is the toolkit's own affair
+    files->header()->setStretchLastSection(false);
+    files->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    files->header()->setSectionResizeMode(0, QHeaderView::Stretch);
   }
 
   // The path with the default extension, unless its name has one: one of the file types that are

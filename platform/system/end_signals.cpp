@@ -12,16 +12,18 @@ EndSignals::EndSignals() {
   sigset_t set;
   sigemptyset(&set);
   for (const int signal : {SIGTERM, SIGINT, SIGHUP}) sigaddset(&set, signal);
-  descriptor_ = signalfd(-1, &set, SFD_NONBLOCK | SFD_CLOEXEC);
-  if (descriptor_ < 0) qFatal("no signals: %s", qPrintable(qt_error_string()));
   sigprocmask(SIG_BLOCK, &set, nullptr);
+  descriptor_ = signalfd(-1, &set, SFD_NONBLOCK | SFD_CLOEXEC);
+  // Unable to wait for them, the program had better be ended by them.
+  if (descriptor_ < 0) sigprocmask(SIG_UNBLOCK, &set, nullptr);
 }
 
 EndSignals::~EndSignals() {
-  close(descriptor_);
+  if (descriptor_ >= 0) close(descriptor_);
 }
 
 void EndSignals::Watch() {
+  if (descriptor_ < 0) return;
   auto* notifier = new QSocketNotifier(descriptor_, QSocketNotifier::Read, this);
   connect(notifier, &QSocketNotifier::activated, this, [this] {
     signalfd_siginfo signal;

@@ -23,7 +23,7 @@ class EndSignals : public QObject {
   void Requested();
 
  private:
-  int descriptor_;
+  int descriptor_ = -1;
 };
 
 }  // namespace platform

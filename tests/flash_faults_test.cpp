@@ -163,6 +163,7 @@ TEST_F(FlashFaults, ACorruptedHeaderStallsUntilTheWaitIsEnded) {
                                   {Lie({{0, 0xFF}, {14, 0xFF}}), kAbort}}) {
     board.SetFaults({.lying_header = lie});
     ExpectMessage(kCorruptedText, [&, then = then] {
+      EXPECT_NE(hands->Read("Echo"), "Error!") << "before the message has been read";
       hands->When([this] { return hands->Read("Echo") == "Error!"; },
                   [this, then] { Do(then, kReadingErrorText); });
     });
@@ -183,6 +184,7 @@ TEST_F(FlashFaults, AnAbortedOverflowKeepsNoMoreThanTheBoardHolds) {
   WhenBar(42, [this] {
     board.Send(Bytes(24100 - 42, 7));
     QTest::qWait(200);
+    EXPECT_EQ(BarMaximum(), 0x7F * 256 + 42 - 1);
     ExpectMessage(kReadText);
     Abort();
   });

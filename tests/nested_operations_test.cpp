@@ -13,7 +13,7 @@ TEST_F(NestedOperations, AReadShowsTheBoardsTableWhateverIsPressedMeanwhile) {
   const Bytes data = StepDataOf(sequences);
   FillFlash(sequences);
   Connect();
-  for (const char* pressed : {"CommandMoreSeq", "CommandAdd", "CommandClearAll"}) {
+  for (const char* pressed : {"CommandMoreSeq", "CommandAdd", "CommandClearAll", "CommandInBuff"}) {
     SCOPED_TRACE(pressed);
     board.SetFaults({.cut_reply_at = 66 + data.size() - 1});
     WhenBar(static_cast<int>(data.size()) - 1, [&] {

@@ -1,6 +1,7 @@
 // Entries of the step fields that are longer than any number, or none.
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QLocale>
 
 #include "tests/window_fixture.h"
 
@@ -17,10 +18,11 @@ TEST_F(PositionFields, TakeNumbersOfAnyLength) {
     hands->Type("Text1_3", typed);
     EXPECT_EQ(hands->Read("Text1_3"), offset) << typed.toStdString();
   }
-  for (const char* pasted : {"inf", "nan", "1 2", "1,000"}) {
+  for (const QString& pasted :
+       {QString("inf"), QString("nan"), QString("1 2"), "1" + QLocale().groupSeparator() + "000"}) {
     QGuiApplication::clipboard()->setText(pasted);
     hands->Keys(hands->Find<QWidget>("Text1_3"), "Ctrl+A Ctrl+V Return");
-    EXPECT_EQ(hands->Read("Text1_3"), "5") << pasted;
+    EXPECT_EQ(hands->Read("Text1_3"), "5") << pasted.toStdString();
   }
 }
 

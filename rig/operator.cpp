@@ -4,8 +4,6 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QElapsedTimer>
-#include <QLabel>
-#include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
 #include <QMenuBar>
@@ -66,16 +64,11 @@ void Operator::MoveSlider(const QString& name, int value) {
 void Operator::Type(const QString& name, const QString& text, bool enter) {
   auto& field = Find<QWidget>(name);
   QTest::mouseClick(&field, Qt::LeftButton, {}, QPoint(8, field.height() / 2));
-  QWidget* target = &field;
-  if (auto* spin = qobject_cast<QSpinBox*>(&field)) {
-    spin->selectAll();
-    QTest::keyClicks(spin, text);
-  } else {
-    QTest::keyClick(target, Qt::Key_A, Qt::ControlModifier);
-    if (text.isEmpty()) QTest::keyClick(target, Qt::Key_Delete);
-    QTest::keyClicks(target, text);
-  }
-  if (enter) QTest::keyClick(target, Qt::Key_Return);
+  auto* spin = qobject_cast<QSpinBox*>(&field);
+  spin ? spin->selectAll() : QTest::keyClick(&field, Qt::Key_A, Qt::ControlModifier);
+  if (text.isEmpty() && !spin) QTest::keyClick(&field, Qt::Key_Delete);
+  QTest::keyClicks(&field, text);
+  if (enter) QTest::keyClick(&field, Qt::Key_Return);
 }
 
 void Operator::Keys(QWidget& control, const QString& keys) {
@@ -153,16 +146,9 @@ void Operator::DragLine(const QString& list, int from, int to) {
 }
 
 QString Operator::Read(const QString& name) const {
-  QWidget& control = Find<QWidget>(name);
-  if (auto* label = qobject_cast<QLabel*>(&control)) return label->text();
-  if (auto* field = qobject_cast<QLineEdit*>(&control)) return field->text();
-  if (auto* spin = qobject_cast<QSpinBox*>(&control)) return spin->text();
-  if (auto* combo = qobject_cast<QComboBox*>(&control)) return combo->currentText();
-  if (auto* button = qobject_cast<QPushButton*>(&control)) {
-    return QString::fromLatin1(button->isChecked() ? "On" : "Off");
-  }
-  if (auto* slide = qobject_cast<QSlider*>(&control)) return QString::number(slide->value());
-  throw std::runtime_error("nothing to read on " + name.toStdString());
+  const auto& control = Find<QWidget>(name);
+  auto* button = qobject_cast<const QPushButton*>(&control);
+  return button ? QString(button->isChecked() ? "On" : "Off") : ShownText(control);
 }
 
 QStringList Operator::ReadLines(const QString& list) const {
@@ -209,6 +195,14 @@ bool Operator::WaitUntil(const std::function<bool()>& condition, int limit_ms) {
 
 void Operator::Wait(int milliseconds) {
   QTest::qWait(milliseconds);
+}
+
+QString ShownText(const QWidget& control) {
+  for (const char* property : {"currentText", "title", "text", "value"}) {
+    const QVariant shown = control.property(property);
+    if (shown.isValid()) return shown.toString();
+  }
+  return {};
 }
 
 QWidget* OpenMessage() {

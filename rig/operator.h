@@ -53,7 +53,7 @@ class Operator : public QObject {
   void DoubleClickLine(const QString& list, int line);
   void DragLine(const QString& list, int from, int to);
 
-  // What a control shows: a label's, field's or list's text, a switch's "On" or "Off".
+  // What a control shows: its text as ShownText gives it, a switch's "On" or "Off".
   QString Read(const QString& name) const;
   QStringList ReadLines(const QString& list) const;
 
@@ -81,6 +81,9 @@ class Operator : public QObject {
   std::list<Plan> plans_;
   bool polling_ = false;
 };
+
+// A control's text, the entry that is chosen in it, its title or its value, whichever it has.
+QString ShownText(const QWidget& control);
 
 // The message box that is open now; null when none is.
 QWidget* OpenMessage();

@@ -3,17 +3,10 @@
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
-#include <QComboBox>
-#include <QGroupBox>
-#include <QLabel>
-#include <QLineEdit>
 #include <QMenu>
 #include <QProgressBar>
 #include <QScrollBar>
-#include <QSlider>
-#include <QSpinBox>
 #include <algorithm>
-#include <array>
 
 #include "platform/controls/cw_button.h"
 
@@ -49,22 +42,17 @@ QString InShort(const EditRow& row) {
   return InShort(positions, ",") + ':' + QString::number(row[kDurationColumn]);
 }
 
-// What a control shows; nothing for one that only holds others.
+// What a control shows; nothing for one that only holds or moves others.
 QString Shown(const QWidget& control) {
-  if (auto* label = qobject_cast<const QLabel*>(&control)) return label->text().remove('&');
-  if (auto* field = qobject_cast<const QLineEdit*>(&control)) return field->text();
-  if (auto* number = qobject_cast<const QSpinBox*>(&control)) return number->text();
-  if (auto* combo = qobject_cast<const QComboBox*>(&control)) return combo->currentText();
-  if (auto* panel = qobject_cast<const QGroupBox*>(&control)) return panel->title();
-  if (auto* slide = qobject_cast<const QSlider*>(&control)) return QString::number(slide->value());
+  if (qobject_cast<const QScrollBar*>(&control)) return {};
   if (auto* bar = qobject_cast<const QProgressBar*>(&control)) {
     return bar->isHidden() ? "" : QString("%1 of %2").arg(bar->value()).arg(bar->maximum());
   }
+  const QString text = ShownText(control).remove('&');
   auto* button = qobject_cast<const QAbstractButton*>(&control);
-  if (!button) return {};
-  if (!button->isCheckable()) return button->text().remove('&');
+  if (!button || !button->isCheckable()) return text;
   auto* lamp = qobject_cast<const platform::CWButton*>(&control);
-  if (!lamp) return button->text().remove('&') + (button->isChecked() ? ", chosen" : "");
+  if (!lamp) return text + (button->isChecked() ? ", chosen" : "");
   return button->isChecked() ? lamp->Waiting() ? "On, halted" : "On" : "Off";
 }
 
@@ -113,13 +101,14 @@ class Capture {
   // A fader with its two fields is one value as long as they agree.
   void CaptureChannels() {
     for (int i = 0; i < kChannels; ++i) {
-      std::array<QString, 3> shown;
-      const auto take = [&](const QString& name) { return state_.values.extract(name).mapped(); };
-      shown = {take(QString("CWSlide1_%1").arg(i)), take(QString("Text1_%1").arg(i)),
-               take(QString("Text1_%1").arg(kChannels + i))};
-      const int offset = shown[0].toInt() - pelmora::kCentre;
-      const bool agree = shown[1] == QString::number(offset) && shown[2] == Angle(shown[0].toInt());
-      Put(QString("Ch%1").arg(i), agree ? shown[0] : shown[0] + ", " + shown[1] + ", " + shown[2]);
+      const auto take = [&](const char* array, int index) {
+        return state_.values.extract(array + QString::number(index)).mapped();
+      };
+      const QString position = take("CWSlide1_", i);
+      const QString fields = take("Text1_", i) + ", " + take("Text1_", kChannels + i);
+      const int offset = position.toInt() - pelmora::kCentre;
+      const bool agree = fields == QString("%1, %2").arg(offset).arg(Angle(position.toInt()));
+      Put(QString("Ch%1").arg(i), agree ? position : position + ", " + fields);
     }
   }
 
@@ -189,12 +178,10 @@ class Capture {
   void CaptureTheRest() {
     Put("timer", program_.timer.Enabled() ? "on" : "off");
     Put("interval", QString::number(program_.timer.Interval()));
-    QStringList modes;
-    if (program_.Erasing()) modes.append("erase");
-    if (program_.Programming()) modes.append("program");
-    if (program_.Reading()) modes.append("read");
-    if (program_.AbortRequested()) modes.append("abort");
-    Put("modes", modes.join(' '));
+    Put("erasing", YesOrNo(program_.Erasing()));
+    Put("programming", YesOrNo(program_.Programming()));
+    Put("reading", YesOrNo(program_.Reading()));
+    Put("abort", YesOrNo(program_.AbortRequested()));
     Put("port", program_.form->Link().Port().Connected() ? "open" : "closed");
     Put("program", program_.main_loop.Ending() ? "ending" : "running");
     // The menu's items get their names when it opens.
@@ -236,15 +223,13 @@ QStringList InShort(const QString& sign, qsizetype at, const QStringList& lines)
 
 // Which lines have gone and come between those that are the same at the beginning and at the end.
 QStringList LineDifference(const QStringList& before, const QStringList& after) {
-  const qsizetype shorter = std::min(before.size(), after.size());
-  qsizetype first = 0, last = 0;
-  while (first < shorter && before[first] == after[first]) ++first;
-  while (last < shorter - first &&
-         before[before.size() - 1 - last] == after[after.size() - 1 - last]) {
-    ++last;
-  }
-  return InShort("-", first, before.mid(first, before.size() - first - last)) +
-         InShort("+", first, after.mid(first, after.size() - first - last));
+  const auto [gone, come] = std::ranges::mismatch(before, after);
+  const auto [kept, kept_too] = std::ranges::mismatch(
+      std::make_reverse_iterator(before.end()), std::make_reverse_iterator(gone),
+      std::make_reverse_iterator(after.end()), std::make_reverse_iterator(come));
+  const qsizetype first = gone - before.begin();
+  return InShort("-", first, QStringList(gone, kept.base())) +
+         InShort("+", first, QStringList(come, kept_too.base()));
 }
 
 QString InWords(const QString& name, const QString& value) {

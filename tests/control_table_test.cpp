@@ -1,7 +1,6 @@
 // Every control of the window and of the interpolation's dialog and every menu item at start-up,
 // beside tests/controls.txt. Of an array the first and the last element.
 #include <QAccessible>
-#include <QGroupBox>
 #include <QMenuBar>
 
 #include "tests/window_fixture.h"
@@ -12,9 +11,7 @@ namespace {
 
 QString TextOf(const QWidget& control) {
   if (auto* slide = qobject_cast<const platform::CWSlide*>(&control)) return slide->Caption();
-  if (auto* panel = qobject_cast<const QGroupBox*>(&control)) return panel->title();
-  if (auto* combo = qobject_cast<const QComboBox*>(&control)) return combo->currentText();
-  return control.property("text").toString();
+  return ShownText(control);
 }
 
 // A line of the file: name, panel, place and size in pixels; role and text; what else assistive
@@ -51,6 +48,7 @@ QString LineOf(QWidget& control) {
 using ControlTable = WindowTest;
 
 TEST_F(ControlTable, IsAsWrittenDown) {
+  EXPECT_EQ(form->focusWidget(), &List());
   QStringList lines = {form->windowTitle()};
   for (const ControlRow& row : Inventory()) {
     lines.append(LineOf(hands->Find<QWidget>(ElementName(row, 0))));
@@ -90,16 +88,6 @@ TEST_F(ControlTable, TabGoesThroughAllControls) {
   QStringList backwards = order.split(' ');
   std::ranges::reverse(backwards);
   EXPECT_EQ(TabStops(hands->Find<QWidget>("CommandUp"), Qt::Key_Backtab), backwards.join(' '));
-}
-
-TEST_F(ControlTable, TheWindowHasItsSizeAndItsButtons) {
-  EXPECT_EQ(form->centralWidget()->size(), QSize(849, 674));
-  EXPECT_EQ(form->minimumSize(), form->maximumSize());
-  const auto buttons = Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint |
-                       Qt::WindowCloseButtonHint | Qt::WindowContextHelpButtonHint;
-  EXPECT_EQ(form->windowFlags() & buttons,
-            Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint);
-  EXPECT_EQ(timer.Interval(), 20);
 }
 
 }  // namespace

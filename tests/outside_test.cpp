@@ -21,7 +21,6 @@ namespace {
 using rig::Bytes;
 
 constexpr int kStartLimit = 20000;  // ms
-constexpr int kEndLimit = 5000;
 
 // Below the menu bar, in pixels.
 constexpr int kClientHeight = 674;
@@ -71,7 +70,7 @@ class Outside : public testing::Test {
   void AnswerMessage() {
     Focus("^Program$");
     QThread::msleep(600);  // what is typed at once does not answer it
-    Key("Return");
+    Keys("Return");
     QThread::msleep(200);
     XDoTool({"windowfocus", "--sync", window_});
   }
@@ -90,9 +89,12 @@ class Outside : public testing::Test {
              QString::number(place.y() + menu_height_), "click", "1"});
     Pause();
   }
-  void Key(const QString& key) {
-    XDoTool({"key", key});
-    Pause();
+  // Keys one after the other: "alt+v f".
+  void Keys(const QString& keys) {
+    for (const QString& key : keys.split(' ')) {
+      XDoTool({"key", key});
+      Pause();
+    }
   }
   static void Pause() { QThread::msleep(60); }
 
@@ -100,19 +102,18 @@ class Outside : public testing::Test {
   void ChoosePort(const QString& end) {
     Click(kComboPort);
     QThread::msleep(300);
-    Key(end);
-    Key("Return");
+    Keys(end + " Return");
   }
 
   void TypeFirstOffset(const QString& offset) {
     Click(kFirstOffset);
-    Key("ctrl+a");
+    Keys("ctrl+a");
     XDoTool({"type", "--", offset});
   }
 
   // Waits for the program's end by itself.
   void ExpectEnd() {
-    EXPECT_TRUE(program_.waitForFinished(kEndLimit)) << "the program does not end";
+    EXPECT_TRUE(program_.waitForFinished(5000)) << "the program does not end";
     EXPECT_EQ(program_.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(program_.exitCode(), 0);
   }
@@ -129,16 +130,14 @@ TEST_F(Outside, SignalsEndTheProgramAsClosingTheWindowDoes) {
   for (const int signal : {SIGINT, SIGHUP, SIGTERM}) {
     const bool waiting = signal == SIGTERM;  // for a board that stays silent
     const QString log = folder_.filePath("received");
-    Start(PELMORA_DEMO,
-          waiting ? QStringList{"--silent", "--log", log} : QStringList{"--log", log});
+    Start(PELMORA_DEMO, QStringList{"--log", log} + QStringList(waiting ? 1 : 0, "--silent"));
     ChoosePort("Home");
     if (waiting) {
-      Key("alt+v");
-      Key("f");
+      Keys("alt+v f");
       Click(kCommandErase);
     }
     if (signal == SIGHUP) {
-      Key("ctrl+s");
+      Keys("ctrl+s");
       Focus("^Save As$");
     }
     kill(static_cast<pid_t>(program_.processId()), signal);
@@ -153,9 +152,7 @@ TEST_F(Outside, AClickBehindAMessageLeavesItTheKeyboard) {
   const QString message = XDoTool({"search", "--sync", "--onlyvisible", "--name", "^Program$"});
   Click(kFirstOffset);
   EXPECT_EQ(XDoTool({"getwindowfocus"}), message);
-  Key("Return");
-  Focus("^Pelmora V 3.0$");
-  Key("ctrl+q");
+  Keys("ctrl+q");
   ExpectEnd();
 }
 
@@ -167,13 +164,13 @@ TEST_F(Outside, NothingPersistsButTheSavedFile) {
     environment_.remove(place);
   }
   Start(PELMORA, {});
-  Key("ctrl+s");
+  Keys("ctrl+s");
   Focus("^Save As$");
-  XDoTool({"key", "ctrl+a"});
+  Keys("ctrl+a");
   XDoTool({"type", "--", home + "/a"});
-  Key("Return");
+  Keys("Return");
   Focus("^Save$");
-  Key("ctrl+q");  // while the message is open
+  Keys("ctrl+q");  // while the message is open
   ExpectEnd();
   QStringList files;
   QDirIterator file(home, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
@@ -195,26 +192,21 @@ TEST_F(Outside, TheProgramItselfComposesAndProgramsOverAPinnedPort) {
   QFile::remove(link);
   Click(kCWButtonMainOnOff);
   TypeFirstOffset("10");
-  Key("Return");
+  Keys("Return");
   Click(kCommandAdd);
   TypeFirstOffset("-20");
   Click(kCommandAdd);
-  Key("alt+v");
-  Key("f");
+  Keys("alt+v f");
   Click(kCommandFlash);
   AnswerMessage();  // "Data Flash Erased"
   AnswerMessage();  // "Data Flash Programmed!"
   kill(static_cast<pid_t>(program_.processId()), SIGTERM);
   ExpectEnd();
 
-  Bytes expected = {1, 8, 138, 8, 108, 7, 2, 0, 28, 0, 2, 0, 0};
-  expected.resize(expected.size() + 15 * 4);
-  for (const std::uint8_t position : Bytes{138, 108}) {
-    expected.push_back(position);
-    expected.insert(expected.end(), 11, 128);
-    expected.insert(expected.end(), {0, 50});
-  }
-  expected.insert(expected.end(), {0, 0});
+  const std::string centred = rig::Repeat("80 ", 11) + "00 32 ";
+  const Bytes expected =
+      rig::Hex("01 08 8A 08 6C 07 02 00 1C 00 02 00 00" + rig::Repeat(" 00", 15 * 4) + " 8A " +
+               centred + "6C " + centred + "00 00");
   EXPECT_TRUE(board.WaitForBytes(expected.size(), std::chrono::seconds(2)));
   EXPECT_EQ(board.Received(), expected);
 }

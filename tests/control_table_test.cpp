@@ -90,5 +90,15 @@ TEST_F(ControlTable, TabGoesThroughAllControls) {
   EXPECT_EQ(TabStops(hands->Find<QWidget>("CommandUp"), Qt::Key_Backtab), backwards.join(' '));
 }
 
+TEST_F(ControlTable, TheWindowHasItsSizeAndItsButtons) {
+  EXPECT_EQ(form->centralWidget()->size(), QSize(849, 674));
+  EXPECT_EQ(form->minimumSize(), form->maximumSize());
+  const auto buttons = Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint |
+                       Qt::WindowCloseButtonHint | Qt::WindowContextHelpButtonHint;
+  EXPECT_EQ(form->windowFlags() & buttons,
+            Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint);
+  EXPECT_EQ(timer.Interval(), 20);
+}
+
 }  // namespace
 }  // namespace pelmora

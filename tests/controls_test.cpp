@@ -19,9 +19,12 @@ struct ControlsTest : testing::Test {
   ControlsTest() { window.resize(400, 400); }
 
   static void Activate(QWidget& top) {
-    top.show();
     top.activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&top));
+  }
+  void ShowWindow() {
+    window.show();
+    Activate(window);
   }
 
   QMainWindow window;
@@ -32,7 +35,7 @@ TEST_F(ControlsTest, FaderFollowsTheMouseToItsEndsAndDoesNotJumpToIt) {
   slide.setMaximum(255);
   slide.SetCaption("Ch0");
   slide.setGeometry(10, 10, 33, 273);
-  Activate(window);
+  ShowWindow();
   // The centre lies half-way between the caption and the lower end.
   const int caption = slide.fontMetrics().height();
   for (const auto& [y, value] : {std::pair{-50, 255}, std::pair{400, 0}}) {
@@ -49,24 +52,45 @@ TEST_F(ControlsTest, FaderFollowsTheMouseToItsEndsAndDoesNotJumpToIt) {
   }
 }
 
+TEST_F(ControlsTest, NoInputMethodPassesTheFilterOfATextFieldBy) {
+  TextField field(&window);
+  ShowWindow();
+  field.setFocus();
+  field.setReadOnly(true);
+  field.setReadOnly(false);
+  QInputMethodEvent composed;
+  composed.setCommitString("x");
+  QApplication::sendEvent(&field, &composed);
+  EXPECT_EQ(field.text(), "");
+}
+
 TEST_F(ControlsTest, ATextFieldIsLeftWhenAnotherControlGetsTheFocus) {
   TextField field(&window);
   QPushButton button(&window);
   QWidget other;
   window.menuBar()->addMenu("Menu");
-  Activate(window);
+  ShowWindow();
   QSignalSpy lost(&field, &TextField::LostFocus);
   for (const bool to_another_window : {false, true}) {
-    SCOPED_TRACE(to_another_window);
-    field.setFocus();
-    to_another_window ? Activate(other) : window.menuBar()->setFocus(Qt::MenuBarFocusReason);
-    EXPECT_FALSE(field.hasFocus());
-    Activate(window);
-    field.setFocus();
-    EXPECT_EQ(lost.size(), 0) << "it came back";
-    button.setFocus();
-    EXPECT_EQ(lost.size(), 1);
-    lost.clear();
+    for (const bool comes_back : {true, false}) {
+      SCOPED_TRACE(testing::Message() << to_another_window << comes_back);
+      Activate(window);
+      field.setFocus();
+      if (to_another_window) {
+        other.show();
+        Activate(other);
+      } else {
+        window.menuBar()->setFocus(Qt::MenuBarFocusReason);
+      }
+      EXPECT_FALSE(field.hasFocus());
+      if (to_another_window && !comes_back) button.setFocus();  // the window is inactive
+      Activate(window);
+      if (comes_back) field.setFocus();
+      EXPECT_EQ(lost.size(), button.hasFocus() ? 1 : 0);
+      button.setFocus();
+      EXPECT_EQ(lost.size(), 1);
+      lost.clear();
+    }
   }
 }
 
@@ -75,18 +99,21 @@ TEST_F(ControlsTest, AClickIntoATextFieldSelectsAllOfIt) {
   field.setText("-25");
   QPushButton button(&window);
   button.move(100, 100);
-  Activate(window);
+  ShowWindow();
   const QPoint place(field.fontMetrics().horizontalAdvance("-2"), field.height() / 2);
-  button.setFocus();
-  QTest::mousePress(&field, Qt::LeftButton, {}, place);
-  QTest::mouseMove(&field, place + QPoint(4, 0));  // while the button is down
-  QTest::mouseRelease(&field, Qt::LeftButton, {}, place);
-  EXPECT_EQ(field.selectedText(), "-25");
-  QTest::qWait(QApplication::doubleClickInterval() + 1);
-  QTest::mouseClick(&field, Qt::LeftButton, {}, place);
-  EXPECT_EQ(field.selectedText(), "") << "the second one puts the caret";
-  QTest::mouseDClick(&field, Qt::LeftButton, {}, place);
-  EXPECT_EQ(field.selectedText(), "-25");
+  for (int i = 0; i < 2; ++i) {
+    button.setFocus();
+    QTest::mousePress(&field, Qt::LeftButton, {}, place);
+    QTest::mouseMove(&field, place + QPoint(4, 0));  // while the button is down
+    QTest::mouseRelease(&field, Qt::LeftButton, {}, place);
+    EXPECT_EQ(field.selectedText(), "-25");
+    QTest::qWait(QApplication::doubleClickInterval() + 1);
+    QTest::mouseClick(&field, Qt::LeftButton, {}, place);
+    EXPECT_EQ(field.selectedText(), "");
+    EXPECT_NE(field.cursorPosition(), 0);
+    QTest::mouseDClick(&field, Qt::LeftButton, {}, place);
+    EXPECT_EQ(field.selectedText(), "-25");
+  }
   button.setFocus();
   QTest::keyClick(&button, Qt::Key_Tab);
   EXPECT_EQ(field.selectedText(), "-25") << "by Tab";
@@ -96,8 +123,9 @@ TEST_F(ControlsTest, EntriesAreChosenFromTheOpenListOnly) {
   DropDownList list(&window);
   for (int i = 1; i <= 8; ++i) list.addItem("Comm" + QString::number(i), i);
   list.setCurrentIndex(-1);
-  list.ToolTip = [](int item) { return QString::number(item); };
-  Activate(window);
+  QString state = "free";
+  list.ToolTip = [&](int item) { return state + QString::number(item); };
+  ShowWindow();
   QSignalSpy clicks(&list, &DropDownList::Click);
   QWheelEvent wheel({5, 5}, list.mapToGlobal(QPointF(5, 5)), {}, {0, -120}, {}, {}, {}, false);
   QApplication::sendEvent(&list, &wheel);
@@ -109,14 +137,16 @@ TEST_F(ControlsTest, EntriesAreChosenFromTheOpenListOnly) {
   }
   EXPECT_EQ(clicks.size(), 0);
   ASSERT_TRUE(list.view()->isVisible());
-  EXPECT_EQ(list.itemData(2, Qt::ToolTipRole), "3");
+  EXPECT_EQ(list.itemData(2, Qt::ToolTipRole), "free3");
 
   for (int chosen = 1; chosen <= 2; ++chosen) {  // also the entry already selected
-    list.showPopup();
     list.view()->setCurrentIndex(list.model()->index(2, 0));
     QTest::keyClick(list.view(), Qt::Key_Return);
     EXPECT_EQ(list.currentData(), 3);
     EXPECT_EQ(clicks.size(), chosen);
+    state = "taken";
+    list.showPopup();
+    EXPECT_EQ(list.itemData(2, Qt::ToolTipRole), "taken3");
   }
 }
 

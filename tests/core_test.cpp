@@ -1,12 +1,19 @@
-// Numbers, step lines, steps as text, and interpolated steps.
+// Numbers, step lines, steps as text, the moves between sequence table and edit buffer, and
+// interpolated steps.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <functional>
+#include <memory>
+#include <span>
 #include <tuple>
 
 #include "core/interpolation.h"
 #include "core/number_text.h"
+#include "core/sequence_store.h"
 #include "core/step_line.h"
 #include "core/step_text.h"
+#include "core/table_snapshot.h"
 #include "rig/bytes.h"
 #include "rig/sequences.h"
 
@@ -33,13 +40,30 @@ TEST(NumberText, Parsing) {
   }
 }
 
+TEST(NumberText, Angles) {
+  const std::pair<int, std::string> cases[] = {{0, "-64"},   {1, "-63,5"}, {127, "-0,5"},
+                                               {128, "0"},   {129, "0,5"}, {200, "36"},
+                                               {255, "63,5"}};
+  for (const auto& [position, text] : cases) EXPECT_EQ(AngleText(position, ","), text) << position;
+}
+
 TEST(NumberText, HalvesGoToTheEvenNeighbour) {
-  const std::pair<double, std::optional<int>> values[] = {{1.5, 2},
+  const std::tuple<int, int, int> divisions[] = {{5, 2, 2},   {7, 2, 4}, {-5, 2, -2}, {-7, 2, -4},
+                                                 {-1, 2, 0},  {5, 3, 2}, {4, 3, 1},   {-4, 3, -1},
+                                                 {-5, 3, -2}, {6, 3, 2}, {0, 7, 0}};
+  for (const auto& [over, under, whole] : divisions) {
+    EXPECT_EQ(DivideHalfEven(over, under), whole) << over << '/' << under;
+  }
+  const std::pair<double, std::optional<int>> values[] = {{0.5, 0},
+                                                          {1.5, 2},
+                                                          {-0.5, 0},
                                                           {-2.5, -2},
+                                                          {2.4999, 2},
                                                           {2147483647.4, 2147483647},
                                                           {-2147483648.5, -2147483648},
                                                           {2147483647.5, {}},
-                                                          {-2147483649, {}}};
+                                                          {-2147483649, {}},
+                                                          {1e300, {}}};
   for (const auto& [value, whole] : values) EXPECT_EQ(RoundHalfEven(value), whole) << value;
 }
 
@@ -171,6 +195,80 @@ TEST(StepText, RefusesTheWholeTextForOneLineThatIsNoStep) {
       EXPECT_EQ(std::get<StepTextFault>(read).line, 4) << line;
       EXPECT_EQ(std::get<StepTextFault>(read).reason, reason) << line;
     }
+  }
+}
+
+TEST(SequenceStore, StoresAllRowsOfTheCurrentSequenceAndLoadsItsSteps) {
+  auto data = std::make_unique<Declaration>();
+  for (int i = 0; i < kSteps; ++i) {
+    EditRow& row = data->EditBuffer[static_cast<std::size_t>(i)];
+    row = Row(i, 7, 255 - i, 100 * i);
+    row[kBreakColumn] = 1;
+  }
+  data->CurSeq = 15;
+  ASSERT_TRUE(StoreEditBuffer(*data, 2));
+  EXPECT_EQ(data->SeqSteps[15], 2);
+  EXPECT_EQ(data->SeqTable[15].Duration[255], 25500) << "leftovers, too";
+  EXPECT_EQ(data->SeqTable[14], SequenceRecord{});
+  EXPECT_EQ(data->TotalBytes, 0) << "until the figures are computed";
+
+  for (EditRow& row : data->EditBuffer) row = Row(1, 1, 1, 1);
+  data->EditBuffer[1][kBreakColumn] = 1;
+  EXPECT_EQ(LoadEditBuffer(*data), 2);
+  EXPECT_EQ(data->EditBuffer[0], Row(0, 7, 255, 0));
+  EditRow second = Row(1, 7, 254, 100);
+  second[kBreakColumn] = 1;
+  EXPECT_EQ(data->EditBuffer[1], second);
+  EXPECT_EQ(data->EditBuffer[2], Row(1, 1, 1, 1));
+
+  ComputeFlashFigures(*data);
+  ClearTable(*data);
+  EXPECT_EQ(data->SeqTable[15], SequenceRecord{});
+  EXPECT_EQ(data->SeqSteps[15] + data->SeqOffset[15] + data->TotalBytes, 0);
+  EXPECT_EQ(data->CurSeq, 15);
+}
+
+TEST(SequenceStore, FiguresOfTheFlash) {
+  using Counts = std::array<std::int16_t, kSequences>;
+  using Offsets = std::array<std::int32_t, kSequences>;
+  Counts full;
+  full.fill(256);
+  Offsets steep;
+  for (std::size_t i = 0; i < kSequences; ++i) steep[i] = static_cast<std::int32_t>(3584 * i);
+  const std::tuple<Counts, Offsets, int> cases[] = {
+      {{}, {}, 0},
+      {{2, 0, 0, 1}, {0, 0, 0, 28}, 42},
+      {{0, 3, 0, 0, 0, 0, 0, 5, 0, 0, 0, 0, 0, 0, 0, 1},
+       {0, 0, 0, 0, 0, 0, 0, 42, 0, 0, 0, 0, 0, 0, 0, 112},
+       126},
+      {{256, 256, 256, 256, 256, 256, 182}, {0, 3584, 7168, 10752, 14336, 17920, 21504}, 24052},
+      {full, steep, 57344}};
+  for (const auto& [counts, offsets, total] : cases) {
+    SequenceTable table;
+    table.SeqOffset.fill(9);
+    table.SeqSteps = counts;
+    ComputeFlashFigures(table);
+    EXPECT_EQ(table.SeqOffset, offsets);
+    EXPECT_EQ(table.TotalBytes, total);
+  }
+}
+
+TEST(TableSnapshot, ComparesWhatIsStoredAndShown) {
+  Declaration data;
+  data.SeqSteps[3] = 1;
+  const TableSnapshot before = TakeSnapshot(data, nullptr);
+  const std::pair<bool, std::function<void()>> cases[] = {
+      {false, [&data] { data.SeqTable[3].Position[0][11] = 1; }},
+      {false, [&data] { data.SeqTable[3].Duration[0] = 1; }},
+      {true, [&data] { data.SeqTable[3].Duration[1] = 1; }},
+      {true, [&data] { data.EditBuffer[0][0] = 1; }},
+      {false, [&data] { data.SeqSteps[4] = 1; }},
+      {false, [&data] { data.CurSeq = 1; }},
+  };
+  for (const auto& [same, change] : cases) {
+    change();
+    EXPECT_EQ(SameTable(before, TakeSnapshot(data, &before)), same);
+    RestoreSnapshot(before, data);
   }
 }
 

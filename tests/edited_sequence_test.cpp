@@ -238,5 +238,37 @@ TEST_F(EditedSequenceTest, KeepsFiveHundredStepsOfUndo) {
   EXPECT_EQ(edited.Row(1)[0], 149);
 }
 
+TEST_F(EditedSequenceTest, UndoesTheAddOfAStepLikeItsNeighbours) {
+  Do("add 30; select 2; add 30");
+  const auto expect = [this](int steps, int selected) {
+    EXPECT_EQ(edited.ListCount(), steps);
+    EXPECT_EQ(edited.ListIndex(), selected);
+    EXPECT_EQ(labels[3].text(), QString("%1 bytes").arg(14 * steps));
+    EXPECT_TRUE(edited.Stored());
+  };
+  for (int i = 0; i < 2; ++i) {
+    expect(5, 3);
+    Do("undo");
+    expect(4, 2);
+    Do("redo");
+  }
+}
+
+// A read that has failed after its header: no steps, but the number of bytes that programming
+// sends.
+TEST_F(EditedSequenceTest, UndoesTheChangeOfAFigureAlone) {
+  Do("clear-all");
+  {
+    const History::Change change = edited.BeginChange("Read Seq.");
+    EXPECT_TRUE(edited.TakeHeader({0, 28, 1, 44}));
+    EXPECT_EQ(edited.Data().SeqSteps[0], 256) << "no more than a sequence has";
+    EXPECT_TRUE(edited.TakeHeader({0, 28}));
+  }
+  for (const auto& [operation, bytes] : {std::pair("clear-all", 0), {"undo", 28}, {"undo", 0}}) {
+    Do(operation);
+    EXPECT_EQ(edited.Data().TotalBytes, bytes) << operation;
+  }
+}
+
 }  // namespace
 }  // namespace pelmora

@@ -58,7 +58,8 @@ class FileDialog : public WindowTest {
 };
 
 TEST_F(FileDialog, SaveNamesTheFileThatItWouldReplace) {
-  for (const char* name : {"Walk.dat", "Walk.1.dat"}) {
+  const QString long_name(200, 'x');
+  for (const QString& name : {QString("Walk.dat"), QString("Walk.1.dat"), long_name + ".dat"}) {
     Touch(name);
     QFile file(folder.filePath(name));
     ASSERT_TRUE(file.open(QIODevice::ReadWrite));
@@ -82,6 +83,14 @@ TEST_F(FileDialog, SaveNamesTheFileThatItWouldReplace) {
       name.setText(typed);
       EXPECT_EQ(hands->Read("LabelReplaced"), line) << typed;
     }
+    const int width = Open()->width();
+    name.setText(long_name);
+    EXPECT_LT(hands->Read("LabelReplaced").size(), 90);
+    EXPECT_EQ(Open()->width(), width);
+    Open()->reject();
+  });
+  InDialog("LoadBuffer", "", [&] {
+    EXPECT_EQ(Open()->findChild<QLabel*>("LabelReplaced"), nullptr);
     Open()->reject();
   });
 }
@@ -89,6 +98,8 @@ TEST_F(FileDialog, SaveNamesTheFileThatItWouldReplace) {
 TEST_F(FileDialog, SaveProposesANameAndCompletesIt) {
   InDialog("SaveBuffer", "Data Saved!", [this] {
     EXPECT_EQ(hands->Read(kTypes), "Data Files (*.dat)");
+    EXPECT_EQ(hands->Find<QComboBox>(kTypes).itemText(1), "Text Files(*.txt)");
+    EXPECT_EQ(hands->Find<QComboBox>(kTypes).itemText(2), "All Files (*.*)");
     QTest::keyClick(&hands->Find<QWidget>(kName), Qt::Key_Return);
   });
   EXPECT_EQ(Files(), QStringList{"Sequences 1.dat"});
@@ -114,24 +125,32 @@ TEST_F(FileDialog, ReplacesAFileWithoutAQuestionAndOpensInTheFolderUsedLast) {
     hands->Type(kName, "sub");  // a folder is entered
     hands->Type(kName, "a");
   });
+  InDialog("SaveBuffer", "", [this] {
+    hands->Type(kName, folder.path());
+    QTest::keyClick(Open(), Qt::Key_Escape);
+  });
   Save("quo\"te");
   EXPECT_EQ(Files("sub"), QStringList({"a.dat", "quo\"te.dat"}));
-  for (const auto& [name, lines] : {std::pair("none.dat", 0), {"quo\"te.dat", 1}}) {
-    InDialog("LoadBuffer", lines == 1 ? "Data Loaded!" : "Format Error! Data Not Loaded!", [&] {
+  for (const QString name : {"none.dat", "none/a.dat", "quo\"te.dat", "a.dat"}) {
+    const bool there = Files("sub").contains(name);
+    const char* message = there ? "Data Loaded!" : "Format Error! Data Not Loaded!";
+    InDialog("LoadBuffer", message, [this, name] {
       EXPECT_EQ(hands->Read(kName), "");
       hands->Type(kName, name);
     });
-    EXPECT_EQ(Lines().size(), lines) << name;
+    EXPECT_EQ(Lines().size(), there ? 1 : 0) << name.toStdString();
   }
 }
 
 TEST_F(FileDialog, AllFilesAreShownAlsoThoseWithoutADot) {
-  for (const char* name : {"plain", "x.dat"}) Touch(name);
+  for (const char* name : {"plain", "x.dat", "z.dat", "y.txt"}) Touch(name);
   InDialog("LoadBuffer", "", [this] {
     const auto& list = hands->Find<QListView>("listView");
-    ChooseType(2);
-    const auto rows = [&] { return list.model()->rowCount(list.rootIndex()); };
-    EXPECT_TRUE(hands->WaitUntil([&] { return rows() == 3; })) << "with the folder";
+    for (const auto& [type, shown] : {std::pair(0, 3), std::pair(1, 2), std::pair(2, 5)}) {
+      ChooseType(type);  // the folder is always shown
+      const auto is_shown = [&] { return list.model()->rowCount(list.rootIndex()) == shown; };
+      EXPECT_TRUE(hands->WaitUntil(is_shown)) << type;
+    }
     QTest::keyClick(Open(), Qt::Key_Escape);
   });
 }

@@ -1,6 +1,7 @@
 // The operator's hands: keys that are held or pressed with others, the wheel, double clicks and
 // presses that take the focus from an entry.
 #include <QAccessible>
+#include <QClipboard>
 #include <QElapsedTimer>
 #include <QMenuBar>
 #include <QWheelEvent>
@@ -22,11 +23,6 @@ class Hands : public WindowTest {
     window.activateWindow();
     return hands->WaitUntil([&] { return QApplication::activeWindow() == &window; });
   }
-  // The middle of the handle at the centre, which lies half-way between the caption and the lower
-  // end.
-  static QPoint HandleOf(const QWidget& fader) {
-    return {fader.width() / 2, (fader.fontMetrics().height() + fader.height()) / 2};
-  }
   static void Wheel(QWidget& control, double notches) {
     const QPointF place = control.rect().center();
     const QPoint angle(0, qRound(120 * notches));
@@ -39,8 +35,10 @@ TEST_F(Hands, WheelMovesWhatHasTheFocusOnly) {
   auto& fader = hands->Find<platform::CWSlide>("CWSlide1_3");
   auto& duration = hands->Find<QSpinBox>("CWNumEditTimeStep");
   Focus("CommandAdd");
-  Wheel(fader, 1);
-  Wheel(duration, 1);
+  for (QWidget* control : {static_cast<QWidget*>(&fader), static_cast<QWidget*>(&duration)}) {
+    Wheel(*control, 1);
+    EXPECT_FALSE(control->hasFocus());
+  }
   EXPECT_EQ(fader.value(), 128);
   EXPECT_EQ(duration.value(), 1000);
   fader.setFocus();
@@ -57,7 +55,8 @@ TEST_F(Hands, WheelMovesWhatHasTheFocusOnly) {
 TEST_F(Hands, PressThatCommitsAnOffsetGrabsTheHandleThatItMoves) {
   hands->Type("Text1_3", "60", false);
   auto& fader = hands->Find<platform::CWSlide>("CWSlide1_3");
-  const QPoint handle = HandleOf(fader);
+  // The centre lies half-way between the caption and the lower end.
+  const QPoint handle(fader.width() / 2, (fader.fontMetrics().height() + fader.height()) / 2);
   QTest::mousePress(&fader, Qt::LeftButton, {}, handle);
   EXPECT_EQ(fader.value(), 188);
   EXPECT_TRUE(fader.isSliderDown());
@@ -69,23 +68,35 @@ TEST_F(Hands, PressThatCommitsAnOffsetGrabsTheHandleThatItMoves) {
 
 TEST_F(Hands, DurationTakesSeparatorsRoundsAndStopsAtItsBounds) {
   auto& duration = hands->Find<QSpinBox>("CWNumEditTimeStep");
-  const auto shown = [&](const QString& typed) {
+  const auto shown = [&](const QString& typed, const char* keys) {
     hands->Type("CWNumEditTimeStep", "70");
-    hands->Type("CWNumEditTimeStep", typed);
+    hands->Type("CWNumEditTimeStep", typed, false);
+    hands->Keys(duration, keys);
     return duration.text();
   };
-  // clang-format off
-  const std::pair<const char*, const char*> cases[] = {
-      {"1 000", "1000 ms"},  {" 4 0 ", "40 ms"},    {"1000.6", "1001 ms"}, {"1000.5", "1000 ms"},
-      {"-50x.0", "50 ms"},   {"1001.50", "1002 ms"}, {"1200.", "1200 ms"},  {".6", "20 ms"},
-      {"40000", "32767 ms"}, {"99999999999999999999999", "32767 ms"}, {"19", "20 ms"}};
-  // clang-format on
-  for (const auto& [typed, text] : cases) {
-    EXPECT_EQ(shown(QString(typed).replace('.', QLocale().decimalPoint())), text) << typed;
+  const std::tuple<QString, const char*, const char*> cases[] = {
+      {"1 000", "Return", "1000 ms"},   {" 4 0 ", "Return", "40 ms"},
+      {"1000.6", "Return", "1001 ms"},  {"1000.5", "Return", "1000 ms"},
+      {"1001.50", "Return", "1002 ms"}, {"1200.", "Return", "1200 ms"},
+      {"-50x.0", "Return", "50 ms"},    {".6", "Return", "20 ms"},
+      {"30", "Down", "20 ms"},          {"150", "PgDown", "20 ms"},
+      {"32760", "Up", "32767 ms"},      {"32600", "PgUp", "32767 ms"},
+      {"1000", "Up", "1020 ms"},        {"1000", "PgUp", "1200 ms"},
+      {"19", "Return", "20 ms"},        {"40000", "Return", "32767 ms"},
+      {"70", "Return Space", "70 ms"},  {QString(400, '9'), "Return", "32767 ms"},
+  };
+  for (const auto& [typed, keys, text] : cases) {
+    EXPECT_EQ(shown(QString(typed).replace('.', QLocale().decimalPoint()), keys), text)
+        << typed.toStdString();
   }
   QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
-  EXPECT_EQ(shown("40,6"), "41 ms");
-  EXPECT_EQ(shown("1.000"), "1000 ms") << "a thousand";
+  EXPECT_EQ(shown("40,6", "Return"), "41 ms");
+  EXPECT_EQ(shown("1.000", "Return"), "1000 ms") << "a thousand";
+  for (const auto& [pasted, text] :
+       {std::pair{" 1\u00A0000\u202F", "1000 ms"}, {"1.000", "70 ms"}}) {
+    QGuiApplication::clipboard()->setText(QString::fromUtf8(pasted));
+    EXPECT_EQ(shown("70", "Return Ctrl+V Return"), text) << pasted;
+  }
   QLocale::setDefault(QLocale::c());
 }
 
@@ -116,6 +127,14 @@ TEST_F(Hands, WhateverIsUsedNextCommitsTheEntryFirst) {
     ExpectSent({8, static_cast<std::uint8_t>(178 + switched), switched});
     switched = 1 - switched;
   }
+}
+
+TEST_F(Hands, CaretStaysBeforeTheUnit) {
+  auto& duration = hands->Find<QSpinBox>("CWNumEditTimeStep");
+  QWidget* edit = duration.findChild<QLineEdit*>();
+  QTest::mouseClick(edit, Qt::LeftButton, {}, QPoint(edit->width() - 4, edit->height() / 2));
+  hands->Keys(duration, "5 End 6 Return");
+  EXPECT_EQ(duration.text(), "32767 ms") << "a digit was refused";
 }
 
 // A key held on a busy machine: release and press of each repetition bear the same time, but come
@@ -156,7 +175,7 @@ TEST_F(Hands, HeldKeyPressesOnce) {
   // What may be repeated is repeated, and two presses of one key are two.
   HoldApart(Focus("CWSlide1_0"), Qt::Key_Up);
   EXPECT_EQ(hands->Read("CWSlide1_0"), "134");
-  hands->Keys(Focus("CommandRem"), "Space Space");
+  for (int i = 0; i < 2; ++i) hands->Keys(Focus("CommandRem"), "Space");
   EXPECT_EQ(Lines().size(), 8);
   Operator::Hold(Focus("CommandAdd"), Qt::Key_S, Qt::ControlModifier);
   EXPECT_EQ(files.requests.size(), 1U);
@@ -179,6 +198,25 @@ TEST_F(Hands, DoubleClickOnAFlashButtonIsOnePress) {
   EXPECT_EQ(Lines().size(), 1);
 }
 
+// A key that is pressed next must do nothing that was not meant.
+TEST_F(Hands, FocusOfAControlThatGoesComesToTheList) {
+  EXPECT_EQ(form->focusWidget(), &List()) << "at the start";
+  QWidget other;
+  const auto behind_another_window = [&] {
+    other.show();
+    ASSERT_TRUE(Activate(other));
+    Trigger("FreshProg");
+    ASSERT_TRUE(Activate(*form));
+  };
+  const auto by_the_menu = [this] { hands->ChooseMenu("FreshProg"); };
+  for (const auto& goes : {std::function<void()>(behind_another_window), {by_the_menu}}) {
+    Trigger("FreshProg");
+    ASSERT_TRUE(Focus("CommandErase").hasFocus());
+    goes();
+    EXPECT_TRUE(List().hasFocus());
+  }
+}
+
 TEST_F(Hands, InterpolationDialogByKeyboard) {
   AddSteps(3);
   Select(1);
@@ -187,9 +225,14 @@ TEST_F(Hands, InterpolationDialogByKeyboard) {
   ASSERT_TRUE(Activate(dialog));
   QTest::simulateEvent(dialog.focusWidget(), true, Qt::Key_Return, {}, "\r", true);
   EXPECT_TRUE(dialog.isVisible()) << "the held key that opened it presses nothing in it";
-  hands->Click("OptionINterp_0");  // the options stay one stop each once one is chosen
-  EXPECT_EQ(TabStops(Focus("CWNumEditInterp")),
-            "CWNumEditInterp OKButton CancelButton OptionINterp_0 OptionINterp_1");
+  // The options are one stop each, also once one is chosen.
+  for (const char* option : {"OptionINterp_0", "OptionINterp_1"}) {
+    EXPECT_EQ(TabStops(*dialog.focusWidget()),
+              "CWNumEditInterp OKButton CancelButton OptionINterp_0 OptionINterp_1")
+        << option;
+    hands->Click(option);
+    Focus("CWNumEditInterp");
+  }
 }
 
 // With the message boxes and file dialogs of the program itself. Keys and clicks go through the
@@ -228,24 +271,30 @@ class EndBehind : public HandsOnMessages,
                   public testing::WithParamInterface<std::tuple<const char*, bool>> {};
 
 TEST_P(EndBehind, SendsTheStopByte) {
-  const auto& [name, by_key] = GetParam();
-  const QString opener = name;
+  const QString opener = std::get<0>(GetParam());
+  const bool by_key = std::get<1>(GetParam());
   AddSteps(2);
   Connect();
   Sent(0);
-  const auto end = [quit = by_key, this](QDialog& dialog) {
-    quit ? WindowKeys(dialog, "Ctrl+Q") : void(form->close());
+  const auto end = [&](QDialog& dialog) {
+    by_key ? WindowKeys(dialog, "Ctrl+Q") : void(form->close());
   };
-  if (opener == "CommandInterpolate" || opener == "OKButton") {
-    Press("CommandInterpolate");
-    ASSERT_TRUE(Activate(hands->Find<QDialog>("DialogInterp")));
-    hands->Find<QSpinBox>("CWNumEditInterp").setValue(100);  // too many: a message at OK
-  }
-  if (opener == "CommandInterpolate") {
-    end(hands->Find<QDialog>("DialogInterp"));
-  } else {
+  if (opener == "SaveBuffer") {
     InDialog(end);
-    opener == "SaveBuffer" ? Trigger(opener) : hands->Click(opener);
+    Trigger(opener);
+  } else if (opener == "CommandErase") {
+    InDialog(end);
+    hands->Click(opener);
+  } else {
+    Press("CommandInterpolate");
+    auto& dialog = hands->Find<QDialog>("DialogInterp");
+    ASSERT_TRUE(Activate(dialog));
+    if (opener == "OKButton") {
+      InDialog(end);
+      hands->Type("CWNumEditInterp", "100");
+    } else {
+      end(dialog);
+    }
   }
   EXPECT_TRUE(main_loop.Ending());
   Press("CommandErase");  // no message comes any more, nor a dialog
@@ -267,11 +316,20 @@ TEST_F(HandsOnMessages, KeepTheKeyboardAndWhatIsBehindGetsNothing) {
     auto& message = dynamic_cast<QMessageBox&>(dialog);
     EXPECT_EQ(message.text(), "No Connection Available!");
     EXPECT_EQ(message.textFormat(), Qt::PlainText);
+    EXPECT_EQ(message.icon(), QMessageBox::Information);
+    EXPECT_EQ(message.standardButtons(), QMessageBox::Ok);
+    EXPECT_EQ(message.parentWidget(), form.get());
     for (const char* control : {"CommandAdd", "CommandInterpolate", "CommandUp"}) {
       WindowClick(hands->Find<QWidget>(control));
     }
     WindowKeys(*form, "Up Alt+A Alt+R Alt+Right Ctrl+S Ctrl+L Ctrl+X");
-    EXPECT_TRUE(message.button(QMessageBox::Ok)->hasFocus());
+    QAbstractButton& ok = *message.button(QMessageBox::Ok);
+    EXPECT_TRUE(ok.hasFocus());
+    const QImage focused = ok.grab().toImage();
+    ok.clearFocus();
+    EXPECT_NE(ok.grab().toImage(), focused) << "one sees what Enter would press";
+    ok.setFocus();
+    EXPECT_EQ(QApplication::activeWindow(), &message);
     // It answers a press and takes a key at once; a key that is held opens and closes nothing more.
     QTest::simulateEvent(message.button(QMessageBox::Ok), true, Qt::Key_Return, {}, "\r", true);
     EXPECT_TRUE(message.isVisible());
@@ -291,10 +349,12 @@ TEST_F(HandsOnMessages, ThatComeByThemselvesAreNotAnsweredByWhatIsTyped) {
     shown.start();
     WindowKeys(message, "1 Return Space Escape Alt+O");
     EXPECT_TRUE(message.isVisible());
-    EXPECT_TRUE(hands->WaitUntil([&] {
-      WindowKeys(message, "Return");
-      return !message.isVisible();
-    }));
+    EXPECT_TRUE(hands->WaitUntil(
+        [&] {
+          WindowKeys(message, "Return");
+          return !message.isVisible();
+        },
+        2000));
     EXPECT_GT(shown.elapsed(), 300);
     EXPECT_LT(shown.elapsed(), 1000);
   });
@@ -328,8 +388,10 @@ TEST_F(HandsOnMessages, GiveUpWhatThePointerIsDoing) {
   auto& fader = hands->Find<platform::CWSlide>("CWSlide1_3");
   auto& button = hands->Find<QPushButton>("CommandRem");
   QWidget& view = *List().viewport();
-  const auto centre = [this](int i) { return List().visualItemRect(List().item(i)).center(); };
-  const QPoint handle = HandleOf(fader);
+  const auto centre = [this](int line) {
+    return List().visualItemRect(List().item(line)).center();
+  };
+  const QPoint handle(fader.width() / 2, (fader.fontMetrics().height() + fader.height()) / 2);
   const auto message = [this] {
     InDialog([](QDialog& dialog) { WindowKeys(dialog, "Return"); });
     Press("CWButtonMainOnOff");
@@ -359,8 +421,9 @@ TEST_F(HandsOnMessages, GiveUpWhatThePointerIsDoing) {
     EXPECT_GT(reached, 130);
     comes_up();
     EXPECT_FALSE(fader.isSliderDown());
+    QTest::mousePress(&fader, Qt::RightButton, {}, handle);
     QTest::mouseMove(&fader, handle + QPoint(0, 50));
-    QTest::mouseRelease(&fader, Qt::LeftButton, {}, handle + QPoint(0, 50));
+    QTest::mouseRelease(&fader, Qt::RightButton, {}, handle + QPoint(0, 50));
     EXPECT_EQ(fader.value(), reached);
     fader.setValue(128);
 

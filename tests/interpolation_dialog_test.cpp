@@ -1,4 +1,4 @@
-// The dialog "Interpolation": its count, and playback while it is open. What it
+// The dialog "Interpolation": its count, how it closes, and playback while it is open. What it
 // makes of the list and what it locks is in tests/effects.txt.
 #include "tests/window_fixture.h"
 
@@ -40,6 +40,32 @@ TEST_F(Interpolate, TheCountKeepsToItsRange) {
   EXPECT_EQ(Lines().size(), 4);
 }
 
+TEST_F(Interpolate, SaysInFullThatAChoiceIsMissing) {
+  AddSteps(3);
+  Open(1);
+  hands->Type("CWNumEditInterp", "3");
+  const auto& missing = hands->Find<QLabel>("LabelMissingChoice");
+  EXPECT_TRUE(missing.isVisible());
+  EXPECT_GE(missing.width(), missing.sizeHint().width());
+  EXPECT_TRUE(Dialog().rect().contains(missing.geometry()));
+}
+
+TEST_F(Interpolate, OpensOnceUntilItOrTheProgramIsClosed) {
+  AddSteps(2);
+  const std::function<void()> ways[] = {[this] { Dialog().close(); }, [this] { form->close(); }};
+  for (const std::function<void()>& close : ways) {
+    Open(0);
+    hands->Click("CommandInterpolate");
+    EXPECT_EQ(form->findChildren<QDialog*>("DialogInterp").size(), 1);
+    EXPECT_TRUE(Dialog().isEnabled());
+    EXPECT_FALSE(form->isEnabled());
+    close();
+    ExpectClosed();
+    EXPECT_TRUE(form->isEnabled());
+  }
+  EXPECT_TRUE(main_loop.Ending());
+}
+
 TEST_F(Interpolate, PlaybackThatMovesTheSelectionIsTakenIntoAccount) {
   AddSteps(3);
   Connect();
@@ -54,7 +80,11 @@ TEST_F(Interpolate, PlaybackThatMovesTheSelectionIsTakenIntoAccount) {
   for (int ticks = 0; ticks < 2; ++ticks) timer.Elapse();
   hands->Click("OKButton");
   ExpectClosed();
-  EXPECT_EQ(Order(), Local("011.52")) << "behind step 1, which plays";
+  QStringList steps;
+  for (const QString& line : Lines()) {
+    steps.append(line.section(' ', 0, 0) + '/' + line.section('\t', 12, 12));
+  }
+  EXPECT_EQ(steps.join(' '), Local("0/100 ms 1/60 ms 1.5/60 ms 2/140 ms"));
   timer.Elapse();
   EXPECT_EQ(Selected(), 2);
   EXPECT_EQ(timer.Wait(), 60);

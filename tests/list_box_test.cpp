@@ -9,6 +9,7 @@
 #include <QScrollBar>
 #include <QTest>
 #include <QWheelEvent>
+#include <climits>
 
 #include "platform/look/list_look.h"
 
@@ -117,7 +118,6 @@ TEST_F(ListBoxTest, ADragDropsWhereThePointerIs) {
 
   Press(On(1));
   Move(On(5));
-  ExpectGround(1, {.dragged = true});
   Release(On(1));  // back where it came from
   ExpectHappened("down 1, up 1");
 
@@ -188,6 +188,14 @@ TEST_F(ListBoxTest, LinesMayComeAndGoDuringADrag) {
   }
 }
 
+TEST_F(ListBoxTest, LineThatGoesTakesItsSelectionAlong) {
+  for (const auto& [removed, selected] : {std::pair{7, 4}, {2, 3}, {3, -1}, {0, -1}}) {
+    if (removed == 7) list.SetListIndex(4);
+    list.RemoveItem(removed);
+    EXPECT_EQ(list.ListIndex(), selected);
+  }
+}
+
 TEST_F(ListBoxTest, Keys) {
   // Selected line, keys that are pressed each by itself, then selected line, and what happens.
   // clang-format off
@@ -229,25 +237,36 @@ TEST_F(ListBoxTest, Keys) {
 TEST_F(ListBoxTest, PagesTurnWhenTheSelectionLeavesThem) {
   list.resize(300, 18 * 13);
   const int rows = LineUnder(Lowest()) + 1;
-  list.SetListIndex(rows - 1);
-  EXPECT_EQ(Top(), 0) << "no page turns before its last line";
-  list.SetListIndex(rows);
-  EXPECT_GE(Top(), rows - 2) << "a whole page";
-  list.SetListIndex(39);
-  EXPECT_TRUE(InView(39));
-  list.SetListIndex(20);
-  EXPECT_GT(LineUnder(Lowest()), 20) << "backwards the new page ends below the line";
-  EXPECT_LT(Top(), 20 - rows / 2);
+  for (int line = 1; line < 40; ++line) {
+    const int top = Top();
+    list.SetListIndex(line);
+    EXPECT_TRUE(InView(line)) << line;
+    if (Top() == top) continue;
+    EXPECT_EQ(line, top + rows) << "no page turns before its last line";
+    if (Top() == 40 - rows) break;
+    EXPECT_GE(Top(), line - 2) << "a whole page";
+  }
+  EXPECT_EQ(Top(), 40 - rows);
+  list.SetListIndex(10);
+  EXPECT_GT(LineUnder(Lowest()), 10) << "backwards the new page ends below the line";
+  EXPECT_LT(Top(), 10 - rows / 2);
 }
 
-TEST_F(ListBoxTest, LinesAreDrawnAsTheirStatesSay) {
+using ListLook = ListBoxTest;
+
+TEST_F(ListLook, LinesAreDrawnAsTheirStatesSay) {
   list.SetColumns({{4, 60, Qt::AlignLeft}, {64, 80, Qt::AlignRight}, {160, 60, {}, true}});
   list.SetList(0, "a\t100 ms\tSTOP");
   list.SetList(2, "a\t100  ms\t");
-  const QRect all_but_the_mark(0, 0, 150, 18);
   list.SetListIndex(4);
-  EXPECT_EQ(Line(0).copy(all_but_the_mark), Line(2).copy(all_but_the_mark)) << "under each other";
-  EXPECT_NE(Line(0), Line(2));
+  const QRect mark(160, 0, 60, 18);
+  const QRgb strong = ColoursOf({}, list.palette()).strong.rgb();
+  const auto drawn = [&](int line) {
+    return Line(line).copy(mark).convertToFormat(QImage::Format_Indexed8).colorTable();
+  };
+  EXPECT_TRUE(drawn(0).contains(strong));
+  EXPECT_FALSE(drawn(2).contains(strong));
+  EXPECT_EQ(Line(0).copy(0, 0, 150, 20), Line(2).copy(0, 0, 150, 20)) << "under each other";
   Wheel({20, 20}, 1);
   ExpectGround(5, {.odd = true});  // stripes belong to the lines
   for (const bool halted : {true, false}) {
@@ -256,6 +275,57 @@ TEST_F(ListBoxTest, LinesAreDrawnAsTheirStatesSay) {
   }
   list.setEnabled(false);
   ExpectGround(4, {.selected = true, .enabled = false});
+}
+
+TEST_F(ListLook, NumbersStandUnderEachOtherAndRepeatedOnesArePaler) {
+  list.clearFocus();
+  list.SetColumns({{10, 60, Qt::AlignHCenter, false, "-63.5 C"}});
+  for (int i = 0; const char* number : {"-0.5 C", "-0.5  C", "-60.5 C", "7 C", "1,5 C"}) {
+    list.SetList(i++, number);
+  }
+  struct Ink {
+    int left = INT_MAX, right = 0;  // the columns of pixels that are not the ground
+    int darkest = 255;
+  };
+  const auto ink = [this](int line) {
+    const QImage drawn = Line(line).copy(0, 0, 80, 18);  // without the line's number
+    Ink found;
+    for (int x = 0; x < drawn.width(); ++x) {
+      for (int y = 0; y < drawn.height(); ++y) {
+        const QColor pixel = drawn.pixelColor(x, y);
+        if (pixel == drawn.pixelColor(0, 0)) continue;
+        found = {std::min(found.left, x), x, std::min(found.darkest, pixel.value())};
+      }
+    }
+    return found;
+  };
+  const int digit = list.fontMetrics().horizontalAdvance('0');
+  const int minus = list.fontMetrics().horizontalAdvance('-');
+  EXPECT_EQ(ink(0).right, ink(2).right);
+  EXPECT_NEAR(ink(0).left, ink(2).left + digit, 1);
+  EXPECT_NEAR(ink(3).left, ink(2).left + digit + minus, 2);
+  EXPECT_NEAR(ink(4).left, ink(3).left, 2) << "any decimal separator";
+  EXPECT_GT(ink(1).darkest, ink(0).darkest + 40);
+  EXPECT_NEAR(ink(2).darkest, ink(0).darkest, 20);
+  list.SetList(0, "-1.5 C");
+  EXPECT_NEAR(ink(1).darkest, ink(0).darkest, 20);
+}
+
+TEST_F(ListLook, ADragShowsWhatItDoes) {
+  const QColor mark = list.palette().color(QPalette::Text);
+  const auto marked = [&](int line, int y) { return Line(line).pixelColor(150, y) == mark; };
+  Press(On(2));
+  Move(On(5));
+  ExpectGround(2, {.dragged = true});
+  EXPECT_EQ(list.viewport()->cursor().shape(), Qt::ClosedHandCursor);
+  EXPECT_TRUE(marked(5, Line(5).height() - 1)) << "below 5";
+  Move(On(1));
+  EXPECT_TRUE(marked(1, 0)) << "above 1";
+  Move(On(2));
+  EXPECT_FALSE(marked(2, 0)) << "it goes nowhere";
+  Release(On(1));
+  EXPECT_EQ(list.viewport()->cursor().shape(), Qt::ArrowCursor);
+  ExpectGround(2, {});
 }
 
 }  // namespace

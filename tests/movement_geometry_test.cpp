@@ -26,6 +26,16 @@ std::vector<EditRow> Rows(const std::vector<int>& durations) {
   return rows;
 }
 
+TEST(MovementTimes, WhichChannelsMove) {
+  auto rows = Rows({20, 20, 20});
+  for (EditRow& row : rows) row[3] = 99;
+  rows[2][5] = 99;
+  const ShownSteps steps(rows);
+  std::string moving;
+  for (int channel = 0; channel < kChannels; ++channel) moving += steps.Moves(channel) ? '+' : '.';
+  EXPECT_EQ(moving, "+....+......");
+}
+
 TEST(MovementTimes, OfStepsAndTheStepAtATime) {
   const auto rows = Rows({400, 20, 0, -5, 1000});  // a file may hold durations that are none
   const StepTimes times{ShownSteps(rows)};

@@ -153,6 +153,8 @@ TEST_F(Shape, ADragEndsWithoutEffectWhenSomethingElseHappens) {
   };
   const std::pair<const char*, std::function<void()>> cases[] = {
       {"undo", [&] { Keys("Ctrl+Z"); }},
+      {"a step goes", [&] { Press("CommandRem"); }},
+      {"a step is moved", [&] { ListKeys("Ctrl+Up"); }},
       {"another sequence", [&] { Press("CommandMoreSeq"), Press("CommandLessSeq"); }},
       {"a step comes", [&] { Press("CommandAdd"); }},
       {"all is cleared", [&] { Press("CommandClear"); }},

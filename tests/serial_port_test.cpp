@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <stdlib.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <QDir>
@@ -146,9 +148,41 @@ TEST(PortDirectory, CountsTheMachinesPortsAndPrefersLinks) {
   // An adapter that is pulled leaves its entry to it.
   QFile::link("nowhere", devices.filePath("comm2"));
   const MachinePorts ports(folder.path(), devices.path());
-  const QStringList entries = {ports.DeviceFor(1), ports.DeviceFor(2), ports.DeviceFor(3)};
-  EXPECT_EQ(entries.join(' '), QString("%1/ttyS0 %1/comm2 %1/ttyUSB10").arg(devices.path()));
-  EXPECT_EQ(ports.DeviceFor(4), "");
+  const char* wanted[] = {"ttyS0", "comm2", "ttyUSB10", nullptr};
+  for (int number = 1; const char* name : wanted) {
+    EXPECT_EQ(ports.DeviceFor(number++), name ? devices.filePath(name) : QString());
+  }
+}
+
+bool OrdinaryUserIsTold(const QString& reason, const QString& device) {
+  const pid_t child = fork();
+  if (child == 0) {
+    const bool ordinary = geteuid() != 0 || (setgid(65534) == 0 && setuid(65534) == 0);
+    _exit(ordinary && OpenFailureReason(device, false, "something else") == reason ? 0 : 1);
+  }
+  int status = -1;
+  waitpid(child, &status, 0);
+  return status == 0;
+}
+
+TEST(PortDirectory, NamesTheReasonInPlainWords) {
+  const QTemporaryDir folder;
+  const QString file = folder.filePath("port");
+  rig::WriteFile(file, "");
+  EXPECT_EQ(OpenFailureReason(file + "9", true, ""), "there is no such device");
+  for (const QString& device : {file, folder.path(), QString("/dev/null")}) {
+    EXPECT_EQ(OpenFailureReason(device, true, ""), "it is no serial port") << device.toStdString();
+  }
+
+  const QByteArray path = QFile::encodeName(file);
+  chmod(QFile::encodeName(folder.path()).constData(), 0755);
+  chmod(path.constData(), 0);
+  EXPECT_TRUE(OrdinaryUserIsTold("you have no permission for it", file));
+  if (geteuid() != 0) GTEST_SKIP() << "only root can give the device to another group";
+  ASSERT_EQ(chown(path.constData(), 0, 20), 0);
+  chmod(path.constData(), 0660);
+  EXPECT_TRUE(OrdinaryUserIsTold(
+      "you have no permission for it; members of the group \"dialout\" have", file));
 }
 
 // A line of our own, and the lock file that another program may have made for it.
@@ -174,6 +208,8 @@ TEST_F(Locked, StaleLocksAreToldFromLiveOnesAndRemoved) {
       {live + "\n" + program_invocation_short_name + " and more\n", State::kHeld, "is using it"},
       {live + "\nanother_program\nhost\n", State::kStale, "left by a program that has ended"},
       {"   " + kEnded + "\n", State::kStale, "left by a program that has ended; root may remove"},
+      {kEnded + "\nterminal\nhost\n", State::kStale, "left by a program that has ended"},
+      {"", State::kUnclear, "doesn't say which program made it"},
       {"no number", State::kUnclear, "doesn't say which program made it"}};
   for (const auto& [content, state, reason] : cases) {
     SCOPED_TRACE(content.toStdString());

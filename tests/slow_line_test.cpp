@@ -5,6 +5,7 @@
 #include <QElapsedTimer>
 #include <QtTest/QTest>
 
+#include "movement/movement_window.h"
 #include "platform/controls/cw_slide.h"
 #include "rig/program_with_board.h"
 
@@ -13,6 +14,7 @@ namespace {
 
 using namespace rig;
 using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
 
 struct SlowLine : testing::Test, ProgramWithBoard {
   SlowLine()
@@ -39,6 +41,18 @@ struct SlowLine : testing::Test, ProgramWithBoard {
   // What the line still has to carry before it takes the next pose, however
   // late a busy machine lets the board look at it.
   auto Backlog() const { return form->Link().Port().TimeUntilReady(); }
+
+  // Moves the pointer up and down by so many pixels, as fast as can be, for so long that a backlog
+  // would pile up.
+  void DragAround(const std::function<void(QPoint)>& move) const {
+    QElapsedTimer clock;
+    clock.start();
+    for (int report = 0; clock.elapsed() < 600; ++report) {
+      move({0, report % 200 - 100});
+      QTest::qWait(1);
+      ASSERT_LT(Backlog(), 10ms) << "more than a pose has piled up";
+    }
+  }
 
   const Sequences poses = FilledSequences(1, 2, 1);
 };
@@ -78,13 +92,7 @@ TEST_F(SlowLine, AFaderDraggedAsFastAsCanBeKeepsUpWithThePointer) {
   const QPoint handle(slide.width() / 2, slide.height() / 2 + 8);
   QTest::mousePress(&slide, Qt::LeftButton, {}, handle);
   ASSERT_TRUE(slide.isSliderDown());
-  QElapsedTimer clock;
-  clock.start();
-  for (int report = 0; clock.elapsed() < 600; ++report) {
-    QTest::mouseMove(&slide, handle + QPoint(0, report % 200 - 100));
-    QTest::qWait(1);
-    ASSERT_LT(Backlog(), 10ms) << "more than a pose has piled up";
-  }
+  DragAround([&](QPoint way) { QTest::mouseMove(&slide, handle + way); });
   QTest::mouseMove(&slide, handle + QPoint(0, 37));
   const auto log = Log();
   EXPECT_EQ(log.back().byte, slide.sliderPosition()) << "held still, the servo goes to the pointer";
@@ -92,6 +100,32 @@ TEST_F(SlowLine, AFaderDraggedAsFastAsCanBeKeepsUpWithThePointer) {
   EXPECT_GT(log.size(), 100U) << "the servo follows all the time";
   QTest::mouseRelease(&slide, Qt::LeftButton, {}, handle + QPoint(0, 37));
   EXPECT_EQ(Log().size(), log.size());
+}
+
+// A drag of a level in the movement moves the servo as a dragged fader does.
+TEST_F(SlowLine, ALevelDraggedAsFastAsCanBeKeepsUpWithThePointer) {
+  Load(FilledSequences(1, 5, 50));
+  Connect();
+  Trigger("ListMovement");
+  auto& window = hands->Find<MovementWindow>("Movement");
+  window.resize(1200, 700);
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+  auto& canvas = hands->Find<QWidget>("MovementCanvas");
+  const auto level = [&] {  // of step 2 in the chosen lane, of channel 0
+    const Lanes lanes(Places::kRuler, canvas.height() - Places::kRuler, 0);
+    return QPoint(canvas.width() / 2, qRound(lanes.Y(0, Data().EditBuffer[2][0])));
+  };
+  const QPoint from = level();
+  QTest::mousePress(window.windowHandle(), Qt::LeftButton, {}, from);
+  DragAround([&](QPoint way) { QTest::mouseMove(window.windowHandle(), from + way); });
+  QTest::mouseRelease(window.windowHandle(), Qt::LeftButton, {}, from + QPoint(0, 37));
+  const auto released = Clock::now();
+  const auto log = Log();
+  EXPECT_LT(log.back().when - released, 100ms);
+  EXPECT_EQ(log.back().byte, Data().EditBuffer[2][0]);
+  EXPECT_EQ(log[log.size() - 2].byte, 8);
+  EXPECT_NEAR(level().y(), from.y() + 37, 1);
+  EXPECT_GT(log.size(), 100U) << "the servo follows all the time";
 }
 
 }  // namespace

@@ -42,6 +42,9 @@ TEST_F(ListMenu, ShowsNamesAndKeysAndDoesWhatTheyDo) {
   QTest::mouseClick(&menu, Qt::LeftButton, {}, cut.center());
   EXPECT_FALSE(menu.isVisible());
   ExpectSteps("02", 1);
+  // The keys of what was disabled work once the menu has gone.
+  ListKeys("Ctrl+Z Ctrl+Shift+Z");
+  ExpectSteps("02", 1);
 }
 
 }  // namespace

@@ -49,6 +49,7 @@ TEST_F(UndoTest, OfEachChangeIsOneStepAndBringsEverythingBack) {
       {"Clear Sequence", [&] { Press("CommandClear"); }},
       {"Clear All", [&] { Press("CommandClearAll"); }},
       {"Move", [&] { ListKeys("Ctrl+Up"); }},
+      {"Move", [&] { hands->DragLine("ListSequence", 3, 0); }},
       {"Interpolate", [&] { Interpolate(5); }},
       {"Cut", [&] { ListKeys("Ctrl+X"); }},
       {"Paste", [&] { ListKeys("Ctrl+V"); }},
@@ -140,6 +141,51 @@ TEST_F(UndoTest, AndRedoAreNotAvailableWhileTheFlashIsErasedOrProgrammed) {
     hands->Click(operation);
     EXPECT_EQ(NameOf("undo") + ", " + NameOf("redo"), "Add, Move");
     ConnectAgain();
+  }
+}
+
+// Steps of 80 ms have a digit for a name; each of the two into which "0" is split has a letter.
+TEST_F(UndoTest, ProgrammingWritesWhatTheTableMustHold) {
+  const auto steps = [](const std::string& names) {
+    Sequences sequences;
+    for (const char name : names) {
+      Step step{};
+      step.positions.fill(std::uint8_t(name < 'a' ? 20 * (name - '0') : 10 * (name - 'a')));
+      step.ticks = name < 'a' ? 4 : 2;
+      sequences[0].push_back(step);
+    }
+    return sequences;
+  };
+  // U: undo, R: redo, C: "Clear Sequence", A: "Clear All", D: the first step down, I: interpolate,
+  // S: save, +: to the next sequence and back, -: "Remove". The last three store.
+  const std::pair<const char*, const char*> cases[] = {
+      {"A", ""},        {"AU", "012"},   {"AUR", ""},     {"C", "012"},     {"C+", ""},
+      {"CA", ""},       {"CAU", "012"},  {"CAUR", ""},    {"CAUU", "012"},  {"CAUURR", ""},
+      {"D", "012"},     {"D+", "102"},   {"D+U", "012"},  {"D+UR", "102"},  {"DU+R", "012"},
+      {"DU+RU", "012"}, {"I", "012"},    {"IS", "ab12"},  {"ISU", "012"},   {"ISUR", "ab12"},
+      {"ISURU", "012"}, {"IU+R", "012"}, {"-", "12"},     {"-U", "012"},    {"-UR", "12"},
+      {"D-", "12"},     {"D-U", "012"},  {"D-UU", "012"}, {"D-UURR", "12"}, {"-A", ""},
+      {"-AU", "12"},    {"-AUU", "012"}, {"-AUURR", ""},
+  };
+  const std::map<char, std::function<void()>> presses = {
+      {'U', [&] { Undo(); }},
+      {'R', [&] { Redo(); }},
+      {'C', [&] { Press("CommandClear"); }},
+      {'A', [&] { Press("CommandClearAll"); }},
+      {'D', [&] { ListKeys("Ctrl+Down"); }},
+      {'I', [&] { Interpolate(2); }},
+      {'S', [&] { files.answer.reset(), Trigger("SaveBuffer"); }},
+      {'+', [&] { Press("CommandMoreSeq"), Press("CommandLessSeq"); }},
+      {'-', [&] { Press("CommandRem"); }},
+  };
+  for (const auto& [pressed, programmed] : cases) {
+    SCOPED_TRACE(pressed);
+    Load(steps("012"));
+    Select(0);
+    for (const char key : std::string(pressed)) presses.at(key)();
+    board.ClearLog();
+    ProgramWell();
+    ExpectSent(ProgramBytes(steps(programmed)));
   }
 }
 

@@ -3,11 +3,14 @@
 #include <QAccessible>
 #include <QFontMetricsF>
 #include <QGroupBox>
+#include <QHelpEvent>
 #include <QMenuBar>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSignalSpy>
+#include <QToolTip>
 
+#include "demo/placement.h"
 #include "platform/look/slide_style.h"
 #include "tests/screen_reader.h"
 #include "tests/window_fixture.h"
@@ -73,12 +76,12 @@ TEST_F(ScreenReader, GetsAndSetsWhatTheControlsShow) {
   Spoken("CWSlide1_11").valueInterface()->setCurrentValue(72);
   Connect();
   hands->Click("CWButtonMainOnOff");
-  for (const auto& [control, value] :
-       {std::pair("CWSlide1_11", "72"), {"Text1_23", "36 °"}, {"ComboPort", "Comm1"}}) {
-    EXPECT_EQ(Spoken(control).text(QAccessible::Value), value);
-  }
+  EXPECT_EQ(Spoken("CWSlide1_11").text(QAccessible::Value), "72");
+  EXPECT_EQ(Spoken("Text1_23").text(QAccessible::Value), "36 °");
   EXPECT_EQ(Spoken("ComboPort").text(QAccessible::Name), "Serial Comm Port: Comm1");
+  EXPECT_EQ(Spoken("ComboPort").text(QAccessible::Value), "Comm1");
   EXPECT_TRUE(Spoken("CWButtonMainOnOff").state().checked);
+  EXPECT_FALSE(Spoken("CWButtonEmuPC").state().checked);
 }
 
 TEST_F(ScreenReader, HearsOfStepsBreakpointsAndAHaltAndKeepsItsPlace) {
@@ -118,25 +121,50 @@ TEST_F(ScreenReader, HearsOfStepsBreakpointsAndAHaltAndKeepsItsPlace) {
   EXPECT_EQ(announced(), "breakpoint");
 }
 
+TEST_F(StartUp, TipsOfMenuItemsStandBesideTheMenu) {
+  auto& menu = *qobject_cast<QMenu*>(hands->Find<QAction>("Emu").parent());
+  menu.popup({100, 100});
+  const QPoint place = menu.actionGeometry(menu.actions().at(1)).center();
+  QHelpEvent rest(QEvent::ToolTip, place, menu.mapToGlobal(place));
+  QApplication::sendEvent(&menu, &rest);
+  EXPECT_EQ(QToolTip::text(), hands->Find<QAction>("Emu").toolTip());
+  const auto windows = QApplication::topLevelWidgets();
+  const auto tip = std::ranges::find(windows, "qtooltip_label", &QObject::objectName);
+  ASSERT_NE(tip, windows.end());
+  EXPECT_FALSE((*tip)->geometry().intersects(menu.geometry()));
+  EXPECT_NEAR((*tip)->y(), menu.mapToGlobal(place).y(), 30);
+  QToolTip::hideText();
+  menu.close();
+}
+
 using Faders = WindowTest;
 
 TEST_F(Faders, AreMarkedWhereTheSelectedStepHasThem) {
   const QColor colour = platform::SlideColoursOf({}, ProgramPalette()).mark;
-  const auto marked = [&](const char* fader) {
+  const auto marked = [&](const char* fader = "CWSlide1_3") {  // at which height, -1 for not at all
     const QImage image = hands->Find<QWidget>(fader).grab().toImage();
-    const auto* pixels = reinterpret_cast<const QRgb*>(image.constBits());
-    return std::ranges::count(pixels, pixels + image.width() * image.height(), colour.rgb()) > 0;
+    for (int y = 0; y < image.height(); ++y) {
+      for (int x = 0; x < image.width(); ++x) {
+        if (image.pixelColor(x, y) == colour) return y;
+      }
+    }
+    return -1;
   };
   for (const int position : {200, 60}) AddStep(3, position, 100);
+  EXPECT_EQ(marked(), -1) << "the handle is there";
   Select(0);
-  EXPECT_TRUE(marked("CWSlide1_3"));
-  EXPECT_FALSE(marked("CWSlide1_4"));
+  const int high = marked();
+  EXPECT_GT(high, 0);
+  EXPECT_EQ(marked("CWSlide1_4"), -1);
+  SetSlider(3, 80);
+  Select(1);
+  EXPECT_GT(marked(), high) << "behind the handle";
   Press("CommandReplace");
-  EXPECT_FALSE(marked("CWSlide1_3")) << "the handle is there";
+  EXPECT_EQ(marked(), -1);
   SetSlider(3, 0);
-  EXPECT_TRUE(marked("CWSlide1_3"));
+  EXPECT_GT(marked(), 0);
   Press("CommandClear");
-  EXPECT_FALSE(marked("CWSlide1_3"));
+  EXPECT_EQ(marked(), -1);
 }
 
 class SmallScreen : public WindowTest {
@@ -161,7 +189,9 @@ TEST_F(SmallScreen, LetsEveryControlBeReached) {
     for (const char* item : {"FreshProg", "Emu", "Serial"}) hands->Find<QAction>(item).trigger();
     auto& view = *form->findChild<QScrollArea*>();
     EXPECT_EQ(view.widget()->size(), QSize(849, 674));
-    EXPECT_EQ(view.horizontalScrollBar()->maximum() == 0, screen.width() > 900);
+    EXPECT_EQ(view.verticalScrollBar()->maximum(), 674 - view.viewport()->height());
+    EXPECT_EQ(view.horizontalScrollBar()->maximum(),
+              screen.width() > 900 ? 0 : 849 - view.viewport()->width());
 
     QSet<QWidget*> reached;
     hands->Find<QWidget>("CommandMoreSeq").setFocus();
@@ -180,22 +210,47 @@ TEST_F(SmallScreen, LetsEveryControlBeReached) {
 TEST_F(SmallScreen, AControlThatIsHalfSeenTakesAClick) {
   ShowOn(QRect(0, 0, 800, 500));
   auto& view = *form->findChild<QScrollArea*>();
-  auto& control = hands->Find<QPushButton>("CommandClear");
-  QSignalSpy clicks(&control, &QPushButton::clicked);
-  List().setFocus();
-  const int middle = control.mapTo(view.widget(), control.rect().center()).y();
-  view.verticalScrollBar()->setValue(middle - view.viewport()->height());
-  const QRect seen = control.visibleRegion().boundingRect();
-  EXPECT_NEAR(seen.height(), control.height() / 2, 2);
-  const QPoint place = control.mapTo(form.get(), seen.center());
-  QTest::mouseClick(form->windowHandle(), Qt::LeftButton, {}, place);
-  EXPECT_EQ(clicks.size(), 1);
+  for (const auto& [name, hidden_above] : {std::pair("CommandMoreSeq", 0), {"CommandClear", 1}}) {
+    auto& control = hands->Find<QPushButton>(name);
+    QSignalSpy clicks(&control, &QPushButton::clicked);
+    List().setFocus();
+    const int middle = control.mapTo(view.widget(), control.rect().center()).y();
+    view.verticalScrollBar()->setValue(middle - hidden_above * view.viewport()->height());
+    const QRect seen = control.visibleRegion().boundingRect();
+    EXPECT_NEAR(seen.height(), control.height() / 2, 2) << name;
+    const QPoint place = control.mapTo(form.get(), seen.center());
+    QTest::mouseClick(form->windowHandle(), Qt::LeftButton, {}, place);
+    EXPECT_EQ(clicks.size(), 1) << name;
+  }
 }
 
-TEST_F(SmallScreen, NothingScrollsWhereTheWindowFits) {
+TEST_F(SmallScreen, NothingScrollsWhereTheWindowFitsWithItsFrame) {
   ShowOn(QRect(0, 0, 1280, 720));
+  const QRect frame = form->frameGeometry();
   EXPECT_EQ(form->findChild<QScrollArea*>(), nullptr);
-  EXPECT_LE((form->frameGeometry().center() - QPoint(640, 360)).manhattanLength(), 2);
+  EXPECT_NEAR(frame.center().x(), 640, 1);
+  EXPECT_NEAR(frame.center().y(), 360, 1);
+  ASSERT_GT(frame.height(), form->height()) << "this platform draws no frame";
+  for (const int missing : {0, 1}) {
+    const QRect screen(30, 40, frame.width(), frame.height() - missing);
+    ShowOn(screen);
+    EXPECT_TRUE(hands->WaitUntil([&] { return screen.contains(form->frameGeometry()); }));
+    EXPECT_EQ(form->findChild<QScrollArea*>() != nullptr, missing > 0);
+  }
+}
+
+TEST(Demo, ShowsTheBoardBesideTheProgramWhereBothFit) {
+  const QSize program(851, 730);
+  const QSize board(400, 500);
+  for (const QRect& screen : {QRect(0, 0, 1251, 730), QRect(100, 50, 1600, 900)}) {
+    const auto places = demo::PlacesBeside(screen, program, board);
+    ASSERT_TRUE(places);
+    const QRect both = QRect(places->program, program) | QRect(places->board, board);
+    EXPECT_TRUE(screen.contains(both));
+    EXPECT_EQ(both.size(), QSize(1251, 730)) << "side by side and level";
+    EXPECT_NEAR(both.center().x(), screen.center().x(), 1);
+  }
+  EXPECT_FALSE(demo::PlacesBeside({0, 0, 1250, 900}, program, board)) << "one would be cut off";
 }
 
 }  // namespace

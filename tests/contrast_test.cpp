@@ -90,6 +90,9 @@ TEST(Contrast, OfTextsAndMarksIsHighEnough) {
       table.Check((display ? "angle display" : "field's text") + is, field.text, field.face, text,
                   bits);
     }
+    EXPECT_EQ(FieldColoursOf(control, true, palette).edge,
+              FieldColoursOf({.enabled = bit(0)}, true, palette).edge)
+        << "what takes no typing does not light up";
     if (control.enabled) {
       table.Check("switch's lamp", button.rim, button.face, kMark, bits);
       table.Check("button's edge, on the window", button.edge, window, kMark, bits);

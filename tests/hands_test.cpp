@@ -261,8 +261,9 @@ class HandsOnMessages : public Hands {
     }
   }
   void WindowClick(QWidget& control) {
-    QTest::mouseClick(form->windowHandle(), Qt::LeftButton, {},
-                      control.mapTo(form.get(), control.rect().center()));
+    QWidget* window = control.window();
+    QTest::mouseClick(window->windowHandle(), Qt::LeftButton, {},
+                      control.mapTo(window, control.rect().center()));
   }
 };
 
@@ -312,6 +313,8 @@ INSTANTIATE_TEST_SUITE_P(HandsOnMessages, EndBehind,
 TEST_F(HandsOnMessages, KeepTheKeyboardAndWhatIsBehindGetsNothing) {
   AddSteps(3);
   const QStringList lines = Lines();
+  Trigger("ListMovement");
+  ASSERT_TRUE(Activate(*form));
   InDialog([&](QDialog& dialog) {
     auto& message = dynamic_cast<QMessageBox&>(dialog);
     EXPECT_EQ(message.text(), "No Connection Available!");
@@ -319,7 +322,8 @@ TEST_F(HandsOnMessages, KeepTheKeyboardAndWhatIsBehindGetsNothing) {
     EXPECT_EQ(message.icon(), QMessageBox::Information);
     EXPECT_EQ(message.standardButtons(), QMessageBox::Ok);
     EXPECT_EQ(message.parentWidget(), form.get());
-    for (const char* control : {"CommandAdd", "CommandInterpolate", "CommandUp"}) {
+    for (const char* control :
+         {"CommandAdd", "CommandInterpolate", "CommandUp", "MovementCanvas"}) {
       WindowClick(hands->Find<QWidget>(control));
     }
     WindowKeys(*form, "Up Alt+A Alt+R Alt+Right Ctrl+S Ctrl+L Ctrl+X");

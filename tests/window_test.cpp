@@ -8,6 +8,7 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSignalSpy>
+#include <QSpinBox>
 #include <QToolTip>
 
 #include "demo/placement.h"
@@ -137,6 +138,19 @@ TEST_F(StartUp, TipsOfMenuItemsStandBesideTheMenu) {
   menu.close();
 }
 
+TEST_F(StartUp, TheArrowThatGoesNoFurtherIsFaded) {
+  auto& duration = hands->Find<QSpinBox>("CWNumEditTimeStep");
+  const auto arrow = [&](int value, int row) {
+    duration.setValue(value);
+    const QRect arrows(duration.width() - 12, 0, 10, duration.height() / 2);
+    return duration.grab(arrows.translated(0, row * arrows.height())).toImage();
+  };
+  for (const auto& [value, row] : {std::pair(20, 1), {32767, 0}}) {
+    EXPECT_NE(arrow(value, row), arrow(1000, row)) << value;
+    EXPECT_EQ(arrow(value, 1 - row), arrow(1000, 1 - row)) << value;
+  }
+}
+
 using Faders = WindowTest;
 
 TEST_F(Faders, AreMarkedWhereTheSelectedStepHasThem) {
@@ -150,7 +164,7 @@ TEST_F(Faders, AreMarkedWhereTheSelectedStepHasThem) {
     }
     return -1;
   };
-  for (const int position : {200, 60}) AddStep(3, position, 100);
+  for (const int position : {200, 0}) AddStep(3, position, 100);
   EXPECT_EQ(marked(), -1) << "the handle is there";
   Select(0);
   const int high = marked();

@@ -109,9 +109,7 @@ class Dialog : public QFileDialog {
     replaced_->setPalette(colours);
     auto& grid = *qobject_cast<QGridLayout*>(layout());
     grid.addWidget(replaced_, grid.rowCount(), 1, 1, grid.columnCount() - 1);
-    for (const auto signal : {&QFileDialog::directoryEntered, &QFileDialog::filterSelected}) {
-      connect(this, signal, this, &Dialog::ShowReplaced);
-    }
+    connect(this, &QFileDialog::directoryEntered, this, &Dialog::ShowReplaced);
     connect(&Name(), &QLineEdit::textChanged, this, &Dialog::ShowReplaced);
     ShowReplaced();
   }

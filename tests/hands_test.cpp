@@ -368,12 +368,14 @@ TEST_F(HandsOnMessages, ThatComeByThemselvesAreNotAnsweredByWhatIsTyped) {
 
 TEST_F(HandsOnMessages, ThatComeWhileAMenuIsOpenCloseIt) {
   Connect();
+  Press("CWButtonMainOnOff");
   auto& file = *qobject_cast<QMenu*>(hands->Find<QAction>("SaveBuffer").parent());
   file.popup(form->mapToGlobal(QPoint(5, 5)));
   bool answered = false;
   InDialog([&](QDialog& dialog) {
     auto& message = dynamic_cast<QMessageBox&>(dialog);
     EXPECT_TRUE(message.text().startsWith("The connection on Comm1"));
+    EXPECT_EQ(hands->Read("CWButtonMainOnOff"), "Off") << "before the message is answered";
     QTest::mouseClick(message.button(QMessageBox::Ok), Qt::LeftButton);
     answered = true;
   });

@@ -228,6 +228,22 @@ TEST(SequenceStore, StoresAllRowsOfTheCurrentSequenceAndLoadsItsSteps) {
   EXPECT_EQ(data->CurSeq, 15);
 }
 
+TEST(SequenceStore, RefusesValuesThatDoNotFit) {
+  const std::tuple<std::size_t, int, int, bool> cases[] = {
+      {0, -1, 3, false},     {11, 255, 3, true},    {11, 256, 3, false},    {12, 32767, 3, true},
+      {12, 32768, 3, false}, {12, -32768, 3, true}, {12, -32769, 3, false}, {0, 128, 256, true},
+      {0, 128, 257, false},  {0, 128, -1, false}};
+  for (const auto& [column, value, lines, fits] : cases) {
+    auto data = std::make_unique<Declaration>();
+    data->SeqSteps[0] = 9;
+    data->EditBuffer[0][5] = 77;
+    data->EditBuffer[255][column] = value;  // a leftover row counts like any other
+    EXPECT_EQ(StoreEditBuffer(*data, lines), fits) << column << ": " << value;
+    EXPECT_EQ(data->SeqSteps[0], fits ? lines : 9);
+    EXPECT_EQ(data->SeqTable[0].Position[0][5], fits ? 77 : 0);
+  }
+}
+
 TEST(SequenceStore, FiguresOfTheFlash) {
   using Counts = std::array<std::int16_t, kSequences>;
   using Offsets = std::array<std::int32_t, kSequences>;

@@ -138,6 +138,25 @@ TEST_F(StartUp, TipsOfMenuItemsStandBesideTheMenu) {
   menu.close();
 }
 
+class Paints : public QObject {
+ public:
+  bool eventFilter(QObject*, QEvent* event) override {
+    seen |= event->type() == QEvent::Paint;
+    return false;
+  }
+  bool seen = false;
+};
+
+TEST_F(StartUp, AFieldThatThePointerHasLeftLooksSo) {
+  auto& field = hands->Find<QWidget>("Text1_3");
+  QTest::mouseMove(&field);
+  hands->Wait(50);
+  Paints paints;
+  field.installEventFilter(&paints);
+  QTest::mouseMove(form.get(), {1, 1});
+  EXPECT_TRUE(hands->WaitUntil([&] { return paints.seen; }, 1000));
+}
+
 TEST_F(StartUp, TheArrowThatGoesNoFurtherIsFaded) {
   auto& duration = hands->Find<QSpinBox>("CWNumEditTimeStep");
   const auto arrow = [&](int value, int row) {

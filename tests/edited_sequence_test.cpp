@@ -126,6 +126,9 @@ TEST_F(EditedSequenceTest, AnnouncesOnceWhatAnOperationHasChanged) {
       {"load 2", "", "si"},         {"header", "", "s"},
       {"reply", "", "si"},          {"undo", "break 1; clear", "sib"},
       {"click 2", "", "i"},         {"select 1", "", ""},
+      {"add 40", "break 0", "sib"}, {"move 1 2", "break 1", "sib"},
+      {"undo", "add 40", "si"},     {"value 2 5 30", "", ""},
+      {"show -1", "", ""},          {"no-breaks", "", ""},
   };
   for (const auto& [operation, before, announced] : cases) {
     SCOPED_TRACE(std::string(before) + "; " + operation);

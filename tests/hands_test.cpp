@@ -121,10 +121,10 @@ TEST_F(Hands, WhateverIsUsedNextCommitsTheEntryFirst) {
   Connect();
   const std::function<void()> ways[] = {from_the_menu_bar, from_another_window, spoken};
   for (std::uint8_t switched = 1; const auto& use : ways) {
-    hands->Type("Text1_0", QString::number(50 + switched), false);
+    hands->Type("Text1_11", QString::number(50 + switched), false);
     use();
     EXPECT_TRUE(hands->WaitUntil([&] { return !hands->Find<QPushButton>(kNext).isDown(); }));
-    ExpectSent({8, static_cast<std::uint8_t>(178 + switched), switched});
+    ExpectSent({43, static_cast<std::uint8_t>(178 + switched), switched});
     switched = 1 - switched;
   }
 }

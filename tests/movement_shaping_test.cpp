@@ -74,6 +74,7 @@ TEST_F(Shape, ADragChangesOneValueOfOneStep) {
     Select(9);
     const EditRows rows = Data().EditBuffer;
     const ProgramState before = StateOf(*this);
+    const double span = Canvas().Time().Span();
     PressAt(from);
     KeepTheLineBusy();
     MoveTo(from + way);
@@ -81,6 +82,7 @@ TEST_F(Shape, ADragChangesOneValueOfOneStep) {
     EXPECT_EQ(Data().EditBuffer, rows) << "not before its end";
     ReleaseAt(from + way);
     EXPECT_EQ(Changes(rows, before), changes);
+    EXPECT_EQ(Canvas().Time().Span(), span) << "nothing slips away from under the pointer";
     const int fader = Fader(0);
     Keys("Ctrl+Z");
     EXPECT_EQ(Data().EditBuffer, rows);

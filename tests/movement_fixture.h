@@ -89,8 +89,8 @@ class Movement : public FlashTest {
     MoveTo(to);
   }
   void Keys(const QString& keys) { hands->Keys(Canvas(), keys); }
-  void Wheel(const QPoint& point, int notches, Qt::KeyboardModifiers modifiers = {}) {
-    QWheelEvent event(point, Canvas().mapToGlobal(point), {}, {0, 120 * notches}, Qt::NoButton,
+  void Wheel(const QPoint& point, double notches, Qt::KeyboardModifiers modifiers = {}) {
+    QWheelEvent event(point, Canvas().mapToGlobal(point), {}, {0, qRound(120 * notches)}, Qt::NoButton,
                       modifiers, Qt::NoScrollPhase, false);
     QApplication::sendEvent(&Canvas(), &event);
   }

@@ -1,6 +1,8 @@
 // The window "Movement" under the operator's hands: it shows what the list holds, walks through the
 // steps and shapes them, whatever else happens meanwhile.
+#include <QtTest/qtestspontaneevent.h>
 #include <QAccessible>
+#include <QPaintEvent>
 #include <QScrollBar>
 #include <QToolTip>
 
@@ -12,6 +14,15 @@ namespace {
 
 constexpr char kEmuPC[] = "CWButtonEmuPC";
 
+// What of a widget has been painted anew.
+struct Painted : QObject {
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() == QEvent::Paint) region |= static_cast<QPaintEvent*>(event)->region();
+    return false;
+  }
+  QRegion region;
+};
+
 TEST_F(Movement, ComesBackWhereItWasLeftAndGoesWithTheProgram) {
   EXPECT_FALSE(form->findChild<MovementWindow*>()) << "not made before it is wanted";
   Open();
@@ -22,6 +33,10 @@ TEST_F(Movement, ComesBackWhereItWasLeftAndGoesWithTheProgram) {
   Item().trigger();
   EXPECT_TRUE(Shown() && Item().isChecked());
   EXPECT_EQ(Window().geometry(), place);
+  QHideEvent minimised;
+  QSpontaneKeyEvent::setSpontaneous(&minimised);
+  qApp->notify(&Window(), &minimised);
+  EXPECT_TRUE(Item().isChecked()) << "it is still there";
   form->close();
   EXPECT_FALSE(Shown());
 }
@@ -32,7 +47,13 @@ TEST_F(Movement, DrawsSelectionHaltBreakpointsAndLateSteps) {
   const int y = Canvas().height() - 3;  // below the level in the last lane
   const auto expect = [&](int ms, const QColor& colour) { EXPECT_EQ(ColourAt(At(ms, y)), colour); };
   expect(1000, Colours().odd_lane);
+  hands->Wait(50);
+  Painted painted;
+  Canvas().installEventFilter(&painted);
   Select(2);
+  EXPECT_TRUE(hands->WaitUntil([&] {
+    return painted.region.contains({Places::kLabels / 2, y});
+  })) << "the angles beside the names";
   expect(1000, Colours().selected);
   Press("CommandBrk");
   expect(800, Colours().brk);
@@ -121,8 +142,8 @@ TEST_F(Movement, KeysWalkZoomAndScroll) {
   EXPECT_EQ(Canvas().Time().Left(), 0) << "the selected step comes into view";
   Keys("End");
   EXPECT_EQ(bar.value(), bar.maximum());
-  Wheel({600, 300}, 3);
-  EXPECT_LT(bar.value(), bar.maximum());
+  for (int i = 0; i < 12; ++i) Wheel({600, 300}, 0.25);  // as a touchpad turns
+  EXPECT_LT(bar.value(), bar.maximum() - bar.pageStep() / 5);
   const double time = Geometry().TimeAt(700);
   Wheel({700, 300}, 2, Qt::ControlModifier);
   EXPECT_NEAR(Geometry().TimeAt(700), time, 0.01);

@@ -170,7 +170,11 @@ TEST_F(Outside, NothingPersistsButTheSavedFile) {
   XDoTool({"type", "--", home + "/a"});
   Keys("Return");
   Focus("^Save$");
-  Keys("ctrl+q");  // while the message is open
+  Keys("Return");
+  Focus("^Pelmora V 3.0$");
+  Keys("ctrl+s");
+  Focus("^Save As$");
+  Keys("ctrl+q");  // while the dialog is open
   ExpectEnd();
   QStringList files;
   QDirIterator file(home, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);

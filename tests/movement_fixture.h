@@ -90,8 +90,8 @@ class Movement : public FlashTest {
   }
   void Keys(const QString& keys) { hands->Keys(Canvas(), keys); }
   void Wheel(const QPoint& point, double notches, Qt::KeyboardModifiers modifiers = {}) {
-    QWheelEvent event(point, Canvas().mapToGlobal(point), {}, {0, qRound(120 * notches)}, Qt::NoButton,
-                      modifiers, Qt::NoScrollPhase, false);
+    QWheelEvent event(point, Canvas().mapToGlobal(point), {}, {0, qRound(120 * notches)},
+                      Qt::NoButton, modifiers, Qt::NoScrollPhase, false);
     QApplication::sendEvent(&Canvas(), &event);
   }
   QColor ColourAt(const QPoint& point) { return Canvas().grab().toImage().pixelColor(point); }

@@ -85,6 +85,7 @@ int main(int argc, char** argv) {
     QApplication::processEvents();  // the program's window finds its own place first
     PlaceBeside(board_window, *program.form);
   }
+  program.form->raise();  // where there is no room for both the board is behind it
   program.form->activateWindow();
   if (parser.isSet(tour)) {
     QTimer::singleShot(0, program.form.get(), [&] {

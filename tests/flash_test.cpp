@@ -1,5 +1,6 @@
 // Erasing, programming and reading back with a sound board: the bytes on the line, the waits and
 // what the window shows in them, and what the operator may do meanwhile.
+#include "platform/controls/text_field.h"
 #include "rig/processor_time.h"
 #include "tests/flash_fixture.h"
 
@@ -176,11 +177,21 @@ TEST_F(InsideAWait, AReadInsideAReadServesBoth) {
 TEST_F(Flash, StrayBytesAreDroppedBeforeARead) {
   FillFlash(ExampleSequences());
   Connect();
-  board.Send({1, 2, 3});
-  QTest::qSleep(30);
+  const auto stray = [this] {
+    board.Send({1, 2, 3});
+    QTest::qSleep(30);
+  };
+  stray();
   ExpectMessage(kReadText);
   Press("CommandRead");
   EXPECT_EQ(Table(), ExampleSequences());
+  stray();
+  Press("CommandInBuff");
+  EXPECT_EQ(hands->Read("Echo"), "3");
+  stray();
+  emit hands->Find<platform::TextField>("Echo").Click();
+  QTest::qWait(30);
+  EXPECT_EQ(hands->Read("Echo"), "");
 }
 
 TEST_F(InsideAWait, AConnectionMadeAnewBeforeTheHeaderGetsNothing) {

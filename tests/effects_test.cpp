@@ -1,7 +1,6 @@
 // What each command of the window changes, and that it changes nothing else: a row for each, from a
 // start in which nothing agrees. The program's whole state before and after is compared.
 #include <QClipboard>
-#include <QRadioButton>
 
 #include "rig/program_state.h"
 #include "tests/flash_fixture.h"
@@ -11,52 +10,34 @@ namespace {
 
 using simboard::Faults;
 
-std::vector<Step> Steps(int count, int position, int ticks) {
-  Step step{{}, ticks};
-  step.positions.fill(static_cast<std::uint8_t>(position));
-  return std::vector<Step>(static_cast<std::size_t>(count), step);
-}
-
-// What has been loaded at the start: eight steps.
-Sequences Stored() {
-  Sequences sequences;
-  sequences[0] = Steps(2, 128, 3);
-  sequences[6] = Steps(1, 118, 25);
-  for (const int step : {1, 2, 3}) {
-    sequences[7].push_back(Steps(1, 128, 5 * step)[0]);
-    sequences[7].back().positions[0] = static_cast<std::uint8_t>(110 + 20 * step);
-  }
-  sequences[8] = Steps(1, 138, 35);
-  sequences[15] = Steps(1, 120, 2);
-  return sequences;
-}
-
-// So many steps, as many as possible in the first sequences.
-Sequences Many(int steps) {
-  Sequences sequences;
+// So many steps, all channels at the centre for 1200 ms, as many as possible in the first
+// sequences.
+Sequences Centred(int steps) {
+  Sequences sequences = FilledSequences(0, steps, 60);
   for (auto& sequence : sequences) {
-    sequence = Steps(std::min(steps, kMostSteps), 128, 60);
-    steps -= static_cast<int>(sequence.size());
+    for (Step& step : sequence) step.positions.fill(128);
   }
   return sequences;
 }
 
-// The lines of each section of the table; "" is what stands before the first one.
+// The rows of each section of the table, each in one line; "" is what stands before the first one.
 QMap<QString, QStringList> Sections() {
   QMap<QString, QStringList> sections;
-  QString section;
+  QStringList* rows = &sections[""];
   for (const QString& line : QString::fromUtf8(ReadFile(EFFECTS)).split('\n')) {
     if (line.isEmpty() || line.startsWith('#')) continue;
     if (line.startsWith('[')) {
-      section = line.mid(1).chopped(1);
+      rows = &sections[line.mid(1).chopped(1)];
+    } else if (line.startsWith(' ')) {
+      rows->last() += (rows->last().contains(" = ") ? " · " : " = ") + line.trimmed();
     } else {
-      sections[section].append(line);
+      rows->append(line);
     }
   }
   return sections;
 }
 
-// The differences of a row with what it has in common with others.
+// A row with what it has in common with others.
 QString InFull(QString row) {
   const QStringList parts = Sections()[""];
   for (int depth = 0; depth < 3; ++depth) {
@@ -78,16 +59,17 @@ class Effects : public FlashTest, public testing::WithParamInterface<std::string
  protected:
   Effects() { box.ExpectAnything(); }
 
-  void ExpectRow(const QString& title, QStringList expected) {
-    StartWatchdog();
-    const QStringList start = title.section('>', 0, 0).split(';', Qt::SkipEmptyParts);
-    const QStringList commands = title.section('>', 1).split(';');
+  void ExpectRow(const QString& row) {
+    const QStringList sides = InFull("START; " + row).split(" = ");
+    const QString start = sides[0].section('>', 0, 0);
+    const QStringList commands = sides[0].section('>', 1).split(';');
+    QStringList expected = sides.value(1).split(" · ", Qt::SkipEmptyParts);
     Begin();
-    for (const QString& command : start) Do(command.trimmed());
-    if (!start.join(' ').contains("closed") && Enabled("ComboPort")) Connect();
-    if (!start.join(' ').contains("fresh")) MakeLabelsStale();
+    for (const QString& command : start.split(';')) Do(command.trimmed());
+    if (!start.contains("closed") && Enabled("ComboPort")) Connect();
+    if (!start.contains("fresh")) MakeLabelsStale();
     // The button that is pressed has the focus already.
-    if (QWidget* first = form->findChild<QWidget*>(commands[0].trimmed())) first->setFocus();
+    if (auto* first = form->findChild<QWidget*>(commands[0].trimmed())) first->setFocus();
     Sent(0);
     box.said.clear();
     files.requests.clear();
@@ -101,16 +83,15 @@ class Effects : public FlashTest, public testing::WithParamInterface<std::string
       changed.append(
           QString("asks for a file " + asked.proposed_name + asked.default_extension).trimmed());
     }
-    const QStringList sent = expected.filter(QRegularExpression("^sent "));
-    const std::size_t count = sent.isEmpty() ? 0 : BytesOf(sent[0].mid(5)).size();
-    if (const Bytes bytes = Sent(count); !bytes.empty()) changed.append("sent " + NameOf(bytes));
-    QStringList too_much;
-    for (const QString& change : changed) {
-      if (!expected.removeOne(change)) too_much.append(change);
-    }
-    EXPECT_TRUE(too_much.isEmpty() && expected.isEmpty())
-        << title.toStdString() << "\n  not expected: " << too_much.join(" · ").toStdString()
-        << "\n  missing: " << expected.join(" · ").toStdString();
+    const QString sent = expected.filter(QRegularExpression("^sent ")).value(0).mid(5);
+    const Bytes bytes = Sent(Hex(sent.toStdString()).size());
+    const auto text =
+        QByteArray(reinterpret_cast<const char*>(bytes.data()), qsizetype(bytes.size()));
+    if (!bytes.empty()) changed.append("sent " + text.toHex(' ').toUpper());
+    expected.sort();
+    changed.sort();
+    EXPECT_EQ(changed.join('\n').toStdString(), expected.join('\n').toStdString())
+        << row.toStdString();
   }
 
   // A window that has just come up, or again, has no focus yet.
@@ -123,54 +104,19 @@ class Effects : public FlashTest, public testing::WithParamInterface<std::string
   static QString Plain(QString text) {
     return text.replace(QRegularExpression("/dev/pts/\\d+"), "PORT").replace("\n\n", " ");
   }
-  static Bytes BytesOf(const QString& bytes) {
-    if (bytes == "HEADER") return Bytes{7, 2} + HeaderOf(Stored());
-    if (bytes == "NOTHING") return ProgramBytes({});
-    return bytes == "PROGRAM" ? ProgramBytes(Stored()) : Hex(bytes.toStdString());
-  }
-  static QString NameOf(const Bytes& bytes) {
-    for (const char* name : {"HEADER", "PROGRAM", "NOTHING"}) {
-      if (bytes == BytesOf(name)) return name;
-    }
-    return QByteArray(reinterpret_cast<const char*>(bytes.data()), qsizetype(bytes.size()))
-        .toHex(' ')
-        .toUpper();
-  }
   void MakeLabelsStale() {
-    for (const char* label :
-         {"LabelSeq", "LabelSeqEmu", "LabelStep", "LabelByte", "CommandOffset", "LabelOffset"}) {
-      hands->Find<QLabel>(label).setText("?");
+    for (const char* label : {"LabelSeq", "LabelSeqEmu", "LabelStep", "LabelByte", "CommandOffset",
+                              "LabelOffset", "Echo"}) {
+      hands->Find<QWidget>(label).setProperty("text", "?");
     }
-    hands->Find<QLineEdit>("Echo").setText("?");
   }
-
-  // Sequence 7 of the stored ones, in which a step has been interpolated since: 4 lines of which
-  // the table has 3. Line 2 is selected and not shown, 0 and 3 have breakpoints, "Clear Sequence"
-  // could be done again.
   void Begin() {
+    StartWatchdog();
     if (board.DevicePath().empty()) board.Replug();
     board.SetFaults({});
     FillFlash({});
     QGuiApplication::clipboard()->clear();
     Restart();
-    for (const char* item : {"FreshProg", "Emu", "Serial"}) Trigger(item);
-    Load(Stored());
-    for (int i = 0; i < 7; ++i) Press("CommandMoreSeq");
-    Select(1);
-    Press("CommandInterpolate");
-    hands->Find<QRadioButton>("OptionINterp_1").setChecked(true);
-    hands->Find<QSpinBox>("CWNumEditInterp").setValue(2);
-    Press("OKButton");
-    Press("CommandClear");
-    ListKeys("Ctrl+Z");
-    for (const int line : {0, 3, 2}) {
-      Select(line);
-      if (line != 2) Press("CommandBrk");
-    }
-    SetSlider(0, 200);
-    SetSlider(11, 0);
-    hands->Find<QSpinBox>("CWNumEditTimeStep").setValue(340);
-    MakeLabelsStale();
   }
 
   void Do(const QString& command) {
@@ -183,6 +129,7 @@ class Effects : public FlashTest, public testing::WithParamInterface<std::string
         {"", [] {}},
         {"closed", [] {}},
         {"fresh", [] {}},
+        {"stale", [this] { MakeLabelsStale(); }},
         {"connect", [this] { Connect(); }},
         {"unplug", [this] { board.Unplug(); }},
         {"noticed", [this] { EXPECT_TRUE(hands->WaitUntil([this] { return !box.said.isEmpty(); })); }},
@@ -203,8 +150,9 @@ class Effects : public FlashTest, public testing::WithParamInterface<std::string
         {"menu", [&] { Trigger(rest); }},
         {"file", [&] { files.answer = File(rest); }},
         {"flash", [this] { FillFlash(ExampleSequences()); }},
-        {"copied", [&] { QGuiApplication::clipboard()->setText(QString(rest).replace('|', '\t').replace('/', '\n')); }},
-        {"board", [&] { Send(static_cast<std::uint8_t>(number(0))); }},
+        {"copied", [&] { QGuiApplication::clipboard()->setText(Text(rest)); }},
+        {"board", [&] { board.Send({static_cast<std::uint8_t>(number(0))}); }},
+        {"received", [this] { EXPECT_TRUE(hands->WaitUntil([this] { return hands->Read("Echo") != "?"; })); }},
         {"count", [&] { hands->Find<QSpinBox>("CWNumEditInterp").setValue(number(0)); }},
         {"silent", [this] { board.SetFaults({.silent = true}); }},
         {"acks", [&] { board.SetFaults({.silent_after_acks = number(0)}); }},
@@ -234,19 +182,17 @@ class Effects : public FlashTest, public testing::WithParamInterface<std::string
     control.setFocus();
     return control;
   }
-  void Send(std::uint8_t byte) {
-    board.Send({byte});
-    EXPECT_TRUE(hands->WaitUntil([this] { return hands->Read("Echo") != "?"; }));
-  }
-  // The file of so many steps, "example", "none" for a cancelled dialog, or a path.
-  std::optional<QString> File(const QString& name) const {
-    if (name == "none") return {};
-    const QString path = folder_.filePath(name);
-    if (name != "new") {
-      const Sequences content = name == "example" ? ExampleSequences() : Many(name.toInt());
-      WriteFile(path,
-                name == "bad" ? QByteArray("index") : QByteArray::fromStdString(FileOf(content)));
-    }
+  // Lines and fields, which a row parts by "/" and "|".
+  static QString Text(QString text) { return text.replace('|', '\t').replace('/', '\n'); }
+  // A file of these lines, or of so many steps; "example", "new" for none yet, "none" for a
+  // cancelled dialog.
+  std::optional<QString> File(const QString& content) const {
+    if (content == "none") return {};
+    const QString path = folder_.filePath("file");
+    QFile::remove(path);
+    const QString steps = QString::fromStdString(
+        content == "example" ? ExampleFile() : FileOf(Centred(content.toInt())));
+    if (content != "new") WriteFile(path, (content.contains('/') ? Text(content) : steps).toUtf8());
     return path;
   }
 
@@ -254,17 +200,8 @@ class Effects : public FlashTest, public testing::WithParamInterface<std::string
 };
 
 TEST_P(Effects, AreTheseAndNoOthers) {
-  QStringList row;
-  for (const QString& line : Sections()[QString::fromStdString(GetParam())] + QStringList("end")) {
-    if (!line.startsWith(' ') && !row.isEmpty()) {
-      const QString title = row[0].section(" = ", 0, 0);
-      row[0] = row[0].section(" = ", 1);
-      row.removeAll("");
-      ExpectRow(title, InFull(row.join(" · ")).split(" · ", Qt::SkipEmptyParts));
-      row.clear();
-    }
-    row.append(line.trimmed());
-  }
+  const QStringList rows = Sections()[QString::fromStdString(GetParam())];
+  for (const QString& row : rows) ExpectRow(row);
 }
 
 INSTANTIATE_TEST_SUITE_P(, Effects, testing::ValuesIn(Commands()),

@@ -18,12 +18,18 @@ using pelmora::kBreakColumn;
 using pelmora::kChannels;
 using pelmora::kDurationColumn;
 
+constexpr char kHasLine[] = "has a line";
+
 QString Angle(int position) {
   return QLocale().toString((position - pelmora::kCentre) / 2.0, 'g', 6) + " °";
 }
 
 QString YesOrNo(bool yes) {
-  return yes ? QStringLiteral("yes") : QStringLiteral("no");
+  return yes ? "yes" : "no";
+}
+
+QString EnabledOr(bool enabled) {
+  return enabled ? "enabled" : "disabled";
 }
 
 // Equal ones in a row are given once: "0*11".
@@ -83,16 +89,15 @@ class Capture {
         name = control->window()->objectName() + '.' + name;
       }
       Put(name, Shown(*control));
-      Put(name + " enabled", YesOrNo(control->isEnabledTo(control->parentWidget())));
-      if (!control->isWindow()) Put(name + " shown", YesOrNo(!control->isHidden()));
+      Put(name + " enabled?", EnabledOr(control->isEnabledTo(control->parentWidget())));
+      if (!control->isWindow()) Put(name + " shown?", control->isHidden() ? "hidden" : "shown");
     }
     for (const QAction* item : form.findChildren<QAction*>()) {
-      if (!item->objectName().isEmpty()) {
-        Put(item->objectName() + " checked", YesOrNo(item->isChecked()));
-      }
+      const QString name = item->objectName();
+      if (!name.isEmpty()) Put(name + " checked?", item->isChecked() ? "checked" : "unchecked");
     }
     Put("windows", windows.join(", "));
-    Put("Form1 enabled", YesOrNo(form.isEnabled()));
+    Put("Form1 enabled?", EnabledOr(form.isEnabled()));
     const QWidget* focus = QApplication::focusWidget();
     Put("focus", focus ? focus->objectName() : "none");
     Put("pointer", form.cursor().shape() == Qt::BusyCursor ? "busy" : "arrow");
@@ -116,15 +121,11 @@ class Capture {
   void CaptureWarning() {
     const QString name = "LabelNotStored";
     const QString text = state_.values.extract(name).mapped();
-    const bool shown = state_.values.extract(name + " shown").mapped() == YesOrNo(true);
-    const auto place_taken = [&](const char* other) {
-      return !program_.hands->Find<QWidget>(other).isHidden();
-    };
-    const bool wanted = !program_.form->Edited().Stored() && !place_taken("LabelErase") &&
-                        !place_taken("ProgressBarFlash");
-    const bool right =
-        shown ? wanted && text.section(' ', 2, 2).toInt() == program_.Data().CurSeq : !wanted;
-    if (!right) Put(name, shown ? text : "missing");
+    const QString warned = state_.values.extract(name + " shown?").mapped() == "shown" ? text : "";
+    const bool wanted = !program_.form->Edited().Stored() &&
+                        state_.values["LabelErase shown?"] == "hidden" && !program_.BarShown();
+    const QString sequence = wanted ? QString::number(program_.Data().CurSeq) : "";
+    if (warned.section(' ', 2, 2) != sequence) Put(name, warned.isEmpty() ? "missing" : warned);
   }
 
   void CaptureList() {
@@ -134,17 +135,15 @@ class Capture {
       if (line.endsWith("\tBREAK!")) marks.append(QString::number(state_.lines.size()));
       state_.lines.append(rig::InShort(line));
     }
-    state_.beyond.assign(data.EditBuffer.begin(), data.EditBuffer.end());
     for (int i = 0; i < pelmora::kSteps; ++i) {
-      EditRow& row = state_.beyond[static_cast<std::size_t>(i)];
+      const EditRow& row = data.EditBuffer[static_cast<std::size_t>(i)];
+      const bool listed = i < state_.lines.size();
       if (row[kBreakColumn] != 0) flags.append(QString::number(i));
-      row[kBreakColumn] = 0;
-      if (i >= state_.lines.size()) continue;
-      if (QString(state_.lines[i]).replace("  ms|", " ms") != LineOf(row)) {
+      Put(QString("row %1").arg(i), listed ? kHasLine : InShort(row));
+      if (listed) listed_.append(InShort(row));
+      if (listed && QString(state_.lines[i]).replace("  ms|", " ms") != LineOf(row)) {
         differing.append(QString::number(i));
       }
-      listed_.append(InShort(row));
-      row = {};
     }
     Put("breaks", marks == flags ? marks.join(' ')
                                  : "marks " + marks.join(' ') + " flags " + flags.join(' '));
@@ -233,13 +232,7 @@ QStringList LineDifference(const QStringList& before, const QStringList& after) 
 }
 
 QString InWords(const QString& name, const QString& value) {
-  for (const auto& [property, yes, no] : {std::tuple("enabled", "enabled", "disabled"),
-                                          {"shown", "shown", "hidden"},
-                                          {"checked", "checked", "unchecked"}}) {
-    if (name.endsWith(QString(" ") + property)) {
-      return name.section(' ', 0, 0) + ' ' + (value == "yes" ? yes : no);
-    }
-  }
+  if (name.endsWith('?')) return name.section(' ', 0, 0) + ' ' + value;
   return name + ": " + (value.isEmpty() ? "none" : value);
 }
 
@@ -254,20 +247,16 @@ ProgramState StateOf(const ProgramWithBoard& program) {
 }
 
 QStringList Difference(const ProgramState& before, const ProgramState& after) {
+  static const QStringList usual = {"", "enabled", "shown", "unchecked"};
   QStringList words = LineDifference(before.lines, after.lines);
   for (const auto& [name, value] : after.values) {
     const auto former = before.values.find(name);
-    if (former != before.values.end() && former->second == value) continue;
-    // Of a new window what is not as usual.
-    const bool usual = value.isEmpty() || value == (name.endsWith(" checked") ? "no" : "yes");
-    if (former == before.values.end() && usual) continue;
-    words.append(InWords(name, value));
-  }
-  const auto lines = static_cast<std::size_t>(std::max(before.lines.size(), after.lines.size()));
-  for (std::size_t i = lines; i < before.beyond.size(); ++i) {
-    if (before.beyond[i] != after.beyond[i]) {
-      words.append(QString("row %1: %2").arg(i).arg(InShort(after.beyond[i])));
-    }
+    // Of a new window what is not as usual; of a row that has a line, or had one, the line.
+    const bool told =
+        former == before.values.end()
+            ? !usual.contains(value)
+            : former->second != value && former->second != kHasLine && value != kHasLine;
+    if (told) words.append(InWords(name, value));
   }
   return words;
 }

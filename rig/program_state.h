@@ -5,19 +5,16 @@
 #include <QString>
 #include <QStringList>
 #include <map>
-#include <vector>
 
-#include "core/declaration.h"
 #include "rig/program_with_board.h"
 
 namespace rig {
 
 struct ProgramState {
-  // "LabelStep" is "Step N° 3", "Command1 enabled" is "yes"; of every control, menu item and window
-  // that has a name, and of the data behind them.
+  // "LabelStep" is "Step N° 3", "Command1 enabled?" is "disabled"; of every control, menu item and
+  // window that has a name, and of the data behind them.
   std::map<QString, QString> values;
-  QStringList lines;                     // of the step list, in short and without breakpoint marks
-  std::vector<pelmora::EditRow> beyond;  // the edit buffer, the rows that have a line being zero
+  QStringList lines;  // of the step list, in short and without breakpoint marks
 };
 
 // A line of the step list in short, without its breakpoint mark: "1 °|0 °*11|100 ms".

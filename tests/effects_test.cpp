@@ -3,7 +3,7 @@
 #include <QClipboard>
 
 #include "rig/program_state.h"
-#include "tests/flash_fixture.h"
+#include "tests/movement_fixture.h"
 
 namespace pelmora {
 namespace {
@@ -55,7 +55,7 @@ std::vector<std::string> Commands() {
   return names;
 }
 
-class Effects : public FlashTest, public testing::WithParamInterface<std::string> {
+class Effects : public Movement, public testing::WithParamInterface<std::string> {
  protected:
   Effects() { box.ExpectAnything(); }
 
@@ -139,6 +139,7 @@ class Effects : public FlashTest, public testing::WithParamInterface<std::string
         {"type", [&] { hands->Type(words[0], rest.section(' ', 1)); }},
         {"write", [&] { hands->Type(words[0], rest.section(' ', 1), false); }},
         {"click", [&] { hands->Click(rest); }},
+        {"press", [&] { Press(qPrintable(rest)); }},
         {"keys", [&] { hands->Keys(Focused(words[0]), rest.section(' ', 1)); }},
         {"hold", [&] { Operator::Hold(Focused(words[0]), QKeySequence(words[1])[0].key(), QKeySequence(words[1])[0].keyboardModifiers()); }},
         {"line", [&] { hands->ClickLine("ListSequence", number(0)); }},
@@ -154,6 +155,16 @@ class Effects : public FlashTest, public testing::WithParamInterface<std::string
         {"board", [&] { board.Send({static_cast<std::uint8_t>(number(0))}); }},
         {"received", [this] { EXPECT_TRUE(hands->WaitUntil([this] { return hands->Read("Echo") != "?"; })); }},
         {"count", [&] { hands->Find<QSpinBox>("CWNumEditInterp").setValue(number(0)); }},
+        {"movement", [this] { Open(); }},
+        {"point", [&] { MoveTo(At(MiddleOf(number(0)), number(1))); }},
+        {"twice", [&] { QTest::mouseDClick(Window().windowHandle(), Qt::LeftButton, {}, InWindow(At(MiddleOf(number(0)), number(1)))); }},
+        {"level", [&] { PressAt(Level(number(0), number(1), number(2))); }},
+        {"end", [&] { PressAt(At(EndOf(number(0)), number(1))); }},
+        {"pull", [&] { MoveTo(pointer + QPoint(number(0), number(1))); }},
+        {"drop", [this] { ReleaseAt(pointer); }},
+        {"right", [this] { QTest::mouseClick(Window().windowHandle(), Qt::RightButton, {}, InWindow(pointer)); }},
+        {"lock", [this] { form->setEnabled(false), form->setEnabled(true); }},
+        {"minimise", [this] { Canvas().hide(), Canvas().show(); }},
         {"silent", [this] { board.SetFaults({.silent = true}); }},
         {"acks", [&] { board.SetFaults({.silent_after_acks = number(0)}); }},
         {"wrong", [&] { board.SetFaults({.before_reply = {static_cast<std::uint8_t>(number(0))}}); }},

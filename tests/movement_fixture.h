@@ -59,11 +59,8 @@ class Movement : public FlashTest {
   QPoint Level(int step, int channel, int chosen = 0) const {
     return At(MiddleOf(step), Geometry(chosen).lanes.Y(channel, Position(step, channel)));
   }
-  double MiddleOf(int step) const {
-    double ms = 0;
-    for (int i = 0; i <= step; ++i) ms += Duration(i) * (i < step ? 1 : 0.5);
-    return ms;
-  }
+  double MiddleOf(int step) const { return EndOf(step) - 0.5 * Duration(step); }
+  int EndOf(int step) const { return step < 0 ? 0 : EndOf(step - 1) + Duration(step); }
   int Duration(int step) const { return Position(step, kDurationColumn); }
   int Position(int step, int channel) const {
     return form->Edited().Row(step)[static_cast<std::size_t>(channel)];
@@ -71,7 +68,10 @@ class Movement : public FlashTest {
 
   // Real events, of the window as a whole.
   QPoint InWindow(const QPoint& point) const { return Canvas().mapTo(&Window(), point); }
-  void MoveTo(const QPoint& point) { QTest::mouseMove(Window().windowHandle(), InWindow(point)); }
+  void MoveTo(const QPoint& point) {
+    pointer = point;
+    QTest::mouseMove(Window().windowHandle(), InWindow(point));
+  }
   void PressAt(const QPoint& point) {
     MoveTo(point);
     QTest::mousePress(Window().windowHandle(), Qt::LeftButton, {}, InWindow(point));
@@ -96,6 +96,8 @@ class Movement : public FlashTest {
   }
   QColor ColourAt(const QPoint& point) { return Canvas().grab().toImage().pixelColor(point); }
   MovementColours Colours() const { return MovementColoursOf(Canvas().palette()); }
+
+  QPoint pointer;  // where it was last moved to
 };
 
 }  // namespace pelmora

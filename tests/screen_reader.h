@@ -31,7 +31,9 @@ class Listener {
     QGuiApplicationPrivate::platform_integration->accessibility()->setActive(true);
     former_ = QAccessible::installUpdateHandler([](QAccessibleEvent* event) {
       const QAccessibleInterface* source = event->accessibleInterface();
-      if (source && event->type() != QAccessible::ObjectHide) told_.append({event->type(), source});
+      if (source && event->type() != QAccessible::ObjectHide) {
+        told_.emplaceBack(event->type(), source->text(QAccessible::Name));
+      }
     });
   }
   ~Listener() {
@@ -49,13 +51,7 @@ class Listener {
   }
 
  private:
-  struct Event {
-    Event(QAccessible::Event kind, const QAccessibleInterface* source)
-        : type(kind), name(source->text(QAccessible::Name)) {}
-    QAccessible::Event type;
-    QString name;
-  };
-  static inline QList<Event> told_;
+  static inline QList<std::pair<QAccessible::Event, QString>> told_;
   QAccessible::UpdateHandler former_ = nullptr;
 };
 

@@ -49,6 +49,13 @@ using ControlTable = WindowTest;
 
 TEST_F(ControlTable, IsAsWrittenDown) {
   EXPECT_EQ(form->focusWidget(), &List());
+  EXPECT_EQ(form->centralWidget()->size(), QSize(849, 674));
+  EXPECT_EQ(form->minimumSize(), form->maximumSize());
+  EXPECT_TRUE(
+      form->windowFlags().testFlags(Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint));
+  EXPECT_FALSE(form->windowFlags() &
+               (Qt::WindowMaximizeButtonHint | Qt::WindowContextHelpButtonHint));
+  EXPECT_EQ(timer.Interval(), 20);
   QStringList lines = {form->windowTitle()};
   for (const ControlRow& row : Inventory()) {
     lines.append(LineOf(hands->Find<QWidget>(ElementName(row, 0))));
@@ -88,16 +95,16 @@ TEST_F(ControlTable, TabGoesThroughAllControls) {
   QStringList backwards = order.split(' ');
   std::ranges::reverse(backwards);
   EXPECT_EQ(TabStops(hands->Find<QWidget>("CommandUp"), Qt::Key_Backtab), backwards.join(' '));
-}
 
-TEST_F(ControlTable, TheWindowHasItsSizeAndItsButtons) {
-  EXPECT_EQ(form->centralWidget()->size(), QSize(849, 674));
-  EXPECT_EQ(form->minimumSize(), form->maximumSize());
-  const auto buttons = Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint |
-                       Qt::WindowCloseButtonHint | Qt::WindowContextHelpButtonHint;
-  EXPECT_EQ(form->windowFlags() & buttons,
-            Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint);
-  EXPECT_EQ(timer.Interval(), 20);
+  AddSteps(3);
+  Select(1);
+  Press("CommandInterpolate");
+  for (const char* option : {"OptionINterp_0", "OptionINterp_1"}) {
+    EXPECT_EQ(TabStops(hands->Find<QWidget>("CWNumEditInterp")),
+              "CWNumEditInterp OKButton CancelButton OptionINterp_0 OptionINterp_1")
+        << "the options are one stop each, also once one is chosen";
+    hands->Click(option);
+  }
 }
 
 }  // namespace

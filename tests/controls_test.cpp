@@ -3,12 +3,10 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QMainWindow>
-#include <QMenuBar>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
 
-#include "platform/controls/cw_slide.h"
 #include "platform/controls/drop_down_list.h"
 #include "platform/controls/text_field.h"
 
@@ -18,80 +16,23 @@ namespace {
 struct ControlsTest : testing::Test {
   ControlsTest() { window.resize(400, 400); }
 
-  static void Activate(QWidget& top) {
-    top.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&top));
-  }
   void ShowWindow() {
     window.show();
-    Activate(window);
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
   }
 
   QMainWindow window;
 };
 
-TEST_F(ControlsTest, FaderFollowsTheMouseToItsEndsAndDoesNotJumpToIt) {
-  CWSlide slide(&window);
-  slide.setMaximum(255);
-  slide.SetCaption("Ch0");
-  slide.setGeometry(10, 10, 33, 273);
-  ShowWindow();
-  // The centre lies half-way between the caption and the lower end.
-  const int caption = slide.fontMetrics().height();
-  for (const auto& [y, value] : {std::pair{-50, 255}, std::pair{400, 0}}) {
-    slide.setValue(128);
-    QTest::mousePress(&slide, Qt::LeftButton, {}, {16, (caption + slide.height()) / 2});
-    QTest::mouseMove(&slide, {16, y});
-    QTest::mouseRelease(&slide, Qt::LeftButton, {}, {16, y});
-    EXPECT_EQ(slide.value(), value);
-  }
-  for (const auto button : {Qt::LeftButton, Qt::MiddleButton}) {
-    slide.setValue(0);
-    QTest::mouseClick(&slide, button, {}, {16, caption + 10});
-    EXPECT_LE(slide.value(), 10);
-  }
-}
-
 TEST_F(ControlsTest, NoInputMethodPassesTheFilterOfATextFieldBy) {
   TextField field(&window);
   ShowWindow();
   field.setFocus();
-  field.setReadOnly(true);
-  field.setReadOnly(false);
   QInputMethodEvent composed;
   composed.setCommitString("x");
   QApplication::sendEvent(&field, &composed);
   EXPECT_EQ(field.text(), "");
-}
-
-TEST_F(ControlsTest, ATextFieldIsLeftWhenAnotherControlGetsTheFocus) {
-  TextField field(&window);
-  QPushButton button(&window);
-  QWidget other;
-  window.menuBar()->addMenu("Menu");
-  ShowWindow();
-  QSignalSpy lost(&field, &TextField::LostFocus);
-  for (const bool to_another_window : {false, true}) {
-    for (const bool comes_back : {true, false}) {
-      SCOPED_TRACE(testing::Message() << to_another_window << comes_back);
-      Activate(window);
-      field.setFocus();
-      if (to_another_window) {
-        other.show();
-        Activate(other);
-      } else {
-        window.menuBar()->setFocus(Qt::MenuBarFocusReason);
-      }
-      EXPECT_FALSE(field.hasFocus());
-      if (to_another_window && !comes_back) button.setFocus();  // the window is inactive
-      Activate(window);
-      if (comes_back) field.setFocus();
-      EXPECT_EQ(lost.size(), button.hasFocus() ? 1 : 0);
-      button.setFocus();
-      EXPECT_EQ(lost.size(), 1);
-      lost.clear();
-    }
-  }
 }
 
 TEST_F(ControlsTest, AClickIntoATextFieldSelectsAllOfIt) {

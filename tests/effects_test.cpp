@@ -1,6 +1,9 @@
 // What each command of the window changes, and that it changes nothing else: a row for each, from a
 // start in which nothing agrees. The program's whole state before and after is compared.
+#include <QAccessible>
 #include <QClipboard>
+#include <QMenuBar>
+#include <QWheelEvent>
 
 #include "rig/program_state.h"
 #include "tests/movement_fixture.h"
@@ -141,6 +144,18 @@ class Effects : public Movement, public testing::WithParamInterface<std::string>
         {"click", [&] { hands->Click(rest); }},
         {"press", [&] { Press(qPrintable(rest)); }},
         {"keys", [&] { hands->Keys(Focused(words[0]), rest.section(' ', 1)); }},
+        {"hold-apart", [&] { PressSixTimes(Focused(words[0]), QKeySequence(words[1])[0], 0); }},
+        {"tap", [&] { PressSixTimes(Focused(words[0]), QKeySequence(words[1])[0], 10); }},
+        {"held", [this] { Activate(); QTest::simulateEvent(QApplication::focusWidget(), true, Qt::Key_Return, {}, "\r", true); }},
+        {"click-twice", [&] { ClickTwice(hands->Find<QWidget>(rest)); }},
+        {"wheel", [&] { Wheel(hands->Find<QWidget>(words[0]), words[1].toDouble()); }},
+        {"pull-fader", [&] { PullFader(words[0], words.mid(1), Qt::LeftButton); }},
+        {"pull-fader-middle", [&] { PullFader(words[0], words.mid(1), Qt::MiddleButton); }},
+        {"speak", [&] { PressBySpeech(words[0]); }},
+        {"tell", [&] { Assist(words[0])->valueInterface()->setCurrentValue(number(1)); }},
+        {"menu-bar", [this] { form->menuBar()->setFocus(Qt::MenuBarFocusReason); }},
+        {"elsewhere", [&] { DoElsewhere(rest); }},
+        {"choose", [&] { hands->ChooseMenu(rest); }},
         {"hold", [&] { Operator::Hold(Focused(words[0]), QKeySequence(words[1])[0].key(), QKeySequence(words[1])[0].keyboardModifiers()); }},
         {"line", [&] { hands->ClickLine("ListSequence", number(0)); }},
         {"double", [&] { hands->DoubleClickLine("ListSequence", number(0)); }},
@@ -192,6 +207,69 @@ class Effects : public Movement, public testing::WithParamInterface<std::string>
     auto& control = hands->Find<QWidget>(name);
     control.setFocus();
     return control;
+  }
+  // Without a pause (in ms) it is a key held on a busy machine: release and press of each
+  // repetition bear the same time, but come apart and look like any others.
+  static void PressSixTimes(QWidget& control, QKeyCombination key, quint64 pause) {
+    static quint64 time = 1;
+    const QString text = key.key() == Qt::Key_Space ? " " : key.key() == Qt::Key_Return ? "\r" : "";
+    for (int i = 0; i < 6; ++i) {
+      const bool shortcut =
+          qt_sendShortcutOverrideEvent(&control, time, key.key(), key.keyboardModifiers(), text);
+      for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+        QKeyEvent event(type, key.key(), key.keyboardModifiers(), text);
+        if (type == QEvent::KeyRelease) time += 30;
+        event.setTimestamp(time);
+        if (type == QEvent::KeyRelease || !shortcut) QApplication::sendEvent(&control, &event);
+      }
+      time += pause;
+    }
+    time += 1000;
+  }
+  static void ClickTwice(QWidget& control) {
+    QTest::mouseClick(&control, Qt::LeftButton);
+    QTest::mouseDClick(&control, Qt::LeftButton);
+    QTest::mouseRelease(&control, Qt::LeftButton);
+  }
+  static void Wheel(QWidget& control, double notches) {
+    const QPointF place = control.rect().center();
+    QWheelEvent wheel(place, control.mapToGlobal(place), {}, {0, qRound(120 * notches)}, {}, {}, {},
+                      false);
+    QApplication::sendEvent(&control, &wheel);
+  }
+  // Presses the pointer on a fader, moves it and releases it at the last place. Places are pixels
+  // above the handle's centre at offset 0.
+  void PullFader(const QString& fader, const QStringList& places, Qt::MouseButton button) {
+    auto& slide = hands->Find<QWidget>(fader);
+    const auto at = [&](const QString& place) {
+      const int centre = (slide.fontMetrics().height() + slide.height()) / 2;
+      return QPoint(slide.width() / 2, centre - place.toInt());
+    };
+    QTest::mousePress(&slide, button, {}, at(places.first()));
+    for (const QString& place : places.mid(1)) QTest::mouseMove(&slide, at(place));
+    QTest::mouseRelease(&slide, button, {}, at(places.last()));
+  }
+  QAccessibleInterface* Assist(const QString& name) const {
+    return QAccessible::queryAccessibleInterface(&hands->Find<QWidget>(name));
+  }
+  // As assistive technology does; it holds the button for a moment, which a change of the active
+  // window would end.
+  void PressBySpeech(const QString& name) {
+    QCoreApplication::processEvents();
+    Assist(name)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    const auto& button = hands->Find<QPushButton>(name);
+    EXPECT_TRUE(hands->WaitUntil([&] { return !button.isDown(); }));
+  }
+  // Does a command, or nothing, while another program's window is the active one.
+  void DoElsewhere(const QString& command) {
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&other));
+    Do(command);
+    other.hide();
+    form->activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(form.get()));
   }
   // Lines and fields, which a row parts by "/" and "|".
   static QString Text(QString text) { return text.replace('|', '\t').replace('/', '\n'); }

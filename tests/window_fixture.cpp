@@ -35,6 +35,7 @@ WindowTest::~WindowTest() {
 }
 
 QString WindowTest::TabStops(QWidget& first, Qt::Key key) {
+  QApplication::setActiveWindow(first.window());
   QStringList stops;
   first.setFocus();
   do {

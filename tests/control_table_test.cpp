@@ -32,7 +32,8 @@ QString LineOf(QWidget& control) {
                      .arg(QVariant::fromValue(spoken.role()).toString(), text);
   if (name != QString(text).remove('&')) line += " told as \"" + name + '"';
   if (QAccessibleValueInterface* value = spoken.valueInterface()) {
-    line += ", " + value->currentValue().toString();
+    line += ", " + value->currentValue().toString() + " in " + value->minimumValue().toString() +
+            ".." + value->maximumValue().toString();
   }
   if (control.isHidden()) line += ", hidden";
   if (!control.isEnabledTo(control.parentWidget())) line += ", disabled";

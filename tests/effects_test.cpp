@@ -212,12 +212,11 @@ class Effects : public Movement, public testing::WithParamInterface<std::string>
   // repetition bear the same time, but come apart and look like any others.
   static void PressSixTimes(QWidget& control, QKeyCombination key, quint64 pause) {
     static quint64 time = 1;
-    const QString text = key.key() == Qt::Key_Space ? " " : key.key() == Qt::Key_Return ? "\r" : "";
     for (int i = 0; i < 6; ++i) {
       const bool shortcut =
-          qt_sendShortcutOverrideEvent(&control, time, key.key(), key.keyboardModifiers(), text);
+          qt_sendShortcutOverrideEvent(&control, time, key.key(), key.keyboardModifiers());
       for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
-        QKeyEvent event(type, key.key(), key.keyboardModifiers(), text);
+        QKeyEvent event(type, key.key(), key.keyboardModifiers());
         if (type == QEvent::KeyRelease) time += 30;
         event.setTimestamp(time);
         if (type == QEvent::KeyRelease || !shortcut) QApplication::sendEvent(&control, &event);

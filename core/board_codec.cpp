@@ -9,18 +9,11 @@
 namespace pelmora {
 namespace {
 
-enum Code : std::uint8_t {
-  kPcControlOff = 0,
-  kPcControlOn = 1,
-  kProgram = 2,
-  kPlay = 3,
-  kStop = 4,
-  kRead = 6,
-  kErase = 7,
-  kPosition = 8,  // + channel for the first eight
-  kReset = 17,
-  kPositionHigh = 32,  // + channel for the others: they are not numbered on from the first eight
-};
+constexpr std::uint8_t kProgram = 2;
+constexpr std::uint8_t kPlay = 3;
+constexpr int kPosition = 8;  // + channel for the first eight
+// + channel for the others: they are not numbered on from the first eight.
+constexpr int kPositionHigh = 32;
 
 constexpr int kLowChannels = 8;
 constexpr std::uint8_t kAcknowledgement = 255;
@@ -41,32 +34,8 @@ bool FitsWord(std::int32_t value) {
 
 }  // namespace
 
-Bytes1 PcControlOffCommand() {
-  return {kPcControlOff};
-}
-
-Bytes1 PcControlOnCommand() {
-  return {kPcControlOn};
-}
-
 Bytes2 PlayCommand(int sequence) {
   return {kPlay, static_cast<std::uint8_t>(sequence)};
-}
-
-Bytes1 StopCommand() {
-  return {kStop};
-}
-
-Bytes1 ReadCommand() {
-  return {kRead};
-}
-
-Bytes1 EraseCommand() {
-  return {kErase};
-}
-
-Bytes1 ResetCommand() {
-  return {kReset};
 }
 
 Bytes2 PositionCommand(int channel, int position) {

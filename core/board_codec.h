@@ -1,6 +1,6 @@
 // The bytes spoken with the board: every command that the program sends, and the reply to a read.
-// Plain functions: nothing here knows a line, a wait or a message. docs/protocol.md describes the
-// protocol and the flash image for people who write firmware.
+// Nothing here knows a line, a wait or a message. docs/protocol.md describes the protocol and the
+// flash image for people who write firmware.
 #pragma once
 
 #include <array>
@@ -16,16 +16,16 @@ using Bytes2 = std::array<std::uint8_t, 2>;
 using FlashHeader = std::array<std::uint8_t, kHeaderBytes>;
 
 // Commands, from the PC to the board.
-[[nodiscard]] Bytes1 PcControlOffCommand();
-[[nodiscard]] Bytes1 PcControlOnCommand();
+inline constexpr Bytes1 kPcControlOffCommand = {0};
+inline constexpr Bytes1 kPcControlOnCommand = {1};
+inline constexpr Bytes1 kStopCommand = {4};
+// Answered by the header and the step data.
+inline constexpr Bytes1 kReadCommand = {6};
+// Answered by an acknowledgement when the flash is erased.
+inline constexpr Bytes1 kEraseCommand = {7};
+inline constexpr Bytes1 kResetCommand = {17};
 // The board plays `sequence` (0..15) from its flash.
 [[nodiscard]] Bytes2 PlayCommand(int sequence);
-[[nodiscard]] Bytes1 StopCommand();
-// Answered by the header and the step data.
-[[nodiscard]] Bytes1 ReadCommand();
-// Answered by an acknowledgement when the flash is erased.
-[[nodiscard]] Bytes1 EraseCommand();
-[[nodiscard]] Bytes1 ResetCommand();
 // Sets the position (0..255) of a channel (0..11).
 [[nodiscard]] Bytes2 PositionCommand(int channel, int position);
 // The command and the header from `TotalBytes`, `SeqSteps` and `SeqOffset` as they stand. The board

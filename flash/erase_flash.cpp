@@ -7,7 +7,7 @@ BoardOperation::Answer EraseFlash::Erase() {
   if (!link_.Port().RequireConnection()) return Answer::kAborted;
   const Answer answer = [this] {
     BoardOperation operation(link_, Mode::kErase);
-    operation.Send(EraseCommand());
+    operation.Send(kEraseCommand);
     return operation.WaitForAck();
   }();
   if (answer == Answer::kReceived) link_.Say(QStringLiteral("Data Flash Erased"));

@@ -27,7 +27,7 @@ ReadBack::Outcome ReadBack::Transfer() {
   ReadOperation operation(link_,
                           [this](const FlashHeader& header) { return edited_.TakeHeader(header); });
   operation.BeginTransfer(0);
-  operation.Send(ReadCommand());
+  operation.Send(kReadCommand);
   // With this word showing, the bytes that had arrived have been kept as the step data.
   if (operation.WaitForAck() != BoardOperation::Answer::kReceived &&
       debug_panel_.Echo() != kOverflowWord) {

@@ -9,12 +9,7 @@ void BoardControl::CWButtonMainOnOff_ValueChanged(bool on) {
   const bool connected = serial_port_.RequireConnection();
   pc_control_ = on && connected;
   emit Changed();
-  if (!connected) return;
-  if (on) {
-    CommandStart_Click();
-  } else {
-    CommandStop_Click();
-  }
+  if (connected) on ? CommandStart_Click() : CommandStop_Click();
 }
 
 void BoardControl::CWButtonRealEmu_ValueChanged(bool on) {
@@ -25,7 +20,7 @@ void BoardControl::CWButtonRealEmu_ValueChanged(bool on) {
   if (on) {
     serial_port_.Send(PlayCommand(data_.CurSeq));
   } else {
-    serial_port_.Send(StopCommand());
+    serial_port_.Send(kStopCommand);
   }
 }
 
@@ -37,15 +32,15 @@ void BoardControl::CWButtonEmuPC_ValueChanged(bool on) {
 }
 
 void BoardControl::CommandStart_Click() {
-  serial_port_.Send(PcControlOnCommand());
+  serial_port_.Send(kPcControlOnCommand);
 }
 
 void BoardControl::CommandStop_Click() {
-  serial_port_.Send(PcControlOffCommand());
+  serial_port_.Send(kPcControlOffCommand);
 }
 
 void BoardControl::Resetting_Click() {
-  serial_port_.Send(ResetCommand());
+  serial_port_.Send(kResetCommand);
   CWButtonMainOnOff_ValueChanged(false);
   CWButtonRealEmu_ValueChanged(false);
   CWButtonEmuPC_ValueChanged(false);

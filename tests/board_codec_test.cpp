@@ -43,10 +43,10 @@ FlashHeader HeaderFrom(const Bytes& bytes) {
 
 TEST(BoardCodec, Commands) {
   const std::pair<Bytes, const char*> commands[] = {
-      {BytesOf(PcControlOffCommand()), "00"}, {BytesOf(PcControlOnCommand()), "01"},
-      {BytesOf(PlayCommand(0)), "03 00"},     {BytesOf(PlayCommand(15)), "03 0F"},
-      {BytesOf(StopCommand()), "04"},         {BytesOf(ReadCommand()), "06"},
-      {BytesOf(EraseCommand()), "07"},        {BytesOf(ResetCommand()), "11"},
+      {BytesOf(kPcControlOffCommand), "00"}, {BytesOf(kPcControlOnCommand), "01"},
+      {BytesOf(PlayCommand(0)), "03 00"},    {BytesOf(PlayCommand(15)), "03 0F"},
+      {BytesOf(kStopCommand), "04"},         {BytesOf(kReadCommand), "06"},
+      {BytesOf(kEraseCommand), "07"},        {BytesOf(kResetCommand), "11"},
   };
   for (const auto& [bytes, wire] : commands) EXPECT_EQ(bytes, Hex(wire)) << wire;
   const Bytes codes = Hex("08 09 0A 0B 0C 0D 0E 0F 28 29 2A 2B");

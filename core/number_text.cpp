@@ -1,5 +1,6 @@
 #include "core/number_text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
@@ -46,6 +47,12 @@ std::optional<double> ParseNumber(std::string_view text, std::string_view decima
   const auto [stop, error] = std::from_chars(begin, end, value);
   if (error != std::errc() || stop != end) return std::nullopt;
   return negative ? -value : value;
+}
+
+std::string_view TakeField(std::string_view& rest) {
+  const std::string_view field = rest.substr(0, rest.find('\t'));
+  rest.remove_prefix(std::min(field.size() + 1, rest.size()));
+  return field;
 }
 
 std::int64_t DivideHalfEven(std::int64_t numerator, std::int64_t denominator) {

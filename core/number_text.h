@@ -1,5 +1,6 @@
-// Numbers as the operator reads and types them. The decimal separator is always an argument (UTF-8,
-// one byte or more): nothing here looks at the C library's locale.
+// Numbers as the operator reads and types them, and the fields of a line that hold them. The
+// decimal separator is always an argument (UTF-8, one byte or more): nothing here looks at the C
+// library's locale.
 #pragma once
 
 #include <cstdint>
@@ -20,6 +21,10 @@ std::optional<std::int32_t> PositionOfAngle(double angle);
 // A decimal number with `decimal_point` as its separator and blanks around it allowed. Nothing
 // when the text is not wholly a finite number.
 std::optional<double> ParseNumber(std::string_view text, std::string_view decimal_point);
+
+// Takes the next field of a line, and the tab that ends it, off `rest`. Past the last field there
+// are empty ones, which read as no number.
+std::string_view TakeField(std::string_view& rest);
 
 // `numerator` / `denominator` to the nearest integer, halves to the even one. `denominator` > 0.
 std::int64_t DivideHalfEven(std::int64_t numerator, std::int64_t denominator);

@@ -1,17 +1,16 @@
 #include "core/sequence_store.h"
 
 #include <algorithm>
-#include <limits>
 #include <span>
+#include <utility>
 
 namespace pelmora {
 namespace {
 
 bool FitsTable(const EditRow& row) {
-  using Duration = std::numeric_limits<std::int16_t>;
-  return std::all_of(row.begin(), row.begin() + kChannels,
-                     [](std::int32_t position) { return position >= 0 && position <= 255; }) &&
-         row[kDurationColumn] >= Duration::min() && row[kDurationColumn] <= Duration::max();
+  const auto is_byte = [](std::int32_t value) { return std::in_range<std::uint8_t>(value); };
+  return std::ranges::all_of(std::span(row).first<kChannels>(), is_byte) &&
+         std::in_range<std::int16_t>(row[kDurationColumn]);
 }
 
 }  // namespace
@@ -21,10 +20,7 @@ int StoredSteps(const SequenceTable& table, std::size_t sequence) {
 }
 
 void ClearTable(SequenceTable& table) {
-  table.TotalBytes = 0;
-  table.SeqSteps.fill(0);
-  table.SeqOffset.fill(0);
-  table.SeqTable.fill({});
+  table = {};
 }
 
 void LoadTable(const SequenceTable& loaded, SequenceTable& table) {
@@ -36,7 +32,7 @@ int LoadEditBuffer(Declaration& data) {
   const int steps = StoredSteps(data, data.CurSeq);
   for (std::size_t step = 0; step < static_cast<std::size_t>(steps); ++step) {
     EditRow& row = data.EditBuffer[step];
-    std::copy(record.Position[step].begin(), record.Position[step].end(), row.begin());
+    std::ranges::copy(record.Position[step], row.begin());
     row[kDurationColumn] = record.Duration[step];
   }
   return steps;
@@ -44,15 +40,13 @@ int LoadEditBuffer(Declaration& data) {
 
 bool StoreEditBuffer(Declaration& data, int line_count) {
   if (line_count < 0 || line_count > kSteps) return false;
-  if (!std::all_of(data.EditBuffer.begin(), data.EditBuffer.end(), FitsTable)) return false;
+  if (!std::ranges::all_of(data.EditBuffer, FitsTable)) return false;
 
   data.SeqSteps[data.CurSeq] = static_cast<std::int16_t>(line_count);
   SequenceRecord& record = data.SeqTable[data.CurSeq];
   for (std::size_t step = 0; step < kSteps; ++step) {
     const EditRow& row = data.EditBuffer[step];
-    for (std::size_t c = 0; c < kChannels; ++c) {
-      record.Position[step][c] = static_cast<std::uint8_t>(row[c]);
-    }
+    std::copy_n(row.begin(), kChannels, record.Position[step].begin());
     record.Duration[step] = static_cast<std::int16_t>(row[kDurationColumn]);
   }
   return true;

@@ -1,6 +1,5 @@
 #include "core/step_line.h"
 
-#include "core/fields.h"
 #include "core/number_text.h"
 
 namespace pelmora {

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <optional>
 
-#include "core/fields.h"
 #include "core/number_text.h"
 
 namespace pelmora {
@@ -17,27 +16,18 @@ constexpr double kHighestAngle = (kHighestPosition - kCentre) / 2.0;
 
 // The next line of `text`, which loses it.
 std::string_view TakeLine(std::string_view& text) {
-  const std::size_t end = text.find_first_of("\r\n");
-  const std::string_view line = text.substr(0, end);
-  if (end == std::string_view::npos) {
-    text = {};
-  } else {
-    text.remove_prefix(end + (text.substr(end).starts_with("\r\n") ? 2 : 1));
-  }
+  const std::string_view line = text.substr(0, text.find_first_of("\r\n"));
+  text.remove_prefix(line.size());
+  text.remove_prefix(text.starts_with("\r\n") ? 2 : std::min<std::size_t>(text.size(), 1));
   return line;
-}
-
-std::string_view WithoutUnit(std::string_view field, std::string_view unit) {
-  field = field.substr(0, field.find_last_not_of(' ') + 1);
-  if (field.ends_with(unit)) field.remove_suffix(unit.size());
-  return field;
 }
 
 std::optional<double> Number(std::string_view field, std::string_view unit,
                              std::string_view decimal_point) {
-  const std::string_view number = WithoutUnit(field, unit);
-  const std::optional<double> value = ParseNumber(number, decimal_point);
-  return value ? value : ParseNumber(number, ".");
+  field = field.substr(0, field.find_last_not_of(' ') + 1);
+  if (field.ends_with(unit)) field.remove_suffix(unit.size());
+  const std::optional<double> value = ParseNumber(field, decimal_point);
+  return value ? value : ParseNumber(field, ".");
 }
 
 std::string AngleFault(std::size_t channel, std::string_view fault) {

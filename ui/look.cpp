@@ -25,22 +25,20 @@ QPalette ProgramPalette() {
   const QColor faded(0x70, 0x7B, 0x87);
   QPalette palette;
   palette.setColor(QPalette::Window, QColor(0xEE, 0xF1, 0xF5));
-  palette.setColor(QPalette::WindowText, text);
   palette.setColor(QPalette::Light, QColor(0xFB, 0xFC, 0xFD));
   palette.setColor(QPalette::Midlight, QColor(0xCB, 0xD2, 0xD9));
   palette.setColor(QPalette::Base, Qt::white);
   palette.setColor(QPalette::AlternateBase, QColor(0xF5, 0xF8, 0xFB));
-  palette.setColor(QPalette::Text, text);
   palette.setColor(QPalette::Button, QColor(0xF7, 0xF9, 0xFB));
-  palette.setColor(QPalette::ButtonText, text);
   palette.setColor(QPalette::Highlight, QColor(0x2B, 0x6C, 0xB0));
   palette.setColor(QPalette::HighlightedText, Qt::white);
   palette.setColor(QPalette::ToolTipBase, QColor(0xFF, 0xFB, 0xE6));
   palette.setColor(QPalette::ToolTipText, text);
   palette.setColor(QPalette::PlaceholderText, faded);
-  palette.setColor(QPalette::Disabled, QPalette::WindowText, faded);
-  palette.setColor(QPalette::Disabled, QPalette::Text, faded);
-  palette.setColor(QPalette::Disabled, QPalette::ButtonText, faded);
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+    palette.setColor(role, text);
+    palette.setColor(QPalette::Disabled, role, faded);
+  }
   return palette;
 }
 

@@ -1,7 +1,7 @@
 #include "ui/controls.h"
 
 #include <QFont>
-#include <QHash>
+#include <QKeySequence>
 #include <QMenu>
 
 #include "platform/controls/menu.h"
@@ -47,7 +47,10 @@ void MakeElement(Controls& controls, const ControlRow& row, int i, QWidget* pare
   if (auto* slide = qobject_cast<platform::CWSlide*>(&control)) slide->SetCaption(caption);
   control.setObjectName(ElementName(row, i));
   if (*row.spoken_name) control.setAccessibleName(numbered(row.spoken_name));
-  control.setToolTip(ToolTipOf(row, i));
+  QString tip = numbered(row.tool_tip);
+  const QString key = QKeySequence::mnemonic(caption).toString();
+  if (!tip.isEmpty() && !key.isEmpty()) tip += " (" + key + ")";
+  control.setToolTip(tip);
   control.setGeometry(Pixels(row.left + i * row.pitch), Pixels(row.top), Pixels(row.width),
                       Pixels(row.height));
   control.setVisible(row.start != Start::kHidden);
@@ -55,10 +58,9 @@ void MakeElement(Controls& controls, const ControlRow& row, int i, QWidget* pare
 }
 
 void MakeMenus(Controls& controls, QMenuBar& menu_bar) {
-  QHash<QString, QMenu*> menus;
+  QMenu* menu = nullptr;
   for (const MenuRow& row : Menus()) {
-    QMenu*& menu = menus[QString::fromLatin1(row.menu)];
-    if (!menu) {
+    if (!menu || menu->title() != QLatin1String(row.menu)) {
       menu = new platform::Menu(QString::fromLatin1(row.menu), &menu_bar);
       menu_bar.addMenu(menu);
     }

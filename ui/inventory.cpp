@@ -1,6 +1,5 @@
 #include "ui/inventory.h"
 
-#include <QKeySequence>
 #include <array>
 #include <type_traits>
 #include <utility>
@@ -131,13 +130,6 @@ std::span<const ControlRow> Inventory() {
 
 std::span<const MenuRow> Menus() {
   return kMenus;
-}
-
-QString ToolTipOf(const ControlRow& row, int element) {
-  QString tip = QString::fromUtf8(row.tool_tip).replace("%1", QString::number(element));
-  const QString key = QKeySequence::mnemonic(QString::fromUtf8(row.caption)).toString();
-  if (!tip.isEmpty() && !key.isEmpty()) tip += " (" + key + ")";
-  return tip;
 }
 
 QString ElementName(const ControlRow& row, int element) {

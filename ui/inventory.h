@@ -29,13 +29,10 @@ struct NamedControl {
   // Makes the control, of an array element `index`, and puts it into the member.
   QWidget* (*make)(Controls& controls, std::size_t index, const QString& caption, QWidget* parent);
 };
-struct NamedPanel {
+template <class Kind>
+struct NamedMember {
   const char* name = "";
-  platform::Panel* Controls::*member = nullptr;
-};
-struct NamedItem {
-  const char* name;
-  QAction* Controls::*member;
+  Kind* Controls::*member = nullptr;
 };
 
 enum class Start {
@@ -47,13 +44,14 @@ enum class Start {
 
 struct ControlRow {
   NamedControl control;
-  NamedPanel parent;  // without one: the window itself
+  NamedMember<platform::Panel> parent;  // without one: the window itself
   // "&" marks the mnemonic; "%1" is the element's number within the row, 0 for what is no array.
   const char* caption;
   // The name told to assistive technology where the caption doesn't say it.
   const char* spoken_name;
   int left, top, width, height;  // twips, relative to the parent
-  // What it does, in a line; "%1" as above. Keys other than the caption's mnemonic are named here.
+  // What it does, in a line; "%1" as above. The caption's mnemonic is added to it; other keys are
+  // named here.
   const char* tool_tip;
   Start start = Start::kVisible;
   // An array's row makes `count` elements, `pitch` twips apart, named name_<first>,
@@ -65,7 +63,7 @@ struct ControlRow {
 
 struct MenuRow {
   const char* menu;  // caption of the menu
-  NamedItem item;
+  NamedMember<QAction> item;
   const char* caption;
   const char* shortcut;
   bool checkable;  // the check mark mirrors a panel's visibility
@@ -75,11 +73,8 @@ struct MenuRow {
 // All controls, each after its parent, in the order of the Tab key.
 std::span<const ControlRow> Inventory();
 
-// All menu items in their order.
+// All menu items in their order, menu by menu.
 std::span<const MenuRow> Menus();
-
-// The tool tip of the row's element 0 .. `count` - 1, with the key of its mnemonic.
-QString ToolTipOf(const ControlRow& row, int element);
 
 // The object name of the row's element 0 .. `count` - 1.
 QString ElementName(const ControlRow& row, int element);

@@ -4,10 +4,6 @@
 
 namespace pelmora {
 
-bool StepTimeTooShort(int duration_ms, int count) {
-  return duration_ms < std::int64_t{kBoardTickMs} * count;
-}
-
 std::vector<EditRow> Interpolate(const EditRow& source, const EditRow& target, int count) {
   std::vector<EditRow> steps(static_cast<std::size_t>(count));
   for (int j = 0; j < count; ++j) {

@@ -8,9 +8,6 @@
 
 namespace pelmora {
 
-// Whether `count` steps that share `duration_ms` would last less than 20 ms each on average.
-bool StepTimeTooShort(int duration_ms, int count);
-
 // The `count` (>= 1) steps, in list order, that replace `source`: the first repeats its positions,
 // the following ones move in equal parts towards `target`, which itself is not among them. Their
 // durations are multiples of 20 ms and together last the source's duration taken to the nearest

@@ -19,17 +19,10 @@ std::string WithoutAll(std::string_view text, std::string_view part) {
   return rest;
 }
 
-std::optional<std::int32_t> PositionOfField(std::string_view field,
-                                            std::string_view decimal_point) {
-  const std::optional<double> angle = ParseNumber(WithoutAll(field, kDegrees), decimal_point);
-  return angle ? PositionOfAngle(*angle) : std::nullopt;
-}
-
-std::optional<std::int32_t> DurationOfField(std::string_view field,
-                                            std::string_view decimal_point) {
-  const std::optional<double> duration =
-      ParseNumber(WithoutAll(field, kMilliseconds), decimal_point);
-  return duration ? RoundHalfEven(*duration) : std::nullopt;
+std::string AngleFields(const EditRow& row, std::string_view decimal_point) {
+  std::string fields;
+  for (std::size_t c = 0; c < kChannels; ++c) fields += AngleField(row[c], decimal_point) + '\t';
+  return fields;
 }
 
 }  // namespace
@@ -39,31 +32,23 @@ std::string AngleField(int position, std::string_view decimal_point) {
 }
 
 std::string TableLine(const EditRow& row, std::string_view decimal_point) {
-  std::string line;
-  for (std::size_t c = 0; c < kChannels; ++c) line += AngleField(row[c], decimal_point) + '\t';
-  return line + std::to_string(row[kDurationColumn]) + "  ms\t";
-}
-
-std::string EditorLine(const std::array<std::string, kChannels>& angle_fields, int duration_ms) {
-  std::string line;
-  for (const std::string& field : angle_fields) line += field + '\t';
-  return line + std::to_string(duration_ms) + " ms";
+  return AngleFields(row, decimal_point) + std::to_string(row[kDurationColumn]) + "  ms\t";
 }
 
 std::string EditorLine(const EditRow& row, std::string_view decimal_point) {
-  std::array<std::string, kChannels> angles;
-  for (std::size_t c = 0; c < kChannels; ++c) angles[c] = AngleField(row[c], decimal_point);
-  return EditorLine(angles, row[kDurationColumn]);
+  return AngleFields(row, decimal_point) + std::to_string(row[kDurationColumn]) + " ms";
 }
 
 std::optional<EditRow> ReadStepLine(std::string_view line, std::string_view decimal_point) {
   EditRow row{};
   row[kBreakColumn] = HasBreakMark(line) ? 1 : 0;
   for (std::size_t column = 0; column <= kDurationColumn; ++column) {
-    const std::string_view field = TakeField(line);
-    const std::optional<std::int32_t> value = column == kDurationColumn
-                                                  ? DurationOfField(field, decimal_point)
-                                                  : PositionOfField(field, decimal_point);
+    const bool angle = column < kChannels;
+    const std::optional<double> number =
+        ParseNumber(WithoutAll(TakeField(line), angle ? kDegrees : kMilliseconds), decimal_point);
+    if (!number) return std::nullopt;
+    const std::optional<std::int32_t> value =
+        angle ? PositionOfAngle(*number) : RoundHalfEven(*number);
     if (!value) return std::nullopt;
     row[column] = *value;
   }

@@ -2,7 +2,6 @@
 // tabs, optionally followed by the breakpoint mark. UTF-8.
 #pragma once
 
-#include <array>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -21,9 +20,8 @@ std::string AngleField(int position, std::string_view decimal_point);
 // the line.
 std::string TableLine(const EditRow& row, std::string_view decimal_point);
 
-// The line of a step composed in the editor, by interpolation or elsewhere: twelve angle fields as
-// they stand, the duration in ms followed by " ms", no closing tab.
-std::string EditorLine(const std::array<std::string, kChannels>& angle_fields, int duration_ms);
+// The line of a step composed in the editor, by interpolation or elsewhere: the duration ends in
+// " ms", and no tab closes the line.
 std::string EditorLine(const EditRow& row, std::string_view decimal_point);
 
 // The step of a line: positions (floor(angle x 2 + 128)), duration, and whether there is a

@@ -1,11 +1,9 @@
 #include "edit/edited_sequence.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 #include "core/step_line.h"
-#include "edit/captions.h"
 #include "link/serial_port.h"
 
 namespace pelmora {
@@ -27,13 +25,15 @@ bool FitsEditor(int column, int value) {
 // each other the end of the outermost announces and shows what they have left to say.
 class EditedSequence::Operation {
  public:
-  explicit Operation(EditedSequence& edited) : edited_(edited) {
-    if (edited_.operations_++ == 0) edited_.changes_.EndRun();
-  }
-  Operation(EditedSequence& edited, const char* name, const ChangeTraits& traits = {})
+  explicit Operation(EditedSequence& edited, const char* name = nullptr,
+                     const ChangeTraits& traits = {})
       : edited_(edited) {
+    if (name) {
+      change_.emplace(edited_.changes_, name, traits);
+    } else if (edited_.operations_ == 0) {
+      edited_.changes_.EndRun();
+    }
     ++edited_.operations_;
-    change_.emplace(edited_.changes_, name, traits);
   }
   ~Operation() {
     change_.reset();
@@ -107,11 +107,6 @@ bool EditedSequence::BufferToData() {
 // After a change of lines. What can't be stored has been reported and stays in the list, from where
 // the next store takes it.
 void EditedSequence::Store() {
-  StoreAndShowOffset();
-  NameStep();
-}
-
-void EditedSequence::StoreAndShowOffset() {
   static_cast<void>(BufferToData());
   ShowOffset();
 }
@@ -165,16 +160,22 @@ void EditedSequence::ShowOffset() {
   controls_.LabelOffset.setText(Caption(kBytesCaption, data_.SeqOffset[data_.CurSeq]));
 }
 
-void EditedSequence::Insert(const std::vector<std::string>& lines, const char* change) {
-  const Operation operation(*this, change);
-  ResetBreakPoints();
-  int at = ListIndex();
-  for (const std::string& line : lines) {
-    controls_.ListSequence.InsertItem(++at, QString::fromStdString(line));
+void EditedSequence::InsertLines(int at, const std::vector<EditRow>& steps) {
+  for (const EditRow& step : steps) {
+    controls_.ListSequence.InsertItem(at++,
+                                      QString::fromStdString(EditorLine(step, decimal_point_)));
   }
   ReadLinesBack();
-  Select(at);
+}
+
+void EditedSequence::Insert(const std::vector<EditRow>& steps, const char* change) {
+  const Operation operation(*this, change);
+  ResetBreakPoints();
+  const int above = ListIndex();
+  InsertLines(above + 1, steps);
+  Select(above + static_cast<int>(steps.size()));
   Store();
+  NameStep();
 }
 
 void EditedSequence::Remove(const char* change) {
@@ -187,12 +188,13 @@ void EditedSequence::Remove(const char* change) {
   Select(ListCount() > line ? line : line - 1);
   ReadLinesBack();
   Store();
+  NameStep();
 }
 
-void EditedSequence::ReplaceSelected(const std::string& line) {
+void EditedSequence::ReplaceSelected(const EditRow& step) {
   const Operation operation(*this, "Replace");
   const int replaced = ListIndex();
-  Insert({line});
+  Insert({step});
   Select(replaced);
   Remove();
 }
@@ -208,7 +210,7 @@ bool EditedSequence::ChangeValue(int line, int column, int value, Joins joins) {
       WithValue(controls_.ListSequence.List(line).toStdString(), column, value, decimal_point_);
   controls_.ListSequence.SetList(line, QString::fromStdString(text));
   ReadLinesBack();
-  StoreAndShowOffset();
+  Store();
   return true;
 }
 
@@ -225,14 +227,9 @@ void EditedSequence::Move(int from, int to) {
 void EditedSequence::Replace(int line, const std::vector<EditRow>& steps) {
   const Operation operation(*this, "Interpolate");
   controls_.ListSequence.RemoveItem(line);
-  int at = line;
-  for (const EditRow& step : steps) {
-    controls_.ListSequence.InsertItem(at++,
-                                      QString::fromStdString(EditorLine(step, decimal_point_)));
-  }
+  InsertLines(line, steps);
   Select(line);
   NameStep();
-  ReadLinesBack();
 }
 
 void EditedSequence::ToggleBreak() {
@@ -253,23 +250,20 @@ void EditedSequence::ClearAll() {
   const Operation operation(*this, "Clear All");
   Clear();
   DataInit();
-  data_.CurSeq = 0;
-  controls_.LabelSeq.setText(Caption(kSequenceCaption, 0));
+  MakeCurrent(0);
 }
 
 void EditedSequence::ShowSequence(int sequence) {
   const Operation operation(*this);
-  if (sequence >= 0 && sequence < kSequences && BufferToData()) {
-    data_.CurSeq = static_cast<std::uint8_t>(sequence);
-    ShowCurrentSequence();
-  }
+  if (sequence >= 0 && sequence < kSequences && BufferToData()) MakeCurrent(sequence);
   controls_.LabelSeqEmu.setText(Caption(kSequenceCaption, data_.CurSeq));
   controls_.LabelSeq.setText(Caption(kSequenceCaption, data_.CurSeq));
   controls_.LabelStep.setText(QString::fromUtf8(kNoStepCaption));
   ShowOffset();
 }
 
-void EditedSequence::ShowCurrentSequence() {
+void EditedSequence::MakeCurrent(int sequence) {
+  data_.CurSeq = static_cast<std::uint8_t>(sequence);
   controls_.ListSequence.Clear();
   ResetBreakPoints();
   DataToBuffer();
@@ -280,9 +274,8 @@ void EditedSequence::ShowCurrentSequence() {
 void EditedSequence::TakeTable(const SequenceTable& table) {
   const Operation operation(*this);
   LoadTable(table, data_);
-  data_.CurSeq = 0;
   OffsetCalc();
-  ShowCurrentSequence();
+  MakeCurrent(0);
 }
 
 bool EditedSequence::TakeHeader(const FlashHeader& header) {
@@ -298,10 +291,8 @@ bool EditedSequence::TakeReply(const FlashHeader& header, const FlashRows& image
   sequence_changed_ = true;
   const bool placed = DecodeHeader(header, data_) && DecodeSteps(image, data_);
   LimitStepCounts(data_);
-  if (!placed) return false;
-  data_.CurSeq = 0;
-  ShowCurrentSequence();
-  return true;
+  if (placed) MakeCurrent(0);
+  return placed;
 }
 
 SequenceState EditedSequence::State(const SequenceState* former) const {

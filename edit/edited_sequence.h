@@ -29,6 +29,13 @@
 
 namespace pelmora {
 
+// What the labels say of sequence, step and bytes; "%1" is a number, 0 at the start.
+inline constexpr char kSequenceCaption[] = "Sequence N\u00B0 %1";
+inline constexpr char kStepCaption[] = "Step N\u00B0 %1";
+inline constexpr char kNoStepCaption[] = "Step N\u00B0 ...";
+inline constexpr char kOffsetCaption[] = "OffSet Seq. %1";
+inline constexpr char kBytesCaption[] = "%1 bytes";
+
 struct SequenceControls {
   platform::ListBox& ListSequence;
   QLabel& LabelSeq;
@@ -82,18 +89,18 @@ class EditedSequence : public QObject {
   void Undo() { changes_.Undo(); }
   void Redo() { changes_.Redo(); }
 
-  // Inserts lines (one or more, in their order) below the selected one, or at the top when none is
+  // Inserts steps (one or more, in their order) below the selected one, or at the top when none is
   // selected, selects the last of them and stores. The list must have room for them. Clears the
   // breakpoints. `change` is what the undo is called.
-  void Insert(const std::vector<std::string>& lines, const char* change = "Add");
+  void Insert(const std::vector<EditRow>& steps, const char* change = "Add");
   // Removes the selected line, selects the one that followed it (or else the last) and stores.
   // Clears the breakpoints, even when no line is selected. Nothing happens on an empty list.
   void Remove(const char* change = "Remove");
   // Moves a line, with its breakpoint, to the place of another, and selects it. Doesn't store.
   void Move(int from, int to);
-  // "Replace": puts a line in the place of the selected one, which must exist and stays selected,
+  // "Replace": puts a step in the place of the selected one, which must exist and stays selected,
   // and stores. The list must have room for one more. Clears the breakpoints.
-  void ReplaceSelected(const std::string& line);
+  void ReplaceSelected(const EditRow& step);
   // Changes one value of a line and stores: of column 0..11 the position (0..255), of
   // `kDurationColumn` the duration (20..32767 ms). The line keeps its place, breakpoints and
   // selection stay. False, and nothing happens, when there is no such line or the value is out of
@@ -150,12 +157,12 @@ class EditedSequence : public QObject {
   void DataToBuffer();
   void OffsetCalc();
   void Store();
-  void StoreAndShowOffset();
+  void InsertLines(int at, const std::vector<EditRow>& steps);
   void SetBreak(int line, bool set);
   void ReadLinesBack();
   void EndOperation();
   void AnnounceSelection();
-  void ShowCurrentSequence();
+  void MakeCurrent(int sequence);
   void ShowOffset();
 
   Declaration data_;

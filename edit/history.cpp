@@ -3,12 +3,21 @@
 #include <QUndoCommand>
 #include <utility>
 
+#include "core/step_line.h"
 #include "edit/edited_sequence.h"
 
 namespace pelmora {
 namespace {
 
 constexpr int kMostSteps = 500;
+
+// Whether both hold the same table and the same lines. The selection and the breakpoints don't
+// count.
+bool SameSequences(const SequenceState& one, const SequenceState& other) {
+  return SameTable(one.Table, other.Table) &&
+         (one.Lines == other.Lines || WithoutBreakMarks(one.Lines.toStdString()) ==
+                                          WithoutBreakMarks(other.Lines.toStdString()));
+}
 
 }  // namespace
 
@@ -49,14 +58,6 @@ class History::Step : public QUndoCommand {
 
 History::History(EditedSequence& edited) : edited_(edited) {
   stack_.setUndoLimit(kMostSteps);
-}
-
-void History::Undo() {
-  if (CanUndo()) stack_.undo();
-}
-
-void History::Redo() {
-  if (CanRedo()) stack_.redo();
 }
 
 void History::Begin(const char* name, const ChangeTraits& traits) {

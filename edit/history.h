@@ -4,16 +4,28 @@
 // well, up to the moment of an undo or redo.
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 #include <QUndoStack>
+#include <array>
 #include <memory>
 #include <optional>
 
-#include "edit/sequence_state.h"
+#include "core/table_snapshot.h"
 
 namespace pelmora {
 
 class EditedSequence;
+
+// Everything that the edited sequence owns, as it is at one moment.
+struct SequenceState {
+  TableSnapshot Table;
+  // The lines of the step list with their breakpoint marks, each ended by a line feed. UTF-8, which
+  // takes half the memory of the list's own texts.
+  QByteArray Lines;
+  int Selected = -1;
+  std::array<QString, 6> Labels;
+};
 
 // What is particular about a change.
 struct ChangeTraits {
@@ -55,8 +67,12 @@ class History {
   QString RedoName() const { return stack_.redoText(); }
   // Restore the state before, or after, that change; an undo followed by its redo restores what was
   // there before the undo. Nothing happens when it can't be done.
-  void Undo();
-  void Redo();
+  void Undo() {
+    if (CanUndo()) stack_.undo();
+  }
+  void Redo() {
+    if (CanRedo()) stack_.redo();
+  }
 
   // The next change begins a step of its own, whatever its run.
   void EndRun() { last_run_.reset(); }

@@ -5,7 +5,6 @@
 #include <variant>
 #include <vector>
 
-#include "core/step_line.h"
 #include "core/step_text.h"
 #include "link/serial_port.h"
 
@@ -41,10 +40,7 @@ void StepClipboard::Paste_Click() {
     message_box_.Show(TooManyLinesText(), kProgramTitle);
     return;
   }
-  std::vector<std::string> lines;
-  lines.reserve(steps.size());
-  for (const EditRow& step : steps) lines.push_back(EditorLine(step, edited_.DecimalPoint()));
-  edited_.Insert(lines, "Paste");
+  edited_.Insert(steps, "Paste");
 }
 
 void StepClipboard::Put(int first_line, int lines) {

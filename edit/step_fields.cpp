@@ -16,10 +16,6 @@ constexpr int kHighestOffset = 127;
 
 }  // namespace
 
-StepFields::StepFields(EditedSequence& edited, BoardControl& board_control,
-                       const EditorControls& controls)
-    : edited_(edited), board_control_(board_control), controls_(controls) {}
-
 void StepFields::CWSlide1_ValueChanged(int channel, int position) {
   board_control_.SendPosition(channel, position);
   ShowPosition(channel, position);
@@ -81,12 +77,12 @@ void StepFields::ShowSelectedStep() {
   edited_.NameStep();
 }
 
-std::array<std::string, kChannels> StepFields::AngleFields() const {
-  std::array<std::string, kChannels> fields;
-  for (std::size_t ch = 0; ch < kChannels; ++ch) {
-    fields[ch] = controls_.Text1[ch + kChannels]->text().toStdString();
-  }
-  return fields;
+EditRow StepFields::NewStep() {
+  CommitPending();
+  EditRow step{};
+  for (std::size_t ch = 0; ch < kChannels; ++ch) step[ch] = controls_.CWSlide1[ch]->value();
+  step[kDurationColumn] = controls_.CWNumEditTimeStep->Value();
+  return step;
 }
 
 }  // namespace pelmora

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <array>
-#include <string>
 
 #include "core/declaration.h"
 #include "edit/edited_sequence.h"
@@ -23,7 +22,8 @@ struct EditorControls {
 
 class StepFields {
  public:
-  StepFields(EditedSequence& edited, BoardControl& board_control, const EditorControls& controls);
+  StepFields(EditedSequence& edited, BoardControl& board_control, const EditorControls& controls)
+      : edited_(edited), board_control_(board_control), controls_(controls) {}
 
   // The slider reaction, whoever changed the value: sends the position, then shows it as offset and
   // angle.
@@ -46,10 +46,8 @@ class StepFields {
   // line is selected.
   void ShowSelectedStep();
 
-  // The twelve angle displays' texts, for the line of a new step.
-  std::array<std::string, kChannels> AngleFields() const;
-  // The duration field's value in ms.
-  int Duration() const { return controls_.CWNumEditTimeStep->Value(); }
+  // The step being composed, with what is being typed.
+  EditRow NewStep();
 
  private:
   void Commit(int channel);

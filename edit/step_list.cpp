@@ -1,16 +1,17 @@
 #include "edit/step_list.h"
 
-#include "core/step_line.h"
+#include <algorithm>
+
 #include "link/serial_port.h"
 
 namespace pelmora {
 
 void StepList::CommandAdd_Click() {
-  if (HasRoom()) edited_.Insert({NewLine()});
+  if (HasRoom()) edited_.Insert({step_fields_.NewStep()});
 }
 
 void StepList::CommandReplace_Click() {
-  if (edited_.ListIndex() >= 0 && HasRoom()) edited_.ReplaceSelected(NewLine());
+  if (edited_.ListIndex() >= 0 && HasRoom()) edited_.ReplaceSelected(step_fields_.NewStep());
 }
 
 // Whether the list can take another line; otherwise a message says so.
@@ -20,23 +21,14 @@ bool StepList::HasRoom() {
   return false;
 }
 
-// The line of the step that the editor shows, what is being typed included.
-std::string StepList::NewLine() {
-  step_fields_.CommitPending();
-  return EditorLine(step_fields_.AngleFields(), step_fields_.Duration());
-}
-
 void StepList::CommandUp_Click() {
   const int lines = edited_.ListCount();
-  if (lines == 0) return;
-  const int line = edited_.ListIndex();
-  SelectAndShow(line == lines - 1 ? 0 : line + 1);
+  if (lines > 0) SelectAndShow((edited_.ListIndex() + 1) % lines);
 }
 
 void StepList::CommandDwn_Click() {
   const int line = edited_.ListIndex();
-  if (line < 0) return;
-  SelectAndShow(line == 0 ? edited_.ListCount() - 1 : line - 1);
+  if (line >= 0) SelectAndShow(line == 0 ? edited_.ListCount() - 1 : line - 1);
 }
 
 void StepList::SelectAndShow(int line) {
@@ -47,8 +39,7 @@ void StepList::SelectAndShow(int line) {
 void StepList::ListSequence_MoveLine(int from, int to) {
   const int lines = edited_.ListCount();
   // The list may have become shorter while the button was held.
-  if (to == from || to < 0 || from < 0 || to >= lines || from >= lines) return;
-  edited_.Move(from, to);
+  if (to != from && std::min(from, to) >= 0 && std::max(from, to) < lines) edited_.Move(from, to);
 }
 
 }  // namespace pelmora

@@ -30,10 +30,6 @@ std::unique_ptr<SequenceTable> Read(const QString& path) {
 
 }  // namespace
 
-BufferCommands::BufferCommands(EditedSequence& edited, platform::FileDialog& common_dialog,
-                               platform::MessageBox& message_box)
-    : edited_(edited), common_dialog_(common_dialog), message_box_(message_box) {}
-
 void BufferCommands::SaveBuffer_Click() {
   ++SaveCounter;
   edited_.ResetBreakPoints();

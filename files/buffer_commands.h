@@ -13,7 +13,8 @@ namespace pelmora {
 class BufferCommands {
  public:
   BufferCommands(EditedSequence& edited, platform::FileDialog& common_dialog,
-                 platform::MessageBox& message_box);
+                 platform::MessageBox& message_box)
+      : edited_(edited), common_dialog_(common_dialog), message_box_(message_box) {}
 
   // Start-up: no save yet.
   void Form_Load() { SaveCounter = 0; }

@@ -1,5 +1,7 @@
 #include "playback/pc_emulator.h"
 
+#include <algorithm>
+
 namespace pelmora {
 
 PcEmulator::PcEmulator(EditedSequence& edited, StepList& step_list, platform::HiTimer& timer,
@@ -40,32 +42,36 @@ void PcEmulator::HiTimer1_Timer() {
   }
   step_list_.CommandUp_Click();
   Hold();
-  if (edited_.Row(edited_.ListIndex())[kBreakColumn] > 0) {
+  if (SelectedStep()[kBreakColumn] > 0) {
     timer_.SetEnabled(false);
     emit StateChanged();
   }
 }
 
-void PcEmulator::HoldSelectedStep() {
+void PcEmulator::CommandContinue_Click() {
   if (!Playing() || edited_.ListIndex() < 0) return;
   Hold();
   timer_.SetEnabled(true);
   emit StateChanged();
 }
 
-int PcEmulator::SelectedDuration() const {
-  return edited_.Row(edited_.ListIndex())[kDurationColumn];
+void PcEmulator::CommandRepeat_Click() {
+  if (!Playing() || edited_.ListIndex() < 0) return;
+  int line = edited_.ListIndex() - 1;
+  while (line > 0 && edited_.Row(line)[kBreakColumn] == 0) --line;
+  step_list_.SelectAndShow(std::max(line, 0));
+  CommandContinue_Click();
 }
 
 // The selected step is held from now on.
 void PcEmulator::Hold() {
   held_since_ = std::chrono::steady_clock::now();
-  timer_.SetInterval(SelectedDuration());
+  timer_.SetInterval(SelectedStep()[kDurationColumn]);
 }
 
 std::optional<HeldStep> PcEmulator::Held() const {
   if (!Playing() || edited_.ListIndex() < 0) return std::nullopt;
-  return HeldStep{edited_.ListIndex(), held_since_, SelectedDuration()};
+  return HeldStep{edited_.ListIndex(), held_since_, SelectedStep()[kDurationColumn]};
 }
 
 }  // namespace pelmora

@@ -1,6 +1,7 @@
 // The PC sequence emulator: a timer walks down the step list; each step that it shows moves the
 // sliders, and those move the servos. The selected line is the playback position. The switch
-// "PC Emu" belongs to `BoardControl`.
+// "PC Emu" belongs to `BoardControl`. Playback halts on a breakpoint, a flag on a step and the mark
+// "BREAK!" on its line; "Continue" and "Repeat" go on.
 #pragma once
 
 #include <QObject>
@@ -33,9 +34,14 @@ class PcEmulator : public QObject {
   // step is shown, and playback goes as fast as the line.
   void HiTimer1_Timer();
 
-  // Waits out the selected step's duration, then plays on. Nothing happens when no line is selected
-  // or the switch is Off.
-  void HoldSelectedStep();
+  // "Continue": the step halted on stays for one more full duration, then playback goes on. Pressed
+  // while playback runs it starts the wait anew. Nothing happens when no line is selected or the
+  // switch is Off, here and in "Repeat".
+  void CommandContinue_Click();
+
+  // "Repeat": goes back to the nearest earlier breakpoint (or the first line), shows it, and plays
+  // from there.
+  void CommandRepeat_Click();
 
   // Whether the switch is On: playback runs or is halted at a breakpoint.
   bool Playing() const { return control_.PcPlays(); }
@@ -54,7 +60,8 @@ class PcEmulator : public QObject {
  private:
   void Switched(bool on);
   void StopUnlessPlaying();
-  int SelectedDuration() const;
+  // A line is selected.
+  const EditRow& SelectedStep() const { return edited_.Row(edited_.ListIndex()); }
   void Hold();
 
   EditedSequence& edited_;

@@ -36,7 +36,7 @@ class EditedSequenceTest : public testing::Test {
     row[kBreakColumn] = 0;
     return row;
   }
-  static std::string Line(int position) { return EditorLine(Step(position, 100), "."); }
+  static EditRow Line(int position) { return Step(position, 100); }
   static SequenceTable Table(int steps_of_each) {
     SequenceTable table;
     table.SeqSteps.fill(static_cast<std::int16_t>(steps_of_each));

@@ -14,7 +14,6 @@
 #include "edit/step_clipboard.h"
 #include "edit/step_fields.h"
 #include "edit/step_list.h"
-#include "edit/undo_commands.h"
 #include "files/buffer_commands.h"
 #include "flash/erase_flash.h"
 #include "flash/program_sequences.h"
@@ -25,14 +24,12 @@
 #include "link/serial_port.h"
 #include "movement/movement_window.h"
 #include "platform/serial/ms_comm.h"
-#include "playback/breakpoints.h"
 #include "playback/pc_emulator.h"
 #include "ui/controls.h"
 #include "ui/fit_font.h"
 #include "ui/inventory.h"
 #include "ui/list_menu.h"
 #include "ui/set_up_controls.h"
-#include "ui/spoken_step.h"
 
 namespace pelmora {
 namespace {
@@ -51,52 +48,32 @@ constexpr int kStartInterval = 20;  // ms, of the playback timer
 
 // The handlers, in the order in which they need each other.
 struct Form1::Handlers {
-  Handlers(const Surroundings& around, const Controls& controls, QWidget& form)
-      : comm(around.ports),
-        serial_port(comm, around.message_box),
-        debug_panel(comm),
-        link(comm, serial_port, debug_panel, around.main_loop, around.message_box),
-        edited(
-            {*controls.ListSequence, *controls.LabelSeq, *controls.LabelSeqEmu, *controls.LabelStep,
-             *controls.LabelByte, *controls.CommandOffset, *controls.LabelOffset},
-            around.message_box, QLocale().decimalPoint().toStdString()),
-        control(serial_port, link, edited.Data()),
-        step_fields(edited, control,
-                    {controls.CWSlide1, controls.Text1, controls.CWNumEditTimeStep}),
-        step_list(edited, step_fields, around.message_box),
-        step_clipboard(edited, around.message_box),
-        undo(edited, link),
-        interpolation(edited, around.message_box, around.main_loop,
-                      {&form, controls.FrameBuffEdit, controls.FrameMan, controls.FramePCEmu,
-                       controls.ListSequence}),
-        erase(link),
-        program(link, debug_panel, erase, edited),
-        read(link, debug_panel, edited),
-        pc_emulator(edited, step_list, around.timer, control),
-        breakpoints(edited, step_fields, pc_emulator),
-        buffer_commands(edited, around.file_dialog, around.message_box) {}
+  const Surroundings& around;
+  const Controls& controls;
 
-  platform::MSComm comm;
-  SerialPort serial_port;
-  DebugPanel debug_panel;
-  BoardLink link;
+  platform::MSComm comm{around.ports};
+  SerialPort serial_port{comm, around.message_box};
+  DebugPanel debug_panel{comm};
+  BoardLink link{comm, serial_port, debug_panel, around.main_loop, around.message_box};
 
-  EditedSequence edited;
-  BoardControl control;
-  StepFields step_fields;
-  StepList step_list;
-  StepClipboard step_clipboard;
-  UndoCommands undo;
-  Interpolation interpolation;
+  EditedSequence edited{
+      {*controls.ListSequence, *controls.LabelSeq, *controls.LabelSeqEmu, *controls.LabelStep,
+       *controls.LabelByte, *controls.CommandOffset, *controls.LabelOffset},
+      around.message_box,
+      QLocale().decimalPoint().toStdString()};
+  BoardControl control{serial_port, link, edited.Data()};
+  StepFields step_fields{
+      edited, control, {controls.CWSlide1, controls.Text1, controls.CWNumEditTimeStep}};
+  StepList step_list{edited, step_fields, link, around.message_box};
+  StepClipboard step_clipboard{edited, around.message_box};
 
-  EraseFlash erase;
-  ProgramSequences program;
-  ReadBack read;
+  EraseFlash erase{link};
+  ProgramSequences program{link, debug_panel, erase, edited};
+  ReadBack read{link, debug_panel, edited};
 
-  PcEmulator pc_emulator;
-  Breakpoints breakpoints;
+  PcEmulator pc_emulator{edited, step_list, around.timer, control};
 
-  BufferCommands buffer_commands;
+  BufferCommands buffer_commands{edited, around.file_dialog, around.message_box};
 };
 
 Form1::Form1(const Surroundings& surroundings)
@@ -114,7 +91,7 @@ Form1::Form1(const Surroundings& surroundings)
   SetUpControls(*controls_, surroundings_.ports);
   SetRestingControl(*controls_->ListSequence);
   layout()->setSizeConstraint(QLayout::SetFixedSize);
-  handlers_ = std::make_unique<Handlers>(surroundings_, *controls_, *this);
+  handlers_.reset(new Handlers{surroundings_, *controls_});
   ConnectEditing();
   ConnectLink();
   ConnectFlash();
@@ -174,15 +151,10 @@ bool Form1::event(QEvent* event) {
   return MainWindow::event(event);
 }
 
-template <class Handler>
-void Form1::OnClick(PushButton* button, Handler handler) {
-  connect(button, &QPushButton::clicked, wiring_.get(), handler);
-}
-
 void Form1::PressByKey(const QKeySequence& keys, PushButton& button) {
   auto* shortcut = new QShortcut(keys, &button);
   shortcut->setAutoRepeat(false);
-  connect(shortcut, &QShortcut::activated, wiring_.get(), [&button] {
+  On(shortcut, &QShortcut::activated, [&button] {
     button.setFocus(Qt::ShortcutFocusReason);  // a text field commits its entry first
     button.click();
   });
@@ -191,8 +163,8 @@ void Form1::PressByKey(const QKeySequence& keys, PushButton& button) {
 void Form1::ConnectEditing() {
   Handlers& h = *handlers_;
   for (int i = 0; i < kChannels; ++i) {
-    connect(controls_->CWSlide1[static_cast<std::size_t>(i)], &CWSlide::valueChanged, wiring_.get(),
-            [&h, i](int value) { h.step_fields.CWSlide1_ValueChanged(i, value); });
+    On(controls_->CWSlide1[static_cast<std::size_t>(i)], &CWSlide::valueChanged,
+       [&h, i](int value) { h.step_fields.CWSlide1_ValueChanged(i, value); });
     controls_->CWSlide1[static_cast<std::size_t>(i)]->MayChange = [&h] {
       return h.control.ReadyForPosition();
     };
@@ -200,19 +172,17 @@ void Form1::ConnectEditing() {
   for (int i = 0; i < 2 * kChannels; ++i) {
     TextField& field = *controls_->Text1[static_cast<std::size_t>(i)];
     field.KeyPress = [&h, i](int& key) { h.step_fields.Text1_KeyPress(i, key); };
-    connect(&field, &TextField::LostFocus, wiring_.get(),
-            [&h, i] { h.step_fields.Text1_LostFocus(i); });
+    On(&field, &TextField::LostFocus, [&h, i] { h.step_fields.Text1_LostFocus(i); });
   }
   for (const PushButton* button : findChildren<PushButton*>()) {
-    connect(button, &QAbstractButton::pressed, wiring_.get(),
-            [&h] { h.step_fields.CommitPending(); });
+    On(button, &QAbstractButton::pressed, [&h] { h.step_fields.CommitPending(); });
   }
   for (const auto signal : {&EditedSequence::SelectionChanged, &EditedSequence::SequenceChanged}) {
-    connect(&h.edited, signal, wiring_.get(), [this] { MarkSelectedStep(); });
+    On(&h.edited, signal, [this] { MarkSelectedStep(); });
   }
   for (const auto signal :
        {&EditedSequence::SelectionChanged, &EditedSequence::BreakpointsChanged}) {
-    connect(&h.edited, signal, wiring_.get(), [this] { DescribeBreakpoint(); });
+    On(&h.edited, signal, [this] { DescribeBreakpoint(); });
   }
   OnClick(controls_->CommandUpdate, [&h] { h.step_fields.CommandUpdate_Click(); });
   OnClick(controls_->CommandAdd, [&h] { h.step_list.CommandAdd_Click(); });
@@ -224,22 +194,20 @@ void Form1::ConnectEditing() {
   OnClick(controls_->CommandDwn, [&h] { h.step_list.CommandDwn_Click(); });
   OnClick(controls_->CommandMoreSeq, [&h] { h.step_list.CommandMoreSeq_Click(); });
   OnClick(controls_->CommandLessSeq, [&h] { h.step_list.CommandLessSeq_Click(); });
-  OnClick(controls_->CommandInterpolate, [&h] { h.interpolation.CommandInterpolate_Click(); });
-  connect(controls_->ListSequence, &ListBox::MouseDown, wiring_.get(),
-          [&h](int line) { h.step_list.ListSequence_MouseDown(line); });
-  connect(controls_->ListSequence, &ListBox::MouseUp, wiring_.get(),
-          [&h](int line) { h.step_list.ListSequence_MouseUp(line); });
-  connect(controls_->ListSequence, &ListBox::DblClick, wiring_.get(),
-          [&h] { h.step_list.ListSequence_DblClick(); });
-  connect(controls_->ListSequence, &ListBox::MoveLine, wiring_.get(),
-          [&h](int from, int to) { h.step_list.ListSequence_MoveLine(from, to); });
-  connect(controls_->ListSequence, &ListBox::RemoveLine, wiring_.get(),
-          [&h] { h.step_list.CommandRem_Click(); });
-  controls_->ListSequence->Spoken = SpokenStep;
-  list_menu_ = new ListMenu(*controls_->ListSequence,
-                            {h.edited, h.undo, h.step_clipboard, h.step_list}, wiring_.get());
-  connect(list_menu_, &ListMenu::MovementWanted, wiring_.get(),
-          [this](bool shown) { ShowMovement(shown); });
+  OnClick(controls_->CommandInterpolate, [this, &h] {
+    CommandInterpolate_Click(h.edited, surroundings_.message_box, surroundings_.main_loop,
+                             {this, controls_->FrameBuffEdit, controls_->FrameMan,
+                              controls_->FramePCEmu, controls_->ListSequence});
+  });
+  ListBox* list = controls_->ListSequence;
+  On(list, &ListBox::MouseDown, [&h](int line) { h.step_list.ListSequence_MouseDown(line); });
+  On(list, &ListBox::MouseUp, [&h](int line) { h.step_list.ListSequence_MouseUp(line); });
+  On(list, &ListBox::DblClick, [&h] { h.step_list.ListSequence_DblClick(); });
+  On(list, &ListBox::MoveLine,
+     [&h](int from, int to) { h.step_list.ListSequence_MoveLine(from, to); });
+  On(list, &ListBox::RemoveLine, [&h] { h.step_list.CommandRem_Click(); });
+  list_menu_ = new ListMenu(*list, {h.edited, h.step_clipboard, h.step_list}, wiring_.get());
+  On(list_menu_, &ListMenu::MovementWanted, [this](bool shown) { ShowMovement(shown); });
   PressByKey(Qt::ALT | Qt::Key_Right, *controls_->CommandUp);
   PressByKey(Qt::ALT | Qt::Key_Left, *controls_->CommandDwn);
 }
@@ -247,25 +215,24 @@ void Form1::ConnectEditing() {
 void Form1::ConnectLink() {
   Handlers& h = *handlers_;
   DropDownList& combo_port = *controls_->ComboPort;
-  connect(&combo_port, &DropDownList::Click, wiring_.get(),
-          [&h, &combo_port] { h.serial_port.ComboPort_Click(combo_port.currentData().toInt()); });
-  connect(&h.serial_port, &SerialPort::Changed, wiring_.get(), [&h, &combo_port] {
+  On(&combo_port, &DropDownList::Click,
+     [&h, &combo_port] { h.serial_port.ComboPort_Click(combo_port.currentData().toInt()); });
+  On(&h.serial_port, &SerialPort::Changed, [&h, &combo_port] {
     const bool connected = h.serial_port.Connected();
     combo_port.setEnabled(!connected);
     if (!connected) combo_port.setCurrentIndex(-1);
   });
-  connect(&h.comm, &platform::MSComm::OnComm, wiring_.get(), [&h] { h.link.MSComm1_OnComm(); });
-  connect(&h.comm, &platform::MSComm::PortLost, wiring_.get(),
-          [&h] { h.control.MSComm1_PortLost(); });
-  connect(controls_->CWButtonMainOnOff, &CWButton::toggled, wiring_.get(),
-          [&h](bool on) { h.control.CWButtonMainOnOff_ValueChanged(on); });
-  connect(controls_->CWButtonRealEmu, &CWButton::toggled, wiring_.get(),
-          [&h](bool on) { h.control.CWButtonRealEmu_ValueChanged(on); });
-  connect(controls_->CWButtonEmuPC, &CWButton::toggled, wiring_.get(),
-          [&h](bool on) { h.control.CWButtonEmuPC_ValueChanged(on); });
-  connect(&h.control, &BoardControl::Changed, wiring_.get(), [this] { ShowSwitches(); });
+  On(&h.comm, &platform::MSComm::OnComm, [&h] { h.link.MSComm1_OnComm(); });
+  On(&h.comm, &platform::MSComm::PortLost, [&h] { h.control.MSComm1_PortLost(); });
+  On(controls_->CWButtonMainOnOff, &CWButton::toggled,
+     [&h](bool on) { h.control.CWButtonMainOnOff_ValueChanged(on); });
+  On(controls_->CWButtonRealEmu, &CWButton::toggled,
+     [&h](bool on) { h.control.CWButtonRealEmu_ValueChanged(on); });
+  On(controls_->CWButtonEmuPC, &CWButton::toggled,
+     [&h](bool on) { h.control.CWButtonEmuPC_ValueChanged(on); });
+  On(&h.control, &BoardControl::Changed, [this] { ShowSwitches(); });
   OnClick(controls_->CommandInBuff, [&h] { h.debug_panel.CommandInBuff_Click(); });
-  connect(controls_->Echo, &TextField::Click, wiring_.get(), [&h] { h.debug_panel.Echo_Click(); });
+  On(controls_->Echo, &TextField::Click, [&h] { h.debug_panel.Echo_Click(); });
   connect(&h.debug_panel, &DebugPanel::EchoChanged, controls_->Echo, &TextField::setText);
 }
 
@@ -284,15 +251,13 @@ void Form1::ConnectFlash() {
   OnClick(controls_->CommandFlash, [&h] { h.program.CommandFlash_Click(); });
   OnClick(controls_->CommandRead, [&h] { h.read.CommandRead_Click(); });
   OnClick(controls_->Command1, [&h] { h.link.Command1_Click(); });
-  connect(&h.link, &BoardLink::ModeChanged, wiring_.get(),
-          [this, &h] { ShowErasing(h.link.EraseMode()); });
-  connect(&h.link, &BoardLink::ModeChanged, wiring_.get(), [this] { ShowWhetherStored(); });
+  On(&h.link, &BoardLink::ModeChanged, [this, &h] { ShowErasing(h.link.EraseMode()); });
+  On(&h.link, &BoardLink::ModeChanged, [this] { ShowWhetherStored(); });
   connect(&h.link, &BoardLink::AbortOffered, controls_->Command1, &QWidget::setEnabled);
   ProgressBar* bar = controls_->ProgressBarFlash;
   connect(&h.link, &BoardLink::BarShown, bar, &QWidget::setVisible);
-  connect(&h.link, &BoardLink::BarShown, wiring_.get(), [this] { ShowWhetherStored(); });
-  connect(&h.edited, &EditedSequence::SequenceChanged, wiring_.get(),
-          [this] { ShowWhetherStored(); });
+  On(&h.link, &BoardLink::BarShown, [this] { ShowWhetherStored(); });
+  On(&h.edited, &EditedSequence::SequenceChanged, [this] { ShowWhetherStored(); });
   connect(&h.link, &BoardLink::BarScaled, bar, &ProgressBar::SetScaleMaximum);
   connect(&h.link, &BoardLink::BarMoved, bar, &ProgressBar::SetValue);
 }
@@ -300,11 +265,7 @@ void Form1::ConnectFlash() {
 // An erase has no bar: without this nothing would show that the program waits for the board.
 void Form1::ShowErasing(bool erasing) {
   controls_->LabelErase->setVisible(erasing);
-  if (erasing) {
-    setCursor(Qt::BusyCursor);
-  } else {
-    unsetCursor();
-  }
+  erasing ? setCursor(Qt::BusyCursor) : unsetCursor();
 }
 
 // The table is programmed, not the list. "Erasing..." and the bar stand at the same place and come
@@ -333,34 +294,33 @@ void Form1::DescribeBreakpoint() {
   const int line = edited.ListIndex();
   QString description;
   if (line >= 0) {
-    const bool set = edited.Row(line)[kBreakColumn] != 0;
     description = QStringLiteral("Step %1 has %2 breakpoint")
-                      .arg(QString::number(line), set ? QStringLiteral("a") : QStringLiteral("no"));
+                      .arg(line)
+                      .arg(QLatin1String(edited.Row(line)[kBreakColumn] != 0 ? "a" : "no"));
   }
   controls_->CommandBrk->setAccessibleDescription(description);
 }
 
 void Form1::ConnectPlayback() {
   Handlers& h = *handlers_;
-  connect(&surroundings_.timer, &platform::HiTimer::Timer, wiring_.get(),
-          [&h] { h.pc_emulator.HiTimer1_Timer(); });
-  connect(&h.pc_emulator, &PcEmulator::StateChanged, wiring_.get(), [this, &h] {
+  On(&surroundings_.timer, &platform::HiTimer::Timer, [&h] { h.pc_emulator.HiTimer1_Timer(); });
+  On(&h.pc_emulator, &PcEmulator::StateChanged, [this, &h] {
     const bool halted = h.pc_emulator.Halted();
     controls_->CWButtonEmuPC->SetWaiting(halted);
     controls_->ListSequence->SetHalted(halted);
     controls_->CWButtonEmuPC->setAccessibleDescription(
         halted ? QStringLiteral("Halted at step %1").arg(h.edited.ListIndex()) : QString());
   });
-  OnClick(controls_->CommandBrk, [&h] { h.breakpoints.CommandBrk_Click(); });
-  OnClick(controls_->CommandResBrk, [&h] { h.breakpoints.CommandResBrk_Click(); });
-  OnClick(controls_->CommandContinue, [&h] { h.breakpoints.CommandContinue_Click(); });
-  OnClick(controls_->CommandRepeat, [&h] { h.breakpoints.CommandRepeat_Click(); });
+  OnClick(controls_->CommandBrk, [&h] { h.step_list.CommandBrk_Click(); });
+  OnClick(controls_->CommandResBrk, [&h] { h.step_list.CommandResBrk_Click(); });
+  OnClick(controls_->CommandContinue, [&h] { h.pc_emulator.CommandContinue_Click(); });
+  OnClick(controls_->CommandRepeat, [&h] { h.pc_emulator.CommandRepeat_Click(); });
 }
 
 void Form1::ConnectMenus() {
   Handlers& h = *handlers_;
   const auto choose = [this](QAction* item, auto handler) {
-    connect(item, &QAction::triggered, wiring_.get(), handler);
+    On(item, &QAction::triggered, handler);
   };
   choose(controls_->SaveBuffer, [&h] { h.buffer_commands.SaveBuffer_Click(); });
   choose(controls_->LoadBuffer, [&h] { h.buffer_commands.LoadBuffer_Click(); });

@@ -2,7 +2,6 @@
 // the handlers of the modules below and holds no rule of the program itself.
 #pragma once
 
-#include <QAction>
 #include <QMargins>
 #include <QRect>
 #include <memory>
@@ -60,8 +59,13 @@ class Form1 : public platform::MainWindow {
  private:
   struct Handlers;
 
-  template <class Handler>
-  void OnClick(platform::PushButton* button, Handler handler);
+  // Connects a signal to the handlers until they end.
+  void On(auto* sender, auto signal, auto handler) {
+    connect(sender, signal, wiring_.get(), handler);
+  }
+  void OnClick(platform::PushButton* button, auto handler) {
+    On(button, &platform::PushButton::clicked, handler);
+  }
   void PressByKey(const QKeySequence& keys, platform::PushButton& button);
   void ConnectEditing();
   void ConnectLink();

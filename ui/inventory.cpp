@@ -4,7 +4,7 @@
 #include <type_traits>
 #include <utility>
 
-#include "edit/captions.h"
+#include "edit/edited_sequence.h"
 
 namespace pelmora {
 namespace {

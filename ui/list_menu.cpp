@@ -19,32 +19,25 @@ ListMenu::ListMenu(platform::ListBox& list, const ListMenuHandlers& handlers, QO
     : QObject(parent), list_(list), handlers_(handlers), menu_(&list) {
   menu_.setObjectName(QStringLiteral("ListMenu"));
   const ListMenuHandlers& h = handlers_;
-  undo_ = AddUndoItem(kUndo, {Qt::CTRL | Qt::Key_Z}, [&h] { h.undo.Undo_Click(); });
-  redo_ = AddUndoItem(kRedo, {Qt::CTRL | Qt::SHIFT | Qt::Key_Z, Qt::CTRL | Qt::Key_Y},
-                      [&h] { h.undo.Redo_Click(); });
+  undo_ = AddKeyItem(kUndo, {Qt::CTRL | Qt::Key_Z}, [&h] { h.step_list.Undo_Click(); });
+  redo_ = AddKeyItem(kRedo, {Qt::CTRL | Qt::SHIFT | Qt::Key_Z, Qt::CTRL | Qt::Key_Y},
+                     [&h] { h.step_list.Redo_Click(); });
+  for (QAction* item : {undo_, redo_}) item->setAutoRepeat(true);
   menu_.addSeparator();
-  cut_ = AddClipboardItem(QStringLiteral("Cu&t"), Qt::CTRL | Qt::Key_X,
-                          [&h] { h.clipboard.Cut_Click(); });
-  copy_ = AddClipboardItem(QStringLiteral("&Copy"), Qt::CTRL | Qt::Key_C,
-                           [&h] { h.clipboard.Copy_Click(); });
-  copy_sequence_ =
-      AddClipboardItem(QStringLiteral("Copy &Sequence"), Qt::CTRL | Qt::SHIFT | Qt::Key_C,
-                       [&h] { h.clipboard.CopySequence_Click(); });
-  AddClipboardItem(QStringLiteral("&Paste"), Qt::CTRL | Qt::Key_V,
-                   [&h] { h.clipboard.Paste_Click(); });
+  cut_ = AddKeyItem("Cu&t", {Qt::CTRL | Qt::Key_X}, [&h] { h.clipboard.Cut_Click(); });
+  copy_ = AddKeyItem("&Copy", {Qt::CTRL | Qt::Key_C}, [&h] { h.clipboard.Copy_Click(); });
+  copy_sequence_ = AddKeyItem("Copy &Sequence", {Qt::CTRL | Qt::SHIFT | Qt::Key_C},
+                              [&h] { h.clipboard.CopySequence_Click(); });
+  AddKeyItem("&Paste", {Qt::CTRL | Qt::Key_V}, [&h] { h.clipboard.Paste_Click(); });
   menu_.addSeparator();
   // The list takes these keys itself; here they are only shown.
-  move_up_ = AddItem(QStringLiteral("&Move Up\tCtrl+Up"), [this] { MoveBy(-1); });
-  move_down_ = AddItem(QStringLiteral("Move &Down\tCtrl+Down"), [this] { MoveBy(1); });
-  show_step_ =
-      AddItem(QStringLiteral("S&how Step\tEnter"), [&h] { h.step_list.ListSequence_DblClick(); });
+  move_up_ = AddItem("&Move Up\tCtrl+Up", [this] { MoveBy(-1); });
+  move_down_ = AddItem("Move &Down\tCtrl+Down", [this] { MoveBy(1); });
+  show_step_ = AddItem("S&how Step\tEnter", [&h] { h.step_list.ListSequence_DblClick(); });
   menu_.addSeparator();
-  movement_ =
-      AddItem(QStringLiteral("Mo&vement"), [this] { emit MovementWanted(movement_->isChecked()); });
+  movement_ = AddKeyItem("Mo&vement", {Qt::CTRL | Qt::Key_M},
+                         [this] { emit MovementWanted(movement_->isChecked()); });
   movement_->setCheckable(true);
-  movement_->setShortcut(Qt::CTRL | Qt::Key_M);
-  movement_->setAutoRepeat(false);
-  list_.window()->addAction(movement_);
 
   connect(&list_, &platform::ListBox::ContextMenuWanted, &menu_,
           [this](QPoint place) { menu_.popup(place); });
@@ -63,26 +56,18 @@ QAction* ListMenu::AddItem(const QString& text, Action action) {
   return item;
 }
 
-QAction* ListMenu::AddUndoItem(const QString& text, const QList<QKeySequence>& keys,
-                               Action action) {
+QAction* ListMenu::AddKeyItem(const QString& text, const QList<QKeySequence>& keys, Action action) {
   QAction* item = AddItem(text, std::move(action));
   item->setShortcuts(keys);
-  list_.window()->addAction(item);
-  return item;
-}
-
-QAction* ListMenu::AddClipboardItem(const QString& text, const QKeySequence& keys, Action action) {
-  QAction* item = AddItem(text, std::move(action));
-  item->setShortcut(keys);
   item->setAutoRepeat(false);
   list_.window()->addAction(item);
   return item;
 }
 
 void ListMenu::Prepare() {
-  const UndoCommands& undo = handlers_.undo;
-  Name(*undo_, undo.CanUndo(), kUndo, undo.UndoName());
-  Name(*redo_, undo.CanRedo(), kRedo, undo.RedoName());
+  const History& changes = handlers_.edited.Changes();
+  Name(*undo_, handlers_.step_list.CanUndo(), kUndo, changes.UndoName());
+  Name(*redo_, handlers_.step_list.CanRedo(), kRedo, changes.RedoName());
   const int line = handlers_.edited.ListIndex();
   const int lines = handlers_.edited.ListCount();
   for (QAction* item : {cut_, copy_, show_step_}) item->setEnabled(line >= 0);

@@ -12,14 +12,12 @@
 #include "edit/edited_sequence.h"
 #include "edit/step_clipboard.h"
 #include "edit/step_list.h"
-#include "edit/undo_commands.h"
 #include "platform/controls/list_box.h"
 
 namespace pelmora {
 
 struct ListMenuHandlers {
   const EditedSequence& edited;
-  UndoCommands& undo;
   StepClipboard& clipboard;
   StepList& step_list;
 };
@@ -45,8 +43,8 @@ class ListMenu : public QObject {
   using Action = std::function<void()>;
 
   QAction* AddItem(const QString& text, Action action);
-  QAction* AddUndoItem(const QString& text, const QList<QKeySequence>& keys, Action action);
-  QAction* AddClipboardItem(const QString& text, const QKeySequence& keys, Action action);
+  // Its keys work in the whole window; held down they don't repeat.
+  QAction* AddKeyItem(const QString& text, const QList<QKeySequence>& keys, Action action);
   void Prepare();
   void MoveBy(int distance);
 

@@ -1,11 +1,12 @@
 #include "ui/set_up_controls.h"
 
 #include <QRect>
+#include <QStringList>
 #include <algorithm>
 #include <span>
 #include <vector>
 
-#include "core/declaration.h"
+#include "core/step_line.h"
 #include "link/serial_port.h"
 #include "platform/look/colours.h"
 #include "ui/look.h"
@@ -36,6 +37,23 @@ int TextTop(const QWidget& control) {
 void PlaceText(QLabel& label, int top, int indent = 0) {
   label.setAlignment(Qt::AlignLeft | Qt::AlignTop);
   label.setContentsMargins(indent, std::max(0, top - label.y()), 0, 0);
+}
+
+// What assistive technology is told of a step in the list: "Step 3: Ch0 10 °, Ch1 0 °, ..., Ch11 0
+// °, 1000 ms", and then "breakpoint" if the line has its mark, and "halted" if playback is halted
+// there.
+QString SpokenStep(int line, const QString& text, bool halted) {
+  const std::string written = text.toStdString();
+  const QString step = QString::fromStdString(WithoutBreakMarks(written));
+  QStringList parts;
+  for (const QString& field : step.split('\t', Qt::SkipEmptyParts)) {
+    const auto channel = parts.size();
+    parts += channel < kChannels ? QStringLiteral("Ch%1 %2").arg(channel).arg(field)
+                                 : field.simplified();
+  }
+  if (HasBreakMark(written)) parts += QStringLiteral("breakpoint");
+  if (halted) parts += QStringLiteral("halted");
+  return QStringLiteral("Step %1: %2").arg(line).arg(parts.join(", "));
 }
 
 }  // namespace
@@ -97,6 +115,7 @@ void SetUpControls(const Controls& controls, const platform::PortDirectory& port
   columns.push_back(mark);
   columns.push_back(mark);
   controls.ListSequence->SetColumns(std::move(columns));
+  controls.ListSequence->Spoken = SpokenStep;
 }
 
 }  // namespace pelmora

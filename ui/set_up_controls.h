@@ -1,4 +1,4 @@
-// What the inventory does not say of the controls: colours, scales, columns, entries.
+// What the inventory does not say of the controls: colours, scales, columns, entries, spoken steps.
 #pragma once
 
 #include "platform/serial/port_directory.h"

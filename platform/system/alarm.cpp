@@ -7,8 +7,7 @@
 
 namespace platform {
 
-Alarm::Alarm(QObject* parent)
-    : QObject(parent), descriptor_(timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC)) {
+Alarm::Alarm() : descriptor_(timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC)) {
   if (descriptor_ < 0) qFatal("no timer: %s", qPrintable(qt_error_string()));
   auto* notifier = new QSocketNotifier(descriptor_, QSocketNotifier::Read, this);
   connect(notifier, &QSocketNotifier::activated, this, [this] {

@@ -12,7 +12,7 @@ class Alarm : public QObject {
  public:
   using Clock = std::chrono::steady_clock;
 
-  explicit Alarm(QObject* parent = nullptr);
+  Alarm();
   ~Alarm() override;
 
   // Rings at `time`, or as soon as events are processed when that is past. A time set before is

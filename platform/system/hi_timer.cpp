@@ -4,10 +4,6 @@
 
 namespace platform {
 
-SystemHiTimer::SystemHiTimer(QObject* parent) : HiTimer(parent) {
-  connect(&alarm_, &Alarm::Rang, this, &SystemHiTimer::Wake);
-}
-
 void SystemHiTimer::SetInterval(int milliseconds) {
   interval_ = std::chrono::milliseconds(std::max(1, milliseconds));
 }

@@ -12,8 +12,6 @@ namespace platform {
 class HiTimer : public QObject {
   Q_OBJECT
  public:
-  using QObject::QObject;
-
   // Milliseconds; below 1 counts as 1. Set inside a tick it governs the wait until the next one;
   // set while enabled outside a tick it governs the wait after the running one.
   virtual void SetInterval(int milliseconds) = 0;
@@ -34,9 +32,8 @@ class HiTimer : public QObject {
 // made up for. A tick that waits (in a message box, say) is not entered again meanwhile, unless it
 // enables the timer anew.
 class SystemHiTimer : public HiTimer {
-  Q_OBJECT
  public:
-  explicit SystemHiTimer(QObject* parent = nullptr);
+  SystemHiTimer() { connect(&alarm_, &Alarm::Rang, this, &SystemHiTimer::Wake); }
 
   void SetInterval(int milliseconds) override;
   void SetEnabled(bool enabled) override;

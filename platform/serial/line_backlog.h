@@ -3,6 +3,7 @@
 // (adapters and pseudo terminals do).
 #pragma once
 
+#include <algorithm>
 #include <chrono>
 
 namespace platform {
@@ -11,16 +12,22 @@ class LineBacklog {
  public:
   using Clock = std::chrono::steady_clock;
 
-  // The line carries a byte in `byte_time` from now on, and nothing is on its way.
-  void Start(Clock::duration byte_time);
+  // Nothing is on its way yet; the line carries a byte in `byte_time`.
+  explicit LineBacklog(Clock::duration byte_time = {}) : byte_time_(byte_time) {}
+  Clock::duration ByteTime() const { return byte_time_; }
 
-  void Write(int bytes, Clock::time_point now);
+  void Write(int bytes, Clock::time_point now) {
+    free_ = std::max(free_, now) + bytes * byte_time_;
+  }
 
   // Bytes that have not left yet, the one being sent included.
-  int Bytes(Clock::time_point now) const;
+  int Bytes(Clock::time_point now) const {
+    if (free_ <= now) return 0;
+    return static_cast<int>((free_ - now + byte_time_ - Clock::duration(1)) / byte_time_);
+  }
 
  private:
-  Clock::duration byte_time_{};
+  Clock::duration byte_time_;
   Clock::time_point free_{};  // when the line has carried the last byte
 };
 

@@ -3,7 +3,6 @@
 #include <QFileInfo>
 #include <QPointer>
 #include <QSerialPort>
-#include <QStringList>
 #include <algorithm>
 #include <optional>
 
@@ -18,12 +17,7 @@ MSComm::~MSComm() {
   Close();
 }
 
-bool MSComm::PortOpen() const {
-  return port_ != nullptr;
-}
-
 bool MSComm::Open() {
-  if (PortOpen()) return true;
   lost_.reset();
   error_.clear();
   device_ = ports_.DeviceFor(comm_port_);
@@ -51,8 +45,7 @@ bool MSComm::Open() {
   received_.clear();
   overrun_ = false;
   ++session_;
-  byte_time_ = *byte_time;
-  backlog_.Start(byte_time_);
+  backlog_ = LineBacklog(*byte_time);
   port_ = std::move(port);
   connect(port_.get(), &QSerialPort::readyRead, this, &MSComm::Receive);
   connect(port_.get(), &QSerialPort::errorOccurred, this, &MSComm::Fail);
@@ -73,7 +66,7 @@ int MSComm::OutBufferCount() const {
 
 std::chrono::milliseconds MSComm::TimeUntilLeft(int bytes) const {
   return std::chrono::ceil<std::chrono::milliseconds>(std::max(0, OutBufferCount() - bytes) *
-                                                      byte_time_);
+                                                      backlog_.ByteTime());
 }
 
 void MSComm::SetRThreshold(int bytes) {
@@ -109,7 +102,6 @@ void MSComm::Output(std::span<const std::uint8_t> bytes) {
 }
 
 void MSComm::Receive() {
-  if (!port_) return;
   const QByteArray bytes = port_->readAll();
   const qsizetype free = std::max<qsizetype>(0, in_buffer_size_ - received_.size());
   received_.append(bytes.first(std::min(free, bytes.size())));
@@ -147,10 +139,8 @@ void MSComm::Deliver() {
 // A line that is gone reports errors without end, and the port cannot be closed inside its own
 // signal: it is put aside here and closed from the event queue.
 void MSComm::Fail() {
-  if (!port_ || port_->error() == QSerialPort::NoError ||
-      port_->error() == QSerialPort::TimeoutError) {
-    return;
-  }
+  const auto error = port_->error();
+  if (error == QSerialPort::NoError || error == QSerialPort::TimeoutError) return;
   port_->disconnect(this);
   lost_ = std::move(port_);
   const auto drop = [this] {

@@ -33,13 +33,13 @@ class MSComm : public QObject {
   // opened. Flow control is always off.
   void SetSettings(const QString& settings) { settings_ = settings; }
 
-  bool PortOpen() const;
+  bool PortOpen() const { return port_ != nullptr; }
 
   // The port has failed and is closed, but its `PortLost` is still to come.
   bool LossPending() const { return lost_ != nullptr; }
 
-  // Opens port `CommPort` and discards what was waiting in it. False when that fails; `LastError`
-  // then has the reason and `LastDevice` the device ("" when the entry stands for none).
+  // Opens port `CommPort`, while none is open, and discards what was waiting in it. False when that
+  // fails; `LastError` then has the reason and `LastDevice` the device ("" when there is none).
   [[nodiscard]] bool Open();
   // Waits until what was written has left, then closes; gives up when no byte has left for a
   // second. No `PortLost`.
@@ -106,7 +106,6 @@ class MSComm : public QObject {
   std::unique_ptr<QSerialPort> port_;  // null unless open
   std::unique_ptr<QSerialPort> lost_;  // failed, waiting to be closed
   LineBacklog backlog_;
-  LineBacklog::Clock::duration byte_time_{};
   QByteArray received_;
   QString settings_;
   QString device_;

@@ -3,6 +3,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <utility>
 
 namespace platform {
 
@@ -23,7 +24,8 @@ class MachinePorts : public PortDirectory {
  public:
   // The folder in which the system lists its terminals, and the one with their devices.
   explicit MachinePorts(QString terminals = QStringLiteral("/sys/class/tty"),
-                        QString devices = QStringLiteral("/dev"));
+                        QString devices = QStringLiteral("/dev"))
+      : terminals_(std::move(terminals)), devices_(std::move(devices)) {}
 
   QString DeviceFor(int number) const override;
 

@@ -4,6 +4,7 @@
 #include <poll.h>
 #include <sys/ioctl.h>
 
+#include <QRegularExpression>
 #include <QSerialPort>
 #include <QStringList>
 #include <QThread>
@@ -28,16 +29,13 @@ int UnsentBytes(const QSerialPort& port) {
 
 std::optional<LineBacklog::Clock::duration> ApplyLineSettings(QSerialPort& port,
                                                               const QString& settings) {
-  const QStringList fields = settings.split(',');
-  if (fields.size() != 4) return std::nullopt;
-  const int baud = fields[0].trimmed().toInt();
-  const QString parity = fields[1].trimmed().toUpper();
-  const int data_bits = fields[2].trimmed().toInt();
-  const int stop_bits = fields[3].trimmed().toInt();
-  if (baud <= 0 || data_bits < 5 || data_bits > 8 || (stop_bits != 1 && stop_bits != 2)) {
-    return std::nullopt;
-  }
-  if (parity != "N" && parity != "E" && parity != "O") return std::nullopt;
+  static const QRegularExpression form("^([1-9][0-9]{0,7}),([NEO]),([5-8]),([12])$");
+  const QStringList fields = form.match(settings).capturedTexts();
+  if (fields.isEmpty()) return std::nullopt;
+  const int baud = fields[1].toInt();
+  const QString& parity = fields[2];
+  const int data_bits = fields[3].toInt();
+  const int stop_bits = fields[4].toInt();
   port.setBaudRate(baud);
   port.setParity(parity == "N"   ? QSerialPort::NoParity
                  : parity == "E" ? QSerialPort::EvenParity

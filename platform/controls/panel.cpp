@@ -2,10 +2,12 @@
 
 #include <QPainter>
 
+#include "platform/look/control_look.h"
+
 namespace platform {
 namespace {
 
-constexpr double kRadius = 6;
+constexpr double kRadius = 6.5;
 constexpr int kCaptionLeft = 12;
 constexpr int kCaptionGap = 5;  // between the caption and the frame that it interrupts
 
@@ -13,14 +15,11 @@ constexpr int kCaptionGap = 5;  // between the caption and the frame that it int
 
 void Panel::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
   const QFontMetrics metrics = fontMetrics();
   const int half_caption = metrics.height() / 2;
-  const double frame_top = title().isEmpty() ? 0.5 : half_caption + 0.5;
-  const QRectF frame(0.5, frame_top, width() - 1.0, height() - frame_top - 0.5);
-  painter.setPen(palette().color(QPalette::Midlight));
-  painter.setBrush(palette().color(QPalette::Light));
-  painter.drawRoundedRect(frame, kRadius, kRadius);
+  const QRect card = rect().adjusted(0, title().isEmpty() ? 0 : half_caption, 0, 0);
+  DrawBox(painter, card, palette().color(QPalette::Light), palette().color(QPalette::Midlight),
+          false, kRadius);
   if (title().isEmpty()) return;
   const int text_width = metrics.horizontalAdvance(title());
   const QRect text(kCaptionLeft, 0, text_width, metrics.height());

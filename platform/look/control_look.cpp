@@ -57,24 +57,24 @@ ControlColours FieldColoursOf(const ControlState& state, bool read_only, const Q
 
   ControlColours colours;
   colours.text = state.enabled ? text : palette.color(QPalette::Disabled, QPalette::Text);
-  colours.face = read_only || !state.enabled ? window : base;
-  colours.edge = read_only || !state.enabled ? palette.color(QPalette::Active, QPalette::Midlight)
-                                             : Blend(base, text, kEdgeShare);
-  if (state.enabled && state.hovered && !read_only) colours.edge = accent;
-  if (state.focused) colours.edge = accent;
+  const bool takes_typing = state.enabled && !read_only;
+  colours.face = takes_typing ? base : window;
+  colours.edge = takes_typing ? Blend(base, text, kEdgeShare)
+                              : palette.color(QPalette::Active, QPalette::Midlight);
+  if (state.focused || (takes_typing && state.hovered)) colours.edge = accent;
   return colours;
 }
 
 void DrawBox(QPainter& painter, const QRect& rect, const QColor& ground, const QColor& edge,
-             bool focused) {
+             bool focused, double radius) {
   const double width = focused ? 2 : 1;
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(QPen(edge, width));
   painter.setBrush(ground);
   const double half = width / 2;
-  painter.drawRoundedRect(QRectF(rect).adjusted(half, half, -half, -half), kCornerRadius - half,
-                          kCornerRadius - half);
+  painter.drawRoundedRect(QRectF(rect).adjusted(half, half, -half, -half), radius - half,
+                          radius - half);
   painter.restore();
 }
 

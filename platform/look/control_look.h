@@ -15,7 +15,7 @@
 
 namespace platform {
 
-inline constexpr double kCornerRadius = 4;
+inline constexpr double kCornerRadius = 4;  // of all controls
 
 struct ControlState {
   bool enabled = true;
@@ -47,9 +47,9 @@ ControlColours ButtonColoursOf(const ControlState& state, const QPalette& palett
 // Of fields: those that take no typing have another ground and hardly an edge.
 ControlColours FieldColoursOf(const ControlState& state, bool read_only, const QPalette& palette);
 
-// A box with the corners that all controls have. The edge is drawn inside `rect`.
+// A box with round corners. The edge is drawn inside `rect`.
 void DrawBox(QPainter& painter, const QRect& rect, const QColor& ground, const QColor& edge,
-             bool focused);
+             bool focused, double radius = kCornerRadius);
 
 // A lamp in the circle inside `place`.
 void DrawLamp(QPainter& painter, const QRectF& place, const ControlColours& colours, bool lit);

@@ -8,7 +8,6 @@
 #include <QPixmap>
 #include <QPushButton>
 #include <QStyleOption>
-#include <algorithm>
 
 #include "platform/look/control_look.h"
 
@@ -46,9 +45,8 @@ void DrawField(QPainter& painter, const QStyleOption& option) {
 }
 
 void DrawListFrame(QPainter& painter, const QStyleOption& option) {
-  ControlState state = StateOf(option);
-  state.enabled = true;  // a disabled list is still read
-  state.hovered = false;
+  // A disabled list is still read.
+  const ControlState state = {.focused = option.state.testFlag(QStyle::State_HasFocus)};
   const ControlColours colours = FieldColoursOf(state, false, option.palette);
   DrawBox(painter, option.rect, colours.face, colours.edge, false);
 }
@@ -57,8 +55,7 @@ void DrawBar(QPainter& painter, const QStyleOptionProgressBar& bar) {
   const QPalette& palette = bar.palette;
   const QColor edge = FieldColoursOf({}, false, palette).edge;
   DrawBox(painter, bar.rect, palette.color(QPalette::Base), edge, false);
-  const int range = std::max(1, bar.maximum - bar.minimum);
-  const double done = static_cast<double>(bar.progress - bar.minimum) / range;
+  const double done = static_cast<double>(bar.progress) / bar.maximum;  // from 0
   const QRectF inside = QRectF(bar.rect).adjusted(1, 1, -1, -1);
   const QRectF full(inside.topLeft(), QSizeF(inside.width() * done, inside.height()));
 
@@ -130,8 +127,6 @@ QIcon InformationIcon(const QPalette& palette) {
 
 }  // namespace
 
-ControlStyle::ControlStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
-
 // The toolkit doesn't paint a field anew when the pointer leaves it.
 void ControlStyle::polish(QWidget* widget) {
   QProxyStyle::polish(widget);
@@ -140,30 +135,19 @@ void ControlStyle::polish(QWidget* widget) {
 
 void ControlStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option,
                                  QPainter* painter, const QWidget* widget) const {
-  switch (element) {
-    case PE_PanelButtonCommand:
-      DrawButton(*painter, *option);
-      return;
-    case PE_PanelLineEdit:
-      // Without a frame it lies on another control, which has drawn the ground.
-      if (qstyleoption_cast<const QStyleOptionFrame*>(option)->lineWidth > 0) {
-        DrawField(*painter, *option);
-      }
-      return;
-    case PE_Frame:
-      if (qobject_cast<const QAbstractItemView*>(widget)) {
-        DrawListFrame(*painter, *option);
-        return;
-      }
-      break;
-    case PE_FrameFocusRect:
-      // Focus is shown by the edge.
-      if (qobject_cast<const QPushButton*>(widget)) return;
-      break;
-    default:
-      break;
+  if (element == PE_PanelButtonCommand) {
+    DrawButton(*painter, *option);
+  } else if (element == PE_PanelLineEdit) {
+    // Without a frame it lies on another control, which has drawn the ground.
+    const auto& field = *qstyleoption_cast<const QStyleOptionFrame*>(option);
+    if (field.lineWidth > 0) DrawField(*painter, field);
+  } else if (element == PE_Frame && qobject_cast<const QAbstractItemView*>(widget)) {
+    DrawListFrame(*painter, *option);
+  } else if (element == PE_FrameFocusRect && qobject_cast<const QPushButton*>(widget)) {
+    // The edge shows the focus.
+  } else {
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
   }
-  QProxyStyle::drawPrimitive(element, option, painter, widget);
 }
 
 void ControlStyle::drawControl(ControlElement element, const QStyleOption* option,

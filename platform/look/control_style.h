@@ -7,9 +7,8 @@
 namespace platform {
 
 class ControlStyle : public QProxyStyle {
-  Q_OBJECT
  public:
-  ControlStyle();
+  ControlStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
 
   using QProxyStyle::polish;
   void polish(QWidget* widget) override;

@@ -10,13 +10,6 @@
 namespace platform {
 namespace {
 
-constexpr int kRowPadding = 4;  // pixels above and below a line together
-
-void DrawFocus(QPainter& painter, const QRect& row, const LineColours& colours) {
-  painter.setPen(QPen(Blend(colours.text, colours.ground, 0.3), 1, Qt::DotLine));
-  painter.drawRect(row.adjusted(1, 1, -2, -2));
-}
-
 // The fields of a line as they are drawn.
 QStringList FieldsOf(const QModelIndex& line) {
   QStringList fields = line.data(Qt::DisplayRole).toString().split('\t');
@@ -24,34 +17,18 @@ QStringList FieldsOf(const QModelIndex& line) {
   return fields;
 }
 
-// How much of the text stands before the decimal separator: its sign and first digits.
-qsizetype LengthBeforePoint(const QString& number) {
-  qsizetype length = 0;
-  while (length < number.size() && (number[length] == '-' || number[length].isDigit())) ++length;
-  return length;
-}
-
-// The column's decimal separator stands at the same place in all lines.
-void DrawNumber(QPainter& painter, const QRect& cell, const ListColumn& column,
-                const QString& number) {
-  const QFontMetrics metrics = painter.fontMetrics();
+// Where a number begins in its cell: the column's decimal separator stands at the same place in all
+// lines.
+int NumberLeft(const QFontMetrics& metrics, const QRect& cell, const QString& widest,
+               const QString& number) {
+  // What stands before the separator is the sign and the first digits.
   const auto width_before_point = [&metrics](const QString& text) {
-    return metrics.horizontalAdvance(text.left(LengthBeforePoint(text)));
+    const auto end = std::ranges::find_if(text, [](QChar c) { return c != '-' && !c.isDigit(); });
+    return metrics.horizontalAdvance(text.left(end - text.begin()));
   };
-  const QString& widest = column.widest_number;
-  const int point = cell.left() + (column.width - metrics.horizontalAdvance(widest)) / 2 +
+  const int point = cell.left() + (cell.width() - metrics.horizontalAdvance(widest)) / 2 +
                     width_before_point(widest);
-  const int left = std::max(cell.left(), point - width_before_point(number));
-  const int room = cell.left() + column.width - left;
-  painter.drawText(QRect(left, cell.top(), room, cell.height()),
-                   Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
-                   metrics.elidedText(number, Qt::ElideRight, room));
-}
-
-void DrawField(QPainter& painter, const QRect& cell, const ListColumn& column,
-               const QString& field) {
-  painter.drawText(cell, static_cast<int>(column.alignment) | Qt::AlignVCenter | Qt::TextSingleLine,
-                   painter.fontMetrics().elidedText(field, Qt::ElideRight, column.width));
+  return std::max(cell.left(), point - width_before_point(number));
 }
 
 }  // namespace
@@ -65,7 +42,10 @@ void ColumnDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option
                            .enabled = option.state.testFlag(QStyle::State_Enabled)};
   const LineColours colours = ColoursOf(state, option.palette);
   painter->fillRect(option.rect, colours.ground);
-  if (option.state & QStyle::State_HasFocus) DrawFocus(*painter, option.rect, colours);
+  if (option.state & QStyle::State_HasFocus) {
+    painter->setPen(QPen(Blend(colours.text, colours.ground, 0.3), 1, Qt::DotLine));
+    painter->drawRect(option.rect.adjusted(1, 1, -2, -2));
+  }
 
   painter->setFont(option.font);
   painter->setPen(colours.number);
@@ -78,27 +58,20 @@ void ColumnDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option
   for (std::size_t i = 0; i < drawn; ++i) {
     const ListColumn& column = columns_[i];
     const QString& field = fields[static_cast<qsizetype>(i)];
-    const QRect cell(option.rect.left() + column.left, option.rect.top(), column.width,
-                     option.rect.height());
+    QRect cell(option.rect.left() + column.left, option.rect.top(), column.width,
+               option.rect.height());
     QFont font = option.font;
     font.setBold(column.strong);
     painter->setFont(font);
-    painter->setPen(column.strong ? colours.strong : colours.text);
-    if (column.widest_number.isEmpty()) {
-      DrawField(*painter, cell, column, field);
-      continue;
-    }
-    if (above.value(static_cast<qsizetype>(i)) == field) painter->setPen(colours.repeated);
-    DrawNumber(*painter, cell, column, field);
+    const QFontMetrics metrics = painter->fontMetrics();
+    const bool number = !column.widest_number.isEmpty();
+    const bool repeated = number && above.value(static_cast<qsizetype>(i)) == field;
+    if (number) cell.setLeft(NumberLeft(metrics, cell, column.widest_number, field));
+    painter->setPen(column.strong ? colours.strong : repeated ? colours.repeated : colours.text);
+    const Qt::Alignment side = number ? Qt::AlignLeft : column.alignment;
+    painter->drawText(cell, static_cast<int>(side) | Qt::AlignVCenter | Qt::TextSingleLine,
+                      metrics.elidedText(field, Qt::ElideRight, cell.width()));
   }
-}
-
-QSize ColumnDelegate::sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const {
-  return {0, row_height_};
-}
-
-int ColumnDelegate::LeastHeight(const QFontMetrics& font) {
-  return font.height() + kRowPadding;
 }
 
 }  // namespace platform

@@ -37,14 +37,16 @@ class ColumnDelegate : public QStyledItemDelegate {
   bool SetHalted(bool halted) { return std::exchange(halted_, halted) != halted; }
   bool Halted() const { return halted_; }
 
-  // The height that a line needs at least, in pixels.
-  static int LeastHeight(const QFontMetrics& font);
+  // The height that a line needs at least, in pixels: 2 above and below its text.
+  static int LeastHeight(const QFontMetrics& font) { return font.height() + 4; }
   // The height of every line, in pixels.
   void SetRowHeight(int height) { row_height_ = height; }
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option,
              const QModelIndex& index) const override;
-  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+  QSize sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const override {
+    return {0, row_height_};
+  }
 
  private:
   std::vector<ListColumn> columns_;

@@ -1,7 +1,5 @@
 #include "platform/look/slide_style.h"
 
-#include <QPainter>
-#include <QStyleOptionSlider>
 #include <algorithm>
 #include <cstdlib>
 
@@ -59,31 +57,6 @@ void DrawTicks(QPainter& painter, const QStyleOptionSlider& option, const SlideC
   }
 }
 
-void DrawFader(QPainter& painter, const QStyleOptionSlider& option) {
-  const ControlState state = FaderState(option);
-  const SlideColours colours = SlideColoursOf(state, option.palette);
-  DrawTicks(painter, option, colours);
-
-  const QRect track = FaderTrack(option);
-  const QRect groove(option.rect.center().x() - kGrooveWidth / 2, track.top() + 2, kGrooveWidth,
-                     track.height() - 4);
-  painter.save();
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(colours.groove_edge);
-  painter.setBrush(colours.groove);
-  painter.drawRoundedRect(QRectF(groove).adjusted(0.5, 0.5, -0.5, -0.5), kGrooveWidth / 2.0,
-                          kGrooveWidth / 2.0);
-  painter.restore();
-
-  const int centre = FaderY(option, (option.maximum + 1) / 2);
-  const QRect handle = FaderHandle(option, option.sliderPosition);
-  const int middle = handle.center().y();
-  painter.fillRect(groove.left(), std::min(centre, middle), kGrooveWidth,
-                   std::abs(centre - middle) + 1, colours.accent);
-  DrawBox(painter, handle, colours.handle, colours.handle_edge, state.focused);
-  painter.fillRect(handle.left() + 5, middle, handle.width() - 10, 1, colours.accent);
-}
-
 }  // namespace
 
 SlideColours SlideColoursOf(const ControlState& state, const QPalette& palette) {
@@ -121,7 +94,23 @@ void DrawSlideMark(QPainter& painter, const QStyleOptionSlider& option, int valu
 
 void SlideStyle::drawComplexControl(ComplexControl, const QStyleOptionComplex* option,
                                     QPainter* painter, const QWidget*) const {
-  DrawFader(*painter, *qstyleoption_cast<const QStyleOptionSlider*>(option));
+  const auto& slider = *qstyleoption_cast<const QStyleOptionSlider*>(option);
+  const ControlState state = FaderState(slider);
+  const SlideColours colours = SlideColoursOf(state, slider.palette);
+  DrawTicks(*painter, slider, colours);
+
+  const QRect track = FaderTrack(slider);
+  const QRect groove(slider.rect.center().x() - kGrooveWidth / 2, track.top() + 2, kGrooveWidth,
+                     track.height() - 4);
+  DrawBox(*painter, groove, colours.groove, colours.groove_edge, false, (kGrooveWidth + 1) / 2.0);
+
+  const int centre = FaderY(slider, (slider.maximum + 1) / 2);
+  const QRect handle = FaderHandle(slider, slider.sliderPosition);
+  const int middle = handle.center().y();
+  painter->fillRect(groove.left(), std::min(centre, middle), kGrooveWidth,
+                    std::abs(centre - middle) + 1, colours.accent);
+  DrawBox(*painter, handle, colours.handle, colours.handle_edge, state.focused);
+  painter->fillRect(handle.left() + 5, middle, handle.width() - 10, 1, colours.accent);
 }
 
 QRect SlideStyle::subControlRect(ComplexControl, const QStyleOptionComplex* option,

@@ -1,10 +1,7 @@
 // The look of faders and the places of their parts: what is drawn is also what the mouse hits.
 #pragma once
 
-#include <QColor>
 #include <QCommonStyle>
-#include <QPainter>
-#include <QPalette>
 #include <QStyleOptionSlider>
 
 #include "platform/look/control_look.h"
@@ -40,7 +37,6 @@ void DrawSlideMark(QPainter& painter, const QStyleOptionSlider& option, int valu
 // A style of its own for each fader, and no part of `ControlStyle`: other sliders, such as scroll
 // bars in dialogs, keep the toolkit's parts.
 class SlideStyle : public QCommonStyle {
-  Q_OBJECT
  public:
   void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
                           QPainter* painter, const QWidget* widget) const override;

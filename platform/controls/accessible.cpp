@@ -67,11 +67,7 @@ class AccessibleDropDownList : public QAccessibleWidget {
   QStringList actionNames() const override { return {showMenuAction(), pressAction()}; }
   void doAction(const QString& action) override {
     if (!list_.isEnabled() || !actionNames().contains(action)) return;
-    if (list_.view()->isVisible()) {
-      list_.hidePopup();
-    } else {
-      list_.showPopup();
-    }
+    list_.view()->isVisible() ? list_.hidePopup() : list_.showPopup();
   }
 
  private:

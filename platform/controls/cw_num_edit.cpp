@@ -27,8 +27,12 @@ CWNumEdit::CWNumEdit(QWidget* parent) : QSpinBox(parent) {
   // The value changes when an entry is complete, not with each of its digits.
   setKeyboardTracking(false);
   connect(this, &QSpinBox::editingFinished, this, [this] { lineEdit()->setModified(false); });
-  connect(lineEdit(), &QLineEdit::cursorPositionChanged, this,
-          [this](int, int position) { KeepCaretBeforeUnit(position); });
+  // Behind the unit no digit can be typed.
+  connect(lineEdit(), &QLineEdit::cursorPositionChanged, this, [this](int, int position) {
+    const auto last = static_cast<int>(text().size() - suffix().size());
+    const bool behind = position > last && text().endsWith(suffix());
+    if (behind && !lineEdit()->hasSelectedText()) lineEdit()->setCursorPosition(last);
+  });
 }
 
 int CWNumEdit::Value() {
@@ -64,23 +68,16 @@ bool CWNumEdit::event(QEvent* event) {
 }
 
 void CWNumEdit::keyPressEvent(QKeyEvent* event) {
+  const QString typed = event->text();
+  const bool blank = typed.size() == 1 && typed.at(0).isSpace() && typed.at(0).isPrint();
   if (event->key() == Qt::Key_PageUp || event->key() == Qt::Key_PageDown) {
     Step(event->key() == Qt::Key_PageUp ? fast_increment_ : -fast_increment_);
-    event->accept();
-    return;
-  }
-  const QString key = event->text();
-  if (key.size() == 1 && key.at(0).isSpace() && key.at(0).isPrint()) {
-    event->accept();
-    return;
-  }
-  if (event->key() == Qt::Key_Escape && lineEdit()->isModified()) {
+  } else if (event->key() == Qt::Key_Escape && lineEdit()->isModified()) {
     setValue(value());
     selectAll();
-    event->accept();
-    return;
+  } else if (!blank) {
+    QSpinBox::keyPressEvent(event);
   }
-  QSpinBox::keyPressEvent(event);
 }
 
 void CWNumEdit::wheelEvent(QWheelEvent* event) {
@@ -88,14 +85,6 @@ void CWNumEdit::wheelEvent(QWheelEvent* event) {
     QSpinBox::wheelEvent(event);
   } else {
     event->ignore();
-  }
-}
-
-// Behind the unit no digit can be typed.
-void CWNumEdit::KeepCaretBeforeUnit(int position) {
-  const auto last = static_cast<int>(lineEdit()->text().size() - suffix().size());
-  if (position > last && lineEdit()->text().endsWith(suffix()) && !lineEdit()->hasSelectedText()) {
-    lineEdit()->setCursorPosition(last);
   }
 }
 

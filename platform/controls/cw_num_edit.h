@@ -43,7 +43,6 @@ class CWNumEdit : public QSpinBox {
  private:
   QString Typed(const QString& text) const;
   void Step(int difference);
-  void KeepCaretBeforeUnit(int position);
 
   OutOfRange out_of_range_ = OutOfRange::kClamp;
   int fast_increment_ = 10;

@@ -13,7 +13,6 @@ namespace platform {
 namespace {
 
 constexpr int kFollowMilliseconds = 5;
-constexpr int kNotch = 120;  // what the toolkit counts for a notch of the wheel
 
 QMouseEvent Shifted(const QMouseEvent& event, const QPoint& shift) {
   return {event.type(),   event.position() + shift, event.globalPosition() + shift,
@@ -140,8 +139,8 @@ void CWSlide::wheelEvent(QWheelEvent* event) {
     return;
   }
   wheel_angle_ += event->angleDelta().y();
-  const int notches = wheel_angle_ / kNotch;
-  wheel_angle_ %= kNotch;
+  const int notches = wheel_angle_ / QWheelEvent::DefaultDeltasPerStep;
+  wheel_angle_ %= QWheelEvent::DefaultDeltasPerStep;
   setValue(value() + notches);
   event->accept();
 }

@@ -2,7 +2,7 @@
 
 #include <QKeyEvent>
 #include <QPainter>
-#include <QWheelEvent>
+#include <algorithm>
 
 #include "platform/look/colours.h"
 #include "platform/look/control_look.h"
@@ -44,9 +44,7 @@ void DropDownList::paintEvent(QPaintEvent* event) {
     QComboBox::paintEvent(event);
     return;
   }
-  ControlState state;
-  state.on = true;
-  const ControlColours colours = ButtonColoursOf(state, palette());
+  const ControlColours colours = ButtonColoursOf({.on = true}, palette());
   QPainter painter(this);
   DrawBox(painter, rect(), colours.face, colours.edge, false);
   DrawLamp(painter, QRectF(kLampLeft, (height() - kEntryLamp) / 2.0, kEntryLamp, kEntryLamp),
@@ -66,21 +64,15 @@ bool DropDownList::event(QEvent* event) {
 void DropDownList::keyPressEvent(QKeyEvent* event) {
   // On a closed list the toolkit would choose every entry on the way to the one that is meant, so
   // these keys open it.
+  constexpr int kMoving[] = {Qt::Key_Up,       Qt::Key_Down, Qt::Key_PageUp,
+                             Qt::Key_PageDown, Qt::Key_Home, Qt::Key_End};
   const bool plain = (event->modifiers() & ~(Qt::KeypadModifier | Qt::ShiftModifier)) == 0;
-  const bool moves = event->key() == Qt::Key_Up || event->key() == Qt::Key_Down ||
-                     event->key() == Qt::Key_PageUp || event->key() == Qt::Key_PageDown ||
-                     event->key() == Qt::Key_Home || event->key() == Qt::Key_End;
   const bool types = !event->text().isEmpty() && event->text().at(0).isPrint();
-  if (plain && (moves || types)) {
+  if (plain && (types || std::ranges::count(kMoving, event->key()) > 0)) {
     showPopup();
-    event->accept();
-    return;
+  } else {
+    QComboBox::keyPressEvent(event);
   }
-  QComboBox::keyPressEvent(event);
-}
-
-void DropDownList::wheelEvent(QWheelEvent* event) {
-  event->ignore();
 }
 
 }  // namespace platform

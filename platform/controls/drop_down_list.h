@@ -6,6 +6,7 @@
 #include <QColor>
 #include <QComboBox>
 #include <QPalette>
+#include <QWheelEvent>
 #include <functional>
 
 namespace platform {
@@ -36,7 +37,7 @@ class DropDownList : public QComboBox {
   bool event(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
-  void wheelEvent(QWheelEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override { event->ignore(); }
 };
 
 }  // namespace platform

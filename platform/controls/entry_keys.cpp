@@ -19,12 +19,9 @@ bool TakeEntryKeys(QLineEdit& entry, QEvent& event) {
   if (!asked && event.type() != QEvent::KeyPress) return false;
   const QKeyCombination chord = static_cast<const QKeyEvent&>(event).keyCombination();
   const bool edited = entry.isModified() || entry.isRedoAvailable();
-  if (asked && std::ranges::count(kClipboard, chord) > 0) {
-    event.accept();
-    return true;
-  }
-  if (asked && std::ranges::count(kUndoAndRedo, chord) > 0) {
-    event.setAccepted(edited);
+  const bool clipboard = std::ranges::count(kClipboard, chord) > 0;
+  if (asked && (clipboard || std::ranges::count(kUndoAndRedo, chord) > 0)) {
+    event.setAccepted(clipboard || edited);
     return true;
   }
   if (asked || chord != kRedo || !edited) return false;

@@ -9,10 +9,16 @@
 namespace platform {
 
 // Whether this event, sent to the control, takes the pointer away from it.
-bool TakesPointer(const QEvent& event, const QWidget& control);
+inline bool TakesPointer(const QEvent& event, const QWidget& control) {
+  return event.type() == QEvent::WindowBlocked ||
+         (event.type() == QEvent::EnabledChange && !control.isEnabled());
+}
 
 // A release of the left button beside the control, which ends a press without a click. The control
 // gives it to its own handler: a disabled one is sent no input.
-QMouseEvent ReleaseBeside(const QWidget& control);
+inline QMouseEvent ReleaseBeside(const QWidget& control) {
+  const QPointF beside(-1, -1);
+  return {QEvent::MouseButtonRelease, beside, control.mapToGlobal(beside), Qt::LeftButton, {}, {}};
+}
 
 }  // namespace platform

@@ -21,11 +21,6 @@ HeldKeys::HeldKeys() {
   QCoreApplication::instance()->installEventFilter(this);
 }
 
-bool HeldKeys::Repeats(const QKeyEvent& press) const {
-  return press.isAutoRepeat() ||
-         (press.key() == released_ && press.timestamp() != 0 && press.timestamp() == release_time_);
-}
-
 bool HeldKeys::eventFilter(QObject* target, QEvent* event) {
   const bool press = event->type() == QEvent::KeyPress;
   const bool release = event->type() == QEvent::KeyRelease;
@@ -39,7 +34,8 @@ bool HeldKeys::eventFilter(QObject* target, QEvent* event) {
   if (release) return false;
   const QObject* window = WindowOf(target);
   if (window == nullptr) return false;
-  if (!Repeats(key)) {
+  const bool same_time = key.timestamp() != 0 && key.timestamp() == release_time_;
+  if (!key.isAutoRepeat() && !(same_time && key.key() == released_)) {
     window_ = window;
     return false;
   }

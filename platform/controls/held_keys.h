@@ -8,14 +8,12 @@
 //   dialog would press its default button.
 #pragma once
 
-#include <QEvent>
 #include <QKeyEvent>
 #include <QObject>
 
 namespace platform {
 
 class HeldKeys : public QObject {
-  Q_OBJECT
  public:
   HeldKeys();
 
@@ -23,8 +21,6 @@ class HeldKeys : public QObject {
   bool eventFilter(QObject* target, QEvent* event) override;
 
  private:
-  bool Repeats(const QKeyEvent& press) const;
-
   int released_ = 0;                 // the key that was released last
   quint64 release_time_ = 0;         // ms on the window system's clock, 0 when it told none
   const QObject* window_ = nullptr;  // in which a key was pressed last; only compared

@@ -80,10 +80,6 @@ void ListBox::Announce(int line) {
   QAccessible::updateAccessibility(&event);
 }
 
-void ListBox::AddItem(const QString& text) {
-  InsertItem(count(), text);
-}
-
 void ListBox::InsertItem(int index, const QString& text) {
   LinesChange();
   insertItem(index, new Line(text));
@@ -95,11 +91,6 @@ void ListBox::RemoveItem(int index) {
   const int selected = ListIndex();
   if (selected == index || selected < 0) SetListIndex(-1);
   delete takeItem(index);
-}
-
-void ListBox::Clear() {
-  LinesChange();
-  clear();
 }
 
 int ListBox::ListIndex() const {
@@ -260,7 +251,9 @@ bool ListBox::event(QEvent* event) {
   // A list that is hidden, or behind another window, may never get the release.
   if (TakesPointer(*event, *this) || type == QEvent::Hide ||
       (type == QEvent::ActivationChange && !isActiveWindow())) {
-    GiveUp();
+    // A line that was being dragged stays selected where it is.
+    if (gesture_.Dragging()) SetListIndex(gesture_.From());
+    EndGesture();
   }
   if (type == QEvent::FontChange) FitRows();
   // The toolkit paints the lines anew and not the frame, which shows the focus of an empty list.
@@ -296,24 +289,15 @@ void ListBox::EndGesture() {
   BringIntoView(ListIndex());
 }
 
-// A step that was being dragged stays selected where it is.
-void ListBox::GiveUp() {
-  if (gesture_.Dragging()) SetListIndex(gesture_.From());
-  EndGesture();
-}
-
 void ListBox::keyPressEvent(QKeyEvent* event) {
-  if (TakeKey(*event)) {
-    event->accept();
-  } else {
-    QListWidget::keyPressEvent(event);
-  }
+  if (!TakeKey(*event)) QListWidget::keyPressEvent(event);
 }
 
 // True when the key has done what it means here; the toolkit does the rest of the keys.
 bool ListBox::TakeKey(const QKeyEvent& event) {
-  const bool control = event.modifiers().testFlag(Qt::ControlModifier);
-  const bool none_selected = ListIndex() < 0 && count() > 0;
+  const int selected = ListIndex();
+  const bool none_selected = selected < 0 && count() > 0;
+  const bool acts = !event.isAutoRepeat() && !gesture_.Running() && selected >= 0;
   switch (event.key()) {
     case Qt::Key_Escape:
       if (!gesture_.OnLine()) return false;
@@ -322,16 +306,19 @@ bool ListBox::TakeKey(const QKeyEvent& event) {
       return true;
     case Qt::Key_Return:
     case Qt::Key_Enter:
-      if (!event.isAutoRepeat() && !gesture_.Running() && ListIndex() >= 0) emit DblClick();
+      if (acts) emit DblClick();
       return true;
     case Qt::Key_Delete:
       if (event.modifiers() & ~Qt::KeypadModifier) return false;
-      if (!event.isAutoRepeat() && !gesture_.Running() && ListIndex() >= 0) emit RemoveLine();
+      if (acts) emit RemoveLine();
       return true;
     case Qt::Key_Up:
     case Qt::Key_Down:
-      if (control) {
-        AskToMove(event.key() == Qt::Key_Up ? -1 : 1);
+      if (event.modifiers().testFlag(Qt::ControlModifier)) {
+        const int to = selected + (event.key() == Qt::Key_Up ? -1 : 1);
+        if (selected >= 0 && to >= 0 && to < count() && !gesture_.Running()) {
+          emit MoveLine(selected, to);
+        }
         return true;
       }
       [[fallthrough]];
@@ -347,13 +334,6 @@ bool ListBox::TakeKey(const QKeyEvent& event) {
     default:
       return false;
   }
-}
-
-// The selected line shall go up or down by `distance`.
-void ListBox::AskToMove(int distance) {
-  const int from = ListIndex();
-  const int to = from + distance;
-  if (from >= 0 && to >= 0 && to < count() && !gesture_.Running()) emit MoveLine(from, to);
 }
 
 // The toolkit asks for a menu when the right button goes down; here it waits for the release.

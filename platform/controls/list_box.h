@@ -8,8 +8,6 @@
 #pragma once
 
 #include <QListWidget>
-#include <QPoint>
-#include <QString>
 #include <QTimer>
 #include <functional>
 #include <vector>
@@ -28,11 +26,14 @@ class ListBox : public QListWidget {
   // The text of a line; empty, and not to be set, where there is no such line.
   QString List(int index) const;
   void SetList(int index, const QString& text);
-  void AddItem(const QString& text);  // at the end
+  void AddItem(const QString& text) { InsertItem(count(), text); }  // at the end
   // Inserts a line before line `index`, 0 .. ListCount; the selection stays on its line.
   void InsertItem(int index, const QString& text);
   void RemoveItem(int index);  // nothing is selected if it was the selected line
-  void Clear();
+  void Clear() {
+    LinesChange();
+    clear();
+  }
 
   // The selected line, -1 when none is.
   int ListIndex() const;
@@ -105,9 +106,7 @@ class ListBox : public QListWidget {
   void LinesChange();
   void Announce(int line);
   void EndGesture();
-  void GiveUp();
   bool TakeKey(const QKeyEvent& event);
-  void AskToMove(int distance);
 
   ColumnDelegate* delegate_;
   ListGesture gesture_;

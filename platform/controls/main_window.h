@@ -10,7 +10,6 @@
 namespace platform {
 
 class MainWindow : public QMainWindow {
-  Q_OBJECT
  public:
   // The control that has the focus at the start, and gets it when the one that has it is disabled
   // or hidden.

@@ -12,7 +12,13 @@ class OptionButton : public QRadioButton {
   using QRadioButton::QRadioButton;
 
  protected:
-  void focusInEvent(QFocusEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override {
+    QRadioButton::focusInEvent(event);
+    // The toolkit has just taken the other options of the group out of the tab order.
+    for (auto* option : parentWidget()->findChildren<OptionButton*>()) {
+      option->setFocusPolicy(Qt::StrongFocus);
+    }
+  }
 };
 
 }  // namespace platform

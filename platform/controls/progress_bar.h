@@ -3,19 +3,27 @@
 #pragma once
 
 #include <QProgressBar>
+#include <algorithm>
 
 namespace platform {
 
 class ProgressBar : public QProgressBar {
   Q_OBJECT
  public:
-  explicit ProgressBar(QWidget* parent = nullptr);
+  explicit ProgressBar(QWidget* parent = nullptr) : QProgressBar(parent) {
+    setFormat(QStringLiteral("%p %"));
+    setValue(0);
+  }
 
   // The scale 0 .. `maximum`; a maximum below 1 counts as 1. A value above it is cut.
-  void SetScaleMaximum(int maximum);
+  void SetScaleMaximum(int maximum) {
+    const int shown = value();
+    setMaximum(std::max(1, maximum));
+    SetValue(shown);
+  }
 
   // Shows the value, cut to the scale.
-  void SetValue(int value);
+  void SetValue(int value) { setValue(std::clamp(value, minimum(), maximum())); }
 };
 
 }  // namespace platform

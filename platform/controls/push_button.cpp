@@ -8,10 +8,6 @@
 
 namespace platform {
 
-PushButton::PushButton(const QString& caption, QWidget* parent) : QPushButton(caption, parent) {
-  setFocusPolicy(Qt::StrongFocus);
-}
-
 bool PushButton::event(QEvent* event) {
   if (TakesPointer(*event, *this)) {
     QMouseEvent release = ReleaseBeside(*this);
@@ -31,12 +27,7 @@ bool PushButton::event(QEvent* event) {
 
 void PushButton::keyPressEvent(QKeyEvent* event) {
   const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-  if (!enter && event->key() != Qt::Key_Space) {
-    QPushButton::keyPressEvent(event);
-    return;
-  }
-  event->accept();
-  if (event->isAutoRepeat()) return;
+  if (event->isAutoRepeat() && (enter || event->key() == Qt::Key_Space)) return;
   // The toolkit presses by Enter in dialogs only.
   if (enter) {
     click();

@@ -10,7 +10,7 @@ namespace platform {
 class PushButton : public QPushButton {
   Q_OBJECT
  public:
-  explicit PushButton(const QString& caption, QWidget* parent = nullptr);
+  using QPushButton::QPushButton;
 
   // A double click counts as one press instead of two.
   void SetDoubleClickPressesOnce(bool once) { double_click_presses_once_ = once; }

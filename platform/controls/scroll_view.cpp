@@ -12,8 +12,11 @@ ScrollView::ScrollView(QWidget* content, const QSize& limit, QWidget* parent)
   setWidget(content);
   SetLimit(limit);
   content->show();
-  connect(qApp, &QApplication::focusChanged, &focus_watch_,
-          [this](QWidget*, QWidget* now) { Follow(now); });
+  connect(qApp, &QApplication::focusChanged, &focus_watch_, [this](QWidget*, QWidget* focus) {
+    // A control that the pointer presses must not move away from under it.
+    const bool by_key = QApplication::mouseButtons() == Qt::NoButton;
+    if (focus && by_key && widget()->isAncestorOf(focus)) ensureWidgetVisible(focus);
+  });
 }
 
 void ScrollView::SetLimit(const QSize& limit) {
@@ -22,12 +25,6 @@ void ScrollView::SetLimit(const QSize& limit) {
   if (size.height() > limit.height()) size.rwidth() += bar;
   if (size.width() > limit.width()) size.rheight() += bar;
   setFixedSize(size.boundedTo(limit));
-}
-
-void ScrollView::Follow(QWidget* focus) {
-  // A control that the pointer presses must not move away from under it.
-  const bool by_key = QApplication::mouseButtons() == Qt::NoButton;
-  if (focus && by_key && widget()->isAncestorOf(focus)) ensureWidgetVisible(focus);
 }
 
 }  // namespace platform

@@ -7,7 +7,6 @@
 namespace platform {
 
 class ScrollView : public QScrollArea {
-  Q_OBJECT
  public:
   // Shows `content` in its own size, in a view of at most `limit` pixels, its scroll bars included.
   ScrollView(QWidget* content, const QSize& limit, QWidget* parent = nullptr);
@@ -16,8 +15,6 @@ class ScrollView : public QScrollArea {
   void SetLimit(const QSize& limit);
 
  private:
-  void Follow(QWidget* focus);
-
   // Ends the connection before the view's base, which destroys the controls.
   QObject focus_watch_;
 };

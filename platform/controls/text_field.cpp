@@ -1,7 +1,6 @@
 #include "platform/controls/text_field.h"
 
 #include <QApplication>
-#include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QMenuBar>
 #include <algorithm>
@@ -37,8 +36,11 @@ bool IsTyping(const QKeyEvent& event) {
 
 TextField::TextField(QWidget* parent) : QLineEdit(parent) {
   setAcceptDrops(false);
-  connect(qApp, &QApplication::focusChanged, &focus_watch_,
-          [this](const QWidget*, const QWidget* to) { FocusMoved(to); });
+  // From a menu or another window the focus may go on to another control without coming back here.
+  connect(qApp, &QApplication::focusChanged, &focus_watch_, [this](QWidget*, QWidget* to) {
+    if (!focus_is_elsewhere_ || !to || to == this || to->window() != window()) return;
+    if (!qobject_cast<QMenuBar*>(to)) Leave();
+  });
 }
 
 bool TextField::Discards(int key) const {
@@ -54,17 +56,12 @@ void TextField::keyPressEvent(QKeyEvent* event) {
   const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   if (isReadOnly() && event->key() == Qt::Key_Space && !IsChord(*event)) {
     if (!event->isAutoRepeat()) emit Click();
-    event->accept();
     return;
   }
+  const bool escape = event->key() == Qt::Key_Escape;
   bool discarded = false;
-  if (enter) {
-    discarded = Discards(kEnter);
-  } else if (event->key() == Qt::Key_Escape) {
-    discarded = Discards(kEscape);
-    if (discarded) selectAll();
-  } else if (event->key() == Qt::Key_Backspace) {
-    discarded = Discards(kBackspace);
+  if (enter || escape || event->key() == Qt::Key_Backspace) {
+    discarded = Discards(enter ? kEnter : escape ? kEscape : kBackspace);
   } else if (IsTyping(*event)) {
     if (IsTypedByToolkit(*event)) {
       event->ignore();
@@ -74,12 +71,8 @@ void TextField::keyPressEvent(QKeyEvent* event) {
       return Discards(c.unicode());
     });
   }
-  if (discarded) {
-    event->accept();
-    return;
-  }
-  QLineEdit::keyPressEvent(event);
-  if (enter) selectAll();
+  if (!discarded) QLineEdit::keyPressEvent(event);
+  if (discarded ? escape : enter) selectAll();
 }
 
 void TextField::focusInEvent(QFocusEvent* event) {
@@ -94,12 +87,6 @@ void TextField::focusOutEvent(QFocusEvent* event) {
   focus_is_elsewhere_ = reason == Qt::PopupFocusReason || reason == Qt::MenuBarFocusReason ||
                         reason == Qt::ActiveWindowFocusReason;
   if (!focus_is_elsewhere_) Leave();
-}
-
-// From a menu or another window the focus may go on to another control without coming back here.
-void TextField::FocusMoved(const QWidget* to) {
-  if (!focus_is_elsewhere_ || !to || to == this || to->window() != window()) return;
-  if (!qobject_cast<const QMenuBar*>(to)) Leave();
 }
 
 void TextField::Leave() {
@@ -134,14 +121,8 @@ void TextField::mouseDoubleClickEvent(QMouseEvent* event) {
   if (click_selects_) selectAll();
 }
 
-// The toolkit turns input methods on again by itself, for instance when a field becomes writable.
-void TextField::inputMethodEvent(QInputMethodEvent* event) {
-  event->ignore();
-}
-
 QVariant TextField::inputMethodQuery(Qt::InputMethodQuery query) const {
-  if (query == Qt::ImEnabled) return false;
-  return QLineEdit::inputMethodQuery(query);
+  return query == Qt::ImEnabled ? QVariant(false) : QLineEdit::inputMethodQuery(query);
 }
 
 }  // namespace platform

@@ -3,6 +3,7 @@
 // places the caret, so that what is typed joins what stood there.
 #pragma once
 
+#include <QInputMethodEvent>
 #include <QLineEdit>
 #include <functional>
 
@@ -36,12 +37,12 @@ class TextField : public QLineEdit {
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
-  void inputMethodEvent(QInputMethodEvent* event) override;
+  // The toolkit turns input methods on again by itself, for instance when a field becomes writable.
+  void inputMethodEvent(QInputMethodEvent* event) override { event->ignore(); }
   QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
 
  private:
   bool Discards(int key) const;
-  void FocusMoved(const QWidget* to);
   void Leave();
 
   // Ends the connection before the field's base, whose destruction moves the focus.

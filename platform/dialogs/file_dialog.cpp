@@ -40,13 +40,6 @@ std::vector<Entry> Entries(const QString& filter) {
   return types;
 }
 
-// The toolkit reads an entry's patterns from the last brackets and shows what stands before them.
-QString NameFilter(const Entry& type) {
-  // The toolkit would leave out names without a dot.
-  const QString patterns = type.patterns.join(' ').replace(kAnyName, "*");
-  return type.description + " (" + patterns + ")";
-}
-
 // The toolkit's dialog, which finds the file that is meant by itself: the toolkit takes a name with
 // quotation marks for several names, and asks about names that do not exist.
 class Dialog : public QFileDialog {
@@ -61,16 +54,20 @@ class Dialog : public QFileDialog {
     setAcceptMode(save ? AcceptSave : AcceptOpen);
     setFileMode(AnyFile);
     QStringList filters;
-    for (const Entry& type : types_) filters += NameFilter(type);
+    for (const Entry& type : types_) {
+      // The toolkit reads an entry's patterns from the last brackets and shows what stands before
+      // them. By "*.*" it would leave out names without a dot.
+      filters += type.description + " (" + type.patterns.join(' ').replace(kAnyName, "*") + ")";
+    }
     setNameFilters(filters);
     if (!folder.isEmpty()) setDirectory(folder);
     selectFile(request.proposed_name);
     ShowDatesInFull();
     // The toolkit would refuse a name in a folder that does not exist without a word.
     connect(&Name(), &QLineEdit::textChanged, this, [this](const QString& typed) {
-      auto* buttons = findChild<QDialogButtonBox*>();
-      buttons->button(acceptMode() == AcceptSave ? QDialogButtonBox::Save : QDialogButtonBox::Open)
-          ->setEnabled(!typed.isEmpty());
+      const auto accept =
+          acceptMode() == AcceptSave ? QDialogButtonBox::Save : QDialogButtonBox::Open;
+      findChild<QDialogButtonBox*>()->button(accept)->setEnabled(!typed.isEmpty());
     });
     if (save) AddReplacedLine();
   }
@@ -165,14 +162,6 @@ ModalFileDialog::ModalFileDialog(MainLoop& main_loop) : main_loop_(main_loop) {
   // The toolkit's dialog keeps the folders of earlier runs in a settings file. Here it keeps none:
   // there can be no file below this one.
   QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("/dev/null"));
-}
-
-std::optional<QString> ModalFileDialog::ShowSave(const FileRequest& request) {
-  return Show(request, true);
-}
-
-std::optional<QString> ModalFileDialog::ShowOpen(const FileRequest& request) {
-  return Show(request, false);
 }
 
 std::optional<QString> ModalFileDialog::Show(const FileRequest& request, bool save) {

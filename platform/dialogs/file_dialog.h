@@ -40,8 +40,12 @@ class ModalFileDialog : public FileDialog {
   // The main window, once there is one.
   void SetParent(QWidget* parent) { parent_ = parent; }
 
-  std::optional<QString> ShowSave(const FileRequest& request) override;
-  std::optional<QString> ShowOpen(const FileRequest& request) override;
+  std::optional<QString> ShowSave(const FileRequest& request) override {
+    return Show(request, true);
+  }
+  std::optional<QString> ShowOpen(const FileRequest& request) override {
+    return Show(request, false);
+  }
 
  private:
   std::optional<QString> Show(const FileRequest& request, bool save);

@@ -80,22 +80,11 @@ TEST_F(Movement, DrawsSelectionHaltBreakpointsAndLateSteps) {
                                     "in time."));
 }
 
-TEST_F(Movement, PointerSaysWhatIsUnderItAndChoosesLanes) {
+TEST_F(Movement, AClickOnANameChoosesTheLaneAndThePointerSaysWhatAPressTakes) {
   ComposeAndOpen(30);
-  const auto expect = [this](const char* state) {
-    EXPECT_EQ(State().toStdString(), Local(state).toStdString());
-  };
-  MoveTo(At(MiddleOf(9), 20));
-  expect("Step 9, 3.60 s to 4.00 s, 400 ms");
-  const double lane = Geometry().lanes.Top(8) + 2;
-  MoveTo(At(MiddleOf(9), lane));
-  expect("Step 9, 3.60 s to 4.00 s, 400 ms, Ch8 18 °");
-  ClickAt(At(MiddleOf(9), lane));
-  MoveTo({20, 5});
-  expect("Step 9, 3.60 s to 4.00 s, 400 ms, Ch8 18 °");  // the chosen lane
-  ClickAt({20, static_cast<int>(Geometry(8).lanes.Top(3)) + 5});
-  expect("Step 9, 3.60 s to 4.00 s, 400 ms, Ch3 -18 °");
-  // The pointer's shape says what a press would take hold of.
+  Select(9);
+  ClickAt({20, static_cast<int>(Geometry().lanes.Top(3)) + 5});
+  EXPECT_EQ(State(), Local("Step 9, 3.60 s to 4.00 s, 400 ms, Ch3 -18 °"));
   const std::pair<QPoint, Qt::CursorShape> shapes[] = {
       {Level(4, 3, 3), Qt::SplitVCursor},
       {Level(4, 9, 3), Qt::SplitVCursor},

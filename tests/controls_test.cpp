@@ -25,16 +25,6 @@ struct ControlsTest : testing::Test {
   QMainWindow window;
 };
 
-TEST_F(ControlsTest, NoInputMethodPassesTheFilterOfATextFieldBy) {
-  TextField field(&window);
-  ShowWindow();
-  field.setFocus();
-  QInputMethodEvent composed;
-  composed.setCommitString("x");
-  QApplication::sendEvent(&field, &composed);
-  EXPECT_EQ(field.text(), "");
-}
-
 TEST_F(ControlsTest, AClickIntoATextFieldSelectsAllOfIt) {
   TextField field(&window);
   field.setText("-25");

@@ -115,6 +115,7 @@ class Effects : public Movement, public testing::WithParamInterface<std::string>
   }
   void Begin() {
     StartWatchdog();
+    QLocale::setDefault(QLocale::c());
     if (board.DevicePath().empty()) board.Replug();
     board.SetFaults({});
     FillFlash({});
@@ -132,6 +133,7 @@ class Effects : public Movement, public testing::WithParamInterface<std::string>
         {"", [] {}},
         {"closed", [] {}},
         {"fresh", [] {}},
+        {"comma", [] { QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany)); }},
         {"stale", [this] { MakeLabelsStale(); }},
         {"connect", [this] { Connect(); }},
         {"unplug", [this] { board.Unplug(); }},
@@ -144,6 +146,7 @@ class Effects : public Movement, public testing::WithParamInterface<std::string>
         {"click", [&] { hands->Click(rest); }},
         {"press", [&] { Press(qPrintable(rest)); }},
         {"keys", [&] { hands->Keys(Focused(words[0]), rest.section(' ', 1)); }},
+        {"compose", [&] { Compose(Focused(words[0]), words[1]); }},
         {"hold-apart", [&] { PressSixTimes(Focused(words[0]), QKeySequence(words[1])[0], 0); }},
         {"tap", [&] { PressSixTimes(Focused(words[0]), QKeySequence(words[1])[0], 10); }},
         {"held", [this] { Activate(); QTest::simulateEvent(QApplication::focusWidget(), true, Qt::Key_Return, {}, "\r", true); }},
@@ -224,6 +227,12 @@ class Effects : public Movement, public testing::WithParamInterface<std::string>
       time += pause;
     }
     time += 1000;
+  }
+  // Text from an input method.
+  static void Compose(QWidget& control, const QString& text) {
+    QInputMethodEvent composed;
+    composed.setCommitString(text);
+    QApplication::sendEvent(&control, &composed);
   }
   static void ClickTwice(QWidget& control) {
     QTest::mouseClick(&control, Qt::LeftButton);

@@ -34,18 +34,6 @@ WindowTest::~WindowTest() {
   if (hands) hands->WaitUntil([this] { return !form->Link().Port().Connected(); }, 500);
 }
 
-QString WindowTest::TabStops(QWidget& first, Qt::Key key) {
-  QApplication::setActiveWindow(first.window());
-  QStringList stops;
-  first.setFocus();
-  do {
-    QWidget* focus = QApplication::focusWidget();
-    stops.append(focus->objectName());
-    QTest::keyClick(focus, key, key == Qt::Key_Backtab ? Qt::ShiftModifier : Qt::NoModifier);
-  } while (!stops.contains(QApplication::focusWidget()->objectName()));
-  return stops.join(' ');
-}
-
 void WindowTest::AddSteps(int count) {
   for (int i = 0; i < count; ++i) AddStep(0, 128 + 2 * i, 100 + 20 * i);
 }

@@ -47,9 +47,6 @@ class WindowTest : public testing::Test, public ProgramWithBoard {
     hands->Keys(List(), keys);
   }
 
-  // The names of what Tab goes through from this control on, until it comes back.
-  static QString TabStops(QWidget& first, Qt::Key key = Qt::Key_Tab);
-
   // A test that hangs in a wait is ended by failing. Begins anew to count: for tests of many parts.
   void StartWatchdog() { watchdog_.start(kTestLimit); }
 

@@ -270,8 +270,9 @@ class Effects : public Movement, public testing::WithParamInterface<std::string>
   }
   // Does a command, or nothing, while another program's window is the active one.
   void DoElsewhere(const QString& command) {
-    QWidget other;
+    QLineEdit other;
     other.show();
+    other.setFocus();
     other.activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(&other));
     Do(command);

@@ -203,6 +203,8 @@ class SmallScreen : public WindowTest {
   void ShowOn(const QRect& screen) {
     Restart({.screen = screen});
     ASSERT_TRUE(QTest::qWaitForWindowActive(form.get()));
+    EXPECT_TRUE(hands->WaitUntil([&] { return screen.contains(form->frameGeometry()); }))
+        << "a part of the window, its title bar perhaps, is not seen";
   }
   static bool IsWhollySeen(const QWidget& control) {
     return control.visibleRegion().boundingRect() == control.rect();
@@ -213,11 +215,9 @@ TEST_F(SmallScreen, LetsEveryControlBeReached) {
   for (const QRect& screen :
        {QRect(0, 0, 1024, 600), QRect(0, 30, 960, 510), QRect(10, 20, 800, 500)}) {
     ShowOn(screen);
-    EXPECT_TRUE(hands->WaitUntil([&] { return screen.contains(form->frameGeometry()); }))
-        << "no title bar is seen";
     EXPECT_TRUE(IsWhollySeen(*form->menuBar()));
     EXPECT_EQ(form->minimumSize(), form->maximumSize());
-    for (const char* item : {"FreshProg", "Emu", "Serial"}) hands->Find<QAction>(item).trigger();
+    for (const char* item : {"FreshProg", "Emu", "Serial"}) Trigger(item);
     auto& view = *form->findChild<QScrollArea*>();
     EXPECT_EQ(view.widget()->size(), QSize(849, 674));
     EXPECT_EQ(view.verticalScrollBar()->maximum(), 674 - view.viewport()->height());
@@ -265,7 +265,6 @@ TEST_F(SmallScreen, NothingScrollsWhereTheWindowFitsWithItsFrame) {
   for (const int missing : {0, 1}) {
     const QRect screen(30, 40, frame.width(), frame.height() - missing);
     ShowOn(screen);
-    EXPECT_TRUE(hands->WaitUntil([&] { return screen.contains(form->frameGeometry()); }));
     EXPECT_EQ(form->findChild<QScrollArea*>() != nullptr, missing > 0);
   }
 }

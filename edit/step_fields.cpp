@@ -42,8 +42,7 @@ void StepFields::Text1_KeyPress(int index, int& key) {
 }
 
 void StepFields::Text1_LostFocus(int index) {
-  int key = kEnter;
-  Text1_KeyPress(index, key);
+  if (index < kChannels) Commit(index);
 }
 
 void StepFields::CommitPending() {

@@ -18,28 +18,26 @@ constexpr int kPanelEdge = 60;  // twips between a label and the edge of its pan
 constexpr int kFullStretch = 100;   // percent
 constexpr int kLowestStretch = 90;  // below, a smaller font reads better than a narrower one
 
-// The widest text that a control has to show, and the pixels around it that its frame takes.
-struct Demand {
-  QString text;
-  double margin = 0;
-};
-
-Demand DemandOf(const ControlRow& row) {
+// The pixels that the widest text of the row's control takes with its frame, without narrowing.
+double WidthFor(const ControlRow& row, const QFont& font) {
+  const auto width = [&font](const QString& text, double frame) {
+    return QFontMetricsF(font).horizontalAdvance(text) + frame;
+  };
   QString caption = QString::fromUtf8(row.caption).remove(QLatin1Char('&'));
   // Captions that change have the widest number that they can hold.
-  if (Is<Heading>(row)) return {caption.replace("%1", "255").replace("...", "255"), 0};
+  if (Is<Heading>(row)) return width(caption.replace("%1", "255").replace("...", "255"), 0);
   if (Is<QLabel>(row))
-    return {caption.replace("%1", caption.endsWith("bytes") ? "57330" : "15"), 0};
-  if (Is<platform::CWButton>(row)) return {caption, 36};
-  if (Is<platform::PushButton>(row)) return {caption, 8};
-  if (Is<platform::Panel>(row)) return {caption, 16};
+    return width(caption.replace("%1", caption.endsWith("bytes") ? "57330" : "15"), 0);
+  if (Is<platform::CWButton>(row)) return width(caption, 36);
+  if (Is<platform::PushButton>(row)) return width(caption, 8);
+  if (Is<platform::Panel>(row)) return width(caption, 16);
   // Of the position fields and the angle displays the latter need the most.
-  if (Is<platform::TextField>(row) && row.count > 1) return {QStringLiteral("-63.5 \u00B0"), 5};
-  if (Is<platform::TextField>(row)) return {QStringLiteral("Overflow!"), 8};
-  if (Is<platform::CWSlide>(row)) return {QStringLiteral("Ch11"), 2};
-  if (Is<platform::DropDownList>(row)) return {QStringLiteral("Comm8"), 40};
-  if (Is<platform::CWNumEdit>(row)) return {QStringLiteral("-32768 ms"), 30};
-  return {};  // no text of its own
+  if (Is<platform::TextField>(row) && row.count > 1) return width("-63.5 \u00B0", 5);
+  if (Is<platform::TextField>(row)) return width("Overflow!", 8);
+  if (Is<platform::CWSlide>(row)) return width("Ch11", 2);
+  if (Is<platform::DropDownList>(row)) return width("Comm8", 40);
+  if (Is<platform::CWNumEdit>(row)) return width("-32768 ms", 30);
+  return 0;  // no text of its own
 }
 
 // The pixels that the row's text may take: for a label everything up to the next control at its
@@ -57,12 +55,6 @@ int RoomFor(const ControlRow& row) {
     }
   }
   return Pixels(std::max(row.width, right - row.left));
-}
-
-// The pixels that the row's widest text takes, without narrowing.
-double WidthFor(const ControlRow& row, const QFont& font) {
-  const Demand demand = DemandOf(row);
-  return QFontMetricsF(font).horizontalAdvance(demand.text) + demand.margin;
 }
 
 // How far the control's text has to be narrowed to fit, in percent of its full width.

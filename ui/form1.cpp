@@ -206,7 +206,7 @@ void Form1::ConnectEditing() {
   On(list, &ListBox::MoveLine,
      [&h](int from, int to) { h.step_list.ListSequence_MoveLine(from, to); });
   On(list, &ListBox::RemoveLine, [&h] { h.step_list.CommandRem_Click(); });
-  list_menu_ = new ListMenu(*list, {h.edited, h.step_clipboard, h.step_list}, wiring_.get());
+  list_menu_ = new ListMenu(*list, h.edited, h.step_clipboard, h.step_list, wiring_.get());
   On(list_menu_, &ListMenu::MovementWanted, [this](bool shown) { ShowMovement(shown); });
   PressByKey(Qt::ALT | Qt::Key_Right, *controls_->CommandUp);
   PressByKey(Qt::ALT | Qt::Key_Left, *controls_->CommandDwn);

@@ -15,25 +15,25 @@ void Name(QAction& item, bool enabled, const QString& command, const QString& ch
 
 }  // namespace
 
-ListMenu::ListMenu(platform::ListBox& list, const ListMenuHandlers& handlers, QObject* parent)
-    : QObject(parent), list_(list), handlers_(handlers), menu_(&list) {
+ListMenu::ListMenu(platform::ListBox& list, const EditedSequence& edited, StepClipboard& clipboard,
+                   StepList& step_list, QObject* parent)
+    : QObject(parent), list_(list), edited_(edited), step_list_(step_list), menu_(&list) {
   menu_.setObjectName(QStringLiteral("ListMenu"));
-  const ListMenuHandlers& h = handlers_;
-  undo_ = AddKeyItem(kUndo, {Qt::CTRL | Qt::Key_Z}, [&h] { h.step_list.Undo_Click(); });
+  undo_ = AddKeyItem(kUndo, {Qt::CTRL | Qt::Key_Z}, [this] { step_list_.Undo_Click(); });
   redo_ = AddKeyItem(kRedo, {Qt::CTRL | Qt::SHIFT | Qt::Key_Z, Qt::CTRL | Qt::Key_Y},
-                     [&h] { h.step_list.Redo_Click(); });
+                     [this] { step_list_.Redo_Click(); });
   for (QAction* item : {undo_, redo_}) item->setAutoRepeat(true);
   menu_.addSeparator();
-  cut_ = AddKeyItem("Cu&t", {Qt::CTRL | Qt::Key_X}, [&h] { h.clipboard.Cut_Click(); });
-  copy_ = AddKeyItem("&Copy", {Qt::CTRL | Qt::Key_C}, [&h] { h.clipboard.Copy_Click(); });
+  cut_ = AddKeyItem("Cu&t", {Qt::CTRL | Qt::Key_X}, [&clipboard] { clipboard.Cut_Click(); });
+  copy_ = AddKeyItem("&Copy", {Qt::CTRL | Qt::Key_C}, [&clipboard] { clipboard.Copy_Click(); });
   copy_sequence_ = AddKeyItem("Copy &Sequence", {Qt::CTRL | Qt::SHIFT | Qt::Key_C},
-                              [&h] { h.clipboard.CopySequence_Click(); });
-  AddKeyItem("&Paste", {Qt::CTRL | Qt::Key_V}, [&h] { h.clipboard.Paste_Click(); });
+                              [&clipboard] { clipboard.CopySequence_Click(); });
+  AddKeyItem("&Paste", {Qt::CTRL | Qt::Key_V}, [&clipboard] { clipboard.Paste_Click(); });
   menu_.addSeparator();
   // The list takes these keys itself; here they are only shown.
   move_up_ = AddItem("&Move Up\tCtrl+Up", [this] { MoveBy(-1); });
   move_down_ = AddItem("Move &Down\tCtrl+Down", [this] { MoveBy(1); });
-  show_step_ = AddItem("S&how Step\tEnter", [&h] { h.step_list.ListSequence_DblClick(); });
+  show_step_ = AddItem("S&how Step\tEnter", [this] { step_list_.ListSequence_DblClick(); });
   menu_.addSeparator();
   movement_ = AddKeyItem("Mo&vement", {Qt::CTRL | Qt::Key_M},
                          [this] { emit MovementWanted(movement_->isChecked()); });
@@ -65,11 +65,11 @@ QAction* ListMenu::AddKeyItem(const QString& text, const QList<QKeySequence>& ke
 }
 
 void ListMenu::Prepare() {
-  const History& changes = handlers_.edited.Changes();
-  Name(*undo_, handlers_.step_list.CanUndo(), kUndo, changes.UndoName());
-  Name(*redo_, handlers_.step_list.CanRedo(), kRedo, changes.RedoName());
-  const int line = handlers_.edited.ListIndex();
-  const int lines = handlers_.edited.ListCount();
+  const History& changes = edited_.Changes();
+  Name(*undo_, step_list_.CanUndo(), kUndo, changes.UndoName());
+  Name(*redo_, step_list_.CanRedo(), kRedo, changes.RedoName());
+  const int line = edited_.ListIndex();
+  const int lines = edited_.ListCount();
   for (QAction* item : {cut_, copy_, show_step_}) item->setEnabled(line >= 0);
   copy_sequence_->setEnabled(lines > 0);
   move_up_->setEnabled(line > 0);
@@ -77,8 +77,8 @@ void ListMenu::Prepare() {
 }
 
 void ListMenu::MoveBy(int distance) {
-  const int line = handlers_.edited.ListIndex();
-  handlers_.step_list.ListSequence_MoveLine(line, line + distance);
+  const int line = edited_.ListIndex();
+  step_list_.ListSequence_MoveLine(line, line + distance);
 }
 
 }  // namespace pelmora

@@ -16,19 +16,13 @@
 
 namespace pelmora {
 
-struct ListMenuHandlers {
-  const EditedSequence& edited;
-  StepClipboard& clipboard;
-  StepList& step_list;
-};
-
 class ListMenu : public QObject {
   Q_OBJECT
  public:
   // The keys of undo, redo, the clipboard and "Movement" work in the whole window; a text field
-  // that has the focus keeps those that it knows itself. The handlers outlive the menu, and so does
-  // the list.
-  ListMenu(platform::ListBox& list, const ListMenuHandlers& handlers, QObject* parent);
+  // that has the focus keeps those that it knows itself. All that is given outlives the menu.
+  ListMenu(platform::ListBox& list, const EditedSequence& edited, StepClipboard& clipboard,
+           StepList& step_list, QObject* parent);
 
   // The keys of undo, redo and "Movement" work in this window, too.
   void ShareKeysWith(QWidget& window) { window.addActions({undo_, redo_, movement_}); }
@@ -49,7 +43,8 @@ class ListMenu : public QObject {
   void MoveBy(int distance);
 
   platform::ListBox& list_;
-  const ListMenuHandlers handlers_;
+  const EditedSequence& edited_;
+  StepList& step_list_;
   QMenu menu_;
   QAction* undo_ = nullptr;
   QAction* redo_ = nullptr;

@@ -24,6 +24,7 @@ Bytes BytesOf(const Array& array) {
 // The sequences as the table holds them, with its figures.
 std::unique_ptr<SequenceTable> TableOf(const Sequences& sequences) {
   auto table = std::make_unique<SequenceTable>();
+  table->SeqOffset.fill(9);  // as it was before
   for (std::size_t i = 0; i < sequences.size(); ++i) {
     table->SeqSteps[i] = static_cast<std::int16_t>(sequences[i].size());
     for (std::size_t step = 0; step < sequences[i].size(); ++step) {
@@ -100,10 +101,12 @@ TEST(BoardCodec, ImagesInBothDirections) {
   }
 }
 
-// 2340 steps are 32760 bytes, 2341 are 32774.
+// 2340 steps are 32760 bytes, 2341 are 32774; 4096 fill all sequences.
 TEST(BoardCodec, LimitsOfTheHeader) {
-  for (const auto& [steps, fits] : {std::pair(2340, true), std::pair(2341, false)}) {
-    EXPECT_EQ(HeaderFits(*TableOf(FilledSequences(1, steps, 5))), fits) << steps;
+  for (const auto& [steps, fits] : {std::pair(2340, true), {2341, false}, {4096, false}}) {
+    const auto table = TableOf(FilledSequences(1, steps, 5));
+    EXPECT_EQ(table->TotalBytes, 14 * steps);
+    EXPECT_EQ(HeaderFits(*table), fits) << steps;
   }
   const auto taken = std::make_unique<SequenceTable>();
   for (const auto& [high, low, bytes] : {std::tuple(0, 13, 13), std::tuple(94, 0, 24064),
@@ -164,27 +167,23 @@ TEST(BoardCodec, TicksOfADuration) {
 }
 
 TEST(BoardCodec, StepsStopAtTheFirstThatCannotBeStored) {
-  const std::tuple<std::uint8_t, std::uint8_t, bool, int> words[] = {
-      {0x06, 0x66, true, 32760}, {0x06, 0x67, false, 0}, {0x80, 0x00, false, 0}};
-  for (const auto& [high, low, stored, ms] : words) {
+  // The steps of sequence 1 with the word of their ticks, and the duration of the first.
+  const std::tuple<int, std::uint8_t, std::uint8_t, bool, int> cases[] = {
+      {1, 0x06, 0x66, true, 32760},
+      {1, 0x06, 0x67, false, 0},
+      {1, 0x80, 0x00, false, 0},
+      {256, 0x00, 0x01, true, 20},
+      {257, 0x00, 0x01, false, 20}};
+  for (const auto& [count, high, low, stored, ms] : cases) {
     const auto table = std::make_unique<SequenceTable>();
     const auto rows = std::make_unique<FlashRows>();
-    table->SeqSteps[1] = table->SeqSteps[2] = 1;
-    (*rows)[0] = {9, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 8, high, low};
-    (*rows)[1].fill(1);
-    EXPECT_EQ(DecodeSteps(*rows, *table), stored) << int{high} << ' ' << int{low};
+    table->SeqSteps[1] = static_cast<std::int16_t>(count);
+    table->SeqSteps[2] = 1;
+    rows->fill({9, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 8, high, low});
+    EXPECT_EQ(DecodeSteps(*rows, *table), stored) << count << ' ' << int{high} << ' ' << int{low};
     EXPECT_EQ(table->SeqTable[1].Duration[0], ms);
-    EXPECT_EQ(table->SeqTable[2].Position[0][0], stored ? 1 : 0);
-  }
-  for (const auto& [count, stored] : {std::pair(256, true), std::pair(257, false)}) {
-    const auto table = std::make_unique<SequenceTable>();
-    const auto rows = std::make_unique<FlashRows>();
-    for (auto& row : *rows) row = {5};
-    table->SeqSteps[3] = static_cast<std::int16_t>(count);
-    table->SeqSteps[4] = 1;
-    EXPECT_EQ(DecodeSteps(*rows, *table), stored);
-    EXPECT_EQ(table->SeqTable[3].Position[255][0], 5) << "those before it are stored";
-    EXPECT_EQ(table->SeqTable[4].Position[0][0], stored ? 5 : 0);
+    EXPECT_EQ(table->SeqTable[1].Position[std::min(count, 256) - 1][11], 8);
+    EXPECT_EQ(table->SeqTable[2].Position[0][0], stored ? 9 : 0);
   }
 }
 

@@ -34,7 +34,6 @@ class SaveFileTest : public testing::Test {
     std::ofstream(Path(name)) << "earlier";
     fs::permissions(Path(name), mode);
   }
-  perms Mode(const std::string& name) const { return fs::status(Path(name)).permissions(); }
   auto Files() const {
     return std::distance(fs::directory_iterator(Path()), fs::directory_iterator());
   }
@@ -67,17 +66,17 @@ TEST_F(SaveFileTest, KeepsLinksAndPermissions) {
   umask(022);
   fs::create_symlink("target", Path("link"));
   fs::create_symlink("later", Path("dangling"));
-  for (const char* name : {"link", "script", "new", "dangling"}) {
+  const std::tuple<const char*, const char*, int> cases[] = {{"link", "target", 0640},
+                                                             {"script", "script", 0755},
+                                                             {"new", "new", 0644},
+                                                             {"dangling", "later", 0644}};
+  for (const auto& [name, file, mode] : cases) {
     EXPECT_EQ(Save(name, "content"), "saved") << name;
-  }
-  for (const char* name : {"target", "script", "new", "later"}) {
-    EXPECT_EQ(Content(name), "content") << name;
+    EXPECT_EQ(Content(file), "content") << name;
+    EXPECT_EQ(fs::status(Path(file)).permissions(), perms(mode)) << name;
   }
   EXPECT_EQ(Files(), 6);
   EXPECT_TRUE(fs::is_symlink(Path("link")) && fs::is_symlink(Path("dangling")));
-  EXPECT_EQ(Mode("target"), perms(0640));
-  EXPECT_EQ(Mode("script"), perms(0755));
-  EXPECT_EQ(Mode("new"), perms(0644));
 }
 
 TEST_F(SaveFileTest, AFailureLeavesTheEarlierFileAndNothingElse) {

@@ -80,7 +80,8 @@ class Effects : public Movement, public testing::WithParamInterface<std::string>
     const ProgramState before = StateOf(*this);
     for (const QString& command : commands) Do(command.trimmed());
     Activate();
-    QStringList changed = Difference(before, StateOf(*this));
+    const ProgramState after = StateOf(*this);
+    QStringList changed = Difference(before, after);
     if (!box.said.isEmpty()) changed.append("says " + Plain(box.said.join(" / ")));
     for (const platform::FileRequest& asked : files.requests) {
       changed.append(
@@ -95,6 +96,26 @@ class Effects : public Movement, public testing::WithParamInterface<std::string>
     changed.sort();
     EXPECT_EQ(changed.join('\n').toStdString(), expected.join('\n').toStdString())
         << row.toStdString();
+    const bool changes = !changed.filter(QRegularExpression("^(undo:|redo: none)")).isEmpty();
+    const bool latest = commands.size() == 1 && NameOf("redo") == "none";
+    if (changes && latest) ExpectUndone(row, before, after);
+  }
+
+  // The latest change of the sequences goes and comes back with all that they own, without a word
+  // to the operator or to the board.
+  void ExpectUndone(const QString& row, const ProgramState& before, const ProgramState& after) {
+    static const QRegularExpression owned(
+        "^([-+]\\d|row |selected|breaks|CurSeq|sequence|flash|CommandOffset|"
+        "Label(Seq|Step|Byte|Offset))");
+    box.said.clear();
+    for (const auto& [keys, then] :
+         {std::pair("Ctrl+Z", &before), {"Ctrl+Y", &after}, {"Ctrl+Z", &before}}) {
+      hands->Keys(Focused("ListSequence"), keys);
+      const QStringList differing = Difference(*then, StateOf(*this)).filter(owned);
+      EXPECT_TRUE(differing.isEmpty()) << row.toStdString() << "\n  after " << keys << ": "
+                                       << differing.join(" · ").toStdString();
+    }
+    EXPECT_TRUE(box.said.isEmpty() && Sent(0).empty()) << row.toStdString();
   }
 
   // A window that has just come up, or again, has no focus yet.

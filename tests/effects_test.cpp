@@ -1,5 +1,7 @@
 // What each command of the window changes, and that it changes nothing else: a row for each, from a
 // start in which nothing agrees. The program's whole state before and after is compared.
+#include <sys/stat.h>
+
 #include <QAccessible>
 #include <QClipboard>
 #include <QMenuBar>
@@ -189,6 +191,8 @@ class Effects : public Movement, public testing::WithParamInterface<std::string>
         {"tick", [this] { timer.Elapse(); }},
         {"menu", [&] { Trigger(rest); }},
         {"file", [&] { files.answer = File(rest); }},
+        {"path", [&] { files.answer = rest; }},
+        {"pipe", [this] { files.answer = folder_.filePath("pipe"), mkfifo(files.answer->toUtf8(), 0600); }},
         {"flash", [this] { FillFlash(ExampleSequences()); }},
         {"copied", [&] { QGuiApplication::clipboard()->setText(Text(rest)); }},
         {"board", [&] { board.Send({static_cast<std::uint8_t>(number(0))}); }},

@@ -59,7 +59,7 @@ class DialogInterp : public QDialog {
         Placed("CancelButton", 4080, 540, 1215, 375, new platform::PushButton("&Annulla", this));
     ok->setDefault(true);
     connect(ok, &QPushButton::clicked, this, [this] { OKButton_Click(); });
-    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
+    connect(cancel, &QPushButton::clicked, this, [this] { CancelButton_Click(); });
     OptionINterp = {Placed("OptionINterp_0", 360, 120, 3015, 435,
                            new platform::OptionButton("Interpolation With &Previous Step", this)),
                     Placed("OptionINterp_1", 360, 540, 3015, 435,
@@ -126,6 +126,8 @@ class DialogInterp : public QDialog {
     edited_.Replace(source, Interpolate(from, edited_.Row(source + 1), count));
     accept();
   }
+
+  void CancelButton_Click() { reject(); }
 
   void Refuse(const QString& text) { message_box_.Show(text, "Note", {.parent = this}); }
 

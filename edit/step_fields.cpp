@@ -1,5 +1,8 @@
 #include "edit/step_fields.h"
 
+#include <span>
+#include <string>
+
 #include "core/step_line.h"
 #include "platform/controls/typed_number.h"
 
@@ -78,10 +81,12 @@ void StepFields::ShowSelectedStep() {
 
 EditRow StepFields::NewStep() {
   CommitPending();
-  EditRow step{};
-  for (std::size_t ch = 0; ch < kChannels; ++ch) step[ch] = controls_.CWSlide1[ch]->value();
-  step[kDurationColumn] = controls_.CWNumEditTimeStep->Value();
-  return step;
+  std::string line;
+  for (const platform::TextField* angle : std::span(controls_.Text1).last<kChannels>()) {
+    line += angle->text().toStdString() + '\t';
+  }
+  line += std::to_string(controls_.CWNumEditTimeStep->Value()) + " ms";
+  return ReadStepLine(line, edited_.DecimalPoint()).value();
 }
 
 }  // namespace pelmora

@@ -46,7 +46,8 @@ class StepFields {
   // line is selected.
   void ShowSelectedStep();
 
-  // The step being composed, with what is being typed.
+  // The step being composed: what the angle displays and the duration field show once what is being
+  // typed has been committed.
   EditRow NewStep();
 
  private:

@@ -20,17 +20,12 @@ concept ReadOnly = !std::is_reference_v<Result> || std::is_const_v<std::remove_r
 #define EXPECT_READ_ONLY(Owner, getter) \
   static_assert(ReadOnly<decltype(std::declval<Owner&>().getter())>, #Owner "::" #getter)
 
-EXPECT_READ_ONLY(BoardLink, EraseMode);
-EXPECT_READ_ONLY(BoardLink, ProgramMode);
-EXPECT_READ_ONLY(BoardLink, ReadMode);
 EXPECT_READ_ONLY(BoardLink, AckReceived);
 EXPECT_READ_ONLY(BoardLink, AbortRequest);
 EXPECT_READ_ONLY(BoardLink, Reply);
 EXPECT_READ_ONLY(BoardLink, FlashImage);
 EXPECT_READ_ONLY(BoardLink, Port);
 EXPECT_READ_ONLY(BoardControl, PcControl);
-EXPECT_READ_ONLY(BoardControl, PcPlays);
-EXPECT_READ_ONLY(BoardControl, BoardPlays);
 EXPECT_READ_ONLY(DebugPanel, Echo);
 EXPECT_READ_ONLY(PcEmulator, Held);
 EXPECT_READ_ONLY(EditedSequence, Data);

@@ -6,6 +6,7 @@
 #include <optional>
 #include <vector>
 
+#include "core/board_codec.h"
 #include "core/step_line.h"
 #include "tests/window_fixture.h"
 
@@ -55,12 +56,8 @@ class TableModel {
   void Adopt() {
     now_.table = StoredSteps(program_.Data());
     now_.current = program_.Data().CurSeq;
-    now_.header.clear();
-    PutWord(now_.header, static_cast<std::size_t>(program_.Data().TotalBytes));
-    for (std::size_t i = 0; i < kSequences; ++i) {
-      PutWord(now_.header, static_cast<std::size_t>(program_.Data().SeqSteps[i]));
-      PutWord(now_.header, static_cast<std::size_t>(program_.Data().SeqOffset[i]));
-    }
+    const auto command = ProgramCommand(program_.Data());
+    now_.header.assign(command.begin() + 1, command.end());
   }
 
   State Now() const {
@@ -83,14 +80,22 @@ class TableModel {
   }
   // How many there are that have not been undone.
   int Changes() const { return changes_; }
-  // `press` presses the key, which does nothing unless it is `allowed`.
+  // Undoes a change, or does one `again`. `press` presses the key, which does nothing unless it is
+  // `allowed`.
   template <class Press>
-  void Undo(bool allowed, Press press) {
-    Exchange(allowed, press, undo_, redo_, -1);
-  }
-  template <class Press>
-  void Redo(bool allowed, Press press) {
-    Exchange(allowed, press, redo_, undo_, 1);
+  void Undo(bool again, bool allowed, Press press) {
+    std::vector<State>& from = again ? redo_ : undo_;
+    const State former = Now();
+    press();
+    if (!allowed || open_ > 0 || from.empty()) {
+      EXPECT_TRUE(Now() == former) << "there is nothing to undo or redo";
+      return;
+    }
+    (again ? undo_ : redo_).push_back(former);
+    now_ = from.back();
+    from.pop_back();
+    changes_ += again ? 1 : -1;
+    EXPECT_EQ(Now().lines, now_.lines);
   }
 
   // What programming sends behind its command. Nothing after a read whose header did not fit its
@@ -127,22 +132,6 @@ class TableModel {
     }
     return sequences;
   }
-  template <class Press>
-  void Exchange(bool allowed, Press press, std::vector<State>& from, std::vector<State>& to,
-                int changes) {
-    const State former = Now();
-    press();
-    if (allowed && open_ == 0 && !from.empty()) {
-      to.push_back(former);
-      now_ = from.back();
-      from.pop_back();
-      changes_ += changes;
-      EXPECT_EQ(Now().lines, now_.lines);
-    } else {
-      EXPECT_TRUE(Now() == former) << "there is nothing to undo or redo";
-    }
-  }
-
   const ProgramWithBoard& program_;
   State now_;
   State before_;

@@ -42,10 +42,11 @@ QString InShort(const QStringList& fields, const QString& separator) {
   return runs.join(separator);
 }
 
-QString InShort(const EditRow& row) {
-  QStringList positions;
-  for (std::size_t c = 0; c < kChannels; ++c) positions.append(QString::number(row[c]));
-  return InShort(positions, ",") + ':' + QString::number(row[kDurationColumn]);
+template <class Positions>
+QString InShort(const Positions& positions, int duration) {
+  QStringList fields;
+  for (std::size_t c = 0; c < kChannels; ++c) fields.append(QString::number(positions[c]));
+  return InShort(fields, ",") + ':' + QString::number(duration);
 }
 
 // What a control shows; nothing for one that only holds or moves others.
@@ -139,8 +140,9 @@ class Capture {
       const EditRow& row = data.EditBuffer[static_cast<std::size_t>(i)];
       const bool listed = i < state_.lines.size();
       if (row[kBreakColumn] != 0) flags.append(QString::number(i));
-      Put(QString("row %1").arg(i), listed ? kHasLine : InShort(row));
-      if (listed) listed_.append(InShort(row));
+      const QString text = InShort(row, row[kDurationColumn]);
+      Put(QString("row %1").arg(i), listed ? kHasLine : text);
+      if (listed) listed_.append(text);
       if (listed && QString(state_.lines[i]).replace("  ms|", " ms") != LineOf(row)) {
         differing.append(QString::number(i));
       }
@@ -159,10 +161,8 @@ class Capture {
     for (std::size_t i = 0; i < pelmora::kSequences; ++i) {
       QStringList steps;
       for (std::size_t step = 0; step < std::size_t(std::min<int>(data.SeqSteps[i], 256)); ++step) {
-        EditRow row{};
-        std::ranges::copy(data.SeqTable[i].Position[step], row.begin());
-        row[kDurationColumn] = data.SeqTable[i].Duration[step];
-        steps.append(InShort(row));
+        const pelmora::SequenceRecord& record = data.SeqTable[i];
+        steps.append(InShort(record.Position[step], record.Duration[step]));
       }
       const bool listed = i == data.CurSeq && steps == listed_ && !steps.isEmpty();
       Put(QString("sequence %1").arg(i), listed ? "as listed" : InShort(steps, " "));

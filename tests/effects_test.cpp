@@ -84,7 +84,9 @@ class Effects : public Movement, public testing::WithParamInterface<std::string>
     Activate();
     const ProgramState after = StateOf(*this);
     QStringList changed = Difference(before, after);
-    if (!box.said.isEmpty()) changed.append("says " + Plain(box.said.join(" / ")));
+    QString said = box.said.join(" / ").replace("\n\n", " ");
+    said.replace(QRegularExpression("/dev/pts/\\d+"), "PORT");
+    if (!said.isEmpty()) changed.append("says " + said);
     for (const platform::FileRequest& asked : files.requests) {
       changed.append(
           QString("asks for a file " + asked.proposed_name + asked.default_extension).trimmed());
@@ -125,10 +127,6 @@ class Effects : public Movement, public testing::WithParamInterface<std::string>
     auto* dialog = form->findChild<QDialog*>("DialogInterp");
     QWidget* top = dialog && dialog->isVisible() ? dialog : form->window();
     if (top->isVisible()) QApplication::setActiveWindow(top);
-  }
-  // Without what differs from run to run.
-  static QString Plain(QString text) {
-    return text.replace(QRegularExpression("/dev/pts/\\d+"), "PORT").replace("\n\n", " ");
   }
   void MakeLabelsStale() {
     for (const char* label : {"LabelSeq", "LabelSeqEmu", "LabelStep", "LabelByte", "CommandOffset",

@@ -67,8 +67,8 @@ class Outside : public testing::Test {
     return window;
   }
 
-  void AnswerMessage() {
-    Focus("^Program$");
+  void AnswerMessage(const QString& title) {
+    Focus(title);
     QThread::msleep(600);  // what is typed at once does not answer it
     Keys("Return");
     QThread::msleep(200);
@@ -86,17 +86,12 @@ class Outside : public testing::Test {
 
   void Click(QPoint place) {
     XDoTool({"mousemove", "--window", window_, QString::number(place.x()),
-             QString::number(place.y() + menu_height_), "click", "1"});
-    Pause();
+             QString::number(place.y() + menu_height_), "click", "1", "sleep", "0.06"});
   }
   // Keys one after the other: "alt+v f".
   void Keys(const QString& keys) {
-    for (const QString& key : keys.split(' ')) {
-      XDoTool({"key", key});
-      Pause();
-    }
+    for (const QString& key : keys.split(' ')) XDoTool({"key", key, "sleep", "0.06"});
   }
-  static void Pause() { QThread::msleep(60); }
 
   // `end` of the list: "Home" for its first entry, "End" for its last.
   void ChoosePort(const QString& end) {
@@ -169,9 +164,7 @@ TEST_F(Outside, NothingPersistsButTheSavedFile) {
   Keys("ctrl+a");
   XDoTool({"type", "--", home + "/a"});
   Keys("Return");
-  Focus("^Save$");
-  Keys("Return");
-  Focus("^Pelmora V 3.0$");
+  AnswerMessage("^Save$");
   Keys("ctrl+s");
   Focus("^Save As$");
   Keys("ctrl+q");  // while the dialog is open
@@ -202,8 +195,8 @@ TEST_F(Outside, TheProgramItselfComposesAndProgramsOverAPinnedPort) {
   Click(kCommandAdd);
   Keys("alt+v f");
   Click(kCommandFlash);
-  AnswerMessage();  // "Data Flash Erased"
-  AnswerMessage();  // "Data Flash Programmed!"
+  AnswerMessage("^Program$");  // "Data Flash Erased"
+  AnswerMessage("^Program$");  // "Data Flash Programmed!"
   kill(static_cast<pid_t>(program_.processId()), SIGTERM);
   ExpectEnd();
 
@@ -211,7 +204,7 @@ TEST_F(Outside, TheProgramItselfComposesAndProgramsOverAPinnedPort) {
   const Bytes expected =
       rig::Hex("01 08 8A 08 6C 07 02 00 1C 00 02 00 00" + rig::Repeat(" 00", 15 * 4) + " 8A " +
                centred + "6C " + centred + "00 00");
-  EXPECT_TRUE(board.WaitForBytes(expected.size(), std::chrono::seconds(2)));
+  board.WaitForBytes(expected.size(), std::chrono::seconds(2));
   EXPECT_EQ(board.Received(), expected);
 }
 

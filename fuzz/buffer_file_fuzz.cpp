@@ -14,9 +14,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
   const std::string text = FormatBufferFile(*first);
   std::istringstream again(text);
   const auto second = ParseBufferFile(again);
-  Require(second != nullptr);
-  Require(first->SeqSteps == second->SeqSteps);
-  Require(first->SeqTable == second->SeqTable);
+  Require(second && *second == *first);
   for (const std::int16_t steps : first->SeqSteps) Require(steps >= 0 && steps <= kSteps);
   Require(FormatBufferFile(*second) == text);
   return 0;

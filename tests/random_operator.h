@@ -50,9 +50,9 @@ class RandomOperator : public WindowTest {
     // clang-format off
     static constexpr Action kKinds[] = {
         &Self::PressAnyButton, &Self::PressAnyButton, &Self::PressAnyButton, &Self::PressAnyButton,
-        &Self::EnterValues, &Self::EnterValues, &Self::Drag, &Self::SelectAny, &Self::HoldKeyInList,
-        &Self::Play, &Self::Play, &Self::Play, &Self::Tick, &Self::Tick, &Self::Tick,
-        &Self::Operate, &Self::Operate, &Self::Save, &Self::LoadAFile,
+        &Self::EnterValues, &Self::EnterValues, &Self::Drag, &Self::SelectAny,
+        &Self::HoldKeyInList, &Self::HoldKeyInList, &Self::Play, &Self::Play, &Self::Play, &Self::Tick,
+        &Self::Tick, &Self::Tick, &Self::Operate, &Self::Operate, &Self::Save, &Self::LoadAFile,
         &Self::Interpolate, &Self::UndoAndProgram, &Self::CopyAndPaste,
         &Self::ShapeMovement, &Self::ShapeMovement, &Self::Disturb};
     // clang-format on
@@ -60,6 +60,7 @@ class RandomOperator : public WindowTest {
     seen_["with a list longer than its window"] += Count() > kLinesInView;
     seen_["inside a wait"] += Waiting();
     seen_["while the board plays"] += BoardPlays();
+    files.answer = Random(6) == 0 ? std::nullopt : std::optional(folder_.filePath("file"));
     done_.append(QString("%1%2").arg(chosen).arg(Waiting() ? " in a wait" : ""));
     (this->*kKinds[chosen])();
   }
@@ -67,6 +68,7 @@ class RandomOperator : public WindowTest {
   // Presses a button, which does what the model says.
   void Press(const char* button) {
     const std::string_view name = button;
+    done_.append(button);
     const auto press = [&] { WindowTest::Press(button); };
     if (name == "CommandMoreSeq") return ShowSequence(Data().CurSeq + 1, press);
     if (name == "CommandLessSeq") return ShowSequence(Data().CurSeq - 1, press);
@@ -137,11 +139,6 @@ class RandomOperator : public WindowTest {
   const char* OneOf(std::initializer_list<const char*> all) {
     return all.begin()[Random(static_cast<int>(all.size()))];
   }
-  void PressOneOf(std::initializer_list<const char*> buttons) {
-    const char* button = OneOf(buttons);
-    done_.append(button);
-    Press(button);
-  }
   // Presses a key in the list, which does what the model says.
   void ListKeys(const QString& key) {
     const auto press = [&] { WindowTest::ListKeys(key); };
@@ -149,10 +146,10 @@ class RandomOperator : public WindowTest {
     Note(key, [&] { model_.Undo(key == "Ctrl+Y", !form->Link().Busy(), press); });
   }
   void PressAnyButton() {
-    PressOneOf({"CommandAdd", "CommandAdd", "CommandAdd", "CommandRem", "CommandReplace",
-                "CommandReplace", "CommandUp", "CommandDwn", "CommandMoreSeq", "CommandLessSeq",
-                "CommandUpdate", "CommandBrk", "CommandBrk", "CommandResBrk", "CommandRepeat",
-                "CommandContinue", "CommandInBuff", "CWButtonMainOnOff", "CWButtonRealEmu"});
+    Press(OneOf({"CommandAdd", "CommandAdd", "CommandRem", "CommandRem", "CommandReplace",
+                 "CommandReplace", "CommandUp", "CommandDwn", "CommandMoreSeq", "CommandLessSeq",
+                 "CommandUpdate", "CommandBrk", "CommandBrk", "CommandResBrk", "CommandRepeat",
+                 "CommandContinue", "CommandInBuff", "CWButtonMainOnOff", "CWButtonRealEmu"}));
   }
   void EnterValues() {
     SetSlider(Random(12), Random(256));
@@ -185,14 +182,14 @@ class RandomOperator : public WindowTest {
   void Play() {
     TryToConnect();
     if (BoardPlays()) Press("CWButtonRealEmu");
-    if (Playing()) return PressOneOf({"CWButtonEmuPC", "CommandContinue", "CommandContinue"});
+    if (Playing()) return Press(OneOf({"CWButtonEmuPC", "CommandContinue", "CommandContinue"}));
     if (Count() > 2) {
       Select(2 + Random(Count() - 2));
       Press("CommandBrk");
       Select(Selected() - 1 - Random(2));
     }
     Press("CWButtonEmuPC");
-    Tick();
+    for (int ticks = 0; ticks < 3; ++ticks) Tick();
   }
   void Tick() {
     const auto busy = form->Link().Port().TimeUntilReady().count();
@@ -214,21 +211,19 @@ class RandomOperator : public WindowTest {
   void OperateInside() {
     seen_[kInside] += Waiting();
     Misbehave();
-    PressOneOf({"CommandErase", "CommandFlash", "CommandFlash", "CommandRead", "CommandRead"});
+    Press(OneOf({"CommandErase", "CommandFlash", "CommandFlash", "CommandRead", "CommandRead"}));
   }
   void TryToConnect() {
-    if (Enabled("ComboPort")) Connect();
+    auto& combo = hands->Find<QComboBox>("ComboPort");
+    if (!combo.isEnabled()) return;
+    combo.setCurrentIndex(0);
+    emit combo.activated(0);
   }
   void Reconnect() {
     board.Unplug();
     board.Replug();
   }
-  // Sooner or later he closes the dialog.
-  void ChooseFile() {
-    files.answer = Random(6) == 0 ? std::nullopt : std::optional(folder_.filePath("file"));
-  }
   void Save() {
-    ChooseFile();
     model_.Store();
     const int saved = seen_["Data Saved!"];
     Trigger("SaveBuffer");
@@ -237,7 +232,6 @@ class RandomOperator : public WindowTest {
   }
   // What was saved, or sequences of many steps.
   void LoadAFile() {
-    ChooseFile();
     const int loaded = seen_["Data Loaded!"];
     Change("load", [&] {
       if (Random(4) == 0) {
@@ -254,7 +248,7 @@ class RandomOperator : public WindowTest {
     auto* dialog = form->findChild<QDialog*>("DialogInterp");
     if (!dialog) return;
     hands->Find<QSpinBox>("CWNumEditInterp").setValue(Random(12));
-    PressOneOf({"OptionINterp_0", "OptionINterp_1"});
+    Press(OneOf({"OptionINterp_0", "OptionINterp_1"}));
     Press("OKButton");
     dialog->reject();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -288,18 +282,19 @@ class RandomOperator : public WindowTest {
   // What the pointer finds.
   void DragIn(QWidget& canvas) {
     QWindow* window = canvas.window()->windowHandle();
+    QPoint place;
     const auto move = [&] {
-      const QPoint place(Random(canvas.width()), Random(canvas.height()));
+      place = {Random(canvas.width()), Random(canvas.height())};
       QTest::mouseMove(window, place);
-      return place;
     };
-    QPoint place = move();
-    while (canvas.cursor().shape() == Qt::ArrowCursor && Random(40) > 0) place = move();
+    move();
+    while (canvas.cursor().shape() == Qt::ArrowCursor && Random(40) > 0) move();
     QTest::mousePress(window, Qt::LeftButton, {}, place);
     move();
     if (Random(3) == 0) Tick();
     if (Random(4) == 0) hands->Keys(canvas, "Escape");
-    QTest::mouseRelease(window, Qt::LeftButton, {}, move());
+    move();
+    QTest::mouseRelease(window, Qt::LeftButton, {}, place);
   }
   // Undoes so many changes and does them again. The model compares what comes back.
   void CheckUndo(int changes) {
@@ -316,7 +311,7 @@ class RandomOperator : public WindowTest {
   void Disturb() {
     if (Random(3) == 0) return Reconnect();
     if (Random(2) == 0) Trigger("Resetting");
-    if (Random(2) == 0) PressOneOf({"CommandClearAll", "CommandClear"});
+    if (Random(2) == 0) Press("CommandClear");
   }
   void Misbehave() {
     std::array<std::uint8_t, 66> header{};

@@ -62,7 +62,11 @@ std::vector<std::string> Commands() {
 
 class Effects : public Movement, public testing::WithParamInterface<std::string> {
  protected:
-  Effects() { box.ExpectAnything(); }
+  Effects() {
+    box.ExpectAnything();
+    box.Shown = [this](const QString& text) { DoAll(behind_.take(text).split(',')); };
+  }
+  ~Effects() override { box.Shown = {}; }
 
   void ExpectRow(const QString& row) {
     const QStringList sides = InFull("START; " + row).split(" = ");
@@ -70,20 +74,22 @@ class Effects : public Movement, public testing::WithParamInterface<std::string>
     const QStringList commands = sides[0].section('>', 1).split(';');
     QStringList expected = sides.value(1).split(" · ", Qt::SkipEmptyParts);
     Begin();
-    for (const QString& command : start.split(';')) Do(command.trimmed());
+    DoAll(start.split(';'));
     if (!start.contains("closed") && Enabled("ComboPort")) Connect();
     if (!start.contains("fresh")) MakeLabelsStale();
     // The button that is pressed has the focus already.
-    if (auto* first = form->findChild<QWidget*>(commands[0].trimmed())) first->setFocus();
+    const QString pressed = commands.filter(QRegularExpression("^(?! *(when|behind) )")).value(0);
+    if (auto* first = form->findChild<QWidget*>(pressed.trimmed())) first->setFocus();
     Sent(0);
     box.said.clear();
     files.requests.clear();
+    noted_.clear();
     Activate();
     const ProgramState before = StateOf(*this);
-    for (const QString& command : commands) Do(command.trimmed());
+    DoAll(commands);
     Activate();
     const ProgramState after = StateOf(*this);
-    QStringList changed = Difference(before, after);
+    QStringList changed = Difference(before, after) + noted_;
     QString said = box.said.join(" / ").replace("\n\n", " ");
     said.replace(QRegularExpression("/dev/pts/\\d+"), "PORT");
     if (!said.isEmpty()) changed.append("says " + said);
@@ -103,6 +109,7 @@ class Effects : public Movement, public testing::WithParamInterface<std::string>
     const bool changes = !changed.filter(QRegularExpression("^(undo:|redo: none)")).isEmpty();
     const bool latest = commands.size() == 1 && NameOf("redo") == "none";
     if (changes && latest) ExpectUndone(row, before, after);
+    if (GetParam().starts_with("Flash")) ExpectTheNextOperationsToWork();
   }
 
   // The latest change of the sequences goes and comes back with all that they own, without a word
@@ -139,15 +146,43 @@ class Effects : public Movement, public testing::WithParamInterface<std::string>
     QLocale::setDefault(QLocale::c());
     if (board.DevicePath().empty()) board.Replug();
     board.SetFaults({});
+    behind_.clear();
     FillFlash({});
     QGuiApplication::clipboard()->clear();
     Restart();
   }
 
+  // What `when` waits for; "in 40" are bytes that have come and are not taken, "said" is the last
+  // message, and that the wait which goes on behind it can be ended.
+  bool Holds(const QString& condition) {
+    const QString value = condition.section(' ', 1);
+    if (condition.startsWith("sent")) return board.WaitForBytes(value.toUInt(), {});
+    if (condition.startsWith("bar")) return Bar() == value.toInt();
+    if (condition.startsWith("in")) Press("CommandInBuff");
+    if (condition.startsWith("in") || condition.startsWith("echo")) {
+      return hands->Read("Echo") == value;
+    }
+    return Enabled("Command1") && box.said.value(box.said.size() - 1).endsWith(value);
+  }
+  // Once it holds, inside the wait.
+  void When(const QString& condition, const QString& commands) {
+    hands->When([=, this] { return Holds(condition); },
+                [=, this] {
+                  const QString sent = QString("sent %1").arg(board.Log().size());
+                  EXPECT_TRUE(!condition.startsWith("sent") || condition == sent)
+                      << sent.toStdString() << ": more than was answered";
+                  DoAll(commands.split(','));
+                });
+  }
+
+  void DoAll(const QStringList& commands) {
+    for (const QString& command : commands) Do(command.trimmed());
+  }
   void Do(const QString& command) {
     const QString verb = command.section(' ', 0, 0);
     const QString rest = command.section(' ', 1);
     const QStringList words = rest.split(' ');
+    const QString first = rest.section(": ", 0, 0);
     const auto number = [&words](int i) { return words.value(i).toInt(); };
     // clang-format off
     const QMap<QString, std::function<void()>> verbs = {
@@ -157,7 +192,10 @@ class Effects : public Movement, public testing::WithParamInterface<std::string>
         {"comma", [] { QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany)); }},
         {"stale", [this] { MakeLabelsStale(); }},
         {"connect", [this] { Connect(); }},
+        {"port", [&] { auto& ports = hands->Find<QComboBox>("ComboPort"); ports.setCurrentIndex(number(0)); emit ports.activated(number(0)); }},
         {"unplug", [this] { board.Unplug(); }},
+        {"lose", [this] { Lose(); }},
+        {"reconnect", [this] { Lose(); board.Replug(); Connect(); }},
         {"noticed", [this] { EXPECT_TRUE(hands->WaitUntil([this] { return !box.said.isEmpty(); })); }},
         {"select", [&] { Select(number(0)); }},
         {"seq", [&] { while (Data().CurSeq != number(0)) Press(Data().CurSeq < number(0) ? "CommandMoreSeq" : "CommandLessSeq"); }},
@@ -194,7 +232,11 @@ class Effects : public Movement, public testing::WithParamInterface<std::string>
         {"flash", [this] { FillFlash(ExampleSequences()); }},
         {"copied", [&] { QGuiApplication::clipboard()->setText(Text(rest)); }},
         {"board", [&] { board.Send({static_cast<std::uint8_t>(number(0))}); }},
-        {"received", [this] { EXPECT_TRUE(hands->WaitUntil([this] { return hands->Read("Echo") != "?"; })); }},
+        {"received", [&] { EXPECT_TRUE(hands->WaitUntil([&] { return hands->Read("Echo") == rest; })); }},
+        {"answer", [&] { board.Send(Hex(rest.toStdString())); }},
+        {"arrive", [&] { Arrive(board, Hex(rest.toStdString())); }},
+        {"flood", [&] { board.Send(Bytes(rest.toUInt(), 7)); }},
+        {"confirm", [this] { board.Send({255}); EXPECT_TRUE(hands->WaitUntil([this] { return Acknowledged(); })); }},
         {"count", [&] { hands->Find<QSpinBox>("CWNumEditInterp").setValue(number(0)); }},
         {"movement", [this] { Open(); }},
         {"point", [&] { MoveTo(At(MiddleOf(number(0)), number(1))); }},
@@ -207,13 +249,14 @@ class Effects : public Movement, public testing::WithParamInterface<std::string>
         {"lock", [this] { form->setEnabled(false), form->setEnabled(true); }},
         {"minimise", [this] { Canvas().hide(), Canvas().show(); }},
         {"silent", [this] { board.SetFaults({.silent = true}); }},
+        {"sound", [this] { board.SetFaults({}); }},
         {"acks", [&] { board.SetFaults({.silent_after_acks = number(0)}); }},
         {"wrong", [&] { board.SetFaults({.before_reply = {static_cast<std::uint8_t>(number(0))}}); }},
-        {"lie", [&] { board.SetFaults({.lying_header = Lie(words)}); }},
-        {"meanwhile", [&] { hands->When([this] { return Waiting(); }, [this, rest] { hands->Keys(List(), rest); board.Send({255}); }); }},
-        {"lose-at", [&] { WhenSent(words[0].toUInt(), [this] { board.Unplug(); }); }},
-        {"abort", [&] { WhenSent(words[0].toUInt(), [this] { Abort(); }); }},
-        {"abort-after", [&] { hands->When([=, this] { return hands->Read("Echo") == rest && (rest == "Error!" || Bar() == 42); }, [this] { Abort(); }); }},
+        {"cut", [&] { board.SetFaults({.cut_reply_at = rest.toUInt()}); }},
+        {"lie", [&] { board.SetFaults({.cut_reply_at = words[0].toUInt(), .lying_header = Lie(words.mid(1))}); }},
+        {"when", [&] { When(first, rest.mid(first.size() + 2)); }},
+        {"behind", [&] { behind_[first] = rest.mid(first.size() + 2); }},
+        {"note", [&] { Note(rest); }},
     };
     // clang-format on
     const auto known = verbs.find(verb);
@@ -303,6 +346,36 @@ class Effects : public Movement, public testing::WithParamInterface<std::string>
     form->activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(form.get()));
   }
+  void Lose() {
+    board.Unplug();
+    EXPECT_TRUE(hands->WaitUntil([this] { return Enabled("ComboPort"); }));
+  }
+  // How something of the state is at this moment.
+  void Note(const QString& name) {
+    const QString value = StateOf(*this).values[name];
+    noted_.append("notes " + name + ": " + (value.isEmpty() ? "none" : value));
+  }
+
+  // Whatever has been done to the line: a read that gets no answer, a byte that comes by itself, a
+  // read, and a program with an erase that is answered late.
+  void ExpectTheNextOperationsToWork() {
+    if (board.DevicePath().empty()) board.Replug();
+    if (Enabled("ComboPort")) Connect();
+    FillFlash(ExampleSequences());  // ends a program that the board is still waiting for, too
+    box.said.clear();
+    for (const QString operation :
+         {"silent; when sent 1: press Command1; press CommandRead", "sound; board 65; received 65",
+          "press CommandRead", "silent; when sent 1: sound, answer FF; press CommandFlash"}) {
+      board.ClearLog();
+      DoAll(operation.split(';'));
+    }
+    EXPECT_EQ(box.said.join(", ").remove("Program: ").toStdString(),
+              "Reading Error!, Data Flash Read!, Data Flash Erased, Data Flash Programmed!");
+    EXPECT_EQ(Table(), ExampleSequences());
+    EXPECT_TRUE(
+        hands->WaitUntil([this] { return board.FlashData() == StepDataOf(ExampleSequences()); }));
+  }
+
   // Lines and fields, which a row parts by "/" and "|".
   static QString Text(QString text) { return text.replace('|', '\t').replace('/', '\n'); }
   // A file of these lines, or of so many steps; "example", "new" for none yet, "none" for a
@@ -318,6 +391,8 @@ class Effects : public Movement, public testing::WithParamInterface<std::string>
   }
 
   QTemporaryDir folder_;
+  QMap<QString, QString> behind_;  // what is done while this message is open
+  QStringList noted_;
 };
 
 TEST_P(Effects, AreTheseAndNoOthers) {

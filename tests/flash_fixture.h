@@ -2,6 +2,10 @@
 // open.
 #pragma once
 
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
 #include <QRegularExpression>
 
 #include "rig/program_state.h"
@@ -15,10 +19,21 @@ inline constexpr char kReadText[] = "Data Flash Read!";
 inline constexpr char kNothingText[] = "Nothing to Read!";
 inline constexpr char kReadingErrorText[] = "Reading Error!";
 inline constexpr char kAbortText[] = "Operation Aborted!";  // may be followed by a number
-inline constexpr char kDisturbedText[] =
-    "Something else was sent to the board while its flash was written: a slider moved, or a "
-    "playback or a switch was used. The flash is not what the sequences are. Program again.";
-inline constexpr char kCorruptedText[] = "Impossible to Load Sequences! Flash memory corrupted.";
+
+// Sends bytes from the board and returns when they are here, without looking at events.
+inline void Arrive(simboard::SimulatedBoard& board, const Bytes& bytes) {
+  const int line = open(board.DevicePath().c_str(), O_RDONLY | O_NOCTTY | O_NONBLOCK);
+  int before = 0;
+  ioctl(line, FIONREAD, &before);
+  board.Send(bytes);
+  int here = before;
+  for (int turn = 0; turn < 5000 && here < before + static_cast<int>(bytes.size()); ++turn) {
+    QTest::qSleep(1);
+    ioctl(line, FIONREAD, &here);
+  }
+  EXPECT_EQ(here - before, bytes.size());
+  close(line);
+}
 
 class FlashTest : public WindowTest {
  protected:
@@ -28,7 +43,6 @@ class FlashTest : public WindowTest {
   }
   ~FlashTest() override { ExpectAtRest(); }
 
-  void Erase() { hands->Click("CommandErase"); }
   void Program() { hands->Click("CommandFlash"); }
   void Read() { hands->Click("CommandRead"); }
   void Abort() { hands->Click("Command1"); }
@@ -69,19 +83,6 @@ class FlashTest : public WindowTest {
   // Does `action` once so many bytes are on the line.
   void WhenSent(std::size_t count, std::function<void()> action) {
     hands->When([this, count] { return board.WaitForBytes(count, {}); }, std::move(action));
-  }
-
-  // Does `action` once the bar shows so much step data.
-  void WhenBar(int bytes, std::function<void()> action) {
-    hands->When([this, bytes] { return Bar() == bytes; }, std::move(action));
-  }
-
-  bool Connected() const { return form->Link().Port().Connected(); }
-
-  // What the button shows of the receive buffer.
-  QString InBuff() const {
-    hands->Click("CommandInBuff");
-    return hands->Read("Echo");
   }
 
   // The word at the bar's place and the busy pointer over the window.

@@ -1,5 +1,5 @@
-// Erasing, programming and reading back with a sound board: the bytes on the line, the waits and
-// what the window shows in them, and what the operator may do meanwhile.
+// Programming and reading back: the bytes on the line, the waits and what the window shows in them.
+// How each operation ends, and what may happen inside its waits, is in effects.txt.
 #include "platform/controls/text_field.h"
 #include "rig/processor_time.h"
 #include "tests/flash_fixture.h"
@@ -45,24 +45,6 @@ TEST_F(Flash, SixteenSequencesSurviveAPowerCycle) {
     EXPECT_TRUE(std::ranges::is_sorted(bar));
     ExpectSent({6});
   }
-}
-
-TEST_F(Flash, AnImageThatTheHeaderCannotHoldIsRefused) {
-  const QString warning = "Out of memory: too many steps. Max # of bytes is 24064!";
-  Connect();
-  // 32760 bytes are the board's affair, but they grow during the erase.
-  ExpectMessage(warning);
-  Load(RandomSequences(9, 2340));
-  WhenSent(1, [&] {
-    ExpectMessage(warning);
-    hands->Click("CommandAdd");
-    ExpectMessage(kErasedText);
-    ExpectMessage(warning);
-    board.Send({255});
-  });
-  board.SetFaults({.silent = true});
-  Program();
-  ExpectSent({7});
 }
 
 TEST_F(Flash, SaysHowASequenceIsStored) {
@@ -123,9 +105,7 @@ TEST_F(Flash, ASilentBoardCostsNoProcessorTime) {
   EXPECT_LT(ProcessorMilliseconds() - before, 100.0);
 }
 
-class InsideAWait : public FlashTest {};
-
-TEST_F(InsideAWait, EditingIsSentUntilTheErasesEndOnly) {
+TEST_F(Flash, EditingIsSentUntilTheErasesEndOnly) {
   Connect();
   for (const auto& [acks, sent] : {std::pair{0, 1U}, {1, 68U}, {2, 68U + 256U}}) {
     SCOPED_TRACE(acks);
@@ -147,64 +127,56 @@ TEST_F(InsideAWait, EditingIsSentUntilTheErasesEndOnly) {
   }
 }
 
-TEST_F(InsideAWait, AReadInsideAReadServesBoth) {
-  const Sequences sequences = RandomSequences(11, 40);
-  FillFlash(sequences);
-  Connect();
-  // The header of the first is cut, or its data.
-  for (const std::size_t come : {40U, 66U + 30U}) {
-    SCOPED_TRACE(come);
-    board.SetFaults({.cut_reply_at = come});
-    const auto cut = [&] { return come < 66 ? InBuff() == "40" : Bar() == 30; };
-    hands->When(cut, [this] {
-      hands->Click("Echo");
-      EXPECT_EQ(InBuff(), "0") << "what had come is thrown away";
-      AddStep(0, 128, 100);
-      board.SetFaults({});
-      ReadWell();
-      EXPECT_FALSE(Reading());
-      ExpectMessage(kReadText);
-    });
-    Read();
-    EXPECT_EQ(Table(), sequences);
-    EXPECT_EQ(Lines().size(), static_cast<int>(sequences[0].size()));
-    ExpectSent({6, 6});
-    ExpectAtRest();
-  }
-}
-
 // Bytes that nobody asked for, here already but not looked at yet.
 TEST_F(Flash, StrayBytesAreDroppedBeforeARead) {
   FillFlash(ExampleSequences());
   Connect();
-  const auto stray = [this] {
-    board.Send({1, 2, 3});
-    QTest::qSleep(30);
-  };
-  stray();
+  const Bytes stray = {1, 2, 7};
+  Arrive(board, stray);
   ExpectMessage(kReadText);
   Press("CommandRead");
   EXPECT_EQ(Table(), ExampleSequences());
-  stray();
+  Arrive(board, stray);
   Press("CommandInBuff");
   EXPECT_EQ(hands->Read("Echo"), "3");
-  stray();
+  EXPECT_TRUE(hands->WaitUntil([this] { return hands->Read("Echo") == "7"; })) << "still there";
+  Arrive(board, stray);
   emit hands->Find<platform::TextField>("Echo").Click();
   QTest::qWait(30);
   EXPECT_EQ(hands->Read("Echo"), "");
 }
 
-TEST_F(InsideAWait, AConnectionMadeAnewBeforeTheHeaderGetsNothing) {
-  Load(ExampleSequences());
+// More has come than the board holds when an overflow is aborted: it is cut once more.
+TEST_F(Flash, AnAbortedOverflowKeepsNoMoreThanTheBoardHolds) {
+  Bytes header = HeaderOf(ExampleSequences());
+  header[0] = 0x7F;
   Connect();
-  ExpectMessage(kErasedText, [this] {
-    EXPECT_EQ(Sent(1), Bytes{7});
+  board.SetFaults({.silent = true});
+  WhenSent(1, [&] { board.Send(header + StepDataOf(ExampleSequences())); });
+  hands->When([this] { return Bar() == 42; },
+              [this] {
+                // All of it comes before the read looks again.
+                for (int part = 0; part < 25; ++part) {
+                  Arrive(board, Bytes(1000, 7));
+                  QCoreApplication::processEvents();
+                }
+                Abort();
+              });
+  ExpectMessage(kReadText);
+  Read();
+  EXPECT_EQ(form->Link().Reply().RxCount, 24064);
+}
+
+TEST_F(Flash, AnAdapterPulledInTheLastShortBlockIsNoSuccess) {
+  Load(RandomSequences(20, 40));
+  Connect();
+  WatchBar([this](int value) {
+    if (value < 516 || board.DevicePath().empty()) return;
     Unplug();
-    ConnectAgain();
-    ExpectMessage(kAbortText);
+    ExpectMessage("Operation Aborted!559");
   });
+  ExpectMessage(kErasedText);
   Program();
-  ExpectSent({});
 }
 
 }  // namespace

@@ -35,21 +35,5 @@ TEST_F(Port, OpensWithTheBoardsLineSettingsAndShowsEachByteThatComesThen) {
   EXPECT_TRUE(hands->WaitUntil([&] { return seen.join(' ') == "1 2 255 65"; }));
 }
 
-// An entry without a device has nothing to open.
-TEST_F(Port, ThatCannotBeOpenedIsNamedAndTheListStaysOpen) {
-  auto& combo = hands->Find<QComboBox>("ComboPort");
-  board.Unplug();
-  for (const int entry : {4, 0}) {
-    ExpectMessage(
-        QString("Comm%1 can't be opened: there is no serial port for this entry.").arg(entry + 1));
-    combo.setCurrentIndex(entry);
-    emit combo.activated(entry);
-    EXPECT_EQ(combo.currentIndex(), -1);
-    EXPECT_TRUE(combo.isEnabled());
-  }
-  board.Replug();
-  Connect();
-}
-
 }  // namespace
 }  // namespace pelmora

@@ -2,28 +2,19 @@
 // comes, what does not, and what happens inside it.
 #include "link/reply_operation.h"
 
-#include <fcntl.h>
-#include <gtest/gtest.h>
-#include <poll.h>
-#include <unistd.h>
-
 #include <QObject>
 #include <QStringList>
 #include <QTest>
 #include <QTimer>
 #include <functional>
 
-#include "board/simulated_board.h"
 #include "flash/erase_flash.h"
-#include "rig/bytes.h"
-#include "rig/first_port.h"
-#include "rig/scripted.h"
+#include "tests/flash_fixture.h"
 
 namespace pelmora {
 namespace {
 
 using namespace std::chrono_literals;
-using rig::Bytes;
 using Answer = BoardOperation::Answer;
 
 // A board that answers only what a test says, on an open port.
@@ -36,15 +27,6 @@ struct Line {
                      [this](const QString& text) { echoes.append(text); });
     box.ExpectAnything();
     port.ComboPort_Click(1);
-  }
-
-  // Sends bytes and returns when they are here, without looking at events.
-  void Arrive(const Bytes& bytes) {
-    const int device = open(board.DevicePath().c_str(), O_RDONLY | O_NOCTTY | O_NONBLOCK);
-    pollfd line{device, POLLIN, 0};
-    board.Send(bytes);
-    EXPECT_EQ(poll(&line, 1, 5000), 1);
-    close(device);
   }
 
   simboard::SimulatedBoard board{simboard::Pace::kUnpaced};
@@ -86,10 +68,10 @@ void Do(Line& line, const QString& meanwhile) {
     } else if (word == "unplug") {
       line.board.Unplug();
     } else if (word == "erase") {
-      QTimer::singleShot(0, [&line] { line.Arrive({255}); });
+      QTimer::singleShot(0, [&line] { Arrive(line.board, {255}); });
       EXPECT_EQ(line.erase.Erase(), Answer::kReceived);
     } else {
-      line.Arrive(rig::Hex(word.toStdString()));
+      Arrive(line.board, Hex(word.toStdString()));
     }
   }
 }
@@ -130,7 +112,7 @@ TEST(Reply, ComesInTimeOrTheWaitEndsWithoutIt) {
       EXPECT_EQ(question.WaitForAck(c.within), c.answer);
       if (c.answer == Answer::kTimedOut) {
         EXPECT_GE(std::chrono::steady_clock::now() - begin, kShort);
-        line.Arrive({8});  // too late
+        Arrive(line.board, {8});  // too late
       }
       const Bytes whole = c.event_bytes == 1 ? Bytes{7} : Bytes{7, 8};
       EXPECT_EQ(question.reply, c.answer == Answer::kReceived ? whole : Bytes());

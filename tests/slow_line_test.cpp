@@ -1,5 +1,4 @@
-// The program on a line of its true speed: what the operator stops, stops on
-// the board at once.
+// The program on a line of its true speed: what the operator stops, stops on the board at once.
 #include <gtest/gtest.h>
 
 #include <QElapsedTimer>
@@ -14,7 +13,6 @@ namespace {
 
 using namespace rig;
 using namespace std::chrono_literals;
-using Clock = std::chrono::steady_clock;
 
 struct SlowLine : testing::Test, ProgramWithBoard {
   SlowLine()
@@ -43,7 +41,7 @@ struct SlowLine : testing::Test, ProgramWithBoard {
   auto Backlog() const { return form->Link().Port().TimeUntilReady(); }
 
   // Moves the pointer up and down by so many pixels, as fast as can be, for so long that a backlog
-  // would pile up.
+  // would pile up, and then to its last place.
   void DragAround(const std::function<void(QPoint)>& move) const {
     QElapsedTimer clock;
     clock.start();
@@ -52,8 +50,16 @@ struct SlowLine : testing::Test, ProgramWithBoard {
       QTest::qWait(1);
       ASSERT_LT(Backlog(), 10ms) << "more than a pose has piled up";
     }
+    move(kLast);
+  }
+  // The servo has followed all the time, and is where the pointer is.
+  static void ExpectAtLast(const std::vector<simboard::LoggedByte>& log, int code, int position) {
+    EXPECT_GT(log.size(), 100U);
+    EXPECT_EQ(log[log.size() - 2].byte, code);
+    EXPECT_EQ(log.back().byte, position);
   }
 
+  static constexpr QPoint kLast{0, 37};
   const Sequences poses = FilledSequences(1, 2, 1);
 };
 
@@ -93,12 +99,10 @@ TEST_F(SlowLine, AFaderDraggedAsFastAsCanBeKeepsUpWithThePointer) {
   QTest::mousePress(&slide, Qt::LeftButton, {}, handle);
   ASSERT_TRUE(slide.isSliderDown());
   DragAround([&](QPoint way) { QTest::mouseMove(&slide, handle + way); });
-  QTest::mouseMove(&slide, handle + QPoint(0, 37));
-  const auto log = Log();
-  EXPECT_EQ(log.back().byte, slide.sliderPosition()) << "held still, the servo goes to the pointer";
-  EXPECT_EQ(log.back().byte, slide.value());
-  EXPECT_GT(log.size(), 100U) << "the servo follows all the time";
-  QTest::mouseRelease(&slide, Qt::LeftButton, {}, handle + QPoint(0, 37));
+  const auto log = Log();  // while it is held still
+  ExpectAtLast(log, 8 + 4, slide.sliderPosition());
+  EXPECT_EQ(slide.value(), slide.sliderPosition());
+  QTest::mouseRelease(&slide, Qt::LeftButton, {}, handle + kLast);
   EXPECT_EQ(Log().size(), log.size());
 }
 
@@ -118,14 +122,12 @@ TEST_F(SlowLine, ALevelDraggedAsFastAsCanBeKeepsUpWithThePointer) {
   const QPoint from = level();
   QTest::mousePress(window.windowHandle(), Qt::LeftButton, {}, from);
   DragAround([&](QPoint way) { QTest::mouseMove(window.windowHandle(), from + way); });
-  QTest::mouseRelease(window.windowHandle(), Qt::LeftButton, {}, from + QPoint(0, 37));
-  const auto released = Clock::now();
+  QTest::mouseRelease(window.windowHandle(), Qt::LeftButton, {}, from + kLast);
+  const auto released = std::chrono::steady_clock::now();
   const auto log = Log();
   EXPECT_LT(log.back().when - released, 100ms);
-  EXPECT_EQ(log.back().byte, Data().EditBuffer[2][0]);
-  EXPECT_EQ(log[log.size() - 2].byte, 8);
-  EXPECT_NEAR(level().y(), from.y() + 37, 1);
-  EXPECT_GT(log.size(), 100U) << "the servo follows all the time";
+  ExpectAtLast(log, 8, Data().EditBuffer[2][0]);
+  EXPECT_NEAR(level().y(), (from + kLast).y(), 1);
 }
 
 }  // namespace

@@ -28,10 +28,6 @@ QString YesOrNo(bool yes) {
   return yes ? "yes" : "no";
 }
 
-QString EnabledOr(bool enabled) {
-  return enabled ? "enabled" : "disabled";
-}
-
 // Equal ones in a row are given once: "0*11".
 QString InShort(const QStringList& fields, const QString& separator) {
   QStringList runs;
@@ -90,7 +86,8 @@ class Capture {
         name = control->window()->objectName() + '.' + name;
       }
       Put(name, Shown(*control));
-      Put(name + " enabled?", EnabledOr(control->isEnabledTo(control->parentWidget())));
+      const bool enabled = control->isEnabledTo(control->parentWidget());
+      Put(name + " enabled?", enabled ? "enabled" : "disabled");
       if (!control->isWindow()) Put(name + " shown?", control->isHidden() ? "hidden" : "shown");
     }
     for (const QAction* item : form.findChildren<QAction*>()) {
@@ -98,7 +95,7 @@ class Capture {
       if (!name.isEmpty()) Put(name + " checked?", item->isChecked() ? "checked" : "unchecked");
     }
     Put("windows", windows.join(", "));
-    Put("Form1 enabled?", EnabledOr(form.isEnabled()));
+    Put("Form1 enabled?", form.isEnabled() ? "enabled" : "disabled");
     const QWidget* focus = QApplication::focusWidget();
     Put("focus", focus ? focus->objectName() : "none");
     Put("pointer", form.cursor().shape() == Qt::BusyCursor ? "busy" : "arrow");

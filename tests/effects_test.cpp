@@ -99,9 +99,8 @@ class Effects : public Movement, public testing::WithParamInterface<std::string>
     }
     const QString sent = expected.filter(QRegularExpression("^sent ")).value(0).mid(5);
     const Bytes bytes = Sent(Hex(sent.toStdString()).size());
-    const auto text =
-        QByteArray(reinterpret_cast<const char*>(bytes.data()), qsizetype(bytes.size()));
-    if (!bytes.empty()) changed.append("sent " + text.toHex(' ').toUpper());
+    const QByteArray text = QByteArrayView(bytes).toByteArray().toHex(' ').toUpper();
+    if (!bytes.empty()) changed.append("sent " + text);
     expected.sort();
     changed.sort();
     EXPECT_EQ(changed.join('\n').toStdString(), expected.join('\n').toStdString())

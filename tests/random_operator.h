@@ -44,11 +44,10 @@ class RandomOperator : public WindowTest {
 
   // One action.
   void Act() {
-    using Action = void (RandomOperator::*)();
     using Self = RandomOperator;
     // Each as often as it stands here.
     // clang-format off
-    static constexpr Action kKinds[] = {
+    static constexpr void (Self::*kKinds[])() = {
         &Self::PressAnyButton, &Self::PressAnyButton, &Self::PressAnyButton, &Self::PressAnyButton,
         &Self::EnterValues, &Self::EnterValues, &Self::Drag, &Self::SelectAny,
         &Self::HoldKeyInList, &Self::HoldKeyInList, &Self::Play, &Self::Play, &Self::Play, &Self::Tick,
@@ -115,10 +114,8 @@ class RandomOperator : public WindowTest {
   }
   template <class Act>
   void ShowSequence(int sequence, Act press) {
-    const bool exists = sequence >= 0 && sequence < kSequences;
-    if (exists) model_.Store();
+    if (sequence >= 0 && sequence < kSequences) model_.Show(sequence);
     press();
-    if (exists) model_.Show(sequence);
   }
   template <class Act>
   void Program(Act press) {

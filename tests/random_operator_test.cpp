@@ -7,7 +7,6 @@
 namespace pelmora {
 namespace {
 
-constexpr int kSeed = 20261122;
 constexpr int kActions = 5000;
 constexpr int kEnough = 10;  // times that each of these must have been seen in a run of so many
 constexpr char kWanted[] =
@@ -21,11 +20,8 @@ constexpr char kWanted[] =
 constexpr int kEnoughInside = 100;  // operations
 
 TEST_F(RandomOperator, NeverLeavesTheProgramInAStateThatMakesNoSense) {
-  const auto given = [](const char* name, int otherwise) {
-    return qEnvironmentVariable(name, QString::number(otherwise)).toInt();
-  };
-  const int seed = given("PELMORA_SEED", kSeed);
-  const int actions = given("PELMORA_ACTIONS", kActions);
+  const int seed = qEnvironmentVariable("PELMORA_SEED", "20261122").toInt();
+  const int actions = qEnvironmentVariable("PELMORA_ACTIONS", QString::number(kActions)).toInt();
   random_.seed(static_cast<std::uint32_t>(seed));
   for (int i = 0; i < actions; ++i) {
     StartWatchdog();

@@ -51,7 +51,10 @@ class TableModel {
     now_.current = 0;
     now_.header = HeaderOf(Sequences());
   }
-  void Show(int sequence) { now_.current = static_cast<std::size_t>(sequence); }
+  void Show(int sequence) {
+    Store();
+    now_.current = static_cast<std::size_t>(sequence);
+  }
   // A read has taken what the board has sent, whatever that was.
   void Adopt() {
     now_.table = StoredSteps(program_.Data());

@@ -57,7 +57,6 @@ class RandomOperator : public WindowTest {
     // clang-format on
     const int chosen = Random(std::size(kKinds));
     seen_["with a list longer than its window"] += Count() > kLinesInView;
-    seen_["inside a wait"] += Waiting();
     seen_["while the board plays"] += BoardPlays();
     files.answer = Random(6) == 0 ? std::nullopt : std::optional(folder_.filePath("file"));
     done_.append(QString("%1%2").arg(chosen).arg(Waiting() ? " in a wait" : ""));
@@ -119,7 +118,6 @@ class RandomOperator : public WindowTest {
   }
   template <class Act>
   void Program(Act press) {
-    programmed_.reset();
     press();
     const std::optional<Bytes> image = std::exchange(programmed_, std::nullopt);
     if (!image) return;
@@ -175,15 +173,15 @@ class RandomOperator : public WindowTest {
     });
   }
   void SelectAny() { Select(Random(Count() + 1) - 1); }
-  // Soon there is a breakpoint.
+  // Breakpoints are near.
   void Play() {
     TryToConnect();
     if (BoardPlays()) Press("CWButtonRealEmu");
     if (Playing()) return Press(OneOf({"CWButtonEmuPC", "CommandContinue", "CommandContinue"}));
-    if (Count() > 2) {
-      Select(2 + Random(Count() - 2));
+    if (Count() > 1) {
+      Select(1 + Random(Count() - 1));
       Press("CommandBrk");
-      Select(Selected() - 1 - Random(2));
+      Select(Selected() - 1);
     }
     Press("CWButtonEmuPC");
     for (int ticks = 0; ticks < 3; ++ticks) Tick();

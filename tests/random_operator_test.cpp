@@ -15,7 +15,7 @@ constexpr char kWanted[] =
     "Operation Aborted!, Data Saved!, Data Loaded!, The connection on, CommandAdd, CommandRem, "
     "CommandReplace, CommandClear, CommandClearAll, CommandRead, OKButton, Ctrl+X, Ctrl+V, Ctrl+Z, "
     "Ctrl+Y, drag, held key, drag in the movement, key in the movement, played a step, halted, "
-    "with a list longer than its window, inside a wait, while the board plays, "
+    "with a list longer than its window, while the board plays, "
     "undid many changes and did them again";
 constexpr int kEnoughInside = 100;  // operations
 

@@ -2,16 +2,16 @@
 
 namespace pelmora {
 
-BoardOperation::Answer EraseFlash::Erase() {
+BoardOperation::Answer EraseFlash(BoardLink& link) {
   using Answer = BoardOperation::Answer;
-  if (!link_.Port().RequireConnection()) return Answer::kAborted;
-  const Answer answer = [this] {
-    BoardOperation operation(link_, Mode::kErase);
+  if (!link.Port().RequireConnection()) return Answer::kAborted;
+  const Answer answer = [&link] {
+    BoardOperation operation(link, Mode::kErase);
     operation.Send(kEraseCommand);
     return operation.WaitForAck();
   }();
-  if (answer == Answer::kReceived) link_.Say(QStringLiteral("Data Flash Erased"));
-  if (answer == Answer::kAborted) link_.Say(kAbortedText);
+  if (answer == Answer::kReceived) link.Say(QStringLiteral("Data Flash Erased"));
+  if (answer == Answer::kAborted) link.Say(kAbortedText);
   return answer;
 }
 

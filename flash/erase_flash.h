@@ -7,20 +7,14 @@ namespace pelmora {
 
 inline constexpr char kAbortedText[] = "Operation Aborted!";
 
-class EraseFlash {
- public:
-  explicit EraseFlash(BoardLink& link) : link_(link) {}
+// The whole operation, its message box included; the first step of programming. Returns when the
+// board has confirmed, when the wait was aborted (the message says so), or, without a message, when
+// another erase has taken this one's place. There is no time-out.
+[[nodiscard]] BoardOperation::Answer EraseFlash(BoardLink& link);
 
-  // The button.
-  void CommandErase_Click() { (void)Erase(); }
-
-  // The whole operation, its message box included; the first step of programming. Returns when the
-  // board has confirmed, when the wait was aborted (the message says so), or, without a message,
-  // when another erase has taken this one's place. There is no time-out.
-  [[nodiscard]] BoardOperation::Answer Erase();
-
- private:
-  BoardLink& link_;
-};
+// The button.
+inline void CommandErase_Click(BoardLink& link) {
+  (void)EraseFlash(link);
+}
 
 }  // namespace pelmora

@@ -10,33 +10,38 @@ namespace {
 
 constexpr char kErrorText[] = "Reading Error!";
 
-}  // namespace
+struct Outcome {
+  const char* text;
+  bool replaced = false;  // the sequences are the board's
+};
 
-void ReadBack::CommandRead_Click() {
-  const History::Change change = edited_.BeginChange("Read Seq.");
-  debug_panel_.SetEcho({});
-  std::optional<SequencesEmptiedByRead> emptied(link_);
-  edited_.ClearAll();
-  if (!link_.Port().RequireConnection()) return;
-  const Outcome outcome = Transfer();
-  if (outcome.replaced) emptied.reset();
-  link_.Say(outcome.text);
-}
-
-ReadBack::Outcome ReadBack::Transfer() {
-  ReadOperation operation(link_,
-                          [this](const FlashHeader& header) { return edited_.TakeHeader(header); });
+Outcome Transfer(BoardLink& link, const DebugPanel& debug_panel, EditedSequence& edited) {
+  ReadOperation operation(
+      link, [&edited](const FlashHeader& header) { return edited.TakeHeader(header); });
   operation.BeginTransfer(0);
   operation.Send(kReadCommand);
   // With this word showing, the bytes that had arrived have been kept as the step data.
   if (operation.WaitForAck() != BoardOperation::Answer::kReceived &&
-      debug_panel_.Echo() != kOverflowWord) {
+      debug_panel.Echo() != kOverflowWord) {
     return {kErrorText};
   }
-  const ReadReply& reply = link_.Reply();
+  const ReadReply& reply = link.Reply();
   if (reply.RxCount < kStepBytes) return {"Nothing to Read!"};
-  if (!edited_.TakeReply(reply.Header, link_.FlashImage())) return {kErrorText};
+  if (!edited.TakeReply(reply.Header, link.FlashImage())) return {kErrorText};
   return {"Data Flash Read!", true};
+}
+
+}  // namespace
+
+void CommandRead_Click(BoardLink& link, DebugPanel& debug_panel, EditedSequence& edited) {
+  const History::Change change = edited.BeginChange("Read Seq.");
+  debug_panel.SetEcho({});
+  std::optional<SequencesEmptiedByRead> emptied(link);
+  edited.ClearAll();
+  if (!link.Port().RequireConnection()) return;
+  const Outcome outcome = Transfer(link, debug_panel, edited);
+  if (outcome.replaced) emptied.reset();
+  link.Say(outcome.text);
 }
 
 }  // namespace pelmora

@@ -38,7 +38,6 @@ struct Line {
   SerialPort port{comm, box};
   DebugPanel panel{comm};
   BoardLink link{comm, port, panel, main_loop, box};
-  EraseFlash erase{link};
   QStringList echoes;
 };
 
@@ -69,7 +68,7 @@ void Do(Line& line, const QString& meanwhile) {
       line.board.Unplug();
     } else if (word == "erase") {
       QTimer::singleShot(0, [&line] { Arrive(line.board, {255}); });
-      EXPECT_EQ(line.erase.Erase(), Answer::kReceived);
+      EXPECT_EQ(EraseFlash(line.link), Answer::kReceived);
     } else {
       Arrive(line.board, Hex(word.toStdString()));
     }

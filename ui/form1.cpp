@@ -67,10 +67,6 @@ struct Form1::Handlers {
   StepList step_list{edited, step_fields, link, around.message_box};
   StepClipboard step_clipboard{edited, around.message_box};
 
-  EraseFlash erase{link};
-  ProgramSequences program{link, debug_panel, erase, edited};
-  ReadBack read{link, debug_panel, edited};
-
   PcEmulator pc_emulator{edited, step_list, around.timer, control};
 
   BufferCommands buffer_commands{edited, around.file_dialog, around.message_box};
@@ -247,9 +243,9 @@ void Form1::ShowSwitches() {
 
 void Form1::ConnectFlash() {
   Handlers& h = *handlers_;
-  OnClick(controls_->CommandErase, [&h] { h.erase.CommandErase_Click(); });
-  OnClick(controls_->CommandFlash, [&h] { h.program.CommandFlash_Click(); });
-  OnClick(controls_->CommandRead, [&h] { h.read.CommandRead_Click(); });
+  OnClick(controls_->CommandErase, [&h] { CommandErase_Click(h.link); });
+  OnClick(controls_->CommandFlash, [&h] { CommandFlash_Click(h.link, h.debug_panel, h.edited); });
+  OnClick(controls_->CommandRead, [&h] { CommandRead_Click(h.link, h.debug_panel, h.edited); });
   OnClick(controls_->Command1, [&h] { h.link.Command1_Click(); });
   On(&h.link, &BoardLink::ModeChanged, [this, &h] { ShowErasing(h.link.EraseMode()); });
   On(&h.link, &BoardLink::ModeChanged, [this] { ShowWhetherStored(); });

@@ -116,8 +116,15 @@ TEST_F(ScreenReader, HearsOfStepsBreakpointsAndAHaltAndKeepsItsPlace) {
   timer.Elapse();
   EXPECT_EQ(announced(), "breakpoint, halted");
   EXPECT_EQ(description("CWButtonEmuPC"), "Halted at step 1");
+  Select(2);
+  EXPECT_EQ(description("CWButtonEmuPC"), "Halted at step 2");
+  Select(1);
   Press("CommandContinue");
   EXPECT_EQ(announced(), "breakpoint");
+  Press("CWButtonEmuPC");
+  Press("CommandClear");
+  Press("CWButtonEmuPC");
+  EXPECT_FALSE(description("CWButtonEmuPC").startsWith("Halted")) << "it waits for a first step";
 }
 
 TEST_F(StartUp, TipsOfMenuItemsStandBesideTheMenu) {

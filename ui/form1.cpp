@@ -300,17 +300,21 @@ void Form1::DescribeBreakpoint() {
 void Form1::ConnectPlayback() {
   Handlers& h = *handlers_;
   On(&surroundings_.timer, &platform::HiTimer::Timer, [&h] { h.pc_emulator.HiTimer1_Timer(); });
-  On(&h.pc_emulator, &PcEmulator::StateChanged, [this, &h] {
-    const bool halted = h.pc_emulator.Halted();
-    controls_->CWButtonEmuPC->SetWaiting(halted);
-    controls_->ListSequence->SetHalted(halted);
-    controls_->CWButtonEmuPC->setAccessibleDescription(
-        halted ? QStringLiteral("Halted at step %1").arg(h.edited.ListIndex()) : QString());
-  });
+  On(&h.pc_emulator, &PcEmulator::StateChanged, [this] { ShowHalted(); });
+  On(&h.edited, &EditedSequence::SelectionChanged, [this] { ShowHalted(); });
   OnClick(controls_->CommandBrk, [&h] { h.step_list.CommandBrk_Click(); });
   OnClick(controls_->CommandResBrk, [&h] { h.step_list.CommandResBrk_Click(); });
   OnClick(controls_->CommandContinue, [&h] { h.pc_emulator.CommandContinue_Click(); });
   OnClick(controls_->CommandRepeat, [&h] { h.pc_emulator.CommandRepeat_Click(); });
+}
+
+void Form1::ShowHalted() {
+  const PcEmulator& playback = handlers_->pc_emulator;
+  const int line = handlers_->edited.ListIndex();
+  controls_->CWButtonEmuPC->SetWaiting(playback.Halted());
+  controls_->ListSequence->SetHalted(playback.Halted());
+  controls_->CWButtonEmuPC->setAccessibleDescription(
+      playback.Halted() && line >= 0 ? QStringLiteral("Halted at step %1").arg(line) : QString());
 }
 
 void Form1::ConnectMenus() {

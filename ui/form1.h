@@ -82,6 +82,7 @@ class Form1 : public platform::MainWindow {
   void ShowWhetherStored();
   void MarkSelectedStep();
   void DescribeBreakpoint();
+  void ShowHalted();
   void FreshProg_Click(bool checked);
   void Emu_Click(bool checked);
   void Serial_Click(bool checked);

@@ -105,7 +105,7 @@ void MovementCanvas::Zoom(double x, double factor) {
   FollowPointer();
 }
 
-void MovementCanvas::ScrollTo(int left_ms) {
+void MovementCanvas::ScrollTo(double left_ms) {
   ChangeTime([&](TimeScale& time) { time.ScrollTo(left_ms); });
   FollowPointer();
 }
@@ -279,7 +279,7 @@ void MovementCanvas::timerEvent(QTimerEvent* event) {
   } else if (event->timerId() == scroll_timer_.timerId() && pointer_) {
     const TimeScale& time = places_.time;
     const double way = (pointer_->x() < Places::kLabels ? -1 : 1) * kScrollShare * time.Span();
-    ScrollTo(static_cast<int>(time.Left() + way));
+    ScrollTo(time.Left() + way);
   }
 }
 

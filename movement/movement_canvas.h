@@ -42,7 +42,7 @@ class MovementCanvas : public QWidget {
   void PlaybackChanged();
 
   const TimeScale& Time() const { return places_.time; }
-  void ScrollTo(int left_ms);
+  void ScrollTo(double left_ms);
 
   // How many steps there are, and how long they take together.
   QString Total() const;

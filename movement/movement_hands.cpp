@@ -166,7 +166,7 @@ void MovementCanvas::wheelEvent(QWheelEvent* event) {
     Zoom(event->position().x(), std::pow(kZoom, notches));
   } else {
     const TimeScale& time = places_.time;
-    ScrollTo(static_cast<int>(time.Left() - notches * kWheelShare * time.Span()));
+    ScrollTo(time.Left() - notches * kWheelShare * time.Span());
   }
 }
 

@@ -113,6 +113,11 @@ TEST_F(Movement, KeysAndWheelZoomAndScroll) {
   EXPECT_EQ(bar.value(), bar.maximum());
   for (int i = 0; i < 12; ++i) Wheel({600, 300}, 0.25);  // as a touchpad turns
   EXPECT_LT(bar.value(), bar.maximum() - bar.pageStep() / 5);
+  const double left = Canvas().Time().Left();
+  for (const double way : {0.02, -0.02}) {
+    for (int i = 0; i < 10; ++i) Wheel({600, 300}, way);
+  }
+  EXPECT_NEAR(Canvas().Time().Left(), left, 0.01) << "small turns to both sides";
   const double time = Geometry().TimeAt(700);
   Wheel({700, 300}, 2, Qt::ControlModifier);
   EXPECT_NEAR(Geometry().TimeAt(700), time, 0.01);

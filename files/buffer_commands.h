@@ -16,9 +16,6 @@ class BufferCommands {
                  platform::MessageBox& message_box)
       : edited_(edited), common_dialog_(common_dialog), message_box_(message_box) {}
 
-  // Start-up: no save yet.
-  void Form_Load() { SaveCounter = 0; }
-
   // Stores the current sequence, asks for a file and writes the whole table into it. A failure
   // after the dialog is reported with its reason.
   void SaveBuffer_Click();

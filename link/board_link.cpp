@@ -12,13 +12,6 @@ BoardLink::BoardLink(platform::MSComm& comm, SerialPort& serial_port, DebugPanel
       main_loop_(main_loop),
       message_box_(message_box) {}
 
-void BoardLink::Form_Load() {
-  Set(Mode::kRead, false);
-  Set(Mode::kProgram, false);
-  abort_request_ = false;
-  Set(Mode::kErase, false);
-}
-
 void BoardLink::MSComm1_OnComm() {
   if (comm_.CommEvent() != platform::kCommEvReceive) return;
   const QByteArray input = comm_.Input();

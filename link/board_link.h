@@ -42,9 +42,6 @@ class BoardLink : public QObject {
   BoardLink(platform::MSComm& comm, SerialPort& serial_port, DebugPanel& debug_panel,
             platform::MainLoop& main_loop, platform::MessageBox& message_box);
 
-  // Start-up: clears the mode flags and the abort request.
-  void Form_Load();
-
   // The serial control's event. Decides what the received bytes are: an acknowledgement while the
   // mode flags say erase or program, a reply that a `ReplyOperation` takes, or a byte to show in
   // `Echo`.
@@ -109,11 +106,12 @@ class BoardLink : public QObject {
   bool abort_request_ = false;
   ReadReply reply_;
   FlashRows flash_image_{};
-  // Begun last, until it ends. One around it, whose receive settings are gone, takes nothing more.
+  // The one begun last, null once it has ended. One around it is not resumed then: its receive
+  // settings are gone.
   ReplyOperation* reply_operation_ = nullptr;
   unsigned begun_ = 0;        // operations in this run
   unsigned in_progress_ = 0;  // operations, one inside the other
-  unsigned answers_ = 0;      // receive events in which an answer could have come
+  unsigned answers_ = 0;      // receive events taken as acknowledgements, right or wrong
   unsigned emptied_ = 0;      // `SequencesEmptiedByRead`, one inside the other
 };
 

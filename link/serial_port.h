@@ -40,6 +40,9 @@ class SerialPort : public QObject {
   // about to be reported.
   [[nodiscard]] bool RequireConnection() const;
 
+  // The program ends: closes the port once the bytes sent have left. Nothing is announced.
+  void Close() { comm_.Close(); }
+
   // Writes the bytes of a command, each as its own write, if the port is open; otherwise nothing
   // happens.
   void Send(std::span<const std::uint8_t> bytes);
@@ -59,7 +62,6 @@ class SerialPort : public QObject {
   void Changed();
 
  private:
-  friend class BoardOperation;
   friend class ReplyOperation;
   friend class ReadOperation;
 

@@ -12,7 +12,7 @@ PcEmulator::PcEmulator(EditedSequence& edited, StepList& step_list, platform::Hi
 }
 
 PcEmulator::~PcEmulator() {
-  timer_.SetEnabled(false);
+  End();
 }
 
 // On: the selected step (line 0 if none is) is held for its duration, then playback goes on with
@@ -71,7 +71,7 @@ void PcEmulator::Hold() {
 
 std::optional<HeldStep> PcEmulator::Held() const {
   if (!Playing() || edited_.ListIndex() < 0) return std::nullopt;
-  return HeldStep{edited_.ListIndex(), held_since_, SelectedStep()[kDurationColumn]};
+  return HeldStep{edited_.ListIndex(), held_since_};
 }
 
 }  // namespace pelmora

@@ -19,7 +19,6 @@ namespace pelmora {
 struct HeldStep {
   int line;  // in the step list
   std::chrono::steady_clock::time_point since;
-  int duration_ms;  // until the next step is shown; while playback is halted nothing follows it
 };
 
 class PcEmulator : public QObject {
@@ -29,8 +28,13 @@ class PcEmulator : public QObject {
              BoardControl& control);
   ~PcEmulator() override;
 
+  // Start-up: the timer's first interval; it is not running.
+  void Form_Load() { timer_.SetInterval(kStartInterval); }
+  // The program ends: no tick comes any more.
+  void End() { timer_.SetEnabled(false); }
+
   // The tick: shows the next step and holds it for its duration, or halts on it when it has a
-  // breakpoint. While the line has not carried the steps before it waits for that instead: every
+  // breakpoint. While the serial line has not carried the steps before it waits for that instead: every
   // step is shown, and playback goes as fast as the line.
   void HiTimer1_Timer();
 
@@ -58,6 +62,8 @@ class PcEmulator : public QObject {
   void StateChanged();
 
  private:
+  static constexpr int kStartInterval = 20;  // ms
+
   void Switched(bool on);
   void StopUnlessPlaying();
   // A line is selected.

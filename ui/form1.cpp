@@ -42,8 +42,6 @@ using platform::ProgressBar;
 using platform::PushButton;
 using platform::TextField;
 
-constexpr int kStartInterval = 20;  // ms, of the playback timer
-
 }  // namespace
 
 // The handlers, in the order in which they need each other.
@@ -371,11 +369,8 @@ void Form1::ShowMovement(bool shown) {
 }
 
 void Form1::Form_Load() {
-  Handlers& h = *handlers_;
-  h.buffer_commands.Form_Load();
-  surroundings_.timer.SetInterval(kStartInterval);
-  h.link.Form_Load();
-  h.edited.Form_Load();
+  handlers_->pc_emulator.Form_Load();
+  handlers_->edited.Form_Load();
 }
 
 void Form1::closeEvent(QCloseEvent* event) {
@@ -401,8 +396,8 @@ void Form1::Quit_Click() {
 
 // Nothing more is sent: the port closes once the stop bytes have left. Every wait ends.
 void Form1::EndProgram() {
-  surroundings_.timer.SetEnabled(false);
-  handlers_->comm.Close();
+  handlers_->pc_emulator.End();
+  handlers_->serial_port.Close();
   surroundings_.main_loop.End();
 }
 

@@ -4,7 +4,6 @@
 #include <limits>
 
 #include "core/number_text.h"
-#include "core/sequence_store.h"
 
 namespace pelmora {
 namespace {
@@ -76,7 +75,7 @@ void EncodeSteps(const SequenceTable& table, FlashRows& image) {
   auto row = image.begin();
   for (std::size_t sequence = 0; sequence < kSequences; ++sequence) {
     const SequenceRecord& record = table.SeqTable[sequence];
-    const auto steps = static_cast<std::size_t>(StoredSteps(table, sequence));
+    const auto steps = static_cast<std::size_t>(table.SeqSteps[sequence]);
     for (std::size_t step = 0; step < steps; ++step, ++row) {
       std::ranges::copy(record.Position[step], row->begin());
       PutWord(std::span(*row).last<2>(), DurationToTicks(record.Duration[step]));

@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "core/number_text.h"
-#include "core/sequence_store.h"
 
 namespace pelmora {
 namespace {
@@ -68,12 +67,12 @@ std::string SequenceLine(std::size_t sequence) {
 std::string FormatBufferFile(const SequenceTable& table) {
   std::string text = std::string(kIndexLine) + kLineEnd;
   for (std::size_t sequence = 0; sequence < kSequences; ++sequence) {
-    text += ' ' + std::to_string(StoredSteps(table, sequence)) + ' ' + kLineEnd;
+    text += ' ' + std::to_string(table.SeqSteps[sequence]) + ' ' + kLineEnd;
   }
   for (std::size_t sequence = 0; sequence < kSequences; ++sequence) {
     text += SequenceLine(sequence) + kLineEnd;
     const SequenceRecord& record = table.SeqTable[sequence];
-    const auto steps = static_cast<std::size_t>(StoredSteps(table, sequence));
+    const auto steps = static_cast<std::size_t>(table.SeqSteps[sequence]);
     for (std::size_t step = 0; step < steps; ++step) {
       for (const int position : record.Position[step]) text += std::to_string(position) + '\t';
       text += std::to_string(record.Duration[step]) + '\t' + kLineEnd;

@@ -15,10 +15,6 @@ bool FitsTable(const EditRow& row) {
 
 }  // namespace
 
-int StoredSteps(const SequenceTable& table, std::size_t sequence) {
-  return std::clamp<int>(table.SeqSteps[sequence], 0, kSteps);
-}
-
 void ClearTable(SequenceTable& table) {
   table = {};
 }
@@ -29,7 +25,7 @@ void LoadTable(const SequenceTable& loaded, SequenceTable& table) {
 
 int LoadEditBuffer(Declaration& data) {
   const SequenceRecord& record = data.SeqTable[data.CurSeq];
-  const int steps = StoredSteps(data, data.CurSeq);
+  const int steps = data.SeqSteps[data.CurSeq];
   for (std::size_t step = 0; step < static_cast<std::size_t>(steps); ++step) {
     EditRow& row = data.EditBuffer[step];
     std::ranges::copy(record.Position[step], row.begin());

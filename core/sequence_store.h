@@ -2,15 +2,9 @@
 // table, the edit buffer, and the flash figures derived from the step counts.
 #pragma once
 
-#include <cstddef>
-
 #include "core/declaration.h"
 
 namespace pelmora {
-
-// The number of steps of `sequence` (0..15) that the table can give: its step count, held to
-// 0..256.
-int StoredSteps(const SequenceTable& table, std::size_t sequence);
 
 // Empties all 16 sequences and the flash figures.
 void ClearTable(SequenceTable& table);

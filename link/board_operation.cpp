@@ -32,8 +32,6 @@ void BoardOperation::BeginTransfer(int scale_maximum) {
   transfers_ = true;
   emit link_.BarMoved(0);
   emit link_.BarScaled(scale_maximum);
-  emit link_.AbortOffered(true);
-  emit link_.BarShown(true);
 }
 
 void BoardOperation::Send(std::span<const std::uint8_t> bytes) {

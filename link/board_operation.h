@@ -23,7 +23,7 @@ class BoardOperation {
   enum class Answer {
     kReceived,
     kAborted,
-    kTakenOver,  // an erase whose mode another operation has ended
+    kTakenOver,  // only of an erase: another one, inside its wait, has taken the answer
     kTimedOut,   // only from a wait with a limit
   };
 

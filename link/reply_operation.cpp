@@ -13,8 +13,9 @@ ReplyOperation::ReplyOperation(BoardLink& link, int event_bytes)
 }
 
 ReplyOperation::~ReplyOperation() {
-  // That answer may also have come meanwhile: by itself it can be too short for a receive event.
-  // The board answers in order, so it is the first byte since this operation began or none.
+  // The answer to an erase or program around this operation may have come meanwhile: by itself it
+  // can be too short for a receive event. The board answers in order, so it is the first byte since
+  // this operation began or none.
   link_.comm_.Fetch();
   link_.comm_.SetInputLen(0);
   const QByteArray waiting = link_.comm_.Input();

@@ -38,6 +38,7 @@ class Lanes {
 struct Places {
   static constexpr int kLabels = 104;  // the width of the column of names
   static constexpr int kRuler = 46;    // the height of the ruler
+  static constexpr int kLateMark = 4;  // the least width of the mark of a late step
 
   TimeScale time;
   Lanes lanes;

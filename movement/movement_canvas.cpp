@@ -9,7 +9,7 @@
 #include "movement/movement_access.h"
 #include "movement/movement_look.h"
 #include "movement/movement_text.h"
-#include "platform/controls/given_up.h"
+#include "platform/controls/lost_pointer.h"
 
 namespace pelmora {
 namespace {
@@ -19,7 +19,6 @@ constexpr double kScrollShare =
     0.02;                          // of the view, each time while a drag is held beside the lanes
 constexpr int kAround = 14;        // pixels beside a step that belong to its marks,
 constexpr int kAroundNumber = 40;  // and on the ruler to its number
-constexpr double kLeastMark = 4;   // pixels of the mark of a step that comes late
 
 }  // namespace
 
@@ -245,11 +244,11 @@ void MovementCanvas::PlaybackChanged() {
 std::optional<double> MovementCanvas::HeadTime() const {
   const std::optional<PlayedStep> played = parts_.Played();
   const ShownSteps steps = Steps();
-  if (!played || played->halted || played->line >= steps.Count()) return std::nullopt;
+  if (!played || played->halted || played->step >= steps.Count()) return std::nullopt;
   const std::chrono::duration<double, std::milli> held =
       std::chrono::steady_clock::now() - played->since;
-  return StepTimes(steps).Start(played->line) +
-         std::min<double>(held.count(), steps.Duration(played->line));
+  return StepTimes(steps).Start(played->step) +
+         std::min<double>(held.count(), steps.Duration(played->step));
 }
 
 // Only the strips that the playhead leaves and comes to are drawn anew; unless it leaves the view,
@@ -314,7 +313,7 @@ bool MovementCanvas::event(QEvent* event) {
     event->ignore();
   } else {
     QToolTip::showText(help->globalPos(),
-                       OutrunsLineText(Steps(), step, parts_.edited.DecimalPoint()), this);
+                       OutrunsSerialLineText(Steps(), step, parts_.edited.DecimalPoint()), this);
   }
   return true;
 }
@@ -325,8 +324,8 @@ int MovementCanvas::LateStepAt(int x) const {
   const StepTimes times(steps);
   for (int step = 0; step < steps.Count(); ++step) {
     const double left = places_.X(times.Start(step));
-    const double right = std::max(left + kLeastMark, places_.X(times.End(step)));
-    if (x >= left && x <= right && steps.OutrunsLine(step)) return step;
+    const double right = std::max(left + Places::kLateMark, places_.X(times.End(step)));
+    if (x >= left && x <= right && steps.OutrunsSerialLine(step)) return step;
   }
   return -1;
 }

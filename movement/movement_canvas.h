@@ -19,7 +19,7 @@ namespace pelmora {
 
 // The step that playback from the PC holds.
 struct PlayedStep {
-  int line;
+  int step;
   std::chrono::steady_clock::time_point since;
   bool halted;  // until the operator lets it go on
 };

@@ -23,7 +23,6 @@ constexpr int kNumbersBottom = 39;
 constexpr int kFlag = 9;
 constexpr int kTickTop = 40;
 constexpr int kSlowTop = 40;  // the bar of a step that the line can't carry in time
-constexpr double kSlowLeast = 4;
 
 constexpr double kBetweenSeconds = 76;  // pixels at least
 constexpr int kBesideNumber = 7;        // pixels between two steps' numbers at least
@@ -184,7 +183,7 @@ class Drawing {
       const double right = places_.X(times_.End(step));
       if (right - left >= kLeastGrid || step == 0) DrawTick(left);
       if (right - left >= kLeastGrid || step == steps_.Count() - 1) DrawTick(right);
-      if (steps_.OutrunsLine(step)) DrawSlow(left, right);
+      if (steps_.OutrunsSerialLine(step)) DrawSlow(left, right);
     }
   }
 
@@ -234,7 +233,7 @@ class Drawing {
 
   // A thick bar with an edge, which nothing else on the ruler has.
   void DrawSlow(double left, double right) {
-    const int width = std::max(Pixel(kSlowLeast), Pixel(right) - Pixel(left));
+    const int width = std::max(Places::kLateMark, Pixel(right) - Pixel(left));
     const QRect bar(Pixel(left), kSlowTop, width + 1, Places::kRuler - kSlowTop);
     painter_.fillRect(bar, colours_.slow);
     painter_.fillRect(bar.adjusted(1, 1, -1, -1), colours_.amber);
@@ -269,8 +268,7 @@ class Drawing {
     const QRect lane = LaneRect(channel);
     const bool moves = steps_.Moves(channel);
     const bool chosen = channel == places_.lanes.Chosen();
-    painter_.setPen(QPen(colours_.zero, 1, Qt::CustomDashLine));
-    QPen dashes = painter_.pen();
+    QPen dashes(colours_.zero, 1);
     dashes.setDashPattern({1, 5});
     dashes.setDashOffset(std::fmod(clip_.left(), 6));
     painter_.setPen(dashes);

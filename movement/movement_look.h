@@ -31,7 +31,7 @@ struct MovementColours {
   QColor tick;
   QColor grid;   // from the ticks of the steps down through the lanes
   QColor brk;    // a breakpoint
-  QColor slow;   // the mark of a step that the line can't carry in time
+  QColor slow;   // the mark of a step that the serial line can't carry in time
   QColor amber;  // inside of it
   QColor head;   // the playhead
   QColor bubble;

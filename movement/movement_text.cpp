@@ -52,21 +52,20 @@ QString RulerText(int ms, int distance, const std::string& point) {
 }
 
 QString ChangeText(const Preview& preview, int original, const std::string& point) {
-  const QString change = QStringLiteral("%1 %2: %3 \u2192 %4");
   if (preview.column == kDurationColumn) {
-    const auto text = [](int ms) { return QStringLiteral("%1 ms").arg(ms); };
-    return change.arg(QStringLiteral("Step"))
+    return QStringLiteral("Step %1: %2 ms \u2192 %3 ms")
         .arg(preview.step)
-        .arg(text(original), text(preview.value));
+        .arg(original)
+        .arg(preview.value);
   }
   return QStringLiteral("Ch%1: %2 \u2192 %3")
       .arg(preview.column)
       .arg(PositionText(original, point), PositionText(preview.value, point));
 }
 
-QString OutrunsLineText(const ShownSteps& steps, int step, const std::string& point) {
-  const QString line =
-      QString::number(steps.LineTime(step), 'f', 1).replace('.', QString::fromStdString(point));
+QString OutrunsSerialLineText(const ShownSteps& steps, int step, const std::string& point) {
+  const QString line = QString::number(steps.SerialLineTime(step), 'f', 1)
+                           .replace('.', QString::fromStdString(point));
   return QStringLiteral(
              "Step %1 lasts %2 ms, but its positions take %3 ms on the line: played from the PC it "
              "comes late. The board plays it in time.")

@@ -32,6 +32,6 @@ QString RulerText(int ms, int distance, const std::string& point);
 QString ChangeText(const Preview& preview, int original, const std::string& point);
 
 // Why a step is marked on the ruler.
-QString OutrunsLineText(const ShownSteps& steps, int step, const std::string& point);
+QString OutrunsSerialLineText(const ShownSteps& steps, int step, const std::string& point);
 
 }  // namespace pelmora

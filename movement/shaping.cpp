@@ -57,7 +57,9 @@ void Shaping::Drop() {
   taken_.reset();
   if (!dropped) return;
   if (fader) fader->Settle();
-  Set(dropped->step, dropped->column, dropped->value, EditedSequence::Joins::kNo);
+  // It is in its range. Where the step is gone nothing changes.
+  static_cast<void>(edited_.ChangeValue(dropped->step, dropped->column, dropped->value,
+                                        EditedSequence::Joins::kNo));
 }
 
 void Shaping::PutBack() {
@@ -76,12 +78,7 @@ void Shaping::Change(int step, int column, int change) {
   const int value =
       ChangedValue(column, edited_.Row(step)[static_cast<std::size_t>(column)], change);
   if (!IsDuration(column)) faders_[static_cast<std::size_t>(column)]->setValue(value);
-  Set(step, column, value, EditedSequence::Joins::kYes);
-}
-
-void Shaping::Set(int step, int column, int value, EditedSequence::Joins joins) {
-  if (edited_.Row(step)[static_cast<std::size_t>(column)] == value) return;
-  static_cast<void>(edited_.ChangeValue(step, column, value, joins));  // it is in its range
+  static_cast<void>(edited_.ChangeValue(step, column, value, EditedSequence::Joins::kYes));
 }
 
 }  // namespace pelmora

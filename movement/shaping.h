@@ -65,7 +65,6 @@ class Shaping {
   };
 
   platform::CWSlide* Fader() const;
-  void Set(int step, int column, int value, EditedSequence::Joins joins);
 
   EditedSequence& edited_;
   const Faders faders_;

@@ -30,7 +30,7 @@ bool ShownSteps::Moves(int channel) const {
   return false;
 }
 
-double ShownSteps::LineTime(int step) const {
+double ShownSteps::SerialLineTime(int step) const {
   const int before = step == 0 ? Count() - 1 : step - 1;
   int changed = 0;
   for (int channel = 0; channel < kChannels; ++channel) {

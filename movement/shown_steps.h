@@ -33,12 +33,12 @@ class ShownSteps {
   // Whether the channel has more than one position in the sequence.
   bool Moves(int channel) const;
 
-  // How long the line takes to carry the step when playback shows it, in ms: a code and a position
-  // for each channel that differs from the step before. Before the first step comes the last one,
-  // as in playback.
-  double LineTime(int step) const;
-  // The line takes longer than the step lasts.
-  bool OutrunsLine(int step) const { return LineTime(step) > Duration(step); }
+  // How long the serial line takes to carry the step when playback shows it, in ms: a code and a
+  // position for each channel that differs from the step before. Before the first step comes the
+  // last one, as in playback.
+  double SerialLineTime(int step) const;
+  // The serial line takes longer than the step lasts.
+  bool OutrunsSerialLine(int step) const { return SerialLineTime(step) > Duration(step); }
 
  private:
   int Value(int step, int column) const;

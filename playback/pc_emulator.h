@@ -34,8 +34,8 @@ class PcEmulator : public QObject {
   void End() { timer_.SetEnabled(false); }
 
   // The tick: shows the next step and holds it for its duration, or halts on it when it has a
-  // breakpoint. While the serial line has not carried the steps before it waits for that instead: every
-  // step is shown, and playback goes as fast as the line.
+  // breakpoint. While the serial line has not carried the steps before it waits for that instead:
+  // every step is shown, and playback goes as fast as the line.
   void HiTimer1_Timer();
 
   // "Continue": the step halted on stays for one more full duration, then playback goes on. Pressed

@@ -46,10 +46,10 @@ class Messages : public WindowTest {
 
 // The end of the program by Ctrl+Q, or as a signal asks for it, while something else is open.
 class EndBehind : public Messages,
-                  public testing::WithParamInterface<std::tuple<const char*, bool>> {};
+                  public testing::WithParamInterface<std::tuple<std::string, bool>> {};
 
 TEST_P(EndBehind, SendsTheStopByte) {
-  const QString opener = std::get<0>(GetParam());
+  const QString opener = QString::fromStdString(std::get<0>(GetParam()));
   const bool by_key = std::get<1>(GetParam());
   AddSteps(2);
   Connect();
@@ -76,8 +76,9 @@ TEST_P(EndBehind, SendsTheStopByte) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Messages, EndBehind,
-                         testing::Combine(testing::Values("CommandErase", "SaveBuffer",
-                                                          "CommandInterpolate", "OKButton"),
+                         testing::Combine(testing::Values<std::string>("CommandErase", "SaveBuffer",
+                                                                       "CommandInterpolate",
+                                                                       "OKButton"),
                                           testing::Bool()));
 
 TEST_F(Messages, KeepTheKeyboardAndWhatIsBehindGetsNothing) {

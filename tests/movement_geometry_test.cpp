@@ -64,11 +64,11 @@ TEST(MovementTimes, OnTheLine) {
       rows[2][channel] = rows[1][channel] + (c < channels);
     }
     const ShownSteps steps(rows);
-    EXPECT_DOUBLE_EQ(steps.LineTime(2), ms);
-    EXPECT_EQ(steps.OutrunsLine(2), late) << ms << " ms in " << duration;
-    EXPECT_DOUBLE_EQ(steps.LineTime(0), 27.5) << "it follows the last one, as in playback";
+    EXPECT_DOUBLE_EQ(steps.SerialLineTime(2), ms);
+    EXPECT_EQ(steps.OutrunsSerialLine(2), late) << ms << " ms in " << duration;
+    EXPECT_DOUBLE_EQ(steps.SerialLineTime(0), 27.5) << "it follows the last one, as in playback";
   }
-  EXPECT_EQ(ShownSteps(Rows({20})).LineTime(0), 0);
+  EXPECT_EQ(ShownSteps(Rows({20})).SerialLineTime(0), 0);
 }
 
 TEST(MovementTimes, ZoomAndScroll) {

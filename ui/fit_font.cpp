@@ -11,7 +11,7 @@ namespace pelmora {
 namespace {
 
 constexpr int kLargestFont = 12;  // pixels
-constexpr int kSmallestFont = 8;
+constexpr int kSmallestFont = 9;
 
 constexpr int kPanelEdge = 60;  // twips between a label and the edge of its panel
 
@@ -74,7 +74,7 @@ bool Fits(const QFont& font) {
 
 void FitFont(QWidget& client) {
   QFont font = client.font();
-  for (int size = kLargestFont; size > kSmallestFont; --size) {
+  for (int size = kLargestFont; size >= kSmallestFont; --size) {
     font.setPixelSize(size);
     if (Fits(font)) break;
   }

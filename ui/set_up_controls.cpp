@@ -71,7 +71,7 @@ void SetUpControls(const Controls& controls, const platform::PortDirectory& port
   Colour(*controls.LabelNotStored, platform::kWarningColour);
   for (std::size_t i = 0; i < kChannels; ++i) {
     platform::CWSlide& slide = *controls.CWSlide1[i];
-    slide.setMaximum(255);
+    slide.setMaximum(kHighestPosition);
     slide.setValue(kCentre);
     slide.SetToldZero(kCentre);
     // Above the middle of its fields, which are wider.

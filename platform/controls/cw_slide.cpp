@@ -6,7 +6,7 @@
 #include <QWheelEvent>
 #include <algorithm>
 
-#include "platform/controls/given_up.h"
+#include "platform/controls/lost_pointer.h"
 #include "platform/look/slide_style.h"
 
 namespace platform {

@@ -9,7 +9,7 @@
 #include <QWheelEvent>
 #include <algorithm>
 
-#include "platform/controls/given_up.h"
+#include "platform/controls/lost_pointer.h"
 #include "platform/look/list_look.h"
 
 namespace platform {

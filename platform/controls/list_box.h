@@ -23,7 +23,7 @@ class ListBox : public QListWidget {
   explicit ListBox(QWidget* parent = nullptr);
 
   int ListCount() const { return count(); }
-  // The text of a line; empty, and not to be set, where there is no such line.
+  // The text of a line. Where there is no such line it is empty, and setting it does nothing.
   QString List(int index) const;
   void SetList(int index, const QString& text);
   void AddItem(const QString& text) { InsertItem(count(), text); }  // at the end

@@ -1,10 +1,9 @@
 #include "platform/controls/push_button.h"
 
 #include <QKeyEvent>
-#include <QPointer>
 #include <QShortcutEvent>
 
-#include "platform/controls/given_up.h"
+#include "platform/controls/lost_pointer.h"
 
 namespace platform {
 
@@ -19,9 +18,8 @@ bool PushButton::event(QEvent* event) {
   setShortcutAutoRepeat(mnemonic.shortcutId(), false);
   // The toolkit animates a mnemonic's click and leaves the focus where it was; by the time of the
   // click the field would still hold an uncommitted entry.
-  const QPointer<PushButton> self(this);
   setFocus(Qt::ShortcutFocusReason);
-  if (self) click();
+  click();
   return true;
 }
 

@@ -9,16 +9,21 @@
 
 namespace platform {
 
+// Codes of keys that are no characters.
+inline constexpr int kBackspace = 8;
+inline constexpr int kEnter = 13;
+inline constexpr int kEscape = 27;
+
 class TextField : public QLineEdit {
   Q_OBJECT
  public:
   explicit TextField(QWidget* parent = nullptr);
 
-  // Asks whether the field may take a character key, with the key's code: the character's code, 8
-  // for Backspace, 13 for Enter, 27 for Escape. Setting the code to 0 discards the key. Keys that
-  // move the cursor or the focus, Delete and the clipboard shortcuts do not come here. Characters
-  // typed with Control, Alt or Super held never get into the field. After Enter or Escape all of
-  // the text is selected, so that the next entry replaces it. Without it every key is taken.
+  // Asks whether the field may take a character key, with the key's code: the character's code, or
+  // one of those above. Setting the code to 0 discards the key. Keys that move the cursor or the
+  // focus, Delete and the clipboard shortcuts do not come here. Characters typed with Control, Alt
+  // or Super held never get into the field. After Enter or Escape all of the text is selected, so
+  // that the next entry replaces it. Without it every key is taken.
   std::function<void(int& key)> KeyPress;
 
  signals:

@@ -1,7 +1,6 @@
 #include "platform/serial/ms_comm.h"
 
 #include <QFileInfo>
-#include <QPointer>
 #include <QSerialPort>
 #include <algorithm>
 #include <optional>
@@ -123,14 +122,12 @@ void MSComm::ScheduleDelivery() {
 
 void MSComm::Deliver() {
   delivery_scheduled_ = false;
-  const QPointer<MSComm> self(this);
   ++delivering_;
   while ((port_ || lost_) && DeliveryDue()) {
     const bool overrun = std::exchange(overrun_, false);
     const quint64 taken_before = taken_;
     comm_event_ = overrun ? kCommEventRxOver : kCommEvReceive;
     emit OnComm();
-    if (!self) return;
     if (!overrun && taken_ == taken_before) break;
   }
   --delivering_;

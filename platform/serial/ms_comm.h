@@ -38,7 +38,7 @@ class MSComm : public QObject {
   // The port has failed and is closed, but its `PortLost` is still to come.
   bool LossPending() const { return lost_ != nullptr; }
 
-  // Opens port `CommPort`, while none is open, and discards what was waiting in it. False when that
+  // Opens the port set by `SetCommPort`, while none is open, and discards what was waiting in it. False when that
   // fails; `LastError` then has the reason and `LastDevice` the device ("" when there is none).
   [[nodiscard]] bool Open();
   // Waits until what was written has left, then closes; gives up when no byte has left for a

@@ -56,9 +56,9 @@ PortLock LockOf(const QString& device) {
   return lock;
 }
 
-bool RemoveStaleLock(const QString& device) {
+void RemoveStaleLock(const QString& device) {
   const PortLock lock = LockOf(device);
-  return lock.state != PortLock::State::kStale || QFile::remove(lock.file);
+  if (lock.state == PortLock::State::kStale) QFile::remove(lock.file);
 }
 
 }  // namespace platform

@@ -21,7 +21,7 @@ struct PortLock {
 // The lock of a device, given by its own name and not by a link to it.
 PortLock LockOf(const QString& device);
 
-// Removes a stale lock file where this user may. False when one is still there.
-bool RemoveStaleLock(const QString& device);
+// Removes a stale lock file where this user may; opening the port fails on one that stays.
+void RemoveStaleLock(const QString& device);
 
 }  // namespace platform

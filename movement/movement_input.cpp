@@ -15,7 +15,7 @@ constexpr int kScrollMilliseconds = 30;  // while a drag is held beside the lane
 constexpr double kWheelShare = 0.1;      // of the view, for a notch
 constexpr double kNotch = 120;           // what the toolkit counts for a notch of the wheel
 constexpr double kZoom = 0.8;            // how much of the view a notch or a key leaves
-constexpr double kTremble = 3;           // pixels that are no drag yet
+constexpr double kDragDistance = 3;      // pixels that are no drag yet
 constexpr int kHalfDegree = 1;
 constexpr int kFiveDegrees = 10;
 
@@ -92,7 +92,7 @@ void MovementCanvas::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void MovementCanvas::Drag(const QPointF& point) {
-  const bool trembles = press_ && (point - press_->place).manhattanLength() < kTremble;
+  const bool trembles = press_ && (point - press_->place).manhattanLength() < kDragDistance;
   if (!shaping_.Tried() && trembles) return;
   const QRect before = TriedArea();
   pointer_ = point;

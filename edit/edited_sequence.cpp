@@ -1,10 +1,12 @@
 #include "edit/edited_sequence.h"
 
+#include <QLabel>
 #include <algorithm>
 #include <utility>
 
 #include "core/step_line.h"
 #include "link/serial_port.h"
+#include "platform/controls/list_box.h"
 
 namespace pelmora {
 namespace {
@@ -53,6 +55,18 @@ EditedSequence::EditedSequence(const SequenceControls& controls, platform::Messa
   connect(&controls_.ListSequence, &platform::ListBox::itemSelectionChanged, this, [this] {
     if (operations_ == 0) AnnounceSelection();
   });
+}
+
+int EditedSequence::ListCount() const {
+  return controls_.ListSequence.ListCount();
+}
+
+int EditedSequence::ListIndex() const {
+  return controls_.ListSequence.ListIndex();
+}
+
+void EditedSequence::Select(int line) {
+  controls_.ListSequence.SetListIndex(line);
 }
 
 void EditedSequence::EndOperation() {

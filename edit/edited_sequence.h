@@ -1,6 +1,6 @@
 // The sequence that is being edited: the one owner of the step list, the edit buffer, `CurSeq`, the
-// breakpoints, and the labels that name sequence and step. Everybody else asks it, or calls one of
-// its operations; after each of them list, buffer, flags and marks agree.
+// breakpoints, and the labels that name sequence, step and bytes. Everybody else asks it, or calls
+// one of its operations; after each of them list, buffer, flags and marks agree.
 //
 // Every operation that changes a sequence can be undone. A command that waits between its
 // operations holds them together by `BeginChange`.
@@ -12,7 +12,6 @@
 // is stored (`BufferToData`).
 #pragma once
 
-#include <QLabel>
 #include <QObject>
 #include <QString>
 #include <QStringList>
@@ -24,8 +23,12 @@
 #include "core/declaration.h"
 #include "core/sequence_store.h"
 #include "edit/history.h"
-#include "platform/controls/list_box.h"
 #include "platform/system/message_box.h"
+
+class QLabel;
+namespace platform {
+class ListBox;
+}
 
 namespace pelmora {
 
@@ -57,9 +60,9 @@ class EditedSequence : public QObject {
   const Declaration& Data() const { return data_; }
   const History& Changes() const { return changes_; }
   const std::string& DecimalPoint() const { return decimal_point_; }
-  int ListCount() const { return controls_.ListSequence.ListCount(); }
+  int ListCount() const;
   // The selected line, -1 when none is.
-  int ListIndex() const { return controls_.ListSequence.ListIndex(); }
+  int ListIndex() const;
   // The step of a line, 0 .. ListCount - 1.
   const EditRow& Row(int line) const { return data_.EditBuffer[static_cast<std::size_t>(line)]; }
 
@@ -79,7 +82,7 @@ class EditedSequence : public QObject {
   void ResetBreakPoints();
 
   // Selects a line, -1 for none.
-  void Select(int line) { controls_.ListSequence.SetListIndex(line); }
+  void Select(int line);
   // `LabelStep` names the selected line.
   void NameStep();
 

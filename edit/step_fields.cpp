@@ -4,14 +4,18 @@
 #include <string>
 
 #include "core/step_line.h"
+#include "platform/controls/cw_num_edit.h"
+#include "platform/controls/cw_slide.h"
+#include "platform/controls/text_field.h"
 #include "platform/controls/typed_number.h"
 
 namespace pelmora {
 namespace {
 
-constexpr int kBackspace = 8;
-constexpr int kEnter = 13;
-constexpr int kEscape = 27;
+using platform::kBackspace;
+using platform::kEnter;
+using platform::kEscape;
+
 constexpr int kMinus = '-';
 
 constexpr int kLowestOffset = -128;

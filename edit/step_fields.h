@@ -7,9 +7,12 @@
 #include "core/declaration.h"
 #include "edit/edited_sequence.h"
 #include "link/board_control.h"
-#include "platform/controls/cw_num_edit.h"
-#include "platform/controls/cw_slide.h"
-#include "platform/controls/text_field.h"
+
+namespace platform {
+class CWNumEdit;
+class CWSlide;
+class TextField;
+}  // namespace platform
 
 namespace pelmora {
 

@@ -6,7 +6,9 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QMainWindow>
+#include <QMenuBar>
 #include <QScrollBar>
+#include <QSignalSpy>
 #include <QTest>
 #include <QWheelEvent>
 #include <climits>
@@ -162,6 +164,28 @@ TEST_F(ListBoxTest, HeldOutsideItScrollsOneLineIn60MillisecondsUntilEscape) {
   EXPECT_EQ(list.ListIndex(), lowest);
   EXPECT_EQ(Top(), after);
   ExpectHappened(QString("down %1").arg(lowest));
+}
+
+TEST_F(ListBoxTest, AMenuOpenedByAKeyEndsADrag) {
+  auto& menu = *window.menuBar()->addMenu("&File");
+  menu.addAction("Save");
+  QApplication::processEvents();  // the menu bar appears
+  QSignalSpy wanted(&list, &ListBox::ContextMenuWanted);
+  for (const int to : {5, 2}) {
+    Press(On(2));
+    Move(On(to));
+    QContextMenuEvent menu_key(QContextMenuEvent::Keyboard, {}, {});
+    QApplication::sendEvent(&list, &menu_key);
+    QTest::keyClick(&list, Qt::Key_F, Qt::AltModifier);
+    ASSERT_TRUE(menu.isVisible());
+    QTest::mouseRelease(&menu, Qt::LeftButton, {}, {1, 300});  // the menu has the pointer
+    menu.close();
+    window.menuBar()->setActiveAction(nullptr);
+    list.setFocus();
+    QTest::keyClick(&list, Qt::Key_Delete);
+    ExpectHappened("down 2, remove 2");
+  }
+  EXPECT_EQ(wanted.size(), 0) << "the menu key";
 }
 
 TEST_F(ListBoxTest, LinesMayComeAndGoDuringADrag) {

@@ -18,6 +18,13 @@ namespace {
 constexpr int kNumberMargin = 6;         // pixels between a line's number and the scroll bar
 constexpr int kScrollMilliseconds = 60;  // per line, while a drag is held above or below the list
 
+// The keyboard goes from the list to a menu, which takes the pointer, too.
+bool GoesToMenu(const QEvent& event) {
+  if (event.type() != QEvent::FocusOut) return false;
+  const Qt::FocusReason reason = static_cast<const QFocusEvent&>(event).reason();
+  return reason == Qt::PopupFocusReason || reason == Qt::MenuBarFocusReason;
+}
+
 // A line for which the list says what assistive technology reads out.
 class Line : public QListWidgetItem {
  public:
@@ -248,8 +255,8 @@ void ListBox::paintEvent(QPaintEvent* event) {
 
 bool ListBox::event(QEvent* event) {
   const QEvent::Type type = event->type();
-  // A list that is hidden, or behind another window, may never get the release.
-  if (TakesPointer(*event, *this) || type == QEvent::Hide ||
+  // A list that is hidden, or behind another window or a menu, may never get the release.
+  if (TakesPointer(*event, *this) || type == QEvent::Hide || GoesToMenu(*event) ||
       (type == QEvent::ActivationChange && !isActiveWindow())) {
     // A line that was being dragged stays selected where it is.
     if (gesture_.Dragging()) SetListIndex(gesture_.From());
@@ -339,7 +346,7 @@ bool ListBox::TakeKey(const QKeyEvent& event) {
 // The toolkit asks for a menu when the right button goes down; here it waits for the release.
 void ListBox::contextMenuEvent(QContextMenuEvent* event) {
   event->accept();
-  if (event->reason() == QContextMenuEvent::Mouse) return;
+  if (event->reason() == QContextMenuEvent::Mouse || gesture_.Running()) return;
   const QListWidgetItem* selected = item(ListIndex());
   const QRect line = selected ? visualItemRect(selected) : QRect();
   const QPoint place = viewport()->rect().intersects(line) ? line.bottomLeft() : QPoint();

@@ -66,7 +66,7 @@ class ListBox : public QListWidget {
   // the program meanwhile does not count: after a drag the line under the pointer, after a click
   // the line of the press. It is -1 when the press hit no line or lines have been inserted or
   // removed since. Does not come when Escape gave the gesture up or the list lost the pointer: it
-  // is hidden or disabled, or another window comes up.
+  // is hidden or disabled, or a menu or another window comes up.
   void MouseUp(int line);
   // A double click on a line, which has been selected; comes after its `MouseDown`. Or Enter was
   // pressed with a line selected; not again while it is held.
@@ -76,8 +76,8 @@ class ListBox : public QListWidget {
   void MoveLine(int from, int to);
   // Delete was pressed with a line selected; not again while it is held. Nothing has gone yet.
   void RemoveLine();
-  // A right click without a drag, after its `MouseUp`; or the menu key. `global` is where a menu
-  // should open: at the pointer, or below the selected line.
+  // A right click without a drag, after its `MouseUp`; or the menu key, while no button is held.
+  // `global` is where a menu should open: at the pointer, or below the selected line.
   void ContextMenuWanted(QPoint global);
 
  protected:

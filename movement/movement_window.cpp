@@ -115,6 +115,7 @@ void MovementWindow::Open() {
     setGeometry(PlaceBeside(main_window_.geometry(), main_window_.screen()->availableGeometry()));
   }
   placed_ = true;
+  setWindowState(windowState() & ~Qt::WindowMinimized);
   show();
   raise();
   activateWindow();
@@ -129,6 +130,11 @@ void MovementWindow::showEvent(QShowEvent* event) {
 void MovementWindow::hideEvent(QHideEvent* event) {
   QWidget::hideEvent(event);
   if (!event->spontaneous()) emit Shown(false);
+}
+
+void MovementWindow::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::WindowStateChange) emit Shown(isVisible() && !isMinimized());
 }
 
 }  // namespace pelmora

@@ -29,13 +29,14 @@ class MovementWindow : public QWidget {
   void PlaybackChanged() { canvas_->PlaybackChanged(); }
 
  signals:
-  // The window has been shown or hidden, by whomever.
+  // The window has been shown or hidden, by whomever; a minimised one counts as hidden.
   void Shown(bool shown);
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
   void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;
+  void changeEvent(QEvent* event) override;
 
  private:
   void ShowTexts();

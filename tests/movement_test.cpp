@@ -37,6 +37,10 @@ TEST_F(Movement, ComesBackWhereItWasLeftAndGoesWithTheProgram) {
   QSpontaneKeyEvent::setSpontaneous(&minimised);
   qApp->notify(&Window(), &minimised);
   EXPECT_TRUE(Item().isChecked()) << "it is still there";
+  Window().showMinimized();
+  EXPECT_FALSE(Item().isChecked());
+  Item().trigger();
+  EXPECT_TRUE(Shown() && Item().isChecked() && !Window().isMinimized());
   form->close();
   EXPECT_FALSE(Shown());
 }

@@ -47,5 +47,43 @@ TEST_F(ListMenu, ShowsNamesAndKeysAndDoesWhatTheyDo) {
   ExpectSteps("02", 1);
 }
 
+// Playback selects other lines behind the open menu.
+TEST_F(ListMenu, MeansTheLineThatItWasOpenedOn) {
+  Connect();
+  const auto choose_on_0 = [this](const char* item) {
+    if (!hands->Find<QAbstractButton>("CWButtonEmuPC").isChecked()) Press("CWButtonEmuPC");
+    const QPoint place = List().visualItemRect(List().item(0)).center();
+    QTest::mouseClick(List().viewport(), Qt::RightButton, {}, place);
+    timer.Elapse();
+    timer.Elapse();
+    auto& menu = hands->Find<QMenu>("ListMenu");
+    const QRect entry = menu.actionGeometry(&hands->Find<QAction>(item));
+    QTest::mouseClick(&menu, Qt::LeftButton, {}, entry.center());
+    hands->Wait(1);
+  };
+  AddSteps(4);
+  choose_on_0("ListMoveDown");
+  ExpectSteps("1023", 1);
+  choose_on_0("ListCut");
+  ExpectSteps("023", 0);
+  choose_on_0("ListPaste");
+  ExpectSteps("0123", 1);
+  choose_on_0("ListUndo");
+  ExpectSteps("023", 0);
+  timer.Elapse();
+  ListKeys("Ctrl+X");  // a key means the line that is selected now
+  ExpectSteps("03", 1);
+}
+
+TEST_F(ListMenu, ClosesWhenTheLinesChange) {
+  AddSteps(3);
+  const QPoint place = List().visualItemRect(List().item(1)).center();
+  QTest::mouseClick(List().viewport(), Qt::RightButton, {}, place);
+  auto& menu = hands->Find<QMenu>("ListMenu");
+  ASSERT_TRUE(menu.isVisible());
+  Press("CommandClear");
+  EXPECT_FALSE(menu.isVisible());
+}
+
 }  // namespace
 }  // namespace pelmora

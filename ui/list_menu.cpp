@@ -15,7 +15,7 @@ void Name(QAction& item, bool enabled, const QString& command, const QString& ch
 
 }  // namespace
 
-ListMenu::ListMenu(platform::ListBox& list, const EditedSequence& edited, StepClipboard& clipboard,
+ListMenu::ListMenu(platform::ListBox& list, EditedSequence& edited, StepClipboard& clipboard,
                    StepList& step_list, QObject* parent)
     : QObject(parent), list_(list), edited_(edited), step_list_(step_list), menu_(&list) {
   menu_.setObjectName(QStringLiteral("ListMenu"));
@@ -24,16 +24,18 @@ ListMenu::ListMenu(platform::ListBox& list, const EditedSequence& edited, StepCl
                      [this] { step_list_.Redo_Click(); });
   for (QAction* item : {undo_, redo_}) item->setAutoRepeat(true);
   menu_.addSeparator();
-  cut_ = AddKeyItem("Cu&t", {Qt::CTRL | Qt::Key_X}, [&clipboard] { clipboard.Cut_Click(); });
-  copy_ = AddKeyItem("&Copy", {Qt::CTRL | Qt::Key_C}, [&clipboard] { clipboard.Copy_Click(); });
+  cut_ =
+      AddKeyItem("Cu&t", {Qt::CTRL | Qt::Key_X}, ToLine([&clipboard] { clipboard.Cut_Click(); }));
+  copy_ =
+      AddKeyItem("&Copy", {Qt::CTRL | Qt::Key_C}, ToLine([&clipboard] { clipboard.Copy_Click(); }));
   copy_sequence_ = AddKeyItem("Copy &Sequence", {Qt::CTRL | Qt::SHIFT | Qt::Key_C},
                               [&clipboard] { clipboard.CopySequence_Click(); });
-  AddKeyItem("&Paste", {Qt::CTRL | Qt::Key_V}, [&clipboard] { clipboard.Paste_Click(); });
+  AddKeyItem("&Paste", {Qt::CTRL | Qt::Key_V}, ToLine([&clipboard] { clipboard.Paste_Click(); }));
   menu_.addSeparator();
   // The list takes these keys itself; here they are only shown.
-  move_up_ = AddItem("&Move Up\tCtrl+Up", [this] { MoveBy(-1); });
-  move_down_ = AddItem("Move &Down\tCtrl+Down", [this] { MoveBy(1); });
-  show_step_ = AddItem("S&how Step\tEnter", [this] { step_list_.ListSequence_DblClick(); });
+  move_up_ = AddItem("&Move Up\tCtrl+Up", ToLine([this] { MoveBy(-1); }));
+  move_down_ = AddItem("Move &Down\tCtrl+Down", ToLine([this] { MoveBy(1); }));
+  show_step_ = AddItem("S&how Step\tEnter", ToLine([this] { step_list_.ListSequence_DblClick(); }));
   menu_.addSeparator();
   movement_ = AddKeyItem("Mo&vement", {Qt::CTRL | Qt::Key_M},
                          [this] { emit MovementWanted(movement_->isChecked()); });
@@ -42,10 +44,9 @@ ListMenu::ListMenu(platform::ListBox& list, const EditedSequence& edited, StepCl
   connect(&list_, &platform::ListBox::ContextMenuWanted, &menu_,
           [this](QPoint place) { menu_.popup(place); });
   connect(&menu_, &QMenu::aboutToShow, this, &ListMenu::Prepare);
-  // The key of a disabled item wouldn't work while the menu is closed.
-  connect(&menu_, &QMenu::aboutToHide, this, [this] {
-    for (QAction* item : menu_.actions()) item->setEnabled(true);
-  });
+  connect(&menu_, &QMenu::aboutToHide, this, &ListMenu::Close);
+  // What was a line's index may be another line's now.
+  connect(&edited_, &EditedSequence::SequenceChanged, &menu_, &QMenu::hide);
 }
 
 QAction* ListMenu::AddItem(const QString& text, Action action) {
@@ -64,16 +65,31 @@ QAction* ListMenu::AddKeyItem(const QString& text, const QList<QKeySequence>& ke
   return item;
 }
 
+ListMenu::Action ListMenu::ToLine(Action action) {
+  return [this, action = std::move(action)] {
+    if (line_ >= 0) edited_.Select(line_);
+    action();
+  };
+}
+
 void ListMenu::Prepare() {
   const History& changes = edited_.Changes();
   Name(*undo_, step_list_.CanUndo(), kUndo, changes.UndoName());
   Name(*redo_, step_list_.CanRedo(), kRedo, changes.RedoName());
-  const int line = edited_.ListIndex();
+  const int line = line_ = edited_.ListIndex();
   const int lines = edited_.ListCount();
   for (QAction* item : {cut_, copy_, show_step_}) item->setEnabled(line >= 0);
   copy_sequence_->setEnabled(lines > 0);
   move_up_->setEnabled(line > 0);
   move_down_->setEnabled(line >= 0 && line + 1 < lines);
+}
+
+// The toolkit hides the menu before it does what was chosen in it.
+void ListMenu::Close() {
+  // The key of a disabled item wouldn't work while the menu is closed.
+  for (QAction* item : menu_.actions()) item->setEnabled(true);
+  QMetaObject::invokeMethod(
+      this, [this] { line_ = -1; }, Qt::QueuedConnection);
 }
 
 void ListMenu::MoveBy(int distance) {

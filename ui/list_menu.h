@@ -21,7 +21,7 @@ class ListMenu : public QObject {
  public:
   // The keys of undo, redo, the clipboard and "Movement" work in the whole window; a text field
   // that has the focus keeps those that it knows itself. All that is given outlives the menu.
-  ListMenu(platform::ListBox& list, const EditedSequence& edited, StepClipboard& clipboard,
+  ListMenu(platform::ListBox& list, EditedSequence& edited, StepClipboard& clipboard,
            StepList& step_list, QObject* parent);
 
   // The keys of undo, redo and "Movement" work in this window, too.
@@ -39,13 +39,17 @@ class ListMenu : public QObject {
   QAction* AddItem(const QString& text, Action action);
   // Its keys work in the whole window; held down they don't repeat.
   QAction* AddKeyItem(const QString& text, const QList<QKeySequence>& keys, Action action);
+  // Does it to the line that the menu was opened on, wherever playback has gone since.
+  Action ToLine(Action action);
   void Prepare();
+  void Close();
   void MoveBy(int distance);
 
   platform::ListBox& list_;
-  const EditedSequence& edited_;
+  EditedSequence& edited_;
   StepList& step_list_;
   QMenu menu_;
+  int line_ = -1;  // that the menu was opened on, -1 for none and while it is closed
   QAction* undo_ = nullptr;
   QAction* redo_ = nullptr;
   QAction* cut_ = nullptr;

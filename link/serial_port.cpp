@@ -18,17 +18,17 @@ QString SerialPort::EntryName(int number) {
   return QStringLiteral("Comm%1").arg(number);
 }
 
-void SerialPort::ComboPort_Click(int number) {
+void SerialPort::ComboPort_Click(int number, const QString& device) {
   if (comm_.PortOpen()) comm_.Close();
-  comm_.SetCommPort(number);
+  comm_.SetCommPort(number, device);
   number_ = number;
   const bool opened = SetupPort();
   emit Changed();
   if (opened) return;
-  const QString device =
+  const QString tried =
       comm_.LastDevice().isEmpty() ? QString() : QStringLiteral(" (%1)").arg(comm_.LastDevice());
   message_box_.Show(
-      QStringLiteral("%1%2 can't be opened: %3.").arg(EntryName(number), device, comm_.LastError()),
+      QStringLiteral("%1%2 can't be opened: %3.").arg(EntryName(number), tried, comm_.LastError()),
       kProgramTitle);
 }
 

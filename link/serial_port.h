@@ -25,9 +25,10 @@ class SerialPort : public QObject {
   // The caption of an entry (1..8) of the list of ports.
   static QString EntryName(int number);
 
-  // The operator has chosen an entry (1..8): opens that port. When it can't be opened, a message
-  // says why.
-  void ComboPort_Click(int number);
+  // The operator has chosen an entry (1..8) that was shown to stand for `device`: opens that port,
+  // but no other device than that one, unless it is empty. When it can't be opened, a message says
+  // why.
+  void ComboPort_Click(int number, const QString& device = {});
 
   // The open port has failed: says so. `emptied`: a read had begun, which has emptied the
   // sequences.

@@ -55,7 +55,8 @@ TEST_F(ControlsTest, EntriesAreChosenFromTheOpenListOnly) {
   for (int i = 1; i <= 8; ++i) list.addItem("Comm" + QString::number(i), i);
   list.setCurrentIndex(-1);
   QString state = "free";
-  list.ToolTip = [&](int item) { return state + QString::number(item); };
+  list.StandsFor = [&](int item) { return item < 4 ? state + QString::number(item) : ""; };
+  list.NothingTip = "nothing";
   ShowWindow();
   QSignalSpy clicks(&list, &DropDownList::Click);
   for (const auto key : {Qt::Key_C, Qt::Key_Down}) {
@@ -67,13 +68,17 @@ TEST_F(ControlsTest, EntriesAreChosenFromTheOpenListOnly) {
   EXPECT_EQ(clicks.size(), 0);
   ASSERT_TRUE(list.view()->isVisible());
   EXPECT_EQ(list.itemData(2, Qt::ToolTipRole), "free3");
+  EXPECT_EQ(list.itemData(3, Qt::ToolTipRole), "nothing");
+  EXPECT_TRUE(list.itemData(3, Qt::ForegroundRole).isValid()) << "pale";
+  EXPECT_FALSE(list.itemData(2, Qt::ForegroundRole).isValid());
 
   for (int chosen = 1; chosen <= 2; ++chosen) {  // also the entry already selected
+    const QString stood_for = std::exchange(state, "taken") + "3";
     list.view()->setCurrentIndex(list.model()->index(2, 0));
     QTest::keyClick(list.view(), Qt::Key_Return);
     EXPECT_EQ(list.currentData(), 3);
-    EXPECT_EQ(clicks.size(), chosen);
-    state = "taken";
+    ASSERT_EQ(clicks.size(), chosen);
+    EXPECT_EQ(clicks.last().first(), stood_for);
     list.showPopup();
     EXPECT_EQ(list.itemData(2, Qt::ToolTipRole), "taken3");
   }

@@ -29,5 +29,23 @@ TEST_F(Port, OpensWithTheBoardsLineSettingsAndWithoutWhatCameBefore) {
   EXPECT_FALSE(hands->WaitUntil([this] { return hands->Read("Echo") != ""; }, 30));
 }
 
+TEST_F(Port, OpensNoOtherDeviceThanTheListShowed) {
+  const QString shown = QString::fromStdString(board.DevicePath());
+  auto& combo = hands->Find<QComboBox>("ComboPort");
+  combo.showPopup();
+  board.Unplug();
+  const simboard::SimulatedBoard other(simboard::Pace::kUnpaced);  // takes the device's name
+  board.Replug();
+  const QString now = QString::fromStdString(board.DevicePath());
+  ASSERT_NE(now, shown);
+  ExpectMessage("Comm1 (" + now + ") can't be opened: it stood for " + shown +
+                " when you opened the list.");
+  combo.view()->setCurrentIndex(combo.model()->index(0, 0));
+  QTest::keyClick(combo.view(), Qt::Key_Return);
+  EXPECT_TRUE(combo.isEnabled());
+  hands->Choose("ComboPort", "Comm1");
+  EXPECT_FALSE(combo.isEnabled()) << "chosen from a list that shows what there is now";
+}
+
 }  // namespace
 }  // namespace pelmora

@@ -209,8 +209,9 @@ void Form1::ConnectEditing() {
 void Form1::ConnectLink() {
   Handlers& h = *handlers_;
   DropDownList& combo_port = *controls_->ComboPort;
-  On(&combo_port, &DropDownList::Click,
-     [&h, &combo_port] { h.serial_port.ComboPort_Click(combo_port.currentData().toInt()); });
+  On(&combo_port, &DropDownList::Click, [&h, &combo_port](const QString& device) {
+    h.serial_port.ComboPort_Click(combo_port.currentData().toInt(), device);
+  });
   On(&h.serial_port, &SerialPort::Changed, [&h, &combo_port] {
     const bool connected = h.serial_port.Connected();
     combo_port.setEnabled(!connected);

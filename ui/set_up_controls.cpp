@@ -94,11 +94,8 @@ void SetUpControls(const Controls& controls, const platform::PortDirectory& port
     combo_port.addItem(SerialPort::EntryName(number), number);
   }
   combo_port.setCurrentIndex(-1);
-  combo_port.ToolTip = [&ports](int number) {
-    const QString device = ports.DeviceFor(number);
-    return device.isEmpty() ? QStringLiteral("No serial port for this entry now") : device;
-  };
-  combo_port.Unavailable = [&ports](int number) { return ports.DeviceFor(number).isEmpty(); };
+  combo_port.StandsFor = [&ports](int number) { return ports.DeviceFor(number); };
+  combo_port.NothingTip = QStringLiteral("No serial port for this entry now");
 
   // Each channel's angles stand under its slider; duration and break mark stand at the right. In
   // lines from the table an empty field comes between those two, so the mark has two columns.

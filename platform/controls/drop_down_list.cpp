@@ -15,11 +15,17 @@ constexpr int kEntryLamp = 10;    // diameter
 constexpr int kEntryLampGap = 6;  // between lamp and text
 constexpr int kEntryPadding = 8;  // above and below an entry of the open list together
 
+constexpr int kStoodForRole = Qt::UserRole + 1;  // what an entry stood for when the list opened
+
 }  // namespace
 
 DropDownList::DropDownList(QWidget* parent) : QComboBox(parent) {
   setFocusPolicy(Qt::StrongFocus);
-  connect(this, &QComboBox::activated, this, &DropDownList::Click);
+  connect(this, &QComboBox::activated, this, [this](int entry) {
+    const QString stood_for = itemData(entry, kStoodForRole).toString();
+    for (int i = 0; i < count(); ++i) setItemData(i, {}, kStoodForRole);
+    emit Click(stood_for);
+  });
 }
 
 QColor DropDownList::UnavailableColour(const QPalette& palette) {
@@ -30,11 +36,12 @@ QColor DropDownList::UnavailableColour(const QPalette& palette) {
 void DropDownList::showPopup() {
   const QSize size(0, fontMetrics().height() + kEntryPadding);
   for (int i = 0; i < count(); ++i) {
-    const int item = itemData(i).toInt();
+    const QString what = StandsFor(itemData(i).toInt());
     setItemData(i, size, Qt::SizeHintRole);
-    if (ToolTip) setItemData(i, ToolTip(item), Qt::ToolTipRole);
-    const bool pale = Unavailable && Unavailable(item);
-    setItemData(i, pale ? QVariant(UnavailableColour(palette())) : QVariant(), Qt::ForegroundRole);
+    setItemData(i, what, kStoodForRole);
+    setItemData(i, TipFor(what), Qt::ToolTipRole);
+    setItemData(i, what.isEmpty() ? QVariant(UnavailableColour(palette())) : QVariant(),
+                Qt::ForegroundRole);
   }
   QComboBox::showPopup();
 }
@@ -55,8 +62,8 @@ void DropDownList::paintEvent(QPaintEvent* event) {
 }
 
 bool DropDownList::event(QEvent* event) {
-  if (event->type() == QEvent::ToolTip && ToolTip) {
-    setToolTip(currentIndex() < 0 ? QString() : ToolTip(currentData().toInt()));
+  if (event->type() == QEvent::ToolTip) {
+    setToolTip(currentIndex() < 0 ? QString() : TipFor(StandsFor(currentData().toInt())));
   }
   return QComboBox::event(event);
 }

@@ -16,12 +16,21 @@ MSComm::~MSComm() {
   Close();
 }
 
+void MSComm::SetCommPort(int number, const QString& device) {
+  comm_port_ = number;
+  shown_device_ = device;
+}
+
 bool MSComm::Open() {
   lost_.reset();
   error_.clear();
   device_ = ports_.DeviceFor(comm_port_);
   if (device_.isEmpty()) {
     error_ = "there is no serial port for this entry";
+    return false;
+  }
+  if (!shown_device_.isEmpty() && device_ != shown_device_) {
+    error_ = "it stood for " + shown_device_ + " when you opened the list";
     return false;
   }
   // A link and its target are one port, with one lock.

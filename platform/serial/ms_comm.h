@@ -27,7 +27,9 @@ class MSComm : public QObject {
   explicit MSComm(const PortDirectory& ports, QObject* parent = nullptr);
   ~MSComm() override;
 
-  void SetCommPort(int number) { comm_port_ = number; }
+  // The port that `Open` opens, and the device that it has been shown to stand for: another one is
+  // not opened. Empty: any.
+  void SetCommPort(int number, const QString& device = {});
 
   // Baud rate, parity (N, E, O), data bits, stop bits: "9600,N,8,2". Takes effect when the port is
   // opened. Flow control is always off.
@@ -38,8 +40,9 @@ class MSComm : public QObject {
   // The port has failed and is closed, but its `PortLost` is still to come.
   bool LossPending() const { return lost_ != nullptr; }
 
-  // Opens the port set by `SetCommPort`, while none is open, and discards what was waiting in it. False when that
-  // fails; `LastError` then has the reason and `LastDevice` the device ("" when there is none).
+  // Opens the port set by `SetCommPort`, while none is open, and discards what was waiting in it.
+  // False when that fails; `LastError` then has the reason and `LastDevice` the device ("" when
+  // there is none).
   [[nodiscard]] bool Open();
   // Waits until what was written has left, then closes; gives up when no byte has left for a
   // second. No `PortLost`.
@@ -111,6 +114,7 @@ class MSComm : public QObject {
   QString device_;
   QString error_;
   int comm_port_ = 1;
+  QString shown_device_;
   int in_buffer_size_ = 1024;
   int input_len_ = 0;
   int r_threshold_ = 0;

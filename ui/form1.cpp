@@ -357,6 +357,7 @@ void Form1::ShowMovement(bool shown) {
     movement_ = std::make_unique<MovementWindow>(
         MovementParts{h.edited, h.step_list, controls_->CWSlide1, played}, *this);
     list_menu_->ShareKeysWith(*movement_);
+    movement_->addActions({controls_->SaveBuffer, controls_->LoadBuffer});
     connect(movement_.get(), &MovementWindow::Shown, list_menu_, &ListMenu::SetMovementShown);
     connect(&h.pc_emulator, &PcEmulator::StateChanged, movement_.get(),
             &MovementWindow::PlaybackChanged);

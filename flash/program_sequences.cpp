@@ -23,7 +23,7 @@ int ProgressInterval(int total) {
   return std::max(1, (total - 1) / 100 + 1);
 }
 
-struct Outcome {
+struct ProgramOutcome {
   QString text;  // empty when everything has been said
   bool disturbed = false;
 };
@@ -47,7 +47,8 @@ std::optional<int> SendStepData(BoardOperation& operation, int total, const Boar
   return total > 0 && operation.Aborted() ? std::optional(total - 1) : std::nullopt;
 }
 
-Outcome Transfer(BoardLink& link, DebugPanel& debug_panel, const EditedSequence& edited) {
+ProgramOutcome ProgramFlash(BoardLink& link, DebugPanel& debug_panel,
+                            const EditedSequence& edited) {
   // Begun before the erase: a connection made anew during its wait is not the one that was erased.
   BoardOperation operation(link, Mode::kProgram);
   debug_panel.SetEcho({});
@@ -73,7 +74,7 @@ Outcome Transfer(BoardLink& link, DebugPanel& debug_panel, const EditedSequence&
 
 void CommandFlash_Click(BoardLink& link, DebugPanel& debug_panel, const EditedSequence& edited) {
   if (!link.Port().RequireConnection() || RefuseOversize(link, edited)) return;
-  const Outcome outcome = Transfer(link, debug_panel, edited);
+  const ProgramOutcome outcome = ProgramFlash(link, debug_panel, edited);
   if (!outcome.text.isEmpty()) link.Say(outcome.text);
   if (outcome.disturbed) link.Say(kDisturbedText);
 }

@@ -10,12 +10,12 @@ namespace {
 
 constexpr char kErrorText[] = "Reading Error!";
 
-struct Outcome {
+struct ReadOutcome {
   const char* text;
   bool replaced = false;  // the sequences are the board's
 };
 
-Outcome Transfer(BoardLink& link, const DebugPanel& debug_panel, EditedSequence& edited) {
+ReadOutcome ReadFlash(BoardLink& link, const DebugPanel& debug_panel, EditedSequence& edited) {
   ReadOperation operation(
       link, [&edited](const FlashHeader& header) { return edited.TakeHeader(header); });
   operation.BeginTransfer(0);
@@ -39,7 +39,7 @@ void CommandRead_Click(BoardLink& link, DebugPanel& debug_panel, EditedSequence&
   std::optional<SequencesEmptiedByRead> emptied(link);
   edited.ClearAll();
   if (!link.Port().RequireConnection()) return;
-  const Outcome outcome = Transfer(link, debug_panel, edited);
+  const ReadOutcome outcome = ReadFlash(link, debug_panel, edited);
   if (outcome.replaced) emptied.reset();
   link.Say(outcome.text);
 }

@@ -77,7 +77,7 @@ void MovementCanvas::BringSelected() {
   const ShownSteps steps = Steps();
   if (selected_ < 0 || selected_ >= steps.Count() || press_) return;
   const StepTimes times(steps);
-  ChangeTime([&](TimeScale& time) { time.Bring(times.Start(selected_), times.End(selected_)); });
+  MoveView([&](TimeScale& time) { time.Bring(times.Start(selected_), times.End(selected_)); });
 }
 
 void MovementCanvas::TellTexts() {
@@ -93,31 +93,34 @@ void MovementCanvas::ChangeTime(const std::function<void(TimeScale&)>& change) {
   emit TimeChanged();
 }
 
+// What is under the pointer may be something else then.
+void MovementCanvas::MoveView(const std::function<void(TimeScale&)>& change) {
+  ChangeTime(change);
+  FollowPointer();
+}
+
 void MovementCanvas::Fit() {
   fitted_ = true;
-  ChangeTime([](TimeScale& time) { time.Fit(); });
+  MoveView([](TimeScale& time) { time.Fit(); });
 }
 
 void MovementCanvas::Zoom(double x, double factor) {
   fitted_ = false;
-  ChangeTime([&](TimeScale& time) { time.ZoomAround(x - Places::kLabels, factor); });
-  FollowPointer();
+  MoveView([&](TimeScale& time) { time.ZoomAround(x - Places::kLabels, factor); });
 }
 
 void MovementCanvas::ScrollTo(double left_ms) {
-  ChangeTime([&](TimeScale& time) { time.ScrollTo(left_ms); });
-  FollowPointer();
+  MoveView([&](TimeScale& time) { time.ScrollTo(left_ms); });
 }
 
 void MovementCanvas::LayOutLanes() {
   places_.lanes = Lanes(Places::kRuler, height() - Places::kRuler, chosen_);
-  FollowPointer();
   update();
 }
 
 void MovementCanvas::resizeEvent(QResizeEvent*) {
   LayOutLanes();
-  ChangeTime([&](TimeScale& time) {
+  MoveView([&](TimeScale& time) {
     time.SetWidth(width() - Places::kLabels);
     if (fitted_) time.Fit();
   });
@@ -268,7 +271,7 @@ void MovementCanvas::MoveHead() {
     return ms >= time.Left() && ms <= time.Left() + time.Span();
   };
   if (before && in_view(*before) && !in_view(*head_) && !press_) {
-    ChangeTime([&](TimeScale& changed) { changed.Bring(*head_, *head_); });
+    MoveView([&](TimeScale& changed) { changed.Bring(*head_, *head_); });
   }
 }
 

@@ -97,6 +97,7 @@ class MovementCanvas : public QWidget {
   double ZoomPlace() const;
 
   void ChangeTime(const std::function<void(TimeScale&)>& change);
+  void MoveView(const std::function<void(TimeScale&)>& change);
   void Fit();
   void Zoom(double x, double factor);
   void LayOutLanes();

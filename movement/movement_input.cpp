@@ -31,6 +31,7 @@ void MovementCanvas::Choose(int channel) {
   if (channel < 0 || channel == chosen_) return;
   chosen_ = channel;
   LayOutLanes();
+  FollowPointer();
   TellTexts();
 }
 

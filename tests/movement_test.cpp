@@ -129,6 +129,7 @@ TEST_F(Movement, KeysAndWheelZoomAndScroll) {
   ClickAt(place);
   Wheel(place, 5);
   QTest::mouseDClick(&Canvas(), Qt::LeftButton, {}, place);
+  ReleaseAt(place);
   EXPECT_EQ(Selected(), 27) << "the second click hits another step than the first";
   bar.setValue(0);
   EXPECT_EQ(Canvas().Time().Left(), 0);
@@ -138,6 +139,29 @@ TEST_F(Movement, KeysAndWheelZoomAndScroll) {
   Keys("Ctrl+0");
   EXPECT_NEAR(Canvas().Time().Span(), fitted, 0.01);
   EXPECT_FALSE(bar.isVisible());
+}
+
+TEST_F(Movement, TellsWhatComesUnderAPointerAtRest) {
+  ComposeAndOpen(30);
+  for (int i = 0; i < 6; ++i) Keys("Ctrl++");
+  const QPoint rest(655, 310);
+  MoveTo(rest);
+  int told = -1;
+  const auto tells_another = [&] {
+    const int step = static_cast<int>(Geometry().TimeAt(rest.x())) / 400;
+    EXPECT_NE(step, std::exchange(told, step)) << "the view stood still";
+    return State().startsWith(QStringLiteral("Step %1,").arg(step));
+  };
+  EXPECT_TRUE(tells_another());
+  for (const char* key : {"End", "Home", "Ctrl+0"}) {
+    Keys(key);
+    EXPECT_TRUE(tells_another()) << key << ": " << State().toStdString();
+  }
+  Window().resize(800, 700);
+  EXPECT_TRUE(tells_another());
+  for (int i = 0; i < 6; ++i) Keys("Ctrl++");
+  Select(3);
+  EXPECT_TRUE(tells_another()) << State().toStdString();
 }
 
 TEST_F(Movement, ThePlayheadMovesThroughTheHeldStepAndTheViewFollows) {

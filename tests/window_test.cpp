@@ -223,6 +223,7 @@ TEST_F(SmallScreen, LetsEveryControlBeReached) {
        {QRect(0, 0, 1024, 600), QRect(0, 30, 960, 510), QRect(10, 20, 800, 500)}) {
     ShowOn(screen);
     EXPECT_TRUE(IsWhollySeen(*form->menuBar()));
+    EXPECT_EQ(form->findChild<QScrollArea*>()->widget()->pos(), QPoint()) << "the top is not seen";
     EXPECT_EQ(form->minimumSize(), form->maximumSize());
     for (const char* item : {"FreshProg", "Emu", "Serial"}) Trigger(item);
     auto& view = *form->findChild<QScrollArea*>();

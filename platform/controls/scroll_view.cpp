@@ -12,11 +12,13 @@ ScrollView::ScrollView(QWidget* content, const QSize& limit, QWidget* parent)
   setWidget(content);
   SetLimit(limit);
   content->show();
-  connect(qApp, &QApplication::focusChanged, &focus_watch_, [this](QWidget*, QWidget* focus) {
-    // A control that the pointer presses must not move away from under it.
-    const bool by_key = QApplication::mouseButtons() == Qt::NoButton;
-    if (focus && by_key && widget()->isAncestorOf(focus)) ensureWidgetVisible(focus);
-  });
+  connect(qApp, &QApplication::focusChanged, &focus_watch_,
+          [this](QWidget* before, QWidget* focus) {
+            // A control that the pointer presses must not move away from under it. Without a
+            // control before, the window has become the active one, and shows what it did.
+            const bool by_key = before && QApplication::mouseButtons() == Qt::NoButton;
+            if (focus && by_key && widget()->isAncestorOf(focus)) ensureWidgetVisible(focus);
+          });
 }
 
 void ScrollView::SetLimit(const QSize& limit) {

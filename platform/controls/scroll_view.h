@@ -1,5 +1,6 @@
 // A view of controls that are together larger than the screen. Unlike the toolkit's it takes no
-// focus itself, and it scrolls to the control that gets the focus by any key, not only by Tab.
+// focus itself, and it scrolls to the control that gets the focus by any key, not only by Tab. It
+// starts at the top left.
 #pragma once
 
 #include <QScrollArea>

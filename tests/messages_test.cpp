@@ -117,6 +117,18 @@ TEST_F(Messages, KeepTheKeyboardAndWhatIsBehindGetsNothing) {
   EXPECT_EQ(form->findChild<QDialog*>("DialogInterp"), nullptr);
 }
 
+TEST_F(Messages, GiveTheKeyboardBackToTheWindowThatHadIt) {
+  Trigger("ListMovement");
+  auto& movement = *hands->Find<QWidget>("MovementCanvas").window();
+  for (QWidget* window : {&movement, static_cast<QWidget*>(form.get())}) {
+    ASSERT_TRUE(Activate(*window));
+    InDialog([](QDialog& dialog) { dialog.reject(); });
+    WindowKeys(*window, "Ctrl+L");
+    const auto active = [&] { return QApplication::activeWindow() == window; };
+    EXPECT_TRUE(hands->WaitUntil(active)) << window->objectName().toStdString();
+  }
+}
+
 TEST_F(Messages, ThatComeByThemselvesAreNotAnsweredByWhatIsTyped) {
   Connect();
   InDialog([this](QDialog& message) {

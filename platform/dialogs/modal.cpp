@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QPointer>
 
 namespace platform {
 
@@ -19,6 +20,7 @@ void TakeShortcutsOfParents(QDialog& dialog) {
 }
 
 bool RunModal(QDialog& dialog, MainLoop& main_loop) {
+  const QPointer<QWidget> active_before = QApplication::activeWindow();
   // An open menu or list would keep pointer and keyboard from the dialog.
   while (QWidget* popup = QApplication::activePopupWidget()) {
     if (!popup->close()) break;
@@ -29,7 +31,10 @@ bool RunModal(QDialog& dialog, MainLoop& main_loop) {
   dialog.show();
   // Shows which button has the focus: the toolkit does after the first Tab only.
   dialog.setAttribute(Qt::WA_KeyboardFocusChange);
-  return dialog.exec() == QDialog::Accepted;
+  const bool accepted = dialog.exec() == QDialog::Accepted;
+  // A window manager turns to the dialog's parent.
+  if (active_before && active_before->isVisible()) active_before->activateWindow();
+  return accepted;
 }
 
 }  // namespace platform

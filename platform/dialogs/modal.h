@@ -16,7 +16,8 @@ QWidget* ModalParent(QWidget* window);
 void TakeShortcutsOfParents(QDialog& dialog);
 
 // Shows a dialog, with its parents' shortcuts, and returns once it is closed, deleted, or the
-// program ends; events are processed meanwhile. True when it is still there and was accepted.
+// program ends; events are processed meanwhile. The window that was the active one is it again
+// then. True when the dialog is still there and was accepted.
 bool RunModal(QDialog& dialog, MainLoop& main_loop);
 
 }  // namespace platform

@@ -252,12 +252,12 @@ class Drawing {
                       scene_.halted ? colours_.halted : colours_.selected);
   }
 
+  // Counts from the first step, so that the same lines stand there whatever part is drawn.
   void DrawGrid() {
-    if (steps_.Count() == 0) return;
-    int drawn = -1;
-    for (int step = first_; step <= last_; ++step) {
+    int drawn = 0;
+    for (int step = 0; step <= last_; ++step) {
       const int x = EndX(step);
-      if (drawn >= 0 && x - drawn < kLeastGrid && step != steps_.Count() - 1) continue;
+      if (step > 0 && x - drawn < kLeastGrid && step != steps_.Count() - 1) continue;
       painter_.fillRect(QRect(x, Places::kRuler, 1, bottom_ - Places::kRuler) & clip_,
                         colours_.grid);
       drawn = x;
@@ -268,12 +268,12 @@ class Drawing {
     const QRect lane = LaneRect(channel);
     const bool moves = steps_.Moves(channel);
     const bool chosen = channel == places_.lanes.Chosen();
-    QPen dashes(colours_.zero, 1);
+    QPen dashes(colours_.zero, 1, Qt::SolidLine, Qt::FlatCap);
     dashes.setDashPattern({1, 5});
     dashes.setDashOffset(std::fmod(clip_.left(), 6));
     painter_.setPen(dashes);
     const int zero = Pixel(places_.lanes.Y(channel, kCentre));
-    painter_.drawLine(clip_.left(), zero, std::min(clip_.right(), lane.right()), zero);
+    painter_.drawLine(clip_.left(), zero, std::min(clip_.right(), lane.right()) + 1, zero);
     if (steps_.Count() == 0) return;
     DrawCurve(channel, chosen ? 3 : moves ? 2 : 1, moves ? colours_.curve : colours_.pale_curve);
   }
@@ -420,7 +420,9 @@ QRect BubbleArea(const QString& text, const QPointF& handle, const QSize& size,
                  const QFontMetrics& font) {
   const QPoint reach(kHandle + 2, kHandle + 2);
   const QPoint middle = handle.toPoint();
-  return BubbleRect(text, handle, size, font) | QRect(middle - reach, middle + reach);
+  // At a scale that is no whole number its edges lie inside pixels of the screen.
+  const QRect area = BubbleRect(text, handle, size, font) | QRect(middle - reach, middle + reach);
+  return area.adjusted(-1, -1, 1, 1);
 }
 
 }  // namespace pelmora

@@ -2,6 +2,7 @@
 // steps and shapes them, whatever else happens meanwhile.
 #include <QtTest/qtestspontaneevent.h>
 #include <QAccessible>
+#include <QBackingStore>
 #include <QPaintEvent>
 #include <QScrollBar>
 #include <QToolTip>
@@ -206,6 +207,42 @@ TEST_F(Movement, TheViewFollowsThePlayheadThroughAStepThatIsLongerThanIt) {
   Wheel({600, 300}, 50);
   QTest::qWait(60);
   EXPECT_EQ(Canvas().Time().Left(), 0) << "unless the operator looks elsewhere";
+}
+
+// Runs at other scales, too.
+TEST_F(Movement, LooksDrawnInPartsAsItDoesDrawnAtOnce) {
+  const auto picture = [this] {
+    hands->Wait(30);  // for what is still to be drawn
+    return static_cast<QImage*>(Window().backingStore()->paintDevice())->copy();
+  };
+  const auto expect_the_same = [&](const char* what) {
+    const QImage in_parts = picture();
+    Canvas().repaint();
+    EXPECT_TRUE(picture() == in_parts) << what;
+  };
+  for (const int steps : {256, 30}) {
+    ComposeAndOpen(steps);
+    for (int step = steps / 4; step < steps / 4 + 20; ++step) {
+      Select(step);
+      hands->Wait(10);
+    }
+    expect_the_same("selections");
+  }
+  const QPoint level = Level(26, 0);
+  PressAt(level);
+  for (int i = 1; i < 30; ++i) {
+    MoveTo(level + QPoint(i / 3, 4 * i));
+    hands->Wait(10);
+  }
+  expect_the_same("a drag");
+  Keys("Esc");
+  ReleaseAt(pointer);
+  expect_the_same("no drag any more");
+  Connect();
+  hands->Click(kEmuPC);
+  hands->Wait(300);
+  hands->Click(kEmuPC);
+  expect_the_same("playback");
 }
 
 // Screen readers.

@@ -8,6 +8,7 @@
 #include <QTest>
 
 #include "platform/controls/drop_down_list.h"
+#include "platform/controls/progress_bar.h"
 #include "platform/controls/text_field.h"
 
 namespace platform {
@@ -48,6 +49,13 @@ TEST_F(ControlsTest, AClickIntoATextFieldSelectsAllOfIt) {
   button.setFocus();
   QTest::keyClick(&button, Qt::Key_Tab);
   EXPECT_EQ(field.selectedText(), "-25") << "by Tab";
+}
+
+TEST_F(ControlsTest, ABarHasPlainDigitsInEveryLocale) {
+  const QLocale before;
+  QLocale::setDefault(QLocale("ar_EG"));
+  EXPECT_EQ(ProgressBar().text(), "0 %");
+  QLocale::setDefault(before);
 }
 
 TEST_F(ControlsTest, EntriesAreChosenFromTheOpenListOnly) {

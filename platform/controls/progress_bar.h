@@ -2,6 +2,7 @@
 // with a maximum of 0, becomes a busy indicator.
 #pragma once
 
+#include <QLocale>
 #include <QProgressBar>
 #include <algorithm>
 
@@ -12,6 +13,7 @@ class ProgressBar : public QProgressBar {
  public:
   explicit ProgressBar(QWidget* parent = nullptr) : QProgressBar(parent) {
     setFormat(QStringLiteral("%p %"));
+    setLocale(QLocale::c());  // plain digits, as everywhere in the window
     setValue(0);
   }
 

@@ -2,11 +2,13 @@
 
 #include <QAbstractItemView>
 #include <QApplication>
+#include <QBackingStore>
 #include <QMainWindow>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
 
+#include "platform/controls/cw_num_edit.h"
 #include "platform/controls/drop_down_list.h"
 #include "platform/controls/progress_bar.h"
 #include "platform/controls/text_field.h"
@@ -56,6 +58,25 @@ TEST_F(ControlsTest, ABarHasPlainDigitsInEveryLocale) {
   QLocale::setDefault(QLocale("ar_EG"));
   EXPECT_EQ(ProgressBar().text(), "0 %");
   QLocale::setDefault(before);
+}
+
+TEST_F(ControlsTest, ArrowsOfANumberFieldFadeWhenABoundIsTyped) {
+  CWNumEdit field(&window);
+  field.SetScale(20, 1000, 20, 200);
+  ShowWindow();
+  field.setFocus();
+  const auto arrows = [&] {
+    QTest::qWait(30);  // for what is still to be drawn
+    const auto* drawn = static_cast<QImage*>(window.backingStore()->paintDevice());
+    return drawn->copy(field.width() - 20, 0, 20, field.height());
+  };
+  for (const char* typed : {"500", "1000", "999"}) {
+    field.selectAll();
+    QTest::keyClicks(&field, typed);
+    const QImage shown = arrows();
+    field.repaint();
+    EXPECT_TRUE(arrows() == shown) << typed;
+  }
 }
 
 TEST_F(ControlsTest, EntriesAreChosenFromTheOpenListOnly) {

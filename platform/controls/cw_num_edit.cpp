@@ -27,6 +27,8 @@ CWNumEdit::CWNumEdit(QWidget* parent) : QSpinBox(parent) {
   // The value changes when an entry is complete, not with each of its digits.
   setKeyboardTracking(false);
   connect(this, &QSpinBox::editingFinished, this, [this] { lineEdit()->setModified(false); });
+  // The toolkit paints the text anew and not the arrows, which fade at the bounds.
+  connect(lineEdit(), &QLineEdit::textChanged, this, [this] { update(); });
   // Behind the unit no digit can be typed.
   connect(lineEdit(), &QLineEdit::cursorPositionChanged, this, [this](int, int position) {
     const auto last = static_cast<int>(text().size() - suffix().size());

@@ -1,8 +1,11 @@
 // The Open / Save dialog on the screen, worked with keys and the mouse.
 
+#include <QAction>
 #include <QDir>
 #include <QFileDialog>
 #include <QListView>
+#include <QMessageBox>
+#include <QPushButton>
 
 #include "tests/window_fixture.h"
 
@@ -149,6 +152,31 @@ TEST_F(FileDialog, AllFilesAreShownAlsoThoseWithoutADot) {
     }
     QTest::keyClick(Open(), Qt::Key_Escape);
   });
+}
+
+TEST_F(FileDialog, DeletesNothing) {
+  Touch("sub/a.dat");
+  const auto question = [this] { return Open() ? Open()->findChild<QMessageBox*>() : nullptr; };
+  bool asked = false;
+  for (const char* item : {"SaveBuffer", "LoadBuffer"}) {
+    InDialog(item, "", [this, question, &asked] {
+      hands->When([question] { return question() != nullptr; },
+                  [&asked, question] {
+                    asked = true;
+                    question()->button(QMessageBox::No)->click();
+                  });
+      auto& tree = *Open()->findChild<QAbstractItemView*>("treeView");
+      QAbstractItemView& view = tree.isVisible() ? tree : hands->Find<QListView>("listView");
+      EXPECT_TRUE(hands->WaitUntil([&] { return view.model()->rowCount(view.rootIndex()) > 0; }));
+      view.setCurrentIndex(view.model()->index(0, 0, view.rootIndex()));
+      hands->Keys(view, "Del");
+      hands->Wait(100);
+      EXPECT_FALSE(hands->Find<QAction>("qt_delete_action").isVisible()) << "in the menu";
+      QTest::keyClick(Open(), Qt::Key_Escape);
+    });
+  }
+  EXPECT_FALSE(asked);
+  EXPECT_EQ(Files("sub"), QStringList("a.dat"));
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "platform/dialogs/file_dialog.h"
 
+#include <QAction>
 #include <QDialogButtonBox>
 #include <QDir>
 #include <QFileDialog>
@@ -12,6 +13,7 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QSettings>
+#include <QShortcut>
 #include <QStringList>
 #include <QTreeView>
 #include <algorithm>
@@ -63,6 +65,7 @@ class Dialog : public QFileDialog {
     if (!folder.isEmpty()) setDirectory(folder);
     selectFile(request.proposed_name);
     ShowDatesInFull();
+    ForbidDeleting();
     // The toolkit would refuse a name in a folder that does not exist without a word.
     connect(&Name(), &QLineEdit::textChanged, this, [this](const QString& typed) {
       const auto accept =
@@ -132,6 +135,14 @@ class Dialog : public QFileDialog {
     files->header()->setStretchLastSection(false);
     files->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     files->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+  }
+
+  // The toolkit deletes a folder, with everything in it and for good, by a key and one question.
+  void ForbidDeleting() {
+    for (auto* shortcut : findChildren<QShortcut*>()) {
+      if (shortcut->key() == QKeySequence(Qt::Key_Delete)) shortcut->setEnabled(false);
+    }
+    if (auto* item = findChild<QAction*>("qt_delete_action")) item->setVisible(false);
   }
 
   // The path with the default extension, unless its name has one: one of the file types that are

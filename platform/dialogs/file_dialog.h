@@ -30,9 +30,9 @@ class FileDialog {
   virtual std::optional<QString> ShowOpen(const FileRequest& request) = 0;
 };
 
-// The one on the screen. A line in it names the file that saving would replace. It opens in the
-// folder used last in this run and remembers nothing beyond it. Once the program is ending it shows
-// nothing, and an open one closes as cancelled.
+// The one on the screen. It deletes nothing. A line in it names the file that saving would replace.
+// It opens in the folder used last in this run and remembers nothing beyond it. Once the program is
+// ending it shows nothing, and an open one closes as cancelled.
 class ModalFileDialog : public FileDialog {
  public:
   explicit ModalFileDialog(MainLoop& main_loop);

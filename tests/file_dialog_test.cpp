@@ -154,6 +154,19 @@ TEST_F(FileDialog, AllFilesAreShownAlsoThoseWithoutADot) {
   });
 }
 
+TEST_F(FileDialog, ReadsNoFileThatItLists) {
+  WriteFile(folder.filePath("picture.dat"), "\x89PNG\r\n\x1a\n");
+  InDialog("LoadBuffer", "", [this] {
+    const auto& list = hands->Find<QListView>("listView");
+    const auto type = [&] {
+      const int rows = list.model()->rowCount(list.rootIndex());
+      return list.model()->index(rows - 1, 2, list.rootIndex()).data().toString();
+    };
+    EXPECT_TRUE(hands->WaitUntil([&] { return type() == "File"; })) << type().toStdString();
+    QTest::keyClick(Open(), Qt::Key_Escape);
+  });
+}
+
 TEST_F(FileDialog, DeletesNothing) {
   Touch("sub/a.dat");
   const auto question = [this] { return Open() ? Open()->findChild<QMessageBox*>() : nullptr; };

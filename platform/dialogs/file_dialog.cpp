@@ -4,12 +4,14 @@
 #include <QDialogButtonBox>
 #include <QDir>
 #include <QFileDialog>
+#include <QFileIconProvider>
 #include <QFileInfo>
 #include <QGridLayout>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
+#include <QMimeDatabase>
 #include <QPointer>
 #include <QPushButton>
 #include <QSettings>
@@ -42,16 +44,34 @@ std::vector<Entry> Entries(const QString& filter) {
   return types;
 }
 
+// Tells a file's type by its name. The toolkit reads the beginning of every file that it lists,
+// which keeps the window waiting in a folder of many files or on a slow disk.
+class TypesByName : public QFileIconProvider {
+ public:
+  using QFileIconProvider::icon;
+  QIcon icon(const QFileInfo& info) const override {
+    return info.isFile() ? icon(File) : QFileIconProvider::icon(info);
+  }
+  QString type(const QFileInfo& info) const override {
+    if (!info.isFile()) return QFileIconProvider::type(info);
+    const QMimeType type = QMimeDatabase().mimeTypeForFile(info, QMimeDatabase::MatchExtension);
+    return type.isDefault() ? QStringLiteral("File") : type.comment();
+  }
+};
+
 // The toolkit's dialog, which finds the file that is meant by itself: the toolkit takes a name with
 // quotation marks for several names, and asks about names that do not exist.
 class Dialog : public QFileDialog {
  public:
-  Dialog(const FileRequest& request, bool save, const QString& folder, QWidget* parent)
+  // `types` outlives the dialog.
+  Dialog(const FileRequest& request, bool save, const QString& folder,
+         QAbstractFileIconProvider& types, QWidget* parent)
       : QFileDialog(parent),
         types_(Entries(request.filter)),
         extension_(request.default_extension) {
     setObjectName("FileDialog");
     setOption(DontUseNativeDialog);
+    setIconProvider(&types);
     setOption(HideNameFilterDetails);
     setAcceptMode(save ? AcceptSave : AcceptOpen);
     setFileMode(AnyFile);
@@ -169,7 +189,8 @@ class Dialog : public QFileDialog {
 
 }  // namespace
 
-ModalFileDialog::ModalFileDialog(MainLoop& main_loop) : main_loop_(main_loop) {
+ModalFileDialog::ModalFileDialog(MainLoop& main_loop)
+    : main_loop_(main_loop), types_(std::make_unique<TypesByName>()) {
   // The toolkit's dialog keeps the folders of earlier runs in a settings file. Here it keeps none:
   // there can be no file below this one.
   QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("/dev/null"));
@@ -177,7 +198,7 @@ ModalFileDialog::ModalFileDialog(MainLoop& main_loop) : main_loop_(main_loop) {
 
 std::optional<QString> ModalFileDialog::Show(const FileRequest& request, bool save) {
   if (main_loop_.Ending()) return std::nullopt;
-  const QPointer<Dialog> dialog = new Dialog(request, save, folder_, ModalParent(parent_));
+  const QPointer<Dialog> dialog = new Dialog(request, save, folder_, *types_, ModalParent(parent_));
   std::optional<QString> path;
   if (RunModal(*dialog, main_loop_)) {
     path = dialog->Path();

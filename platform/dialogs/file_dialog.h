@@ -1,9 +1,11 @@
 // The Open / Save file dialog.
 #pragma once
 
+#include <QAbstractFileIconProvider>
 #include <QPointer>
 #include <QString>
 #include <QWidget>
+#include <memory>
 #include <optional>
 
 #include "platform/system/main_loop.h"
@@ -51,6 +53,7 @@ class ModalFileDialog : public FileDialog {
   std::optional<QString> Show(const FileRequest& request, bool save);
 
   MainLoop& main_loop_;
+  const std::unique_ptr<QAbstractFileIconProvider> types_;  // of the files that are listed
   QPointer<QWidget> parent_;
   QString folder_;
 };
